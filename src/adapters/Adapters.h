@@ -1,0 +1,12 @@
+#pragma once
+
+#include "SiteAdapter.h"
+
+#include <span>
+
+namespace Brindle {
+
+/// The adapters of all directories, one row per site code.
+std::span<const SiteAdapter> SiteAdapters();
+
+} // namespace Brindle

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "MarkupForm.h"
+
+#include <QObject>
+#include <QString>
+
+namespace Brindle {
+
+/// What an embedded browser's requests go through. An empty host is no proxy.
+struct BrowserProxy {
+    QString Host;
+    int Port = 80;
+    QString UserName;
+    QString Password;
+};
+
+/// Port: the browser in which the user searches and whose document the harvest reads. All calls come from the one
+/// thread of the program; loading goes on while messages are handled.
+class EmbeddedBrowser : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Starts loading an address; returns at once. "about:blank" empties the document.
+    virtual void Navigate(const QString& address) = 0;
+    virtual void Stop() = 0;
+    virtual void Refresh() = 0;
+    virtual void GoBack() = 0;
+    virtual void GoForward() = 0;
+    /// A page is being loaded.
+    virtual bool Busy() const = 0;
+    /// The address of the page that is shown, after redirects.
+    virtual QString LocationAddress() const = 0;
+
+    /// The serialisation of the document's body element, tag included, in the form that is asked for; empty while
+    /// there is no document or it cannot be read.
+    virtual QString BodyOuterHtml(MarkupForm form) = 0;
+
+    /// The document's links (a and area elements with an address), in document order.
+    virtual int LinkCount() = 0;
+    /// The visible text of a link, 0-based; empty beyond the last one.
+    virtual QString LinkInnerText(int index) = 0;
+    /// Follows a link as a click would; nothing happens beyond the last one.
+    virtual void ClickLink(int index) = 0;
+
+    virtual void SetProxy(const BrowserProxy& proxy) = 0;
+    virtual void SetUserAgent(const QString& userAgent) = 0;
+    virtual void ClearCache() = 0;
+
+    /// Why the last page failed to load or could not be read, one line; empty when nothing is wrong.
+    virtual QString LastError() const { return {}; }
+    /// Whether scripts run in its pages, so that a page can become a results page after it was loaded.
+    virtual bool RunsScripts() const = 0;
+
+Q_SIGNALS:
+    void ProgressChange(qint64 progress, qint64 maximum);
+    void NavigateComplete(const QString& address);
+};
+
+} // namespace Brindle

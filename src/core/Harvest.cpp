@@ -1,0 +1,65 @@
+#include "Harvest.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace Brindle {
+
+namespace {
+
+// Short date and long time of the user's locale, without what a file name cannot hold. The time zone, which some
+// locales put into the long form, would only lengthen the name.
+QString TimeStamp(const QDateTime& moment) {
+    const QLocale locale = QLocale::system();
+    QString timeFormat = locale.timeFormat(QLocale::LongFormat);
+    timeFormat.remove(u't');
+    QString stamp = locale.toString(moment.date(), QLocale::ShortFormat) + u' ' +
+                    locale.toString(moment.time(), timeFormat.trimmed());
+    stamp.replace(u':', u'-');
+    stamp.replace(u'/', u'-');
+    return stamp;
+}
+
+} // namespace
+
+Harvest::Harvest(const Parts& parts)
+    : State(parts.State),
+      Leads(parts.Leads),
+      Options(parts.Options),
+      Texts(parts.Texts),
+      Catalogue(parts.Catalogue),
+      Loop(parts.Loop),
+      Status(parts.Status),
+      Notices(parts.Notices),
+      Pages(parts.Pages),
+      Emails(parts.Emails),
+      Saver(parts.Saver) {}
+
+const SiteEntry& Harvest::Site() const {
+    static const SiteEntry unknown;
+    const SiteEntry* const entry = Catalogue.Find(State.CurrID);
+    return entry ? *entry : unknown;
+}
+
+QString Harvest::GetRedirect(const QString& url) {
+    QString page;
+    Pages.DownloadURL(url, page, false);
+    return State.CurrRedirect;
+}
+
+void Harvest::Fail(const QString& message) {
+    State.ShouldStop = true;
+    State.FailureMessage = message;
+    Notices.Warn(message);
+}
+
+void Harvest::Begin() {
+    State.ExportedNum = 0;
+    State.ExtractedNum = 0;
+    State.MainCategory.clear();
+    State.FailureMessage.clear();
+    State.ShouldStop = false;
+    State.DateTimeVal = TimeStamp(QDateTime::currentDateTime());
+}
+
+} // namespace Brindle

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Dialogs.h"
+#include "LeadList.h"
+#include "MessageLoop.h"
+#include "MessageTexts.h"
+#include "Services.h"
+#include "Settings.h"
+#include "SiteCatalogue.h"
+#include "StatusView.h"
+
+#include <QString>
+
+namespace Brindle {
+
+/// The state of the current harvest, shared by everything that takes part in it.
+struct HarvestState {
+    bool Parsing = false;    ///< a harvest is in progress; false while a tick runs
+    bool ShouldStop = false; ///< the user asked to stop
+    QString CurrID;          ///< site code
+    int CurrSite = 0;        ///< layout variant of the last page that was recognised
+    QString CurrRedirect;    ///< where the last HTTP redirect led; kept while fetches are not redirected
+    QString DateTimeVal;     ///< when the harvest was started, fit for a file name
+    QString MainCategory;    ///< the category remembered from the harvest's first page
+    qint32 ExtractedNum = 0;
+    qint32 ExportedNum = 0;
+    QString SelectedEntry;  ///< the site selector's text
+    QString FailureMessage; ///< why the harvest had to end, for front ends without dialogs; empty: it did not
+};
+
+/// One harvest and the services that an adapter may call.
+class Harvest {
+public:
+    struct Parts {
+        HarvestState& State;
+        LeadList& Leads;
+        const Settings& Options;
+        const MessageTexts& Texts;
+        const SiteCatalogue& Catalogue;
+        MessageLoop& Loop;
+        StatusView& Status;
+        Dialogs& Notices;
+        PageSource& Pages;
+        EmailSource& Emails;
+        LeadSaver& Saver;
+    };
+    explicit Harvest(const Parts& parts);
+
+    HarvestState& State;
+    LeadList& Leads;
+    const Settings& Options;
+    const MessageTexts& Texts;
+    const SiteCatalogue& Catalogue;
+    MessageLoop& Loop;
+    StatusView& Status;
+    Dialogs& Notices;
+    PageSource& Pages;
+    EmailSource& Emails;
+    LeadSaver& Saver;
+
+    bool ShouldStop() const { return State.ShouldStop; }
+    /// Handles pending messages.
+    void PumpMessages() { Loop.ProcessMessages(); }
+
+    /// The configured entry of the current site; an empty one when the code is unknown.
+    const SiteEntry& Site() const;
+    /// The base address in the site selector's text.
+    QString SelectedBase() const { return GetCountryURL(State.SelectedEntry); }
+    /// Where a redirecting link leads: fetches it and returns the last redirect's target, which is an older one when
+    /// this fetch was not redirected.
+    QString GetRedirect(const QString& url);
+
+    /// Ends the harvest because a lead could not be saved: the adapters stop and the user is told.
+    void Fail(const QString& message);
+
+    /// Zeroes the counters, clears the stop request and the category, and takes the time stamp.
+    void Begin();
+};
+
+} // namespace Brindle

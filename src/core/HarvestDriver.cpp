@@ -1,0 +1,250 @@
+#include "HarvestDriver.h"
+
+#include "Delay.h"
+#include "Marker.h"
+#include "Text.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace Brindle {
+
+namespace {
+
+constexpr qint32 tickInterval = 1000;
+constexpr quint32 refreshAfter = 180'000;
+
+const SiteAdapter* AdapterOf(std::span<const SiteAdapter> adapters, QStringView code) {
+    const auto found =
+        std::find_if(adapters.begin(), adapters.end(), [code](const SiteAdapter& a) { return a.Code == code; });
+    return found == adapters.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, const QString& page) {
+    const SiteAdapter* const adapter = AdapterOf(adapters, harvest.State.CurrID);
+    if (!adapter)
+        return;
+    const bool pauses = adapter->Code == SiteCode::InfobelItaly;
+    adapter->GetDataResults(harvest, page);
+    if (pauses)
+        Delay(harvest.Loop, 5000);
+}
+
+HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
+                             HarvestObserver* observer)
+    : harvest_(harvest),
+      browser_(browser),
+      adapters_(adapters),
+      observer_(observer),
+      tmrParse_(harvest.Loop.CreateTimer(tickInterval, [this] { OnTimer(); })) {
+    QObject::connect(&browser_, &EmbeddedBrowser::ProgressChange, &browser_,
+                     [this](qint64 progress, qint64 maximum) { BrowserProgress(progress, maximum); });
+}
+
+void HarvestDriver::Start() {
+    HarvestState& state = harvest_.State;
+    if (state.Parsing)
+        return;
+    iStart_ = harvest_.Loop.TickCount();
+    harvest_.Begin();
+    harvest_.Status.SetPanel(2, harvest_.Texts.WithNumber(Message::ExportedCount, state.ExportedNum));
+    harvest_.PumpMessages();
+    state.ShouldStop = false;
+    state.Parsing = true;
+    tmrParse_->SetEnabled(true);
+}
+
+void HarvestDriver::Stop() {
+    tmrParse_->SetEnabled(false);
+    harvest_.State.ShouldStop = true;
+    harvest_.State.Parsing = false;
+    harvest_.PumpMessages();
+    // Twice each: the messages that the first call sets off can begin a new transfer.
+    browser_.Stop();
+    browser_.Stop();
+    harvest_.Pages.Disconnect();
+    harvest_.Pages.Disconnect();
+    harvest_.Status.SetPanel(0, {});
+    harvest_.Status.SetProgressPosition(0);
+    Delay(harvest_.Loop, 1000);
+    harvest_.PumpMessages();
+}
+
+void HarvestDriver::GoBack() {
+    if (browser_.Busy())
+        browser_.Stop();
+    browser_.GoBack();
+}
+
+void HarvestDriver::GoForward() {
+    if (browser_.Busy())
+        browser_.Stop();
+    browser_.GoForward();
+}
+
+void HarvestDriver::StopLoading() {
+    browser_.Stop();
+}
+
+void HarvestDriver::Refresh() {
+    browser_.Refresh();
+}
+
+void HarvestDriver::GoHome() {
+    browser_.Navigate(harvest_.SelectedBase());
+}
+
+void HarvestDriver::Go(const QString& address) {
+    browser_.Navigate(address);
+}
+
+void HarvestDriver::BrowserProgress(qint64 progress, qint64 maximum) {
+    harvest_.Status.SetProgressMaximum(maximum);
+    // A percentage is set against a maximum that is not 100: that is how the bar has always moved.
+    const bool known = progress >= 1 && maximum >= 2;
+    harvest_.Status.SetProgressPosition(
+        known ? qRound64(static_cast<double>(progress) * 100.0 / static_cast<double>(maximum)) : 0);
+    harvest_.PumpMessages();
+}
+
+void HarvestDriver::OnTimer() {
+    if (inTick_) {
+        tickDue_ = true;
+        return;
+    }
+    inTick_ = true;
+    do {
+        tickDue_ = false;
+        Tick();
+        // A Start during the tick has armed the timer; the tick that fell due meanwhile has its turn now.
+    } while (tickDue_ && tmrParse_->Enabled() && !harvest_.Loop.Quitting());
+    inTick_ = false;
+    if (observer_ && !tmrParse_->Enabled())
+        observer_->HarvestEnded();
+}
+
+void HarvestDriver::Tick() {
+    HarvestState& state = harvest_.State;
+    tmrParse_->SetEnabled(false);
+    state.Parsing = false;
+    harvest_.Status.SetPanel(0, {});
+
+    const QString page = browser_.BodyOuterHtml(MarkupFormOf(state.CurrID));
+    iStop_ = harvest_.Loop.TickCount();
+    if (iStop_ - iStart_ > refreshAfter) {
+        browser_.Refresh();
+        iStart_ = harvest_.Loop.TickCount();
+        Delay(harvest_.Loop, 2000);
+    }
+    GetInitTokens(page, state.CurrID, markers_, state.CurrSite);
+    if (!ContainsFolded(page, markers_.TknInitList) || !ContainsFolded(page, markers_.TknEndList)) {
+        tmrParse_->SetEnabled(true);
+        state.Parsing = true;
+        if (observer_)
+            observer_->PageIncomplete(page);
+        return;
+    }
+
+    browser_.Stop();
+    Delay(harvest_.Loop, 1000);
+    if (state.ShouldStop)
+        return;
+    ReadPage(page);
+    if (observer_)
+        observer_->PageRead();
+    if (state.ShouldStop)
+        return Finish();
+
+    const bool hasNextPage =
+        ContainsFolded(page, markers_.TknNextPageText) && !ContainsFolded(page, markers_.TknNextPageDisabled);
+    if (!hasNextPage)
+        return Finish();
+
+    const SiteAdapter* const adapter = AdapterOf(adapters_, state.CurrID);
+    if (adapter && adapter->TurnPage) {
+        PageTurn turn{harvest_, browser_, *tmrParse_};
+        const bool loaded = adapter->TurnPage(turn, page);
+        if (observer_ && tmrParse_->Enabled())
+            observer_->RoundEnded(loaded);
+        return;
+    }
+
+    const QString link = NextPageLink(page);
+    if (!link.isEmpty()) {
+        harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+        browser_.Navigate(QStringLiteral("about:blank"));
+        Delay(harvest_.Loop, 2000);
+        if (harvest_.Loop.Quitting())
+            return;
+        browser_.Navigate(MadeAbsolute(link));
+        Delay(harvest_.Loop, 3000);
+        if (state.CurrID == SiteCode::InfobelItaly)
+            Delay(harvest_.Loop, 7000);
+    }
+    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+    tmrParse_->SetEnabled(true);
+    state.Parsing = true;
+    if (observer_)
+        observer_->RoundEnded(!link.isEmpty());
+}
+
+void HarvestDriver::ReadPage(const QString& page) {
+    try {
+        GetDataResults(harvest_, adapters_, page);
+    } catch (const std::exception&) {
+        // A malformed field ends the reading of this page; the leads read so far stay, and the next page has its turn.
+    }
+}
+
+void HarvestDriver::Finish() {
+    harvest_.State.Parsing = false;
+    harvest_.PumpMessages();
+    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::HarvestFinished));
+    harvest_.Status.SetProgressPosition(0);
+}
+
+QString HarvestDriver::NextPageLink(const QString& page) const {
+    const Needle linkBegin(markers_.TknInitNextPage);
+    const Needle linkEnd(markers_.TknEndNextPage);
+    const Needle nextText(markers_.TknNextPageText);
+    qsizetype cursor = 0;
+    qsizetype textAt = nextText.FindExact(page, 0);
+    for (;;) {
+        QStringView link;
+        const qsizetype begin = linkBegin.FindFolded(page, cursor);
+        if (begin >= 0) {
+            cursor = begin + linkBegin.Length();
+            const qsizetype end = linkEnd.FindFolded(page, cursor);
+            if (end >= 0) {
+                link = QStringView(page).sliced(cursor, end - cursor);
+                cursor = end;
+            }
+        }
+        if (textAt >= 0 && textAt < cursor)
+            textAt = nextText.FindExact(page, cursor);
+        // While another link stands before the next-page text, this one is not the next-page link.
+        const qsizetype nextLinkAt = linkBegin.FindExact(page, cursor);
+        if (nextLinkAt >= 0 && textAt >= nextLinkAt)
+            continue;
+        QString result = link.toString();
+        ReplaceAll(result, u"&amp;", u"&");
+        ReplaceAll(result, u"./", u"/");
+        return result;
+    }
+}
+
+QString HarvestDriver::MadeAbsolute(QString link) const {
+    const HarvestState& state = harvest_.State;
+    // The first layout of Yellow Pages Canada links to its own home page, whichever entry is selected.
+    const bool yellowPagesCanada = state.CurrID == SiteCode::YellowPagesCanada && state.CurrSite == 1;
+    const QString base = yellowPagesCanada ? harvest_.Site().Base : harvest_.SelectedBase();
+    ReplaceAll(link, base, u"");
+    if (!ContainsFolded(link, u"http:"))
+        link.prepend(base);
+    ReplaceAll(link, u"/it/italy/it/italy/", u"/it/italy/");
+    return link;
+}
+
+} // namespace Brindle

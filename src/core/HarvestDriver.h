@@ -1,0 +1,77 @@
+#pragma once
+
+#include "EmbeddedBrowser.h"
+#include "Harvest.h"
+#include "SiteAdapter.h"
+
+#include <memory>
+#include <span>
+
+namespace Brindle {
+
+/// Told how a harvest goes on; every function may be left out.
+class HarvestObserver {
+public:
+    virtual ~HarvestObserver() = default;
+    /// A tick looked at a page that is no complete results page (yet).
+    virtual void PageIncomplete(const QString& /*page*/) {}
+    /// The adapter has read a results page. Setting `ShouldStop` here ends the harvest.
+    virtual void PageRead() {}
+    /// The round's next-page step is done; the timer is armed for another tick.
+    virtual void RoundEnded(bool /*nextPageLoaded*/) {}
+    /// The harvest has come to its end: no next page, or stopped.
+    virtual void HarvestEnded() {}
+};
+
+/// Runs a page through the adapter of the current site; an unknown code does nothing. What an adapter throws passes
+/// through, except that the pause which Infobel Italy asks for after each page is made in any case.
+void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, const QString& page);
+
+/// Walks a directory's result pages in the browser: once a second a tick reads the page that is shown, hands a complete
+/// results page to the site's adapter and loads the next one, until there is none or the user stops.
+///
+/// Ticks never nest: one that falls due while another waits runs when that one has ended.
+class HarvestDriver {
+public:
+    HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
+                  HarvestObserver* observer = nullptr);
+
+    /// Starts a harvest on the page that the browser shows; does nothing while one is in progress.
+    void Start();
+    /// Ends the harvest: transfers are aborted, an adapter ends at its next listing. Waits a second.
+    void Stop();
+    /// A harvest is in progress or one of its ticks is running.
+    bool Running() const { return inTick_ || tmrParse_->Enabled(); }
+
+    // The browser bar.
+    void GoBack();
+    void GoForward();
+    void StopLoading();
+    void Refresh();
+    /// Loads the base address of the selected site.
+    void GoHome();
+    void Go(const QString& address);
+
+private:
+    void OnTimer();
+    void Tick();
+    void ReadPage(const QString& page);
+    void Finish();
+    /// The address of the next page as the page gives it; empty when no link can be taken.
+    QString NextPageLink(const QString& page) const;
+    QString MadeAbsolute(QString link) const;
+    void BrowserProgress(qint64 progress, qint64 maximum);
+
+    Harvest& harvest_;
+    EmbeddedBrowser& browser_;
+    std::span<const SiteAdapter> adapters_;
+    HarvestObserver* observer_;
+    std::unique_ptr<MessageLoop::Timer> tmrParse_;
+    MarkerSet markers_;
+    quint32 iStart_ = 0; // tick count of the last browser refresh
+    quint32 iStop_ = 0;  // tick count of the current tick
+    bool inTick_ = false;
+    bool tickDue_ = false;
+};
+
+} // namespace Brindle

@@ -1,0 +1,43 @@
+#include "LeadListCommands.h"
+
+#include "Text.h"
+
+namespace Brindle {
+
+QString DuplicateKeyOf(QStringView siteCode, const Lead& lead) {
+    if (siteCode == u"YPSE006001")
+        return UpperTrimmed(QString(lead.DetailsLink + lead.Name));
+    return UpperTrimmed(lead.DetailsLink);
+}
+
+void ShowListCount(const LeadList& leads, const MessageTexts& texts, StatusView& status) {
+    status.SetPanel(1, texts.WithNumber(Message::ListCount, leads.Count()));
+}
+
+bool DeleteSelected(LeadList& leads, std::span<const qsizetype> rows, QStringView siteCode, const MessageTexts& texts,
+                    Dialogs& dialogs, MessageLoop& loop, StatusView& status) {
+    if (!dialogs.Confirm(texts.Text(Message::ConfirmDeleteSelected)))
+        return false;
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+        Lead lead;
+        lead.Name = leads.FieldAt(*row, Field::BusinessName);
+        lead.DetailsLink = leads.FieldAt(*row, Field::DetailsLink);
+        leads.DuplicatedItems.RemoveOne(DuplicateKeyOf(siteCode, lead));
+    }
+    leads.Remove(rows);
+    loop.ProcessMessages();
+    ShowListCount(leads, texts, status);
+    return true;
+}
+
+bool DeleteAll(LeadList& leads, const MessageTexts& texts, Dialogs& dialogs, MessageLoop& loop, StatusView& status) {
+    if (!dialogs.Confirm(texts.Text(Message::ConfirmDeleteAll)))
+        return false;
+    leads.DuplicatedItems.Clear();
+    leads.Clear();
+    loop.ProcessMessages();
+    ShowListCount(leads, texts, status);
+    return true;
+}
+
+} // namespace Brindle

@@ -1,0 +1,127 @@
+#include "SitesFile.h"
+
+#include "Errors.h"
+#include "Text.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+
+namespace Brindle {
+
+namespace {
+
+using Group = QHash<QString, QString>;
+
+const QString mapGroup = QStringLiteral("map");
+
+QStringView WithoutComment(QStringView line) {
+    for (qsizetype i = 0; i < line.size(); ++i)
+        if (line[i] == u';' && (i == 0 || line[i - 1].unicode() <= 0x20))
+            return line.first(i);
+    return line;
+}
+
+bool IsWebAddress(const QString& text) {
+    return StartsWithFolded(text, u"http://") || StartsWithFolded(text, u"https://");
+}
+
+} // namespace
+
+QStringList SitesFile::ProblemsOf(QStringView siteCode) const {
+    QStringList texts;
+    for (const SitesProblem& problem : Problems)
+        if (problem.Group.isEmpty() || problem.Group == mapGroup || problem.Group == siteCode)
+            texts.append(problem.Text);
+    return texts;
+}
+
+SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
+    SitesFile file;
+    QHash<QString, Group> groups;
+    QString current;
+    int lineNumber = 0;
+    const QString all = QString::fromUtf8(text.startsWith("\xEF\xBB\xBF") ? text.sliced(3) : text);
+    for (const QStringView raw : QStringView(all).split(u'\n')) {
+        ++lineNumber;
+        const QStringView line = TrimmedView(WithoutComment(raw));
+        if (line.isEmpty() || line.startsWith(u'#'))
+            continue;
+        if (line.startsWith(u'[') && line.endsWith(u']')) {
+            current = Trim(line.sliced(1, line.size() - 2));
+            groups[current];
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        if (equals <= 0 || current.isEmpty()) {
+            const QString where = current.isEmpty() ? QStringLiteral("before the first group")
+                                                    : QStringLiteral("group [%1]").arg(current);
+            file.Problems.push_back(
+                {current, QStringLiteral("%1: line %2, %3: \u201C%4\u201D is not of the form key=value")
+                              .arg(fileName)
+                              .arg(lineNumber)
+                              .arg(where, line.left(60))});
+            continue;
+        }
+        groups[current].insert(Trim(line.first(equals)), Trim(line.sliced(equals + 1)));
+    }
+
+    const auto address = [&](const QString& group, const QString& key) -> QString {
+        const auto found = groups.constFind(group);
+        const QString value = found == groups.cend() ? QString() : found->value(key);
+        const auto problem = [&](const QString& what) {
+            file.Problems.push_back(
+                {group, QStringLiteral("%1: group [%2], key %3: %4").arg(fileName, group, key, what)});
+            return QString();
+        };
+        if (value.isEmpty())
+            return problem(found == groups.cend() ? QStringLiteral("missing, as is the group")
+                                                  : QStringLiteral("missing"));
+        if (!IsWebAddress(value))
+            return problem(QStringLiteral("\u201C%1\u201D is no http or https address").arg(value.left(60)));
+        return value;
+    };
+
+    file.MapBase = address(mapGroup, QStringLiteral("base"));
+    for (const QString& code : KnownSiteCodes()) {
+        SiteEntry entry;
+        entry.Code = code;
+        entry.Base = address(code, QStringLiteral("base"));
+        const Group group = groups.value(code);
+        entry.Label = group.value(QStringLiteral("label"));
+        if (entry.Label.isEmpty() && groups.contains(code))
+            file.Problems.push_back({code, QStringLiteral("%1: group [%2], key label: missing").arg(fileName, code)});
+        if (entry.Base.isEmpty() || entry.Label.isEmpty()) {
+            file.DisabledSites.append(code);
+            continue;
+        }
+        entry.DetailsBase = group.value(QStringLiteral("details_base"), entry.Base);
+        entry.OwnHost = group.value(QStringLiteral("own_host"));
+        entry.RedirectHost = group.value(QStringLiteral("redirect_host"));
+        entry.ContactEmail = group.value(QStringLiteral("contact_email"));
+        entry.AdvertUrl = group.value(QStringLiteral("advert_url"));
+        file.Sites.push_back(std::move(entry));
+    }
+    file.BrowserUserAgent = groups.value(QStringLiteral("browser")).value(QStringLiteral("user_agent"));
+    const Group publisher = groups.value(QStringLiteral("publisher"));
+    file.PublisherUpdates = publisher.value(QStringLiteral("updates"));
+    file.PublisherNews = publisher.value(QStringLiteral("news"));
+    file.PublisherHelp = publisher.value(QStringLiteral("help"));
+    return file;
+}
+
+SitesFile SitesFile::Load(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    // A deployment file has a few kilobytes; what is far beyond that is some other file.
+    constexpr qint64 limit = 1 << 20;
+    const QByteArray text = file.read(limit + 1);
+    if (file.error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    if (text.size() > limit)
+        throw Failure(QStringLiteral("%1: too large for a sites file").arg(QDir::toNativeSeparators(fileName)));
+    return Parse(text, QDir::toNativeSeparators(fileName));
+}
+
+} // namespace Brindle

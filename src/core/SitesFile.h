@@ -1,0 +1,41 @@
+#pragma once
+
+#include "SiteCatalogue.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace Brindle {
+
+/// What is wrong with a deployment file.
+struct SitesProblem {
+    QString Group; ///< the group concerned; empty: the file as a whole
+    QString Text;  ///< one line: file, group, key and what is wrong
+};
+
+/// The deployment file: addresses, labels and host names of the directories, and what the publisher offers.
+///
+/// INI, UTF-8: groups in brackets, key=value, a line or a rest of a line that begins with ";" after a blank is a
+/// comment. A directory whose entry is incomplete is left out; each reason stands in `Problems`.
+struct SitesFile {
+    std::vector<SiteEntry> Sites; ///< complete entries, in the order of the known codes
+    QString MapBase;
+    QString BrowserUserAgent; ///< empty: the built-in one
+    QString PublisherUpdates; ///< empty: none
+    QString PublisherNews;
+    QString PublisherHelp;
+    std::vector<SitesProblem> Problems;
+    QStringList DisabledSites; ///< codes of known sites whose entry is missing or malformed
+
+    SiteCatalogue Catalogue() const { return SiteCatalogue(Sites, MapBase); }
+    /// The texts of the problems that touch a harvest of one site: its own group's, the map's and the file's.
+    QStringList ProblemsOf(QStringView siteCode) const;
+
+    /// Reads the text of a deployment file; `fileName` is for the messages.
+    static SitesFile Parse(const QByteArray& text, const QString& fileName);
+    /// Reads a deployment file. Throws `Failure` when it cannot be read.
+    static SitesFile Load(const QString& fileName);
+};
+
+} // namespace Brindle

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace Brindle {
+
+/// Port: the status bar. Panel 0 holds the message, 1 the list count, 2 the exported count, 3 the progress label.
+class StatusView {
+public:
+    virtual ~StatusView() = default;
+    virtual void SetPanel(int panel, const QString& text) = 0;
+    /// The progress bar counts from 0 to the maximum; a maximum of 0 or less stands for an unknown size.
+    virtual void SetProgressMaximum(qint64 maximum) = 0;
+    virtual void SetProgressPosition(qint64 position) = 0;
+};
+
+} // namespace Brindle

@@ -1,0 +1,73 @@
+#include "Text.h"
+
+#include "Marker.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+QStringView TrimmedView(QStringView text) {
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && text[begin].unicode() <= 0x20)
+        ++begin;
+    while (end > begin && text[end - 1].unicode() <= 0x20)
+        --end;
+    return text.sliced(begin, end - begin);
+}
+
+QString Trim(QStringView text) {
+    return TrimmedView(text).toString();
+}
+
+QString UpperTrimmed(QStringView text) {
+    // No character's upper-case form is a blank or control character, so the order of the two steps is free.
+    const QStringView trimmed = TrimmedView(text);
+    const bool ascii = std::all_of(trimmed.begin(), trimmed.end(), [](QChar c) { return c.unicode() < 0x80; });
+    if (!ascii)
+        return trimmed.toString().toUpper();
+    QString upper(trimmed.size(), Qt::Uninitialized);
+    std::transform(trimmed.begin(), trimmed.end(), upper.begin(), [](QChar c) {
+        const char16_t u = c.unicode();
+        return QChar(u >= u'a' && u <= u'z' ? static_cast<char16_t>(u - 0x20) : u);
+    });
+    return upper;
+}
+
+void ReplaceAll(QString& text, QStringView before, QStringView after) {
+    if (before.isEmpty())
+        return;
+    qsizetype at = QStringView(text).indexOf(before);
+    if (at < 0)
+        return;
+    QString result;
+    result.reserve(text.size());
+    const QStringView source(text);
+    qsizetype done = 0;
+    while (at >= 0) {
+        result.append(source.sliced(done, at - done));
+        result.append(after);
+        done = at + before.size();
+        at = source.indexOf(before, done);
+    }
+    result.append(source.sliced(done));
+    text = std::move(result);
+}
+
+qsizetype IndexOfFolded(QStringView text, QStringView marker, qsizetype from) {
+    return Needle(marker).FindFolded(text, from);
+}
+
+bool ContainsFolded(QStringView text, QStringView marker) {
+    return IndexOfFolded(text, marker) >= 0;
+}
+
+bool ContainsExact(QStringView text, QStringView marker) {
+    return !marker.isEmpty() && text.contains(marker);
+}
+
+bool StartsWithFolded(QStringView text, QStringView prefix) {
+    return text.size() >= prefix.size() && (prefix.isEmpty() || Needle(prefix).MatchesFoldedAt(text.utf16()));
+}
+
+} // namespace Brindle

@@ -1,0 +1,38 @@
+#include "ScriptedBrowser.h"
+
+namespace Brindle::Test {
+
+void ScriptedBrowser::Navigate(const QString& address) {
+    Calls.append(QStringLiteral("navigate ") + address);
+    address_ = address;
+    Q_EMIT NavigateComplete(address);
+}
+
+QString ScriptedBrowser::BodyOuterHtml(MarkupForm form) {
+    LastForm = form;
+    if (OnRead)
+        OnRead();
+    return Pages.value(address_);
+}
+
+QString ScriptedBrowser::LinkInnerText(int index) {
+    return LinksOf.value(address_).value(index).Text;
+}
+
+void ScriptedBrowser::ClickLink(int index) {
+    Calls.append(QStringLiteral("click %1").arg(index));
+    const QList<Link> links = LinksOf.value(address_);
+    if (index >= 0 && index < links.size())
+        address_ = links[index].Address;
+}
+
+void ScriptedBrowser::SetProxy(const BrowserProxy& proxy) {
+    Calls.append(
+        QStringLiteral("proxy %1:%2 %3 %4").arg(proxy.Host).arg(proxy.Port).arg(proxy.UserName, proxy.Password));
+}
+
+void ScriptedBrowser::SetUserAgent(const QString& userAgent) {
+    Calls.append(QStringLiteral("agent ") + userAgent);
+}
+
+} // namespace Brindle::Test
