@@ -1,0 +1,167 @@
+#include "DemoServer.h"
+
+#include "BusinessWebsites.h"
+#include "DemoPage.h"
+#include "Directories.h"
+#include "LoopbackServers.h"
+#include "SiteCatalogue.h"
+
+#include <httplib.h>
+
+namespace Brindle::Demo {
+
+namespace {
+
+constexpr QStringView http = u"http://";
+
+// The pages of a site without a directory.
+void AddPlainHomePage(httplib::Server& server, const QString& code) {
+    server.Get("/", [code](const httplib::Request&, httplib::Response& response) {
+        SendPage(response, Document({code, QStringLiteral("#555"), QStringLiteral("en"), {}}, code,
+                                    Fill(u"<body><div class=\"masthead\"><span class=\"brand\">{{code}}</span></div>"
+                                         u"<div class=\"search\">Nothing is listed here yet.</div></body>",
+                                         {{u"code", code}})));
+    });
+}
+
+void AddClickRoutes(httplib::Server& server) {
+    server.Get("/go", [](const httplib::Request& request, httplib::Response& response) {
+        const QString target = Parameter(request, "dest");
+        if (target.startsWith(u"http://127.0.0.1:"))
+            SendRedirect(response, target);
+        else
+            response.status = 404;
+    });
+}
+
+QString LabelOf(QStringView code) {
+    if (code.startsWith(u"KVPN001"))
+        return QStringLiteral("USA");
+    return code.startsWith(u"KVPN002") ? QStringLiteral("Canada") : QStringLiteral("Italy");
+}
+
+} // namespace
+
+QString HostOf(const QString& base) {
+    return base.startsWith(http) ? base.sliced(http.size()) : base;
+}
+
+QString ClickLink(const DemoContext& context, const QString& target) {
+    QString encoded = target;
+    encoded.replace(u'%', QStringLiteral("%25")).replace(u'?', QStringLiteral("%3F"));
+    encoded.replace(u'&', QStringLiteral("%26"))
+        .replace(u'#', QStringLiteral("%23"))
+        .replace(u'+', QStringLiteral("%2B"));
+    return context.Clicks + u"/go?dest=" + encoded;
+}
+
+struct DemoServer::State {
+    struct Site {
+        QString Code;
+        std::unique_ptr<DemoDirectory> Directory; ///< null: a plain home page
+        DemoContext Context;
+    };
+
+    std::vector<Site> Sites;
+    QString Businesses;
+    // Destroyed first: routes use the directories.
+    LoopbackServers Servers;
+
+    const Site* Find(QStringView code, int layout) const {
+        for (const Site& site : Sites)
+            if (site.Code == code && site.Directory && layout >= 1 && layout <= site.Directory->LayoutCount())
+                return &site;
+        return nullptr;
+    }
+};
+
+DemoServer::DemoServer() : state_(std::make_unique<State>()) {}
+
+DemoServer::~DemoServer() = default;
+
+void DemoServer::Start() {
+    Stop();
+    State& state = *state_;
+    std::vector<std::unique_ptr<DemoDirectory>> directories = AllDirectories();
+    for (const QString& code : KnownSiteCodes()) {
+        State::Site& site = state.Sites.emplace_back();
+        site.Code = code;
+        for (auto& directory : directories)
+            if (directory && directory->Code() == code)
+                site.Directory = std::move(directory);
+    }
+    state.Businesses = state.Servers.Add();
+    AddBusinessRoutes(state.Servers.At(state.Businesses), state.Businesses);
+    const QString clicks = state.Servers.Add();
+    AddClickRoutes(state.Servers.At(clicks));
+    for (State::Site& site : state.Sites) {
+        DemoContext& context = site.Context;
+        context = {state.Servers.Add(), {}, clicks, state.Businesses, state.Businesses};
+        const bool ownDetails = site.Directory && site.Directory->HasDetailsServer();
+        context.DetailsBase = ownDetails ? state.Servers.Add() : context.Base;
+        if (!site.Directory) {
+            AddPlainHomePage(state.Servers.At(context.Base), site.Code);
+            continue;
+        }
+        site.Directory->AddRoutes(state.Servers.At(context.Base), context);
+        if (ownDetails)
+            site.Directory->AddDetailsRoutes(state.Servers.At(context.DetailsBase), context);
+    }
+    state.Servers.Run();
+}
+
+void DemoServer::Stop() {
+    state_ = std::make_unique<State>();
+}
+
+QString DemoServer::SitesIni() const {
+    QString text = QStringLiteral("; The demo directories. Nothing here leaves this machine.\n[map]\nbase=") +
+                   state_->Businesses + u'\n';
+    for (const State::Site& site : state_->Sites) {
+        const DemoContext& context = site.Context;
+        text += QStringLiteral("\n[%1]\nbase=%2\nlabel=%3\n").arg(site.Code, context.Base, LabelOf(site.Code));
+        if (context.DetailsBase != context.Base)
+            text += u"details_base=" + context.DetailsBase + u'\n';
+        if (site.Directory)
+            for (const auto& [key, value] : site.Directory->SiteKeys(context))
+                text += key + u'=' + value + u'\n';
+    }
+    return text;
+}
+
+QStringList DemoServer::SiteCodes() const {
+    QStringList codes;
+    for (const State::Site& site : state_->Sites)
+        if (site.Directory)
+            codes.append(site.Code);
+    return codes;
+}
+
+int DemoServer::LayoutCount(QStringView siteCode) const {
+    const State::Site* const site = state_->Find(siteCode, 1);
+    return site ? site->Directory->LayoutCount() : 0;
+}
+
+QString DemoServer::FirstResultPage(QStringView siteCode, int layout) const {
+    const State::Site* const site = state_->Find(siteCode, layout);
+    return site ? site->Directory->FirstResultPage(site->Context, layout) : QString();
+}
+
+std::vector<Lead> DemoServer::PlantedLeads(QStringView siteCode, int layout, bool emailSearch) const {
+    std::vector<Lead> leads;
+    const State::Site* const site = state_->Find(siteCode, layout);
+    if (!site)
+        return leads;
+    for (PlantedLead& planted : site->Directory->PlantedLeads(site->Context, layout)) {
+        if (emailSearch && planted.Fields.Email.isEmpty())
+            planted.Fields.Email = planted.FoundEmails;
+        leads.push_back(std::move(planted.Fields));
+    }
+    return leads;
+}
+
+QString DemoServer::Businesses() const {
+    return state_->Businesses;
+}
+
+} // namespace Brindle::Demo

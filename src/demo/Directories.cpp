@@ -1,0 +1,10 @@
+#include "Directories.h"
+
+namespace Brindle::Demo {
+
+std::vector<std::unique_ptr<DemoDirectory>> AllDirectories() {
+    std::vector<std::unique_ptr<DemoDirectory>> directories;
+    return directories;
+}
+
+} // namespace Brindle::Demo
