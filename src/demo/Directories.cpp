@@ -4,6 +4,7 @@ namespace Brindle::Demo {
 
 std::vector<std::unique_ptr<DemoDirectory>> AllDirectories() {
     std::vector<std::unique_ptr<DemoDirectory>> directories;
+    directories.push_back(MakeYellowPagesCanadaDemo());
     return directories;
 }
 
