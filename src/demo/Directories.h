@@ -9,7 +9,9 @@ namespace Brindle::Demo {
 
 // Each directory is one source file, which defines its function; a new one has its line here, in Directories.cpp and in
 // CMakeLists.txt.
+std::unique_ptr<DemoDirectory> MakeUsYellowPagesDemo();
 std::unique_ptr<DemoDirectory> MakeYellowPagesCanadaDemo();
+std::unique_ptr<DemoDirectory> MakeCanada411Demo();
 
 /// The directories that there are.
 std::vector<std::unique_ptr<DemoDirectory>> AllDirectories();
