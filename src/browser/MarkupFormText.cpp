@@ -173,7 +173,9 @@ bool StandsBare(QStringView value) {
 // Copies the page over run by run; between the runs stands what is written differently.
 class LegacyWriter {
 public:
-    explicit LegacyWriter(QStringView html) : html_(html), scanner_(html) { out_.reserve(html.size()); }
+    explicit LegacyWriter(QStringView html) : html_(html), scanner_(html, MarkupScanner::Reading::Serialisation) {
+        out_.reserve(html.size());
+    }
 
     QString Write() {
         while (scanner_.NextTag())

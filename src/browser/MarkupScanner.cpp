@@ -127,9 +127,14 @@ bool MarkupScanner::FinishTag() {
     inTag_ = false;
     if (!closed_)
         return false;
-    if (!closing_ && HoldsRawText(Name()))
+    if (!closing_ && StartsRawText())
         pos_ = EndOfRawText(Name());
     return true;
+}
+
+bool MarkupScanner::StartsRawText() const {
+    return HoldsRawText(Name()) ||
+           (reading_ == Reading::Page && (IsNamed(Name(), u"title") || IsNamed(Name(), u"textarea")));
 }
 
 void MarkupScanner::SkipSpace() {
@@ -166,7 +171,9 @@ qsizetype MarkupScanner::EndOfRawText(QStringView name) {
     if (IsNamed(name, u"script"))
         return EndOfScript(pos_);
     if (IsNamed(name, u"plaintext")) {
-        // It has no end of its own in a page; in a serialisation the last end tag is its own.
+        if (reading_ == Reading::Page)
+            return text_.size();
+        // It never ends in a page; in a serialisation the last end tag is its own.
         const qsizetype last = text_.lastIndexOf(u"</plaintext>", -1, Qt::CaseInsensitive);
         return last < pos_ ? text_.size() : last;
     }

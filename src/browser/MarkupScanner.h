@@ -24,7 +24,11 @@ public:
         Quote Quoting = Quote::NoValue;
     };
 
-    explicit MarkupScanner(QStringView text) : text_(text) {}
+    /// What is read: a page as a server sends it, where a title or textarea can hold "<" as it stands, or a
+    /// serialisation, where it cannot (but the title of an SVG picture can hold elements).
+    enum class Reading { Page, Serialisation };
+
+    MarkupScanner(QStringView text, Reading reading) : text_(text), reading_(reading) {}
 
     /// Steps to the next start or end tag. False when there is none left, a tag that is not closed before the end of
     /// the text being none.
@@ -49,6 +53,7 @@ public:
 private:
     QChar At(qsizetype i) const { return i < text_.size() ? text_[i] : QChar(); }
     bool FinishTag();
+    bool StartsRawText() const;
     qsizetype EndOfComment(qsizetype from) const;
     qsizetype EndOfRawText(QStringView name);
     qsizetype EndOfScript(qsizetype from) const;
@@ -56,6 +61,7 @@ private:
     void SkipSpace();
 
     QStringView text_;
+    Reading reading_;
     qsizetype pos_ = 0;
     qsizetype tagBegin_ = 0;
     qsizetype nameBegin_ = 0;

@@ -1,0 +1,158 @@
+#include "PageBounds.h"
+
+#include "Errors.h"
+#include "MarkupScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Brindle {
+
+namespace {
+
+// A name in any case as a number; two different names of HTML never give the same one.
+constexpr quint64 IdOf(std::u16string_view name) {
+    quint64 id = 14695981039346656037ULL;
+    for (const char16_t u : name) {
+        id = (id ^ (u >= u'A' && u <= u'Z' ? u + 32U : u)) * 1099511628211ULL;
+    }
+    return id;
+}
+
+template <size_t N>
+class NameSet {
+public:
+    constexpr explicit NameSet(const std::u16string_view (&names)[N]) {
+        std::transform(std::begin(names), std::end(names), ids_.begin(), IdOf);
+        std::sort(ids_.begin(), ids_.end());
+    }
+    bool Contains(quint64 id) const { return std::binary_search(ids_.begin(), ids_.end(), id); }
+
+private:
+    std::array<quint64, N> ids_{};
+};
+
+// Elements without an end tag, those whose end tag is optional and those that end each other. These cannot lie in each
+// other without one that is counted.
+constexpr NameSet uncounted({u"a",      u"nobr",    u"area", u"base",     u"basefont", u"bgsound", u"body",
+                             u"br",     u"caption", u"col",  u"colgroup", u"dd",       u"dt",      u"embed",
+                             u"frame",  u"head",    u"hr",   u"html",     u"image",    u"img",     u"input",
+                             u"keygen", u"li",      u"link", u"meta",     u"optgroup", u"option",  u"p",
+                             u"param",  u"rb",      u"rp",   u"rt",       u"rtc",      u"source",  u"tbody",
+                             u"td",     u"tfoot",   u"th",   u"thead",    u"tr",       u"track",   u"wbr"});
+
+constexpr NameSet ofHead({u"base", u"basefont", u"bgsound", u"head", u"html", u"link", u"meta", u"noframes",
+                          u"noscript", u"script", u"style", u"template", u"title"});
+
+// Counts how deep the elements of a page lie in each other.
+class NestingCount {
+public:
+    /// Takes the next tag; the number of elements that are open then.
+    qsizetype Add(quint64 id, bool closing) {
+        if (uncounted.Contains(id))
+            return Depth();
+        if (!closing) {
+            ++open_[id];
+            stack_.push_back(id);
+        } else if (open_.contains(id)) {
+            // An end tag closes what was left open within its element.
+            for (bool found = false; !found; stack_.pop_back()) {
+                found = stack_.back() == id;
+                const auto entry = open_.find(stack_.back());
+                if (--entry->second == 0)
+                    open_.erase(entry);
+            }
+        }
+        return Depth();
+    }
+
+private:
+    qsizetype Depth() const { return static_cast<qsizetype>(stack_.size()); }
+
+    std::vector<quint64> stack_;
+    std::unordered_map<quint64, int> open_; // only names that are on the stack
+};
+
+// Follows a page's tags as far as is needed to know whether its head is still open: there, raw text goes by other
+// rules than between head and body.
+class HeadWatch {
+public:
+    bool InHead() const { return inHead_; }
+    void Add(quint64 id, bool closing) {
+        if (inHead_)
+            inHead_ = ofHead.Contains(id) && !(closing && (id == IdOf(u"head") || id == IdOf(u"html")));
+    }
+
+private:
+    bool inHead_ = true;
+};
+
+QStringView AliasOf(quint64 id, bool inHead) {
+    // Scripts run in the browsers of today, so noscript is raw text. The parser has two elements that are.
+    if (id == IdOf(u"noscript"))
+        return inHead ? u"noframes" : u"noembed";
+    if (id == IdOf(u"dialog"))
+        return u"section"; // ends a paragraph, as it does
+    if (id == IdOf(u"menuitem") || id == IdOf(u"isindex"))
+        return u"brindle-unknown"; // once an element without end tag and one that stood for a form
+    return {};
+}
+
+[[noreturn]] void Refuse(const QString& reason) {
+    throw Failure(QStringLiteral("the page ") + reason + QStringLiteral(", so it was not read"));
+}
+
+QByteArray ToUtf8(QStringView html) {
+    if (html.isValidUtf16())
+        return html.toUtf8();
+    QString mended = html.toString();
+    for (qsizetype i = 0; i < mended.size(); ++i) {
+        const bool pair = mended[i].isHighSurrogate() && i + 1 < mended.size() && mended[i + 1].isLowSurrogate();
+        if (pair)
+            ++i;
+        else if (mended[i].isSurrogate())
+            mended[i] = QChar::ReplacementCharacter;
+    }
+    return mended.toUtf8();
+}
+
+} // namespace
+
+QByteArray PreparedPage(const QString& html, const PageBounds& bounds) {
+    if (html.size() > bounds.Size)
+        Refuse(QStringLiteral("has more than %1 characters").arg(bounds.Size));
+    NestingCount nesting;
+    HeadWatch head;
+    MarkupScanner scanner(html, MarkupScanner::Reading::Page);
+    QString aliased;
+    qsizetype copied = 0;
+    while (scanner.NextTag()) {
+        int attributes = 0;
+        while (scanner.NextAttribute())
+            if (++attributes > bounds.Attributes)
+                Refuse(QStringLiteral("has a tag with more than %1 attributes").arg(bounds.Attributes));
+        if (!scanner.Closed())
+            break;
+        const quint64 id = IdOf({scanner.Name().utf16(), static_cast<size_t>(scanner.Name().size())});
+        if (nesting.Add(id, scanner.Closing()) > bounds.Depth)
+            Refuse(QStringLiteral("has more than %1 elements nested in each other").arg(bounds.Depth));
+        if (const QStringView alias = AliasOf(id, head.InHead()); !alias.isEmpty()) {
+            aliased.append(QStringView(html).mid(copied, scanner.NameBegin() - copied));
+            aliased.append(alias);
+            if (!scanner.Closing())
+                aliased.append(u' ' + QLatin1String(aliasAttribute) + u'=' + scanner.Name().toString().toLower());
+            copied = scanner.NameEnd();
+        }
+        head.Add(id, scanner.Closing());
+    }
+    if (copied == 0)
+        return ToUtf8(html);
+    aliased.append(QStringView(html).mid(copied));
+    return ToUtf8(aliased);
+}
+
+} // namespace Brindle

@@ -1,0 +1,268 @@
+#include "HtmlDocument.h"
+
+#include "Errors.h"
+#include "MarkupFormText.h"
+#include "PrintTo.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace Brindle {
+namespace {
+
+struct BodyCase {
+    const char* Name;
+    QStringView Page;
+    QStringView Body; // within the tags of the body
+};
+
+const BodyCase bodyCases[] = {
+    {"ImpliedElements", u"<!doctype html><p>a<p>b<table><tr><td>c<ul><li>d<li>e",
+     u"<p>a</p><p>b</p><table><tbody><tr><td>c<ul><li>d</li><li>e</li></ul></td></tr></tbody></table>"},
+    {"Escapes", u"a\u00a0&lt;&gt;&amp;&quot;'<b title='\"<>&amp;\u00a0'></b>",
+     u"a&nbsp;&lt;&gt;&amp;\"'<b title=\"&quot;<>&amp;&nbsp;\"></b>"},
+    {"NeighboursOfTheHardBlank", u"\u00a1\u00bf\u00e8\u20ac\U0001F600", u"\u00a1\u00bf\u00e8\u20ac\U0001F600"},
+    {"CharacterReferences", u"&eacute;&#150;&notit;&#x1F600;&amp;copy;", u"\u00e9\u2013\u00acit;\U0001F600&amp;copy;"},
+    {"VoidElements", u"<br/><img src=a><hr><input disabled><wbr></br>",
+     u"<br><img src=\"a\"><hr><input disabled=\"\"><wbr><br>"},
+    {"RawText", u"<body><script>a<b&&c</script><style>a>b</style><xmp><i>&amp;</xmp><iframe><p></iframe>",
+     u"<script>a<b&&c</script><style>a>b</style><xmp><i>&amp;</xmp><iframe><p></iframe>"},
+    {"EscapableText", u"<textarea>\n<b>&lt;</textarea><title><i></title>",
+     u"<textarea>&lt;b&gt;&lt;</textarea><title>&lt;i&gt;</title>"},
+    {"NoscriptIsRawText", u"<p>a<noscript class=x><img src=\"p\"></p>&amp;</noscript>b</noscript>",
+     u"<p>a<noscript class=\"x\"><img src=\"p\"></p>&amp;</noscript>b</p>"},
+    {"NoscriptBetweenHeadAndBody", u"<head><title>t</title></head><noscript><i></noscript><p>",
+     u"<noscript><i></noscript><p></p>"},
+    {"NoscriptWithinTextareaAndScript", u"<body><textarea><noscript></textarea><script>'<noscript>'</script>",
+     u"<textarea>&lt;noscript&gt;</textarea><script>'<noscript>'</script>"},
+    {"NoscriptInHeadIsNotOfTheBody", u"<head><noscript><link></noscript><link></head><p>x", u"<p>x</p>"},
+    {"ElementsThatChangedSince", u"<p>a<dialog open>b</dialog><menuitem>c</menuitem><isindex>",
+     u"<p>a</p><dialog open=\"\">b</dialog><menuitem>c</menuitem><isindex></isindex>"},
+    {"Misnested", u"<b>1<i>2</b>3</i><a href=x>4<a href=y>5",
+     u"<b>1<i>2</i></b><i>3</i><a href=\"x\">4</a><a href=\"y\">5</a>"},
+    {"FosterParents", u"<table>a<tr><td>b</td>c</tr></table>", u"ac<table><tbody><tr><td>b</td></tr></tbody></table>"},
+    {"Foreign",
+     u"<svg viewbox='0 0 1 1'><lineargradient gradientunits=u /><a xlink:href=#x "
+     u"xml:lang=en></a><title>t<b>u</b></title>"
+     u"<foreignobject><p>v</p></foreignobject></svg><math definitionurl=d><mi>x</mi></math>",
+     u"<svg viewBox=\"0 0 1 1\"><linearGradient gradientUnits=\"u\"></linearGradient><a xlink:href=\"#x\" "
+     u"xml:lang=\"en\"></a><title>t<b>u</b></title><foreignObject><p>v</p></foreignObject></svg>"
+     u"<math definitionURL=\"d\"><mi>x</mi></math>"},
+    {"Template", u"<body><template><tr><td>a</template><my-Tag A=b>c</my-tag>",
+     u"<template><tr><td>a</td></tr></template><my-tag a=\"b\">c</my-tag>"},
+    {"Comments", u"<!-- a --><body><!--b--><!c><?d><!---->", u"<!--b--><!--c--><!--?d--><!---->"},
+    {"BehindTheBody", u"<body>a</body><!--b--></html>c", u"ac"},
+    {"RepeatedAttributes", u"<body class=a><p id=1 ID=2></p><body class=b lang=c>", u"<p id=\"1\"></p>"},
+    {"LineEndsAndZeros", u"<pre>\n\na\r\nb\rc</pre>\u2400d<p title='\u2400'>",
+     u"<pre>\na\nb\nc</pre>d<p title=\"\ufffd\"></p>"},
+    {"LoneSurrogates", u"a\xd800z\xdc00", u"a\ufffdz\ufffd"},
+};
+
+class Body : public testing::TestWithParam<BodyCase> {};
+
+TEST_P(Body, IsSerialised) {
+    QString page = GetParam().Page.toString();
+    page.replace(QChar(0x2400), QChar(u'\0')); // a literal cannot hold it
+    const QString body = BodyOfPage(page, MarkupForm::Standard);
+    ASSERT_TRUE(body.startsWith(u"<body")) << body.toStdString();
+    const qsizetype begin = body.indexOf(u'>') + 1;
+    EXPECT_EQ(body.sliced(begin).chopped(7), GetParam().Body.toString());
+    EXPECT_TRUE(body.endsWith(u"</body>"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Body, testing::ValuesIn(bodyCases), [](const auto& c) { return c.param.Name; });
+
+TEST(BodyTag, KeepsItsAttributesAndComesInTheFormAskedFor) {
+    const QString page = QStringLiteral("<body class=a lang='b c'><h3 id=x>y</h3>");
+    EXPECT_EQ(BodyOfPage(page, MarkupForm::Standard),
+              QStringLiteral("<body class=\"a\" lang=\"b c\"><h3 id=\"x\">y</h3></body>"));
+    EXPECT_EQ(BodyOfPage(page, MarkupForm::Legacy),
+              QStringLiteral("<BODY class=a lang=\"b c\"><H3 id=x>y</H3></BODY>"));
+    EXPECT_EQ(BodyOfPage(QString(), MarkupForm::Standard), QStringLiteral("<body></body>"));
+    EXPECT_EQ(BodyOfPage(QStringLiteral("<frameset><frame src=a></frameset>"), MarkupForm::Standard),
+              QStringLiteral("<frameset><frame src=\"a\"></frameset>"));
+}
+
+TEST(BodyTag, WhatLiesTooDeepStandsBesideItsParent) {
+    const QString body = BodyOfPage(QStringLiteral("<div>").repeated(600) + QStringLiteral("x"), MarkupForm::Standard);
+    // html, body and 511 more; the rest are neighbours.
+    EXPECT_EQ(body, QStringLiteral("<body>") + QStringLiteral("<div>").repeated(510) +
+                        QStringLiteral("<div></div>").repeated(90) + QStringLiteral("x") +
+                        QStringLiteral("</div>").repeated(510) + QStringLiteral("</body>"));
+}
+
+struct LinkCase {
+    const char* Name;
+    QStringView Page;
+    QStringView Texts; // joined by "|"
+};
+
+const LinkCase linkCases[] = {
+    {"InOrderWithAreas", u"<a href=1>a</a><map><area href=2></map><a name=n>no</a><a href=''>b</a>", u"a||b"},
+    {"WhiteSpaceCollapses", u"<a href=x>\n  Avanti\t \u203a </a>", u"Avanti \u203a"},
+    {"HardBlanksStay", u"<a href=x>&nbsp;2&nbsp;</a>", u"\u00a02\u00a0"},
+    {"ElementsWithin", u"<a href=x><b>1</b><i> 2</i><span>3</span><img alt=no></a>", u"1 23"},
+    {"BlocksAndBreaks", u"<a href=x><div>a</div><div>b<br>c</div>d<p>e</p></a>", u"a\nb\nc\nd\n\ne"},
+    {"Unshown",
+     u"<a href=x>a<script>s</script><style>t</style><span hidden>h</span><noscript>n</noscript>"
+     u"<b style='color:red; Display : none'>d</b>b</a>",
+     u"ab"},
+    {"OfAHiddenPart", u"<div style=display:none><a href=x> a <script>s</script></a></div>", u" a s"},
+    {"NotOfTemplatesOrPictures", u"<template><a href=1>t</a></template><svg><a href=2>s</a></svg><a href=3>h</a>",
+     u"h"},
+    {"CellsAndPreserved", u"<a href=x><table><tr><td>a<td>b<tr><td>c</table><pre>d  e\nf</pre></a>",
+     u"a\tb\nc\nd  e\nf"},
+};
+
+class Links : public testing::TestWithParam<LinkCase> {};
+
+TEST_P(Links, HaveTheirShownTexts) {
+    QStringList texts;
+    const HtmlDocument page(GetParam().Page.toString());
+    for (const HtmlLink& link : page.Links())
+        texts.append(link.Text);
+    EXPECT_EQ(texts.join(u'|'), GetParam().Texts.toString());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Links, testing::ValuesIn(linkCases), [](const auto& c) { return c.param.Name; });
+
+TEST(HtmlDocument, KnowsItsBaseAndTitle) {
+    const HtmlDocument page(QStringLiteral("<title> A\n B </title><base target=_top><base href=/x/><base href=/y/>"));
+    EXPECT_EQ(page.BaseHref(), QStringLiteral("/x/"));
+    EXPECT_EQ(page.Title(), QStringLiteral("A B"));
+}
+
+struct HostileCase {
+    const char* Name;
+    QString Page;
+    QStringView Reason; // empty: it is read
+};
+
+QString Numbered(const char* piece, int count) {
+    QString text;
+    for (int i = 0; i < count; ++i)
+        text += QString::fromLatin1(piece).arg(i);
+    return text;
+}
+
+const HostileCase hostileCases[] = {
+    {"DeepNesting", QStringLiteral("<div>").repeated(100'000), u"nested"},
+    {"DeepUnclosedFormatting", QStringLiteral("<b>").repeated(100'000), u"nested"},
+    {"DeepPicture", QStringLiteral("<svg><g>").repeated(50'000), u"nested"},
+    {"ManyAttributes", QStringLiteral("<p ") + Numbered("a%1 ", 100'000) + QStringLiteral(">"), u"attributes"},
+    {"AttributesOfATagThatNeverEnds", QStringLiteral("<p ") + Numbered("a%1 ", 100'000), u"attributes"},
+    {"TooLong", QStringLiteral("x").repeated(64 * 1024 * 1024 + 1), u"characters"},
+    {"UnclosedParagraphsAndCells",
+     QStringLiteral("<p>a").repeated(20'000) + QStringLiteral("<table>") + QStringLiteral("<tr><td>b").repeated(20'000),
+     u""},
+    {"UnclosedItemsAndLinks", QStringLiteral("<li><a href=x>a").repeated(20'000), u""},
+    {"ManySmallNests", QStringLiteral("<div><span><b>x</b></span></div>").repeated(20'000), u""},
+    {"StrayEndTags", QStringLiteral("</div></b></p>").repeated(50'000), u""},
+};
+
+class Hostile : public testing::TestWithParam<HostileCase> {};
+
+TEST_P(Hostile, FailsWithOneLineOrIsRead) {
+    QString reason;
+    try {
+        const HtmlDocument page(GetParam().Page);
+    } catch (const Failure& failure) {
+        reason = failure.Message();
+    }
+    EXPECT_TRUE(GetParam().Reason.isEmpty() ? reason.isEmpty() : reason.contains(GetParam().Reason))
+        << reason.toStdString();
+    EXPECT_FALSE(reason.contains(u'\n'));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Hostile, testing::ValuesIn(hostileCases), [](const auto& c) { return c.param.Name; });
+
+TEST(HtmlDocument, LeavesTheParserWhenAPageCostsTooMuch) {
+    PageBounds memory;
+    memory.ParserMemory = 4 * 1024 * 1024;
+    const QString page = QStringLiteral("<b>x</b>").repeated(100'000);
+    EXPECT_THROW(HtmlDocument(page, memory), Failure);
+    PageBounds time;
+    time.ParserMs = -1;
+    time.ParserMsPerMiB = 0;
+    EXPECT_THROW(HtmlDocument(page, time), Failure);
+    EXPECT_NO_THROW(HtmlDocument{page});
+}
+
+TEST(HtmlDocument, ReadsAnyTagSoup) {
+    const QStringView pieces[] = {u"<table>",
+                                  u"<tr>",
+                                  u"<td>",
+                                  u"</td>",
+                                  u"</table>",
+                                  u"<p>",
+                                  u"</p>",
+                                  u"<b>",
+                                  u"</b>",
+                                  u"<a href=x>",
+                                  u"</a>",
+                                  u"<svg>",
+                                  u"</svg>",
+                                  u"<math>",
+                                  u"<mi>",
+                                  u"<select>",
+                                  u"<option>",
+                                  u"</select>",
+                                  u"<template>",
+                                  u"</template>",
+                                  u"<frameset>",
+                                  u"<form>",
+                                  u"</form>",
+                                  u"<body a=b>",
+                                  u"</body>",
+                                  u"</html>",
+                                  u"<head>",
+                                  u"<html c=d>",
+                                  u"<noscript>",
+                                  u"</noscript>",
+                                  u"<script>",
+                                  u"</script>",
+                                  u"<!--",
+                                  u"-->",
+                                  u"<![CDATA[",
+                                  u"]]>",
+                                  u"text ",
+                                  u"&amp",
+                                  u"<li>",
+                                  u"<h1>",
+                                  u"</h2>",
+                                  u"<caption>",
+                                  u"<col>",
+                                  u"<isindex>",
+                                  u"<input type=hidden>",
+                                  u"<button>",
+                                  u"<nobr>",
+                                  u"</br>",
+                                  u"<textarea>",
+                                  u"<foreignobject>",
+                                  u"<desc>",
+                                  u"<plaintext>",
+                                  u"<ruby><rt>",
+                                  u"</form><image>",
+                                  u"\u0000",
+                                  u"<dialog>",
+                                  u"<x-y/>",
+                                  u"<title>",
+                                  u"</title>",
+                                  u"\"",
+                                  u"<div id='",
+                                  u"<br",
+                                  u"\xd83d"};
+    std::mt19937 random(11);
+    for (int round = 0; round < 3000; ++round) {
+        QString page;
+        for (int i = 0; i < 30; ++i)
+            page += pieces[random() % std::size(pieces)];
+        const QString body = BodyOfPage(page, MarkupForm::Standard);
+        ASSERT_TRUE(body.startsWith(u"<body") || body.startsWith(u"<frameset")) << page.toStdString();
+        const QString legacy = ToLegacyForm(body);
+        ASSERT_EQ(ToLegacyForm(legacy), legacy) << page.toStdString();
+    }
+}
+
+} // namespace
+} // namespace Brindle
