@@ -1,0 +1,149 @@
+#include "DemoFixture.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <unistd.h>
+
+namespace Brindle::Test {
+namespace {
+
+struct BadInput {
+    const char* Name;
+    QStringList Arguments;
+    int Status;
+    QStringList Said; ///< all of it stands in the one line of the message
+};
+
+void PrintTo(const BadInput& input, std::ostream* out) {
+    *out << input.Name;
+}
+
+// Words of the arguments and messages that are only known once the demo runs.
+QString Resolved(QString text, const QString& folder, const QString& sitesFile, Demo::DemoServer& server) {
+    text.replace(QStringLiteral("{folder}"), folder);
+    text.replace(QStringLiteral("{sites}"), sitesFile);
+    text.replace(QStringLiteral("{start}"), server.FirstResultPage(u"KVPN002001"));
+    text.replace(QStringLiteral("{businesses}"), server.Businesses());
+    return text;
+}
+
+QStringList Words(const char* line) {
+    return QString::fromUtf8(line).split(u' ');
+}
+
+std::vector<BadInput> BadInputs() {
+    const auto said = [](std::initializer_list<const char*> texts) {
+        QStringList list;
+        for (const char* const text : texts)
+            list.append(QString::fromUtf8(text));
+        return list;
+    };
+    return {
+        // Wrong usage.
+        {"NoCommand", {}, 2, {}},
+        {"UnknownCommand", Words("reap"), 2, said({"reap"})},
+        {"UnknownOption", Words("harvest --demo --site KVPN002001 --fast"), 2, said({"fast"})},
+        {"NoSite", Words("harvest --demo"), 2, said({"--site"})},
+        {"NoStart", Words("harvest --sites {sites} --site KVPN002001"), 2, said({"--start"})},
+        {"UnknownSite", Words("harvest --demo --site KVPX009009"), 2, said({"KVPX009009"})},
+        {"PaceTooLarge", Words("harvest --demo --site KVPN002001 --pace 1.5"), 2, said({"--pace"})},
+        {"PaceNoNumber", Words("harvest --demo --site KVPN002001 --pace slow"), 2, said({"--pace", "slow"})},
+        {"PagesNegative", Words("harvest --demo --site KVPN002001 --max-pages -1"), 2, said({"--max-pages"})},
+        {"UnknownBrowser", Words("harvest --demo --site KVPN002001 --browser lynx"), 2, said({"lynx"})},
+        {"UnknownFormat", Words("harvest --demo --site KVPN002001 --format xml"), 2, said({"xml"})},
+        {"UnknownSetting", Words("harvest --demo --site KVPN002001 --set cExtractMails=-1"), 2,
+         said({"cExtractMails"})},
+        {"ParseWithoutPages", Words("parse --sites {sites} --site KVPN002001"), 2, {}},
+        {"FetchWithoutAddress", Words("fetch"), 2, {}},
+        // Files.
+        {"SitesFileMissing", Words("sites --sites {folder}/none.ini"), 1, said({"{folder}/none.ini"})},
+        {"SitesFileIsAFolder", Words("sites --sites {folder}"), 1, said({"{folder}"})},
+        {"SiteWithoutBase", Words("harvest --sites {folder}/nobase.ini --site KVPN002001 --start {start}"), 1,
+         said({"nobase.ini", "KVPN002001", "base"})},
+        {"SiteWithoutLabel", Words("harvest --sites {folder}/nolabel.ini --site KVPN002001 --start {start}"), 1,
+         said({"nolabel.ini", "KVPN002001", "label"})},
+        {"SettingsFileMissing", Words("harvest --demo --site KVPN002001 --settings {folder}/none.dat"), 1,
+         said({"none.dat"})},
+        {"PageMissing", Words("parse --sites {sites} --site KVPN002001 {folder}/none.html"), 1, said({"none.html"})},
+        {"OutputFolderMissing", Words("harvest --demo --site KVPN002001 --pace 0 --out {folder}/no/where.csv"), 1,
+         said({"{folder}/no/where.csv"})},
+        {"OutputIsAFolder", Words("harvest --demo --site KVPN002001 --pace 0 --out {folder}"), 1, said({"{folder}"})},
+        // Pages.
+        {"PageIsNoResultsPage", Words("parse --sites {sites} --site KVPN002001 {folder}/hello.html"), 1,
+         said({"hello.html", "ypgResultsTop"})},
+        {"StartIsNoResultsPage",
+         Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start {businesses}/plain/two-movers/"), 1,
+         said({"ypgResultsTop"})},
+        {"StartIsMissing", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start {businesses}/nothing"), 1,
+         said({"{businesses}/nothing"})},
+        {"NobodyAnswers", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start http://127.0.0.1:9/"), 1,
+         said({"127.0.0.1"})},
+        {"NoAddress", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start http://no_such_host/"), 1,
+         said({"no_such_host"})},
+        {"FetchRefused", Words("fetch --pace 0 http://127.0.0.1:9/"), 1, said({"http://127.0.0.1:9/"})},
+        {"FetchMissing", Words("fetch --pace 0 {businesses}/nothing"), 1, said({"{businesses}/nothing"})},
+        {"EmailsOfNoWebsite", Words("emails --pace 0 {businesses}/gone/x/"), 1, said({"{businesses}/gone/x/"})},
+    };
+}
+
+class BadInputTest : public DemoFixture, public testing::WithParamInterface<BadInput> {};
+
+TEST_P(BadInputTest, SaysInOneLineWhatIsWrong) {
+    const BadInput& input = GetParam();
+    Write(QStringLiteral("hello.html"), "<html><body><h1>Hello</h1></body></html>");
+    const QByteArray sites = Server().SitesIni().toUtf8();
+    const qsizetype group = sites.indexOf("[KVPN002001]");
+    const auto without = [&](const char* key) {
+        const qsizetype from = sites.indexOf(key, group);
+        return QByteArray(sites).remove(from, sites.indexOf('\n', from) - from);
+    };
+    Write(QStringLiteral("nobase.ini"), without("base="));
+    Write(QStringLiteral("nolabel.ini"), without("label="));
+
+    const auto resolved = [&](const QString& text) {
+        return Resolved(text, Path(QStringLiteral(".")).chopped(2), SitesFileName(), Server());
+    };
+    QStringList arguments;
+    for (const QString& argument : input.Arguments)
+        arguments.append(resolved(argument));
+    const Outcome outcome = RunCli(arguments);
+    EXPECT_EQ(outcome.Status, input.Status);
+    EXPECT_TRUE(outcome.Out.isEmpty()) << outcome.Out.toStdString();
+    // Progress may stand before it, usage behind it: the message is the one line that says all of it.
+    const QStringList lines = outcome.ErrText().split(u'\n', Qt::SkipEmptyParts);
+    EXPECT_FALSE(lines.isEmpty());
+    const bool told = std::any_of(lines.begin(), lines.end(), [&](const QString& line) {
+        return std::all_of(input.Said.begin(), input.Said.end(),
+                           [&](const QString& text) { return line.contains(resolved(text)); });
+    });
+    EXPECT_TRUE(told) << outcome.Err.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Inputs, BadInputTest, testing::ValuesIn(BadInputs()),
+                         [](const auto& info) { return std::string(info.param.Name); });
+
+// The folder of the automatic file cannot be written: the harvest ends, and the lead in hand is not lost.
+TEST_F(DemoFixture, LeadThatCannotBeSavedIsNotLost) {
+    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
+    const QString folder = Path(QStringLiteral("no/such/folder"));
+    const Outcome outcome = RunCli(
+        Harvest(canada, {QStringLiteral("--set"), QStringLiteral("cExportAutomatic=-1"), QStringLiteral("--set"),
+                         QStringLiteral("cExportManually=0"), QStringLiteral("--set"), u"eExportFolder=" + folder}));
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_TRUE(outcome.ErrText().contains(folder)) << outcome.Err.toStdString();
+    ExpectSameLeads(LeadsOfJsonl(outcome.Out), {Planted(canada).front()});
+}
+
+// A full disk, as far as a file can play one.
+TEST_F(DemoFixture, OutputThatCannotBeWrittenIsReported) {
+    if (!QFile::exists(QStringLiteral("/dev/full")))
+        GTEST_SKIP() << "no /dev/full here";
+    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
+    const Outcome outcome = RunCli(Harvest(canada, {QStringLiteral("--out"), QStringLiteral("/dev/full")}));
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_TRUE(outcome.ErrText().contains(QStringLiteral("/dev/full"))) << outcome.Err.toStdString();
+}
+
+} // namespace
+} // namespace Brindle::Test

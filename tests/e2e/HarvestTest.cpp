@@ -1,0 +1,61 @@
+#include "DemoFixture.h"
+
+#include <QRegularExpression>
+
+namespace Brindle::Test {
+namespace {
+
+// A whole harvest of each directory in each layout, without and with the search for e-mails on the businesses'
+// websites.
+class HarvestTest : public DemoFixture, public testing::WithParamInterface<std::tuple<DemoSite, bool>> {};
+
+TEST_P(HarvestTest, FindsEveryPlantedLead) {
+    const auto& [site, emailSearch] = GetParam();
+    QStringList more;
+    if (emailSearch)
+        more << QStringLiteral("--set") << QStringLiteral("cExtractEmails=-1");
+    const Outcome outcome = RunCli(Harvest(site, more));
+    ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+    ExpectSameLeads(LeadsOfJsonl(outcome.Out), Planted(site, emailSearch));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sites, HarvestTest, testing::Combine(testing::ValuesIn(DemoSites()), testing::Bool()),
+                         [](const auto& info) {
+                             return CaseName(std::get<0>(info.param)) + (std::get<1>(info.param) ? "_emails" : "");
+                         });
+
+// The same with the directories in the program's own process, where the ports are others.
+class OwnDemoTest : public DemoFixture, public testing::WithParamInterface<DemoSite> {};
+
+QString WithoutPorts(QString text) {
+    static const QRegularExpression port(QStringLiteral("127\\.0\\.0\\.1:\\d+"));
+    return text.replace(port, QStringLiteral("demo"));
+}
+
+TEST_P(OwnDemoTest, HarvestsFromItsOwnProcess) {
+    const DemoSite& site = GetParam();
+    const Outcome outcome =
+        RunCli({QStringLiteral("harvest"), QStringLiteral("--demo"), QStringLiteral("--site"), site.Code,
+                QStringLiteral("--pace"), QStringLiteral("0"), QStringLiteral("--format"), QStringLiteral("jsonl")});
+    ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+    RecordProperty("milliseconds", static_cast<int>(outcome.Milliseconds));
+    std::vector<Lead> found = LeadsOfJsonl(outcome.Out);
+    std::vector<Lead> planted = Planted(site);
+    for (auto* const leads : {&found, &planted})
+        for (Lead& lead : *leads)
+            for (int column = 0; column < FieldCount; ++column)
+                lead.At(column) = WithoutPorts(lead.At(column));
+    ExpectSameLeads(found, planted);
+}
+
+std::vector<DemoSite> FirstLayouts() {
+    std::vector<DemoSite> sites = DemoSites();
+    std::erase_if(sites, [](const DemoSite& site) { return site.Layout != 1; });
+    return sites;
+}
+
+INSTANTIATE_TEST_SUITE_P(Sites, OwnDemoTest, testing::ValuesIn(FirstLayouts()),
+                         [](const auto& info) { return info.param.Code.toStdString(); });
+
+} // namespace
+} // namespace Brindle::Test

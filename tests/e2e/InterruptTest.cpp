@@ -1,0 +1,75 @@
+#include "DemoFixture.h"
+#include "SitesFile.h"
+
+#include <QDeadlineTimer>
+#include <QFile>
+
+#include <signal.h>
+
+namespace Brindle::Test {
+namespace {
+
+class InterruptTest : public DemoFixture {
+protected:
+    /// Starts the program and waits until it has written something that `enough` accepts.
+    static bool RunUntil(QProcess& process, const QStringList& arguments, const std::function<bool()>& enough) {
+        process.setProcessEnvironment(CliEnvironment());
+        process.start(CliProgram(), arguments, QIODevice::ReadOnly);
+        const QDeadlineTimer limit(60'000);
+        while (!limit.hasExpired() && process.state() != QProcess::NotRunning) {
+            process.waitForReadyRead(20);
+            if (enough())
+                return true;
+        }
+        return false;
+    }
+
+    static int Interrupted(QProcess& process) {
+        ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+        if (!process.waitForFinished(20'000)) {
+            process.kill();
+            process.waitForFinished(5000);
+        }
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+};
+
+TEST_F(InterruptTest, HarvestKeepsTheLeadsSoFar) {
+    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
+    const QString file = Path(QStringLiteral("leads.jsonl"));
+    QStringList arguments = Harvest(canada, {QStringLiteral("--out"), file});
+    // Slow enough not to end by itself, quick enough for a first page soon.
+    arguments[arguments.indexOf(QStringLiteral("--pace")) + 1] = QStringLiteral("0.3");
+    QProcess process;
+    ASSERT_TRUE(RunUntil(process, arguments, [&] { return QFile::exists(file) && FileContent(file).count('\n') >= 3; }))
+        << process.readAllStandardError().toStdString();
+    EXPECT_EQ(Interrupted(process), 130);
+    const std::vector<Lead> found = LeadsOfJsonl(FileContent(file));
+    std::vector<Lead> planted = Planted(canada);
+    ASSERT_LT(found.size(), planted.size());
+    planted.resize(found.size());
+    ExpectSameLeads(found, planted);
+}
+
+TEST_F(InterruptTest, DemoServesUntilItIsEnded) {
+    QProcess process;
+    QByteArray printed;
+    ASSERT_TRUE(RunUntil(process, {QStringLiteral("demo")},
+                         [&] {
+                             printed += process.readAllStandardOutput();
+                             return printed.contains("[KVPE001005]") && printed.endsWith('\n') &&
+                                    SitesFile::Parse(printed, QStringLiteral("demo")).Problems.empty();
+                         }))
+        << printed.toStdString() << process.readAllStandardError().toStdString();
+    const SitesFile sites = SitesFile::Parse(printed, QStringLiteral("demo"));
+    for (const SiteEntry& site : sites.Sites)
+        EXPECT_EQ(
+            RunCli({QStringLiteral("fetch"), QStringLiteral("--pace"), QStringLiteral("0"), QString(site.Base + u'/')})
+                .Status,
+            0)
+            << site.Code.toStdString();
+    EXPECT_EQ(Interrupted(process), 130);
+}
+
+} // namespace
+} // namespace Brindle::Test
