@@ -22,6 +22,8 @@ void List(Harvest& harvest, const Lead& lead) {
 }
 
 void SaveOrList(Harvest& harvest, const Lead& lead) {
+    if (harvest.LeadKept)
+        harvest.LeadKept(lead);
     if (!harvest.Options.cExportAutomatic)
         return List(harvest, lead);
     try {

@@ -11,6 +11,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace Brindle {
 
 /// The state of the current harvest, shared by everything that takes part in it.
@@ -57,6 +59,9 @@ public:
     PageSource& Pages;
     EmailSource& Emails;
     LeadSaver& Saver;
+
+    /// Called for every lead that was listed or saved; may be empty.
+    std::function<void(const Lead&)> LeadKept;
 
     bool ShouldStop() const { return State.ShouldStop; }
     /// Handles pending messages.

@@ -1,0 +1,78 @@
+#include "Delay.h"
+
+#include "QtMessageLoop.h"
+#include "VirtualLoop.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <ctime>
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using Test::VirtualLoop;
+
+struct Wait {
+    quint32 StartTick;
+    qint32 Ms;
+    double Pace;
+    qint64 Expected;
+};
+
+TEST(Delay, WaitsByTheArithmeticOfTheTickCounter) {
+    const Wait cases[] = {
+        {0, 2000, 1.0, 2000},           {5, 0, 1.0, 0}, {5, -7, 1.0, 0}, {0, 2000, 0.25, 500}, {0, 2000, 0.0, 0},
+        {0x7FFFFFF0U, 1000, 1.0, 1000}, // the end lies past 2^31, the start does not
+        {0x80000000U, 1000, 1.0, 0},    // a start past 2^31 reads as negative: one round
+        {0xFFFFFFF0U, 1000, 1.0, 0},
+    };
+    for (const Wait& c : cases) {
+        VirtualLoop loop(c.StartTick);
+        loop.SetPace(c.Pace);
+        Delay(loop, c.Ms);
+        EXPECT_EQ(loop.Now(), c.Expected) << c.StartTick << " " << c.Ms;
+        EXPECT_GE(loop.Pumps, 1);
+    }
+}
+
+TEST(Delay, HandlesMessagesWhenTheyFallDue) {
+    VirtualLoop loop;
+    qint64 seen = -1;
+    loop.Post(300, [&] { seen = loop.Now(); });
+    Delay(loop, 1000);
+    EXPECT_EQ(seen, 300);
+    EXPECT_EQ(loop.Now(), 1000);
+}
+
+TEST(Delay, EndsWhenTheProgramEnds) {
+    VirtualLoop loop;
+    loop.Post(300, [&] { loop.Quit(); });
+    Delay(loop, 1000);
+    EXPECT_EQ(loop.Now(), 300);
+    BlockingDelay(loop, 1000);
+    EXPECT_EQ(loop.Blocked, 0);
+}
+
+TEST(QtMessageLoop, WaitsWithoutUsingTheProcessorAndWakesForMessages) {
+    int argc = 0;
+    const QCoreApplication app(argc, nullptr);
+    QtMessageLoop loop;
+    int ticks = 0;
+    const auto timer = loop.CreateTimer(10, [&] { ++ticks; });
+    timer->SetEnabled(true);
+    const std::clock_t before = std::clock();
+    Delay(loop, 200);
+    const double used = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    EXPECT_GE(loop.TickCount(), 200U);
+    EXPECT_GT(ticks, 0);
+    EXPECT_LT(used, 0.1); // a busy loop would have used all of it
+    timer->SetEnabled(false);
+    QTimer::singleShot(0, [&] { loop.Quit(); });
+    Delay(loop, 3'600'000); // returns because of the message
+    EXPECT_TRUE(loop.Quitting());
+}
+
+} // namespace
+} // namespace Brindle

@@ -1,0 +1,338 @@
+#include "HarvestDriver.h"
+
+#include "Errors.h"
+#include "HarvestBench.h"
+#include "PrintTo.h"
+#include "ScriptedBrowser.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Test::HarvestBench;
+using Test::ScriptedBrowser;
+
+// What the stand-in adapter does with a page; set by each test.
+std::function<void(Harvest&, const QString&)> readPage;
+std::function<bool(PageTurn&)> turnPage;
+
+void ReadPage(Harvest& harvest, const QString& page) {
+    if (readPage)
+        readPage(harvest, page);
+}
+
+bool TurnPage(PageTurn& turn, const QString&) {
+    return turnPage(turn);
+}
+
+const SiteAdapter adapters[] = {
+    {SiteCode::YellowPagesCanada, ReadPage, nullptr}, {SiteCode::UsYellowPages, ReadPage, nullptr},
+    {SiteCode::InfobelItaly, ReadPage, nullptr},      {SiteCode::PagineMail, ReadPage, TurnPage},
+    {SiteCode::PagineBianche, ReadPage, nullptr},
+};
+
+class Ending : public HarvestObserver {
+public:
+    void HarvestEnded() override { ++Ends; }
+    void RoundEnded(bool nextPageLoaded) override { Rounds.push_back(nextPageLoaded); }
+    int Ends = 0;
+    std::vector<bool> Rounds;
+};
+
+class Driving : public testing::Test {
+protected:
+    void SetUp() override {
+        readPage = [this](Harvest&, const QString& page) { pagesRead.append(page); };
+        turnPage = nullptr;
+    }
+    void TearDown() override {
+        readPage = nullptr;
+        turnPage = nullptr;
+    }
+    void Build(QStringView site, quint32 startTick = 0) {
+        bench.emplace(site, 0, startTick);
+        driver.emplace(bench->Job, browser, adapters, &ending);
+        base = bench->Job.SelectedBase();
+        page1 = base + u"/1";
+        page2 = base + u"/2";
+    }
+    void Show(const QString& address, const QString& text) {
+        browser.Pages.insert(address, text);
+        if (browser.LocationAddress().isEmpty())
+            browser.Navigate(address);
+    }
+    QStringList Navigations() const {
+        QStringList list;
+        for (const QString& call : browser.Calls)
+            if (call.startsWith(u"navigate "))
+                list.append(call.sliced(9));
+        return list;
+    }
+
+    std::optional<HarvestBench> bench;
+    ScriptedBrowser browser;
+    Ending ending;
+    std::optional<HarvestDriver> driver;
+    QStringList pagesRead;
+    QString base;
+    QString page1;
+    QString page2;
+};
+
+// A US result page: the list markers, links, and a next-page link when `next` is not empty.
+QString UsPage(const QString& next, const QString& text = u"Next<"_s) {
+    return u"<body BUSINESS-SERP <a href=\"/x\">x</a> "_s +
+           (next.isEmpty() ? QString() : u"<a href=\""_s + next + u"\">"_s + text + u"/a>"_s) + u" footer-wrapper"_s;
+}
+
+TEST_F(Driving, WalksToTheLastPage) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage(u"/2"_s));
+    Show(page2, UsPage({}));
+    driver->Start();
+    EXPECT_TRUE(bench->State.Parsing);
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 2);
+    EXPECT_EQ(Navigations(), (QStringList{page1, u"about:blank"_s, page2}));
+    EXPECT_FALSE(bench->State.Parsing);
+    EXPECT_EQ(ending.Ends, 1);
+    EXPECT_EQ(bench->Status.Last(0), u"Finished"_s);
+    EXPECT_EQ(bench->Status.Position, 0);
+    // Two ticks of a second each, a second before each page is read, five seconds to turn the page.
+    EXPECT_EQ(bench->Loop.Now(), 1000 + 1000 + 2000 + 3000 + 1000 + 1000);
+    EXPECT_EQ(browser.LastForm, MarkupForm::Standard);
+}
+
+TEST_F(Driving, WaitsForAPageToBecomeComplete) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, u"<body business-serp"_s);
+    driver->Start();
+    bench->Loop.RunUntil(5500);
+    EXPECT_TRUE(pagesRead.isEmpty());
+    EXPECT_TRUE(bench->State.Parsing);
+    Show(page1, UsPage({}));
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 1);
+    EXPECT_EQ(bench->Loop.Now(), 7000);
+}
+
+TEST_F(Driving, RefreshesAPageThatStaysIncompleteForThreeMinutes) {
+    // The tick counter wraps round on the way.
+    Build(SiteCode::UsYellowPages, 0xFFFFFFFFU - 100'000U);
+    Show(page1, u"<body>"_s);
+    driver->Start();
+    bench->Loop.RunUntil(180'000);
+    EXPECT_EQ(browser.Calls.count(u"refresh"_s), 0);
+    bench->Loop.RunUntil(182'000);
+    EXPECT_EQ(browser.Calls.count(u"refresh"_s), 1);
+    bench->Loop.RunUntil(361'000);
+    EXPECT_EQ(browser.Calls.count(u"refresh"_s), 1);
+    bench->Loop.RunUntil(364'000);
+    EXPECT_EQ(browser.Calls.count(u"refresh"_s), 2);
+}
+
+struct NextLink {
+    QStringView Site;
+    QStringView Page;
+    QStringView Loaded; // empty: nothing is loaded; "BASE" stands for the site's base address
+};
+
+TEST_F(Driving, FindsTheNextPageLink) {
+    const NextLink cases[] = {
+        {SiteCode::UsYellowPages, u"<a href=\"/a\">1</a><a href=\"/b\">Next</a>", u"BASE/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"/a\">1</a><a HREF=\"/b\">Next</a>",
+         u"BASE/a"}, // not seen as another link
+        {SiteCode::UsYellowPages, u"<a href=\"/b?x=1&amp;y=2\">Next</a>", u"BASE/b?x=1&y=2"},
+        {SiteCode::UsYellowPages, u"<a href=\"./b\">Next</a>", u"BASE/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"../b\">Next</a>", u"BASE./b"},
+        {SiteCode::UsYellowPages, u"<a href=\"BASE/b\">Next</a>", u"BASE/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"http://other.test/b\">Next</a>", u"http://other.test/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"HTTP://other.test/b\">Next</a>", u"HTTP://other.test/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"https://other.test/b\">Next</a>", u"BASEhttps://other.test/b"},
+        {SiteCode::UsYellowPages, u"<a href=\"/a\">next</a><a href=\"/b\">c</a>",
+         u"BASE/a"}, // announced in any case, looked up in one
+        {SiteCode::UsYellowPages, u"<a href=\"\">Next</a>", u""},
+        {SiteCode::UsYellowPages, u"<a href=\"/b>Next</a>", u""}, // the link does not end
+        {SiteCode::UsYellowPages, u"no link Next</a>", u""},
+        {SiteCode::InfobelItaly, u"<A href=\"/it/italy/it/italy/p2\">successivo</A>", u"BASE/it/italy/p2"},
+    };
+    for (const NextLink& c : cases) {
+        browser.Calls.clear();
+        driver.reset();
+        Build(c.Site);
+        const auto withBase = [this](QStringView text) { return text.toString().replace(u"BASE"_s, base); };
+        const bool infobel = c.Site == SiteCode::InfobelItaly;
+        const QString page = (infobel ? u"<h1 class=pageh1>"_s : u"business-serp "_s) + withBase(c.Page) +
+                             (infobel ? u" id=footer"_s : u" footer-wrapper"_s);
+        browser.Pages = {{page1, page}};
+        browser.Navigate(page1);
+        browser.Calls.clear();
+        driver->Start();
+        bench->Loop.RunUntil(1000 + 1000 + 5000 + 5000 + 7000 + 500);
+        driver->Stop();
+        const QStringList expected =
+            c.Loaded.isEmpty() ? QStringList() : QStringList{u"about:blank"_s, withBase(c.Loaded)};
+        if (c.Loaded.isEmpty()) {
+            EXPECT_GE(pagesRead.size(), 2); // the same page is read again and again
+        }
+        EXPECT_EQ(Navigations(), expected) << c.Page.toUtf8().data();
+        pagesRead.clear();
+    }
+}
+
+TEST_F(Driving, ADisabledNextLinkEndsTheHarvest) {
+    Build(SiteCode::InfobelItaly);
+    Show(page1, u"<H1 class=Pageh1> <a href=\"/2\">successivo</A> <span class=\"ec disabled>SUCCESSIVO id=footer"_s);
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 1);
+    EXPECT_EQ(Navigations(), QStringList{page1});
+    EXPECT_EQ(bench->Loop.Now(), 1000 + 1000 + 5000); // that site's pause after each page
+    EXPECT_EQ(browser.LastForm, MarkupForm::Legacy);
+}
+
+TEST_F(Driving, StopEndsItInEveryWait) {
+    // A page takes: tick at 1000, a second's wait, the adapter at 2000, two seconds on the blank page, three on the
+    // next.
+    struct Case {
+        qint64 StopAt;
+        int PagesRead;
+        int NavigationsMade;
+    };
+    const Case cases[] = {{500, 0, 0}, {1500, 0, 0}, {3000, 1, 2}, {5000, 1, 2}};
+    for (const Case& c : cases) {
+        browser.Calls.clear();
+        pagesRead.clear();
+        driver.reset();
+        Build(SiteCode::UsYellowPages);
+        browser.Pages = {{page1, UsPage(u"/2"_s)}, {page2, UsPage(u"/3"_s)}};
+        browser.Navigate(page1);
+        browser.Calls.clear();
+        driver->Start();
+        bench->Loop.Post(c.StopAt, [this] { driver->Stop(); });
+        bench->Loop.RunToIdle(60'000);
+        EXPECT_EQ(pagesRead.size(), c.PagesRead) << c.StopAt;
+        EXPECT_EQ(Navigations().size(), c.NavigationsMade) << c.StopAt;
+        EXPECT_GE(browser.Calls.count(u"stop"_s), 2);
+        EXPECT_EQ(bench->Pages.Disconnects, 2);
+        EXPECT_FALSE(bench->State.Parsing) << c.StopAt;
+        EXPECT_FALSE(driver->Running());
+    }
+}
+
+TEST_F(Driving, StopInsideTheAdapterEndsTheHarvestAfterIt) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage(u"/2"_s));
+    readPage = [](Harvest& harvest, const QString&) { harvest.State.ShouldStop = true; };
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(Navigations(), QStringList{page1});
+    EXPECT_EQ(bench->Status.Last(0), u"Finished"_s);
+}
+
+TEST_F(Driving, StartIsRefusedWhileParsingAndZeroesTheCountersOtherwise) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, u"<body>"_s);
+    bench->State.ExportedNum = 7;
+    bench->State.ExtractedNum = 7;
+    bench->State.MainCategory = u"Plumbers"_s;
+    bench->State.ShouldStop = true;
+    driver->Start();
+    EXPECT_EQ(bench->State.ExportedNum, 0);
+    EXPECT_EQ(bench->State.ExtractedNum, 0);
+    EXPECT_TRUE(bench->State.MainCategory.isEmpty());
+    EXPECT_FALSE(bench->State.ShouldStop);
+    EXPECT_EQ(bench->Status.Last(2), u"0 items exported"_s);
+    EXPECT_FALSE(bench->State.DateTimeVal.isEmpty());
+    EXPECT_FALSE(bench->State.DateTimeVal.contains(u':') || bench->State.DateTimeVal.contains(u'/'));
+    bench->State.ExtractedNum = 3;
+    driver->Start();
+    EXPECT_EQ(bench->State.ExtractedNum, 3);
+}
+
+TEST_F(Driving, TicksDoNotNest) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage({}));
+    int depth = 0;
+    int deepest = 0;
+    int reads = 0;
+    readPage = [&](Harvest& harvest, const QString&) {
+        deepest = std::max(deepest, ++depth);
+        // The first time the user presses Get Data once more while the adapter waits far longer than a tick.
+        if (++reads == 1) {
+            driver->Start();
+            EXPECT_TRUE(harvest.State.Parsing);
+            bench->Loop.RunUntil(bench->Loop.Now() + 10'000);
+        }
+        --depth;
+    };
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(deepest, 1);
+    EXPECT_EQ(reads, 2); // the tick that fell due ran when the first had ended
+    EXPECT_FALSE(bench->State.Parsing);
+}
+
+TEST_F(Driving, AnErrorInTheAdapterEndsThatPageOnly) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage(u"/2"_s));
+    Show(page2, UsPage({}));
+    readPage = [this](Harvest& harvest, const QString& page) {
+        pagesRead.append(page);
+        harvest.Leads.Append({.Name = u"kept"_s});
+        throw IndexError("no such item");
+    };
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 2);
+    EXPECT_EQ(bench->Leads.Count(), 2);
+}
+
+TEST_F(Driving, ASiteMayTurnItsOwnPage) {
+    Build(SiteCode::PagineMail);
+    Show(page1, u"search-title <a>1</big></a><footer>"_s);
+    int turns = 0;
+    turnPage = [&](PageTurn& turn) {
+        if (++turns == 3)
+            return true; // a page is loaded, but the timer stays off: the end
+        turn.tmrParse.SetEnabled(true);
+        return turns == 1;
+    };
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 3);
+    EXPECT_EQ(ending.Rounds, (std::vector<bool>{true, false}));
+    EXPECT_EQ(ending.Ends, 1);
+}
+
+TEST_F(Driving, ProgressSetsAPercentageAgainstTheMaximum) {
+    Build(SiteCode::UsYellowPages);
+    struct Case {
+        qint64 Progress, Maximum, Position;
+    };
+    for (const Case& c :
+         {Case{50, 200, 25}, {1, 3, 33}, {2, 3, 67}, {0, 100, 0}, {1, 1, 0}, {-1, 100, 0}, {500, 100, 500}}) {
+        Q_EMIT browser.ProgressChange(c.Progress, c.Maximum);
+        EXPECT_EQ(bench->Status.Maximum, c.Maximum);
+        EXPECT_EQ(bench->Status.Position, c.Position) << c.Progress;
+    }
+}
+
+TEST_F(Driving, TheBrowserBar) {
+    Build(SiteCode::UsYellowPages);
+    browser.IsBusy = true;
+    driver->GoBack();
+    browser.IsBusy = false;
+    driver->GoForward();
+    driver->StopLoading();
+    driver->Refresh();
+    driver->GoHome();
+    driver->Go(u"http://a.test"_s);
+    EXPECT_EQ(browser.Calls, (QStringList{u"stop"_s, u"back"_s, u"forward"_s, u"stop"_s, u"refresh"_s,
+                                          u"navigate "_s + base, u"navigate http://a.test"_s}));
+}
+
+} // namespace
+} // namespace Brindle
