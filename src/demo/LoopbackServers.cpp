@@ -1,5 +1,7 @@
 #include "LoopbackServers.h"
 
+#include "DemoPage.h"
+
 #include <condition_variable>
 #include <deque>
 #include <httplib.h>
@@ -104,6 +106,10 @@ QString LoopbackServers::Add() {
     // One request per connection: a worker never waits for what an idle client might still ask.
     http.set_keep_alive_max_count(1);
     http.set_keep_alive_timeout(1);
+    http.set_error_handler([](const httplib::Request&, httplib::Response& response) {
+        SendPage(response, QStringLiteral("<!DOCTYPE html><title>Not here</title><h1>There is nothing here</h1>"),
+                 response.status);
+    });
     const int port = http.bind_to_any_port("127.0.0.1");
     if (port <= 0)
         throw std::runtime_error("no free port on 127.0.0.1");

@@ -1,4 +1,5 @@
 #include "BusinessWebsites.h"
+#include "DemoLinks.h"
 #include "DemoPage.h"
 #include "Directories.h"
 #include "SiteCatalogue.h"
@@ -14,12 +15,14 @@ namespace Brindle::Demo {
 namespace {
 
 const QString searchTerm = QStringLiteral("Plumbers & Heating");
+const QString peopleTerm = QStringLiteral("A to Z");
 const QString searchPlace = QStringLiteral("Toronto, ON");
 
 const Look look{QStringLiteral("Beaver Pages"), QStringLiteral("#8a1f2b"), QStringLiteral("en-CA"),
                 QStringLiteral(".listing { background: #fff; border: 1px solid #d9dce2; border-radius: 6px; "
                                "padding: .7em 1em; margin: 0 0 .7em }\n"
                                ".phoneNumber { float: right; font-weight: bold }\n"
+                               ".rank { float: left; margin-right: .5em }\n"
                                ".pager { margin: .8em 0 } .pager a { margin-right: .8em }\n")};
 
 // The first `featuredCount` businesses have paid to stand on top of every page.
@@ -329,13 +332,6 @@ QString DetailsPage(const Person& person) {
     return Document(look, name, body);
 }
 
-QString MapLink(const DemoContext& context, const QString& fullAddress) {
-    if (fullAddress.isEmpty())
-        return {};
-    QString query = fullAddress + u",Canada";
-    return context.Maps + u"/maps?q=" + query.replace(u' ', u'+');
-}
-
 class YellowPagesCanadaDemo : public DemoDirectory {
 public:
     QStringView Code() const override { return SiteCode::YellowPagesCanada; }
@@ -351,7 +347,8 @@ public:
     void AddDetailsRoutes(httplib::Server& server, const DemoContext& context) const override;
 
     QString FirstResultPage(const DemoContext& context, int layout) const override {
-        return context.Base + (layout == 1 ? u"/search?" : u"/residential?") + Query(searchTerm, searchPlace, 1);
+        return layout == 1 ? QString(context.Base + u"/search?" + Query(searchTerm, searchPlace, 1))
+                           : QString(context.Base + u"/residential?" + Query(peopleTerm, searchPlace, 1));
     }
     std::vector<PlantedLead> PlantedLeads(const DemoContext& context, int layout) const override {
         return layout == 1 ? PlantedBusinesses(context) : PlantedPeople(context);
@@ -364,15 +361,17 @@ private:
 
 void YellowPagesCanadaDemo::AddRoutes(httplib::Server& server, const DemoContext& context) const {
     server.Get("/", [](const httplib::Request&, httplib::Response& response) {
-        const QString body =
-            Fill(uR"(<body>{{masthead}}
+        const QString body = Fill(uR"(<body>{{masthead}}
 <div class="search"><h1>Find a business</h1><form action="/search" method="get">
 <input type="text" name="what" value="{{what}}"> <input type="text" name="where" value="{{where}}">
 <button>Find</button></form></div>
 <div class="search"><h2>Find a person</h2><form action="/residential" method="get">
-<input type="text" name="what" value="A to Z"> <input type="text" name="where" value="{{where}}">
+<input type="text" name="what" value="{{who}}"> <input type="text" name="where" value="{{where}}">
 <button>Find</button></form></div></body>)",
-                 {{u"masthead", RawHtml{mastheadTemplate.toString()}}, {u"what", searchTerm}, {u"where", searchPlace}});
+                                  {{u"masthead", RawHtml{mastheadTemplate.toString()}},
+                                   {u"what", searchTerm},
+                                   {u"who", peopleTerm},
+                                   {u"where", searchPlace}});
         SendPage(response, Document(look, QStringLiteral("Beaver Pages"), body));
     });
     using MakePage = QString (*)(const DemoContext&, const QString&, const QString&, int);
@@ -437,7 +436,8 @@ std::vector<PlantedLead> YellowPagesCanadaDemo::PlantedBusinesses(const DemoCont
         if (business.Website != Site::NoScheme)
             lead.Website = WebsiteAddress(context, business);
         lead.Email = business.Email.toString();
-        lead.MapLink = MapLink(context, lead.FullAddress);
+        if (!lead.FullAddress.isEmpty())
+            lead.MapLink = MapLinkOf(context, lead.FullAddress, u"Canada");
         lead.DetailsLink = context.Base + u"/bus/" + business.Slug + u".html?from=list&near=Toronto,ON";
         planted.FoundEmails = EmailsOnWebsite(business);
     }
@@ -460,7 +460,8 @@ std::vector<PlantedLead> YellowPagesCanadaDemo::PlantedPeople(const DemoContext&
         // Beside an address, an e-mail is only seen inside its block.
         if (person.EmailPlace == Mail::Inside || person.Address == Block::No)
             lead.Email = person.Email.toString();
-        lead.MapLink = MapLink(context, lead.FullAddress);
+        if (!lead.FullAddress.isEmpty())
+            lead.MapLink = MapLinkOf(context, lead.FullAddress, u"Canada");
         if (person.DetailsLink != Link::None)
             lead.DetailsLink = PersonLink(context, person);
     }
