@@ -5,32 +5,36 @@
 #include "Markup.h"
 #include "Text.h"
 
+#include <algorithm>
+
 namespace Brindle {
 
 namespace {
 
 QString MapLinkOf(const Harvest& harvest, const ListingRules& rules, const QString& fullAddress) {
-    QString query = fullAddress + u',' + rules.MapCountry;
-    query.replace(u' ', u'+');
-    return harvest.Catalogue.MapBase() + u"/maps?q=" + query;
+    const QString& base = harvest.Catalogue.MapBase();
+    QString link = base + u"/maps?q=" + fullAddress + u',' + rules.MapCountry;
+    std::replace(link.begin() + base.size(), link.end(), QChar(u' '), QChar(u'+'));
+    return link;
 }
 
-void List(Harvest& harvest, const Lead& lead) {
-    if (!TrimmedView(lead.DetailsLink).isEmpty())
-        harvest.Leads.DuplicatedItems.Add(UpperTrimmed(lead.DetailsLink));
+// `key` is that of the lead's details link.
+void List(Harvest& harvest, const Lead& lead, const QString& key) {
+    if (!key.isEmpty())
+        harvest.Leads.DuplicatedItems.Add(key);
     harvest.Leads.Append(lead);
 }
 
-void SaveOrList(Harvest& harvest, const Lead& lead) {
+void SaveOrList(Harvest& harvest, const Lead& lead, const QString& key) {
     if (harvest.LeadKept)
         harvest.LeadKept(lead);
     if (!harvest.Options.cExportAutomatic)
-        return List(harvest, lead);
+        return List(harvest, lead, key);
     try {
         harvest.Saver.AutomaticSave(harvest.Options.eExportFolder, QStringLiteral("Results"), AutomaticLine(lead));
     } catch (const SaveError& error) {
         // The lead must not be lost: the list keeps it, and the harvest ends before another one fails.
-        List(harvest, lead);
+        List(harvest, lead, key);
         harvest.Fail(error.Message());
     }
 }
@@ -45,7 +49,8 @@ bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead) {
     if (harvest.ShouldStop())
         return false;
     harvest.PumpMessages();
-    const bool listed = !TrimmedView(lead.DetailsLink).isEmpty() && IsListed(harvest, lead.DetailsLink);
+    const QString key = UpperTrimmed(lead.DetailsLink);
+    const bool listed = !key.isEmpty() && harvest.Leads.DuplicatedItems.Contains(key);
     if (!TrimmedView(lead.Name).isEmpty() && !listed) {
         if (rules.DropsOddWebsites && !StartsWithFolded(lead.Website, u"http"))
             lead.Website.clear();
@@ -67,7 +72,7 @@ bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead) {
         if (rules.CountsExtracted)
             ++harvest.State.ExtractedNum;
         lead.Country = rules.Country.toString();
-        SaveOrList(harvest, lead);
+        SaveOrList(harvest, lead, key);
     }
     ShowListCount(harvest.Leads, harvest.Texts, harvest.Status);
     harvest.PumpMessages();

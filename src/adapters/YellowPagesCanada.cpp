@@ -78,29 +78,37 @@ QString ReadElement(WorkingText& text, const Marker& marker) {
 
 // "12 Main St, Toronto, ON M5V 2T6": the last part holds province and postal code, the one before it the city.
 void SplitAddress(Lead& lead) {
-    QStringList parts = SplitText(lead.FullAddress, u",");
-    const QString last = Trim(parts.takeLast());
+    QStringView rest = lead.FullAddress;
+    bool partsRemain = true;
+    const auto takeLastPart = [&] {
+        const qsizetype comma = rest.lastIndexOf(u',');
+        const QStringView part = rest.sliced(comma + 1);
+        rest = rest.first(std::max<qsizetype>(comma, 0));
+        partsRemain = comma >= 0;
+        return part;
+    };
+    const QStringView last = TrimmedView(takeLastPart());
+    const qsizetype firstBlank = last.indexOf(u' ');
+    const qsizetype lastBlank = last.lastIndexOf(u' ');
     if (last.size() < 3) {
-        lead.State = last;
+        lead.State = last.toString();
+    } else if (firstBlank >= 0 && firstBlank < lastBlank && last.indexOf(u' ', firstBlank + 1) == lastBlank) {
+        const QStringView half = last.sliced(firstBlank + 1, lastBlank - firstBlank - 1);
+        lead.State = Trim(last.first(firstBlank));
+        lead.PostalCode = Trim(half) + u' ' + TrimmedView(last.sliced(lastBlank + 1));
     } else {
-        const QStringList words = SplitText(last, u" ");
-        if (words.size() == 3) {
-            lead.State = Trim(words[0]);
-            lead.PostalCode = Trim(words[1]) + u' ' + Trim(words[2]);
-        } else {
-            lead.PostalCode = last;
-        }
+        lead.PostalCode = last.toString();
     }
-    if (!parts.isEmpty())
-        lead.City = parts.takeLast();
-    lead.Street = parts.join(u',');
+    if (partsRemain)
+        lead.City = takeLastPart().toString();
+    lead.Street = rest.toString();
 }
 
-void ReadListing1(Harvest& harvest, WorkingText& text, Lead& lead) {
+void ReadListing1(const QString& base, WorkingText& text, Lead& lead) {
     StartListing(lead);
     Skip(text, listing, titleLine);
     if (text.Contains(titleLine)) {
-        lead.DetailsLink = harvest.SelectedBase() + text.TakeBetween(href, quote);
+        lead.DetailsLink = base + text.TakeBetween(href, quote);
         ReplaceAll(lead.DetailsLink, u"%2C", u",");
         ReplaceAll(lead.DetailsLink, u"&amp;", u"&");
         Skip(text, quote, title);
@@ -165,10 +173,11 @@ void GetYPCADataResults1(Harvest& harvest, const QString& page) {
     WorkingText text(page);
     Lead lead;
     lead.Category = ReadCategory(harvest, text);
+    const QString base = harvest.SelectedBase();
     ForEachListing(
         harvest, text, [&] { return text.Contains(listing); },
         [&] {
-            ReadListing1(harvest, text, lead);
+            ReadListing1(base, text, lead);
             return KeepLead(harvest, layout1Rules, lead);
         });
 }

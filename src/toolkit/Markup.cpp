@@ -12,65 +12,68 @@ namespace {
 struct Replacement {
     QStringView Before;
     QStringView After;
+    char16_t Trigger; // a text without this character has nothing for the row; no row brings one of them in anew
 };
 
-// The order is deliberate: a later row sees what the earlier ones made. The last row but five turns two blanks into
-// one in a single pass, so longer runs are only halved.
+// The order is deliberate: a later row sees what the earlier ones made. The row of two blanks makes a single pass, so
+// longer runs are only halved.
 constexpr std::array<Replacement, 29> replacements{{
-    {u"%3A", u":"},
-    {u"%2F", u"/"},
-    {u"<SPAN>", u""},
-    {u"<BR>", u" "},
-    {u"<br>", u" "},
-    {u"</SPAN>", u""},
-    {u"http%3A%2F%2F", u"http://"},
-    {u"\"", u""},
-    {u"<br/>", u""},
-    {u"&amp;", u"&"},
-    {u"<b>", u""},
-    {u"</b>", u""},
-    {u"<li>", u""},
-    {u"</li>", u""},
-    {u"</ul>", u""},
-    {u"<ul>", u""},
-    {u"</A>", u""},
-    {u"&nbsp;", u" "},
-    {u"\r", u" "},
-    {u"\n", u" "},
-    {u"\t", u" "},
-    {u"&#039;", u"'"},
-    {u"&#39;", u"'"},
-    {u"  ", u" "},
-    {u"<STRONG>", u""},
-    {u"</STRONG>", u""},
-    {u"<strong>", u""},
-    {u"</strong>", u""},
-    {u"&#10;", u""},
+    {u"%3A", u":", u'%'},
+    {u"%2F", u"/", u'%'},
+    {u"<SPAN>", u"", u'<'},
+    {u"<BR>", u" ", u'<'},
+    {u"<br>", u" ", u'<'},
+    {u"</SPAN>", u"", u'<'},
+    {u"http%3A%2F%2F", u"http://", u'%'},
+    {u"\"", u"", u'"'},
+    {u"<br/>", u"", u'<'},
+    {u"&amp;", u"&", u'&'},
+    {u"<b>", u"", u'<'},
+    {u"</b>", u"", u'<'},
+    {u"<li>", u"", u'<'},
+    {u"</li>", u"", u'<'},
+    {u"</ul>", u"", u'<'},
+    {u"<ul>", u"", u'<'},
+    {u"</A>", u"", u'<'},
+    {u"&nbsp;", u" ", u'&'},
+    {u"\r", u" ", u'\r'},
+    {u"\n", u" ", u'\n'},
+    {u"\t", u" ", u'\t'},
+    {u"&#039;", u"'", u'&'},
+    {u"&#39;", u"'", u'&'},
+    {u"  ", u" ", u' '},
+    {u"<STRONG>", u"", u'<'},
+    {u"</STRONG>", u"", u'<'},
+    {u"<strong>", u"", u'<'},
+    {u"</strong>", u"", u'<'},
+    {u"&#10;", u"", u'&'},
 }};
 
-// Whether any row of the table could apply: each begins with one of these characters.
-bool NeedsReplacing(QStringView text) {
-    bool blankBefore = false;
+// One bit per character up to "?", which all triggers are.
+constexpr quint64 BitOf(char16_t c) {
+    return c < 64 ? quint64{1} << c : 0;
+}
+
+constexpr quint64 triggers = [] {
+    quint64 bits = 0;
+    for (const Replacement& row : replacements)
+        bits |= BitOf(row.Trigger);
+    return bits;
+}();
+
+// The triggers that the text holds. A single blank triggers nothing, but the rows can bring a second one beside it.
+quint64 TriggersIn(QStringView text) {
+    quint64 bits = 0;
+    bool twoBlanks = false;
+    char16_t previous = 0;
     for (const QChar c : text) {
-        switch (c.unicode()) {
-        case u'%':
-        case u'<':
-        case u'"':
-        case u'&':
-        case u'\r':
-        case u'\n':
-        case u'\t':
-            return true;
-        case u' ':
-            if (blankBefore)
-                return true;
-            blankBefore = true;
-            break;
-        default:
-            blankBefore = false;
-        }
+        const char16_t unit = c.unicode();
+        bits |= BitOf(unit);
+        twoBlanks = twoBlanks || (unit == u' ' && previous == u' ');
+        previous = unit;
     }
-    return false;
+    const quint64 others = bits & triggers & ~BitOf(u' ');
+    return others != 0 || twoBlanks ? others | BitOf(u' ') : 0;
 }
 
 } // namespace
@@ -78,10 +81,12 @@ bool NeedsReplacing(QStringView text) {
 QString CleanMarkup(QStringView text) {
     const QStringView trimmed = TrimmedView(text);
     QString result = trimmed.toString();
-    if (!NeedsReplacing(trimmed))
+    const quint64 present = TriggersIn(trimmed);
+    if (present == 0)
         return result;
     for (const Replacement& row : replacements)
-        ReplaceAll(result, row.Before, row.After);
+        if ((present & BitOf(row.Trigger)) != 0)
+            ReplaceAll(result, row.Before, row.After);
     return Trim(result);
 }
 

@@ -34,10 +34,25 @@ QString UpperTrimmed(QStringView text) {
     return upper;
 }
 
+namespace {
+
+// Values are short and their needles shorter: looking for the first character is all the preparation that pays.
+qsizetype FindPlain(QStringView text, QStringView wanted, qsizetype from) {
+    const char16_t first = wanted.front().unicode();
+    const char16_t* const units = text.utf16();
+    const qsizetype last = text.size() - wanted.size();
+    for (qsizetype at = from; at <= last; ++at)
+        if (units[at] == first && std::equal(wanted.utf16() + 1, wanted.utf16() + wanted.size(), units + at + 1))
+            return at;
+    return -1;
+}
+
+} // namespace
+
 void ReplaceAll(QString& text, QStringView before, QStringView after) {
     if (before.isEmpty())
         return;
-    qsizetype at = QStringView(text).indexOf(before);
+    qsizetype at = FindPlain(text, before, 0);
     if (at < 0)
         return;
     QString result;
@@ -48,7 +63,7 @@ void ReplaceAll(QString& text, QStringView before, QStringView after) {
         result.append(source.sliced(done, at - done));
         result.append(after);
         done = at + before.size();
-        at = source.indexOf(before, done);
+        at = FindPlain(source, before, done);
     }
     result.append(source.sliced(done));
     text = std::move(result);
