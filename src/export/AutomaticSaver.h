@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Harvest.h"
+#include "Services.h"
+
+namespace Brindle {
+
+/// Appends each lead to the harvest's automatic file as soon as it is found. The file is opened and closed for every
+/// lead, and a lead is one write, so whatever happens to the program the file ends with a whole line.
+class AutomaticSaver : public LeadSaver {
+public:
+    AutomaticSaver(HarvestState& state, const Settings& settings, const LeadList& leads, const MessageTexts& texts,
+                   StatusView& status, MessageLoop& loop);
+
+    /// `folder` + separator + `name` + blank + time stamp of the harvest + ".csv". The header is written when the file
+    /// does not exist. Throws `SaveError` with file and reason; the lead then does not count as exported.
+    void AutomaticSave(const QString& folder, const QString& name, const QString& line) override;
+
+private:
+    HarvestState& state_;
+    const Settings& settings_;
+    const LeadList& leads_;
+    const MessageTexts& texts_;
+    StatusView& status_;
+    MessageLoop& loop_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,88 @@
+#include "CsvExport.h"
+
+#include "CsvFormat.h"
+#include "Errors.h"
+#include "Text.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace Brindle {
+
+namespace {
+
+constexpr qsizetype bufferSize = 1 << 20;
+constexpr qsizetype rowsPerReport = 5000;
+
+void WriteOut(QSaveFile& file, QByteArray& buffer) {
+    if (file.write(buffer) != buffer.size())
+        throw SaveError(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
+    buffer.resize(0); // keeps its memory
+}
+
+} // namespace
+
+bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows rows, const Settings& settings,
+                 const ExportProgress& progress) {
+    QSaveFile file(fileName);
+    const auto failed = [&] {
+        return SaveError(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    };
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw failed();
+    CsvFormat format(settings);
+    QByteArray buffer;
+    buffer.reserve(bufferSize + bufferSize / 4);
+    format.AppendHeader(buffer, leads.Captions);
+    const qsizetype count = rows ? static_cast<qsizetype>(rows->size()) : leads.Count();
+    for (qsizetype i = 0; i < count; ++i) {
+        // Messages are handled while progress is shown, and the list may have become shorter by that.
+        const qsizetype row = rows ? (*rows)[static_cast<size_t>(i)] : i;
+        if (row >= leads.Count())
+            break;
+        format.AppendLead(buffer, leads.At(row));
+        if (buffer.size() >= bufferSize)
+            WriteOut(file, buffer);
+        if (progress && (i + 1) % rowsPerReport == 0 && !progress(i + 1, count))
+            return false;
+    }
+    WriteOut(file, buffer);
+    if (!file.commit())
+        throw failed();
+    return true;
+}
+
+bool ExportSelected(const ExportCommand& command, std::span<const qsizetype> selectedRows,
+                    const ExportProgress& progress) {
+    const auto refuse = [&command](Message reason) {
+        command.Notices.Inform(command.Texts.Text(reason));
+        return false;
+    };
+    if (command.Leads.Count() == 0)
+        return refuse(Message::ExportListEmpty);
+    if (selectedRows.empty())
+        return refuse(Message::ExportNothingSelected);
+    if (TrimmedView(command.Options.eExportFields).isEmpty())
+        return refuse(Message::ExportNoColumns);
+    const QString fileName =
+        command.Notices.AskSaveFile(command.Texts.Text(Message::SaveDialogTitle), command.DocumentsFolder);
+    if (fileName.isEmpty())
+        return false;
+    const auto show = [&command](const QString& text) {
+        command.Status.SetPanel(0, text);
+        command.Loop.ProcessMessages();
+    };
+    show(command.Texts.Text(Message::Saving));
+    bool saved = false;
+    try {
+        saved = SaveRecords(fileName, command.Leads, selectedRows, command.Options, progress);
+    } catch (const SaveError& error) {
+        show({});
+        command.Notices.Warn(error.Message());
+        return false;
+    }
+    show(saved ? command.Texts.Text(Message::Saved) : QString());
+    return saved;
+}
+
+} // namespace Brindle

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Platform.h"
+
+#include <memory>
+
+namespace Brindle {
+
+/// The platform that the program runs on.
+std::unique_ptr<Platform> CreatePlatform();
+
+} // namespace Brindle

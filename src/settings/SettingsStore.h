@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Settings.h"
+
+#include <QString>
+
+namespace Brindle {
+
+/// The settings file of the user, "settings.dat" in the settings folder.
+class SettingsStore {
+public:
+    /// `documentsFolder`: the default folder of automatic exports.
+    SettingsStore(QString fileName, QString documentsFolder);
+
+    /// The defaults, overridden by what the file holds. A missing file gives the defaults silently; throws `Failure`
+    /// when there is something of that name that cannot be read or is no settings file.
+    Settings LoadSettings() const;
+    /// Replaces the file as a whole, so that it is never seen half written; only its owner may read it, where the
+    /// system knows that. Missing folders are made. Throws `SaveError`, and the old file stays as it was.
+    void SaveSettings(const Settings& settings) const;
+
+    const QString& FileName() const { return fileName_; }
+
+private:
+    QString fileName_;
+    QString documentsFolder_;
+};
+
+} // namespace Brindle
