@@ -45,6 +45,7 @@ constexpr NameSet uncounted({u"a",      u"nobr",    u"area", u"base",     u"base
                              u"param",  u"rb",      u"rp",   u"rt",       u"rtc",      u"source",  u"tbody",
                              u"td",     u"tfoot",   u"th",   u"thead",    u"tr",       u"track",   u"wbr"});
 
+constexpr NameSet endsHead({u"body", u"br", u"head", u"html"});
 constexpr NameSet ofHead({u"base", u"basefont", u"bgsound", u"head", u"html", u"link", u"meta", u"noframes",
                           u"noscript", u"script", u"style", u"template", u"title"});
 
@@ -83,8 +84,11 @@ class HeadWatch {
 public:
     bool InHead() const { return inHead_; }
     void Add(quint64 id, bool closing) {
-        if (inHead_)
-            inHead_ = ofHead.Contains(id) && !(closing && (id == IdOf(u"head") || id == IdOf(u"html")));
+        // Any other end tag is ignored there.
+        if (closing)
+            inHead_ = inHead_ && !endsHead.Contains(id);
+        else
+            inHead_ = inHead_ && ofHead.Contains(id);
     }
 
 private:

@@ -1,0 +1,295 @@
+#include "WebEngineBrowser.h"
+
+#include "MarkupFormText.h"
+#include "WebEnginePage.h"
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QNetworkProxy>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineHistory>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <signal.h>
+#endif
+
+namespace Brindle {
+
+namespace {
+
+constexpr qint64 patienceMs = 5000;
+
+// The scripts run in a world of their own, so a page can neither see nor change what they use. A document that is
+// being left carries a mark, which goes with it.
+constexpr quint32 world = QWebEngineScript::ApplicationWorld;
+
+// A page beyond the size of what is parsed elsewhere is not read here either.
+constexpr auto readBody = u"(() => { if (window.brindleLeft || !document.body) return '';"
+                          u" const html = document.body.outerHTML; return html.length > 67108864 ? '' : html; })()";
+constexpr auto readLinks = u"window.brindleLeft ? [] : Array.from(document.links, link => link.innerText)";
+constexpr auto leave = u"window.brindleLeft = true";
+constexpr auto stay = u"window.brindleLeft = false";
+
+// Clicks a link. Where the click will bring up another page in this view, the document counts as left from now on.
+constexpr auto click = uR"((index => {
+    const link = document.links[index];
+    if (!link) return;
+    let taken = false;
+    const follow = event => { taken = !event.defaultPrevented; };
+    window.addEventListener('click', follow);
+    link.click();
+    window.removeEventListener('click', follow);
+    const here = location.href.split('#')[0];
+    const away = /^https?:$/.test(link.protocol) && (link.href.split('#')[0] !== here || !link.hash);
+    const inThisView = ['', '_self', '_top', '_parent'].includes(link.target) && !link.hasAttribute('download');
+    if (taken && away && inThisView) window.brindleLeft = true;
+})(%1))";
+
+void Kill(qint64 process) {
+    if (process <= 0)
+        return;
+#ifdef Q_OS_WIN
+    if (const HANDLE handle = OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(process))) {
+        TerminateProcess(handle, 1);
+        CloseHandle(handle);
+    }
+#else
+    kill(static_cast<pid_t>(process), SIGKILL);
+#endif
+}
+
+QUrl UrlOf(const QString& address) {
+    return QUrl::fromUserInput(address);
+}
+
+// The engine remarks on its graphics when it starts without a display; there is nothing that a user could do about it.
+class QuietStart {
+public:
+    QuietStart() : before_(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {})) {}
+    ~QuietStart() { qInstallMessageHandler(before_); }
+    QuietStart(const QuietStart&) = delete;
+    QuietStart& operator=(const QuietStart&) = delete;
+
+private:
+    QtMessageHandler before_;
+};
+
+std::unique_ptr<QWebEngineProfile> MadeProfile(const QString& folder) {
+    const QuietStart quiet;
+    if (folder.isEmpty())
+        return std::make_unique<QWebEngineProfile>();
+    auto profile = std::make_unique<QWebEngineProfile>(QStringLiteral("brindle"));
+    profile->setPersistentStoragePath(folder);
+    profile->setCachePath(folder + QStringLiteral("/cache"));
+    profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
+    return profile;
+}
+
+} // namespace
+
+WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFolder)
+    : loop_(loop), profile_(MadeProfile(profileFolder)) {
+    defaultUserAgent_ = profile_->httpUserAgent();
+    connect(profile_.get(), &QWebEngineProfile::downloadRequested, this,
+            [](QWebEngineDownloadRequest* download) { download->cancel(); });
+
+    page_ = std::make_unique<WebEnginePage>(profile_.get());
+    page_->settings()->setAttribute(QWebEngineSettings::PluginsEnabled, false);
+    page_->settings()->setAttribute(QWebEngineSettings::PdfViewerEnabled, false);
+    connect(page_.get(), &QWebEnginePage::loadingChanged, this, &WebEngineBrowser::OnLoadingChanged);
+    connect(page_.get(), &QWebEnginePage::renderProcessTerminated, this, &WebEngineBrowser::OnRendererGone);
+    connect(page_.get(), &QWebEnginePage::loadProgress, this,
+            [this](int percent) { Q_EMIT ProgressChange(percent, 100); });
+    connect(page_.get(), &QWebEnginePage::urlChanged, this, [this] {
+        // A script has changed the address without loading anything.
+        if (!busy_)
+            Q_EMIT NavigateComplete(LocationAddress());
+    });
+
+    view_ = new QWebEngineView;
+    view_->setPage(page_.get());
+    for (const auto action : {QWebEnginePage::ViewSource, QWebEnginePage::SavePage, QWebEnginePage::OpenLinkInNewTab,
+                              QWebEnginePage::OpenLinkInNewWindow, QWebEnginePage::DownloadLinkToDisk,
+                              QWebEnginePage::DownloadImageToDisk, QWebEnginePage::DownloadMediaToDisk})
+        view_->pageAction(action)->setVisible(false);
+}
+
+WebEngineBrowser::~WebEngineBrowser() {
+    page_->disconnect(this);
+    if (hung_)
+        Kill(page_->renderProcessPid());
+    if (view_) {
+        view_->setPage(nullptr);
+        if (!view_->parent())
+            delete view_;
+    }
+    page_.reset();
+}
+
+QWidget* WebEngineBrowser::Widget() const {
+    return view_;
+}
+
+void WebEngineBrowser::Navigate(const QString& address) {
+    const QUrl url = UrlOf(address);
+    if (!url.isValid() || address.isEmpty()) {
+        lastError_ = address + QStringLiteral(": not an address");
+        return;
+    }
+    PrepareToLoad();
+    page_->load(url);
+}
+
+void WebEngineBrowser::Stop() {
+    page_->triggerAction(QWebEnginePage::Stop);
+    page_->runJavaScript(QString::fromUtf16(stay), world);
+}
+
+void WebEngineBrowser::Refresh() {
+    PrepareToLoad();
+    page_->triggerAction(QWebEnginePage::Reload);
+}
+
+void WebEngineBrowser::GoBack() {
+    if (!page_->history()->canGoBack())
+        return;
+    PrepareToLoad();
+    page_->triggerAction(QWebEnginePage::Back);
+}
+
+void WebEngineBrowser::GoForward() {
+    if (!page_->history()->canGoForward())
+        return;
+    PrepareToLoad();
+    page_->triggerAction(QWebEnginePage::Forward);
+}
+
+QString WebEngineBrowser::LocationAddress() const {
+    return page_->url().toString(QUrl::FullyEncoded);
+}
+
+QString WebEngineBrowser::BodyOuterHtml(MarkupForm form) {
+    const std::optional<QVariant> html = Evaluate(QString::fromUtf16(readBody));
+    return html ? InMarkupForm(html->toString(), form) : QString();
+}
+
+int WebEngineBrowser::LinkCount() {
+    const std::optional<QVariant> texts = Evaluate(QString::fromUtf16(readLinks));
+    linkTexts_ = texts ? texts->toStringList() : QStringList();
+    return static_cast<int>(linkTexts_->size());
+}
+
+QString WebEngineBrowser::LinkInnerText(int index) {
+    if (!linkTexts_)
+        LinkCount();
+    return linkTexts_->value(index);
+}
+
+void WebEngineBrowser::ClickLink(int index) {
+    if (index >= 0)
+        Evaluate(QString::fromUtf16(click).arg(index));
+}
+
+void WebEngineBrowser::SetProxy(const BrowserProxy& proxy) {
+    page_->SetProxyLogin(proxy);
+    if (proxy.Host.isEmpty())
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    else
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(
+            QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), proxy.UserName, proxy.Password));
+}
+
+void WebEngineBrowser::SetUserAgent(const QString& userAgent) {
+    profile_->setHttpUserAgent(userAgent.isEmpty() ? defaultUserAgent_ : userAgent);
+}
+
+void WebEngineBrowser::ClearCache() {
+    profile_->clearHttpCache();
+}
+
+void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
+    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+        LeaveDocument();
+        busy_ = true;
+        gone_ = false;
+        lastError_.clear();
+        return;
+    }
+    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
+        lastError_ =
+            info.url().toString(QUrl::FullyEncoded) + QStringLiteral(": ") +
+            (info.errorString().isEmpty() ? QStringLiteral("the page could not be loaded") : info.errorString());
+        gone_ = info.isErrorPage();
+    }
+    // What is shown now is the document, whether or not a new one came.
+    page_->runJavaScript(QString::fromUtf16(stay), world);
+    EndBusy();
+}
+
+void WebEngineBrowser::OnRendererGone() {
+    gone_ = true;
+    hung_ = false;
+    lastError_ = LocationAddress() + QStringLiteral(": the page's process has ended");
+    EndBusy();
+}
+
+void WebEngineBrowser::LeaveDocument() {
+    linkTexts_.reset();
+    page_->runJavaScript(QString::fromUtf16(leave), world);
+}
+
+void WebEngineBrowser::PrepareToLoad() {
+    // A page whose script never ends would keep the next one from coming up.
+    if (hung_)
+        Kill(page_->renderProcessPid());
+    hung_ = false;
+    lastError_.clear();
+    LeaveDocument();
+    busy_ = true;
+}
+
+void WebEngineBrowser::EndBusy() {
+    busy_ = false;
+    Q_EMIT ProgressChange(0, 100);
+    Q_EMIT NavigateComplete(LocationAddress());
+}
+
+std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script) {
+    if (gone_)
+        return std::nullopt;
+    // Shared with the engine, which may answer when nobody waits any more.
+    auto answer = std::make_shared<std::optional<QVariant>>();
+    const QPointer<WebEngineBrowser> self(this);
+    page_->runJavaScript(script, world, [answer, self](const QVariant& value) {
+        *answer = value;
+        if (self)
+            self->hung_ = false;
+    });
+    QElapsedTimer waited;
+    waited.start();
+    while (!*answer) {
+        const qint64 left = patienceMs - waited.elapsed();
+        if (left <= 0) {
+            hung_ = true;
+            lastError_ = LocationAddress() + QStringLiteral(": the page does not answer");
+            return std::nullopt;
+        }
+        if (loop_.Quitting())
+            return std::nullopt;
+        loop_.WaitForMessage(left);
+        if (!self)
+            return std::nullopt;
+        if (gone_)
+            return std::nullopt;
+    }
+    return std::move(**answer);
+}
+
+} // namespace Brindle

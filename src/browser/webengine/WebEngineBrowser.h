@@ -1,0 +1,78 @@
+#pragma once
+
+#include "EmbeddedBrowser.h"
+#include "MessageLoop.h"
+
+#include <QPointer>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <optional>
+
+class QWebEngineLoadingInfo;
+class QWebEngineProfile;
+class QWebEngineView;
+class QWidget;
+
+namespace Brindle {
+
+class WebEnginePage;
+
+/// The Chromium engine as the embedded browser. Needs a QApplication and, before it, `PrepareWebEngine`.
+///
+/// While a navigation that it was told of, or that a click began, has not brought up its page, the page that is being
+/// left is not read any more: the document is empty then.
+class WebEngineBrowser : public EmbeddedBrowser {
+    Q_OBJECT
+
+public:
+    /// Cookies and cache are kept in `profileFolder`, or nowhere when it is empty.
+    WebEngineBrowser(MessageLoop& loop, const QString& profileFolder);
+    ~WebEngineBrowser() override;
+
+    /// What the user sees: to be put into a window, or shown by itself with the offscreen platform. It belongs to this
+    /// browser unless it is given a parent.
+    QWidget* Widget() const;
+
+    void Navigate(const QString& address) override;
+    void Stop() override;
+    void Refresh() override;
+    void GoBack() override;
+    void GoForward() override;
+    bool Busy() const override { return busy_; }
+    QString LocationAddress() const override;
+    /// Waits for the engine while messages are handled, at most five seconds; empty when it does not answer.
+    QString BodyOuterHtml(MarkupForm form) override;
+    int LinkCount() override;
+    /// The texts are those at the time of the last `LinkCount`.
+    QString LinkInnerText(int index) override;
+    void ClickLink(int index) override;
+    /// Holds for every browser of the program.
+    void SetProxy(const BrowserProxy& proxy) override;
+    void SetUserAgent(const QString& userAgent) override;
+    void ClearCache() override;
+    QString LastError() const override { return lastError_; }
+    bool RunsScripts() const override { return true; }
+
+private:
+    void OnLoadingChanged(const QWebEngineLoadingInfo& info);
+    void OnRendererGone();
+    void LeaveDocument();
+    void PrepareToLoad();
+    void EndBusy();
+    std::optional<QVariant> Evaluate(const QString& script);
+
+    MessageLoop& loop_;
+    std::unique_ptr<QWebEngineProfile> profile_;
+    std::unique_ptr<WebEnginePage> page_;
+    QPointer<QWebEngineView> view_;
+    QString defaultUserAgent_;
+    QString lastError_;
+    std::optional<QStringList> linkTexts_;
+    bool busy_ = false;
+    bool hung_ = false; // the engine has not answered a question yet
+    bool gone_ = false; // the page's process has died, or the engine shows a message of its own
+};
+
+} // namespace Brindle

@@ -1,0 +1,60 @@
+#include "WebEnginePage.h"
+
+#include <QAuthenticator>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+
+namespace Brindle {
+
+WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profile, nullptr) {
+    connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
+        const QUrl target = request.requestedUrl();
+        if (!target.isEmpty() && target.scheme() != QStringLiteral("about"))
+            load(target);
+    });
+    // An authenticator without a name gives up, and the page that goes with the refusal is shown.
+    connect(this, &QWebEnginePage::authenticationRequired, this,
+            [](const QUrl&, QAuthenticator* login) { *login = QAuthenticator(); });
+    connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
+            [this](const QUrl&, QAuthenticator* login, const QString&) { AnswerProxy(login); });
+    connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl& origin, Feature feature) {
+        setFeaturePermission(origin, feature, PermissionDeniedByUser);
+    });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+void WebEnginePage::javaScriptAlert(const QUrl&, const QString&) {}
+
+// True: the same question asks whether a page may be left.
+bool WebEnginePage::javaScriptConfirm(const QUrl&, const QString&) {
+    return true;
+}
+
+bool WebEnginePage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) {
+    return false;
+}
+
+void WebEnginePage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) {}
+
+QStringList WebEnginePage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) {
+    return {};
+}
+
+void WebEnginePage::AnswerProxy(QAuthenticator* login) {
+    // Asked again for the same address: the proxy did not take them.
+    const bool refused = login->user() == proxy_.UserName && login->password() == proxy_.Password;
+    if (refused || proxy_.UserName.isEmpty()) {
+        *login = QAuthenticator();
+        return;
+    }
+    login->setUser(proxy_.UserName);
+    login->setPassword(proxy_.Password);
+}
+
+} // namespace Brindle

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "EmbeddedBrowser.h"
+
+#include <QWebEnginePage>
+
+namespace Brindle {
+
+/// A page that never asks the user anything: the dialogs of its scripts, of servers and of the engine are answered
+/// without being shown, what wants a window of its own opens in its place, and files are neither sent nor stored.
+class WebEnginePage : public QWebEnginePage {
+    Q_OBJECT
+
+public:
+    explicit WebEnginePage(QWebEngineProfile* profile);
+
+    /// The user name and password for the proxy; asked for when the proxy demands them.
+    void SetProxyLogin(const BrowserProxy& proxy) { proxy_ = proxy; }
+
+protected:
+    void javaScriptAlert(const QUrl& origin, const QString& message) override;
+    bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
+    bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& preset, QString* result) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
+                                  const QString& source) override;
+    QStringList chooseFiles(FileSelectionMode mode, const QStringList& old, const QStringList& types) override;
+
+private:
+    void AnswerProxy(QAuthenticator* login);
+
+    BrowserProxy proxy_;
+    QUrl askedFor_; // the address for which the proxy asked last
+};
+
+} // namespace Brindle
