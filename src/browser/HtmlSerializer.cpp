@@ -12,7 +12,7 @@ namespace Brindle {
 
 namespace {
 
-// Engines put what lies deeper than this beside its parent instead of into it.
+// Engines put elements that lie deeper than this beside their parent instead of into it; its texts stay.
 constexpr int deepest = 512;
 
 bool IsVoid(std::string_view name) {
@@ -46,14 +46,13 @@ private:
         switch (node->type) {
         case GUMBO_NODE_ELEMENT:
         case GUMBO_NODE_TEMPLATE:
+            templates_ += node->type == GUMBO_NODE_TEMPLATE ? 1 : 0;
             return WriteStartTag(node->v.element, depth);
         case GUMBO_NODE_TEXT:
         case GUMBO_NODE_WHITESPACE:
         case GUMBO_NODE_CDATA:
-            if (HoldsRawText(node->parent) && !IsFlattened(depth - 1))
-                out_ += node->v.text.text;
-            else
-                WriteEscaped(node->v.text.text, false);
+            if (!IsFlattened(depth - 1)) // otherwise it is written already
+                WriteText(node);
             return false;
         case GUMBO_NODE_COMMENT:
             out_ += "<!--";
@@ -67,6 +66,7 @@ private:
     }
 
     void Leave(const GumboNode* node, int depth) {
+        templates_ -= node->type == GUMBO_NODE_TEMPLATE ? 1 : 0;
         if (!IsFlattened(depth))
             WriteEndTag(NameOf(node->v.element));
     }
@@ -82,9 +82,20 @@ private:
         if (element.tag_namespace == GUMBO_NAMESPACE_HTML &&
             IsVoid({name.constData(), static_cast<size_t>(name.size())}))
             return false;
-        if (IsFlattened(depth))
+        if (IsFlattened(depth)) {
+            for (unsigned i = 0; i < element.children.length; ++i)
+                if (const auto* const child = static_cast<const GumboNode*>(element.children.data[i]); IsText(child))
+                    WriteText(child);
             WriteEndTag(name);
+        }
         return true;
+    }
+
+    void WriteText(const GumboNode* text) {
+        if (HoldsRawText(text->parent))
+            out_ += text->v.text.text;
+        else
+            WriteEscaped(text->v.text.text, false);
     }
 
     void WriteEndTag(const QByteArray& name) {
@@ -155,7 +166,7 @@ private:
         }
     }
 
-    static bool HoldsRawText(const GumboNode* parent) {
+    bool HoldsRawText(const GumboNode* parent) const {
         if (!parent || parent->type != GUMBO_NODE_ELEMENT || parent->v.element.tag_namespace != GUMBO_NAMESPACE_HTML)
             return false;
         switch (parent->v.element.tag) {
@@ -163,10 +174,12 @@ private:
         case GUMBO_TAG_SCRIPT:
         case GUMBO_TAG_XMP:
         case GUMBO_TAG_IFRAME:
-        case GUMBO_TAG_NOEMBED: // noscript goes under these two names
-        case GUMBO_TAG_NOFRAMES:
         case GUMBO_TAG_PLAINTEXT:
             return true;
+        case GUMBO_TAG_NOEMBED:
+        case GUMBO_TAG_NOFRAMES:
+            // A noscript goes under these two names. No script runs in a template.
+            return templates_ == 0 || NameOf(parent->v.element) != "noscript";
         default:
             return false;
         }
@@ -174,6 +187,7 @@ private:
 
     QByteArray out_;
     int rootDepth_;
+    int templates_ = 0; // that are open
 };
 
 } // namespace

@@ -117,6 +117,10 @@ const GumboVector* ChildrenOf(const GumboNode* node) {
                                                                                            : nullptr;
 }
 
+bool IsText(const GumboNode* node) {
+    return node->type == GUMBO_NODE_TEXT || node->type == GUMBO_NODE_WHITESPACE || node->type == GUMBO_NODE_CDATA;
+}
+
 bool IsHtmlElement(const GumboNode* node, GumboTag tag) {
     return ChildrenOf(node) && node->v.element.tag == tag && node->v.element.tag_namespace == GUMBO_NAMESPACE_HTML;
 }

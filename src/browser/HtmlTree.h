@@ -35,6 +35,9 @@ private:
 /// The nodes within an element or template; null for other nodes.
 const GumboVector* ChildrenOf(const GumboNode* node);
 
+/// Whether a node is text, white space included.
+bool IsText(const GumboNode* node);
+
 /// Whether a node is an HTML element (not one of SVG or MathML) with this tag.
 bool IsHtmlElement(const GumboNode* node, GumboTag tag);
 

@@ -11,10 +11,6 @@ namespace {
 // So that links within links within links do not make a page's texts grow with the square of its size.
 constexpr qsizetype longestText = 64 * 1024;
 
-bool IsText(const GumboNode* node) {
-    return node->type == GUMBO_NODE_TEXT || node->type == GUMBO_NODE_WHITESPACE || node->type == GUMBO_NODE_CDATA;
-}
-
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
 }

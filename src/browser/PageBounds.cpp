@@ -99,8 +99,9 @@ QStringView AliasOf(quint64 id, bool inHead) {
     // Scripts run in the browsers of today, so noscript is raw text. The parser has two elements that are.
     if (id == IdOf(u"noscript"))
         return inHead ? u"noframes" : u"noembed";
-    if (id == IdOf(u"dialog"))
-        return u"section"; // ends a paragraph, as it does
+    // Both end a paragraph as a section does.
+    if (id == IdOf(u"main") || id == IdOf(u"dialog"))
+        return u"section";
     if (id == IdOf(u"menuitem") || id == IdOf(u"isindex"))
         return u"brindle-unknown"; // once an element without end tag and one that stood for a form
     return {};

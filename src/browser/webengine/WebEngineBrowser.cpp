@@ -14,6 +14,8 @@
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 
+#include <utility>
+
 #ifdef Q_OS_WIN
 #include <windows.h>
 #else
@@ -143,8 +145,7 @@ void WebEngineBrowser::Navigate(const QString& address) {
         lastError_ = address + QStringLiteral(": not an address");
         return;
     }
-    PrepareToLoad();
-    page_->load(url);
+    Load([this, url] { page_->load(url); });
 }
 
 void WebEngineBrowser::Stop() {
@@ -153,22 +154,15 @@ void WebEngineBrowser::Stop() {
 }
 
 void WebEngineBrowser::Refresh() {
-    PrepareToLoad();
-    page_->triggerAction(QWebEnginePage::Reload);
+    Load([this] { page_->triggerAction(QWebEnginePage::Reload); });
 }
 
 void WebEngineBrowser::GoBack() {
-    if (!page_->history()->canGoBack())
-        return;
-    PrepareToLoad();
-    page_->triggerAction(QWebEnginePage::Back);
+    GoBy(-1);
 }
 
 void WebEngineBrowser::GoForward() {
-    if (!page_->history()->canGoForward())
-        return;
-    PrepareToLoad();
-    page_->triggerAction(QWebEnginePage::Forward);
+    GoBy(1);
 }
 
 QString WebEngineBrowser::LocationAddress() const {
@@ -236,6 +230,8 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
 void WebEngineBrowser::OnRendererGone() {
     gone_ = true;
     hung_ = false;
+    if (const std::function<void()> begin = std::exchange(afterEnd_, nullptr))
+        return begin();
     lastError_ = LocationAddress() + QStringLiteral(": the page's process has ended");
     EndBusy();
 }
@@ -245,14 +241,31 @@ void WebEngineBrowser::LeaveDocument() {
     page_->runJavaScript(QString::fromUtf16(leave), world);
 }
 
-void WebEngineBrowser::PrepareToLoad() {
-    // A page whose script never ends would keep the next one from coming up.
-    if (hung_)
-        Kill(page_->renderProcessPid());
-    hung_ = false;
+void WebEngineBrowser::Load(std::function<void()> begin) {
     lastError_.clear();
-    LeaveDocument();
     busy_ = true;
+    if (hung_) {
+        // A script that never ends would keep the next page from coming up. It comes when the process has ended.
+        hung_ = false;
+        gone_ = true;
+        afterEnd_ = std::move(begin);
+        Kill(page_->renderProcessPid());
+        return;
+    }
+    if (afterEnd_) {
+        afterEnd_ = std::move(begin);
+        return;
+    }
+    LeaveDocument();
+    begin();
+}
+
+// Steps through the history item by item: the engine's own "back" skips pages on which nobody has clicked.
+void WebEngineBrowser::GoBy(int steps) {
+    QWebEngineHistory* const history = page_->history();
+    const int target = history->currentItemIndex() + steps;
+    if (target >= 0 && target < history->count())
+        Load([history, target] { history->goToItem(history->itemAt(target)); });
 }
 
 void WebEngineBrowser::EndBusy() {

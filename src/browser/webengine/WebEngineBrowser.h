@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -59,7 +60,8 @@ private:
     void OnLoadingChanged(const QWebEngineLoadingInfo& info);
     void OnRendererGone();
     void LeaveDocument();
-    void PrepareToLoad();
+    void Load(std::function<void()> begin);
+    void GoBy(int steps);
     void EndBusy();
     std::optional<QVariant> Evaluate(const QString& script);
 
@@ -70,6 +72,7 @@ private:
     QString defaultUserAgent_;
     QString lastError_;
     std::optional<QStringList> linkTexts_;
+    std::function<void()> afterEnd_; // what to load when the page's process has ended
     bool busy_ = false;
     bool hung_ = false; // the engine has not answered a question yet
     bool gone_ = false; // the page's process has died, or the engine shows a message of its own

@@ -35,6 +35,8 @@ const BodyCase bodyCases[] = {
      u"<noscript><i></noscript><p></p>"},
     {"NoscriptWithinTextareaAndScript", u"<body><textarea><noscript></textarea><script>'<noscript>'</script>",
      u"<textarea>&lt;noscript&gt;</textarea><script>'<noscript>'</script>"},
+    {"NoscriptInTemplateIsText", u"<p><template><noscript><b></noscript></template>",
+     u"<p><template><noscript>&lt;b&gt;</noscript></template></p>"},
     {"NoscriptInHeadIsNotOfTheBody", u"<head><noscript><link></noscript><link></head><p>x", u"<p>x</p>"},
     {"ElementsThatChangedSince", u"<p>a<dialog open>b</dialog><menuitem>c</menuitem><isindex>",
      u"<p>a</p><dialog open=\"\">b</dialog><menuitem>c</menuitem><isindex></isindex>"},
@@ -84,10 +86,11 @@ TEST(BodyTag, KeepsItsAttributesAndComesInTheFormAskedFor) {
 }
 
 TEST(BodyTag, WhatLiesTooDeepStandsBesideItsParent) {
-    const QString body = BodyOfPage(QStringLiteral("<div>").repeated(600) + QStringLiteral("x"), MarkupForm::Standard);
-    // html, body and 511 more; the rest are neighbours.
+    const QString body =
+        BodyOfPage(QStringLiteral("<div>").repeated(600) + QStringLiteral("x<b>y</b>z"), MarkupForm::Standard);
+    // html, body and 511 more; the rest are neighbours, each with its own text.
     EXPECT_EQ(body, QStringLiteral("<body>") + QStringLiteral("<div>").repeated(510) +
-                        QStringLiteral("<div></div>").repeated(90) + QStringLiteral("x") +
+                        QStringLiteral("<div></div>").repeated(89) + QStringLiteral("<div>xz</div><b>y</b>") +
                         QStringLiteral("</div>").repeated(510) + QStringLiteral("</body>"));
 }
 

@@ -1,1 +1,254 @@
+#include "WebEngineBrowser.h"
+
+#include "HtmlDocument.h"
+#include "PageServer.h"
+#include "PrintTo.h"
+#include "QtMessageLoop.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QWidget>
+
 #include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using Test::PageServer;
+
+class WebEngine : public testing::Test {
+protected:
+    WebEngine() : Browser(Loop, QString()) {
+        Browser.Widget()->resize(1280, 900);
+        Browser.Widget()->show();
+    }
+
+    // Waits for something that the engine does in processes of its own; the limit only ends a test that fails.
+    template <typename Condition>
+    bool Comes(Condition condition, qint64 limit = 20'000) {
+        QElapsedTimer waited;
+        waited.start();
+        while (!condition() && waited.elapsed() < limit)
+            Loop.WaitForMessage(50);
+        return condition();
+    }
+
+    bool Load(const QString& address) {
+        Browser.Navigate(address);
+        return Comes([this] { return !Browser.Busy(); });
+    }
+
+    QString Body() { return Browser.BodyOuterHtml(MarkupForm::Standard); }
+
+    QtMessageLoop Loop;
+    PageServer Server;
+    WebEngineBrowser Browser;
+};
+
+TEST_F(WebEngine, DeliversTheBodyInBothFormsAsTheStaticReadingDoes) {
+    const QStringView pages[] = {
+        u"<!doctype html><body class=a lang='b c'><h3 class=\"listingTitleLine\">A &amp; B&nbsp;\u203a</h3>"
+        u"<a class=prec disabled>x</a><input maxlength=150 readonly name=what autocomplete=off>",
+        u"<noscript><img src=x></noscript><p>a<p>b<table>c<tr><td>d<template><li>e<noscript>&lt;</noscript></template>",
+        u"<svg viewbox='0 0 1 1'><lineargradient/><a xlink:href=#x /></svg><math definitionurl=d><mi>x</math>",
+        u"<script>/*<b>&*/</script><style>a>b{}</style><textarea>\n<b></textarea><iframe><p></iframe><xmp><i></xmp>",
+        u"<b>1<i>2</b>3</i><a href=x>4<a href=y>5<menuitem>6<isindex><main><p>7<dialog>8</dialog></main>",
+        u"<pre>\n\na</pre><!--b--><?c><my-Tag A=b title='\"<>&\u00a0'>\U0001F600</my-tag></body><!--d--></html>e",
+        u"<frameset><frame src=about:blank><noframes><p></noframes></frameset>",
+        u"<plaintext><b>x</plaintext>",
+    };
+    QStringList sources;
+    for (const QStringView page : pages)
+        sources.append(page.toString());
+    // Deeper than an engine lets a document become.
+    sources.append(QStringLiteral("<div><i>").repeated(400) + QStringLiteral("x<p>y"));
+    for (const QString& source : sources) {
+        Server.Pages["/"] = source.toUtf8();
+        ASSERT_TRUE(Load(Server.Address()));
+        EXPECT_TRUE(Body() == BodyOfPage(source, MarkupForm::Standard)) << source.left(200).toStdString();
+        EXPECT_TRUE(Browser.BodyOuterHtml(MarkupForm::Legacy) == BodyOfPage(source, MarkupForm::Legacy))
+            << source.left(200).toStdString();
+    }
+}
+
+TEST_F(WebEngine, WalksLinksAsTheStaticReadingDoes) {
+    const QString source =
+        QStringLiteral("<style>u{display:none}</style><a name=n>no</a><a href=1>\n <b>Avanti</b> \u203a\n</a>"
+                       "<a href=2><div>a</div>b<br>c</a><map><area href=3></map>"
+                       "<template><a href=4>t</a></template><a href='#f' hidden> h <script>s</script></a>");
+    Server.Pages["/"] = source.toUtf8();
+    Server.Pages["/1"] = "<p>next</p><a href='?q'>query</a>";
+    ASSERT_TRUE(Load(Server.Address()));
+    const HtmlDocument expected(source);
+    ASSERT_EQ(Browser.LinkCount(), static_cast<int>(expected.Links().size()));
+    for (int i = 0; i < Browser.LinkCount(); ++i)
+        EXPECT_EQ(Browser.LinkInnerText(i).trimmed(), expected.Links()[static_cast<size_t>(i)].Text.trimmed());
+    EXPECT_EQ(Browser.LinkInnerText(99), QString());
+
+    Browser.ClickLink(99);
+    Browser.ClickLink(0);
+    // The page that is being left is not read again.
+    EXPECT_TRUE(Comes([this] {
+        const QString body = Body();
+        EXPECT_FALSE(body.contains(u"Avanti"));
+        return body.contains(u"next");
+    }));
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/1")));
+    EXPECT_EQ(Browser.LinkInnerText(0), QStringLiteral("query"));
+
+    Browser.GoBack();
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"Avanti"); }));
+    Browser.GoForward();
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"next"); }));
+}
+
+TEST_F(WebEngine, AClickThatStaysOnThePageKeepsItReadable) {
+    Server.Pages["/"] =
+        "<a href='#here'>a</a><a href='/x' onclick='document.title=1;this.innerText=\"done\";return false'>b</a>"
+        "<a href='javascript:void(document.body.append(\"more\"))'>c</a>";
+    ASSERT_TRUE(Load(Server.Address()));
+    for (int i = 0; i < 3; ++i)
+        Browser.ClickLink(i);
+    EXPECT_TRUE(Comes([this] { return Body().contains(u"more"); }));
+    EXPECT_TRUE(Body().contains(u"done"));
+    EXPECT_TRUE(Comes([this] { return Browser.LocationAddress().endsWith(u"#here"); }));
+}
+
+TEST_F(WebEngine, AHungPageIsLeftWithinFiveSecondsAndCanBeReloaded) {
+    Server.Pages["/"] =
+        "<p>first<script>setTimeout(() => { if (location.hash != '#ok') while (true) {} }, 50)</script>";
+    ASSERT_TRUE(Load(Server.Address()));
+    QElapsedTimer waited;
+    EXPECT_TRUE(Comes([&] {
+        waited.start();
+        return Body().isEmpty();
+    }));
+    EXPECT_LT(waited.elapsed(), 5500);
+    EXPECT_FALSE(Browser.LastError().isEmpty());
+    Server.Pages["/"] = "<p>second";
+    Browser.Refresh();
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"second"); }));
+    EXPECT_EQ(Browser.LastError(), QString());
+}
+
+TEST_F(WebEngine, ADeadPageIsEmptyAtOnceAndCanBeReloaded) {
+    Server.Pages["/"] = "<p>alive";
+    ASSERT_TRUE(Load(Server.Address()));
+    Browser.Navigate(QStringLiteral("chrome://crash"));
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
+    EXPECT_EQ(Body(), QString());
+    EXPECT_FALSE(Browser.LastError().isEmpty());
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Body().contains(u"alive"));
+}
+
+TEST_F(WebEngine, AsksTheUserNothing) {
+    Server.Pages["/"] = "<p id=p></p><script>alert('a'); window.onbeforeunload = () => 'stay?';"
+                        "p.innerText = confirm('b') + ' ' + prompt('c') + ' '; nothing.here();</script>";
+    Server.Pages["/login"] = "<p>refused";
+    Server.Headers["/login"] = "Status: 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n";
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Body().contains(u"true null"));
+    ASSERT_TRUE(Load(Server.Address(QStringLiteral("/login"))));
+    EXPECT_TRUE(Body().contains(u"refused")) << Body().toStdString();
+}
+
+TEST_F(WebEngine, NewWindowsOpenInThisView) {
+    Server.Pages["/"] = "<a href='/a' target=_blank>a</a><a href='#' onclick='window.open(\"/b\");return false'>b</a>";
+    Server.Pages["/a"] = "<p>page a";
+    Server.Pages["/b"] = "<p>page b";
+    for (int link = 0; link < 2; ++link) {
+        ASSERT_TRUE(Load(Server.Address()));
+        Browser.ClickLink(link);
+        EXPECT_TRUE(Comes([this, link] { return Body().contains(link == 0 ? u"page a" : u"page b"); }));
+    }
+}
+
+TEST_F(WebEngine, WhatBringsUpNoPageLeavesTheOldOne) {
+    Server.Pages["/"] = "<p>old<a href='/file'>f</a><a href='/nothing'>n</a>";
+    Server.Pages["/file"] = "binary";
+    Server.Headers["/file"] = "Content-Type: application/octet-stream\r\nContent-Disposition: attachment\r\n";
+    Server.Pages["/nothing"] = "";
+    Server.Headers["/nothing"] = "Status: 204 No Content\r\n";
+    ASSERT_TRUE(Load(Server.Address()));
+    for (int link = 0; link < 2; ++link) {
+        Browser.ClickLink(link);
+        EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"old"); })) << link;
+        ASSERT_TRUE(Load(Server.Address(link == 0 ? QStringLiteral("/file") : QStringLiteral("/nothing"))));
+        EXPECT_TRUE(Comes([this] { return Body().contains(u"old"); })) << link;
+    }
+}
+
+TEST_F(WebEngine, FailuresAreNamedAndAMissingPageIsAPage) {
+    ASSERT_TRUE(Load(Server.Address(QStringLiteral("/missing"))));
+    EXPECT_TRUE(Body().contains(u"missing"));
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    const quint16 port = closed.serverPort();
+    closed.close();
+    ASSERT_TRUE(Load(QStringLiteral("127.0.0.1:%1/x").arg(port)));
+    EXPECT_EQ(Body(), QString());
+    EXPECT_TRUE(Browser.LastError().contains(QStringLiteral("127.0.0.1:%1/x").arg(port)))
+        << Browser.LastError().toStdString();
+    ASSERT_TRUE(Load(QStringLiteral("about:blank")));
+    EXPECT_EQ(Browser.LastError(), QString());
+    EXPECT_EQ(Body(), QStringLiteral("<body></body>"));
+}
+
+TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
+    PageServer proxy;
+    const QByteArray page = "http://directory.example/list";
+    proxy.Pages[page] = "<p>by proxy";
+    proxy.Headers[page] = "Status: 407 Proxy Authentication Required\r\nProxy-Authenticate: Basic realm=\"x\"\r\n";
+    Browser.SetUserAgent(QStringLiteral("Agent/1"));
+    Browser.SetProxy(
+        {QStringLiteral("127.0.0.1"), proxy.serverPort(), QStringLiteral("user"), QStringLiteral("secret")});
+    Browser.Navigate(QString::fromLatin1(page));
+    const QByteArray login = "Proxy-Authorization: Basic " + QByteArray("user:secret").toBase64();
+    EXPECT_TRUE(Comes([&] {
+        if (!proxy.Requests.isEmpty())
+            proxy.Headers.clear(); // from the second request on it is content
+        return !Browser.Busy() && Body().contains(u"by proxy");
+    }));
+    ASSERT_FALSE(proxy.Requests.isEmpty());
+    EXPECT_TRUE(proxy.Requests.last().contains(login)) << proxy.Requests.last().toStdString();
+    EXPECT_TRUE(proxy.Requests.last().contains("User-Agent: Agent/1\r\n"));
+
+    Browser.SetProxy({});
+    Server.Pages["/"] = "<p>direct";
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Body().contains(u"direct"));
+}
+
+TEST_F(WebEngine, ReadsALargePageWhileMessagesAreHandled) {
+    Server.Pages["/"] = "<p>" + QByteArray("<div class=\"listing\">some text</div>").repeated(60'000) + "end";
+    ASSERT_TRUE(Load(Server.Address()));
+    qint64 longest = 0;
+    QElapsedTimer since;
+    since.start();
+    const auto timer = Loop.CreateTimer(5, [&] { longest = std::max(longest, since.restart()); });
+    timer->SetEnabled(true);
+    EXPECT_GT(Body().size(), 2'000'000);
+    // Not a measurement: a window that stands still for this long would be seen to.
+    EXPECT_LT(longest, 1000);
+    RecordProperty("longest_gap_ms", static_cast<int>(longest));
+}
+
+TEST_F(WebEngine, KeepsItsProfileWhereItIsTold) {
+    QTemporaryDir folder;
+    Server.Pages["/"] = "<p>kept";
+    {
+        WebEngineBrowser browser(Loop, folder.path());
+        browser.Navigate(Server.Address());
+        EXPECT_TRUE(Comes([&] { return !browser.Busy(); }));
+        browser.ClearCache();
+        EXPECT_TRUE(browser.BodyOuterHtml(MarkupForm::Standard).contains(u"kept"));
+    }
+    EXPECT_FALSE(QDir(folder.path()).isEmpty());
+    Comes([&] { return folder.remove(); }); // the engine still writes for a moment
+}
+
+} // namespace
+} // namespace Brindle
