@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace Brindle {
 
@@ -18,24 +19,37 @@ void AutomaticSaver::AutomaticSave(const QString& folder, const QString& name, c
     status_.SetPanel(0, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName));
     loop_.ProcessMessages();
 
-    QFile file(fileName);
-    // Appending makes the file when it does not exist; at its very beginning the header is due.
-    bool saved = file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
-    if (saved) {
-        QByteArray bytes;
-        if (file.size() == 0)
-            bytes += AutomaticHeader(leads_.Captions, settings_.eDelimiter).toLocal8Bit() + "\r\n";
-        bytes += line.toLocal8Bit() + "\r\n";
-        const qint64 before = file.size();
-        saved = file.write(bytes) == bytes.size();
-        if (!saved)
-            file.resize(before); // half a line would spoil the next one
-    }
-    if (!saved)
-        throw SaveError(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+    AppendRecord(fileName, line);
     ++state_.ExportedNum;
     status_.SetPanel(2, texts_.WithNumber(Message::ExportedCount, state_.ExportedNum));
     loop_.ProcessMessages();
+}
+
+void AutomaticSaver::AppendRecord(const QString& fileName, const QString& line) const {
+    QFile file(fileName);
+    const auto failed = [&] { return SaveError(QStringLiteral("%1: %2").arg(fileName, file.errorString())); };
+    constexpr QIODevice::OpenMode append = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
+    // All but the first lead find the file there, so that is tried first.
+    const bool exists = file.open(append | QIODevice::ExistingOnly);
+    if (!exists && (QFileInfo::exists(fileName) || !file.open(append | QIODevice::NewOnly)))
+        throw failed();
+    QByteArray bytes;
+    if (!exists)
+        bytes = AutomaticHeader(leads_.Captions, settings_.eDelimiter).toLocal8Bit() + "\r\n";
+    bytes += line.toLocal8Bit() + "\r\n";
+    const qint64 before = file.size();
+    if (file.write(bytes) != bytes.size()) {
+        const SaveError error = failed();
+        // Half a line would spoil the next one, and a file without its header would never get one.
+        if (exists)
+            file.resize(before);
+        else
+            file.remove();
+        throw error;
+    }
+    file.close();
+    if (file.error() != QFileDevice::NoError)
+        throw failed();
 }
 
 } // namespace Brindle

@@ -17,6 +17,8 @@ public:
     void AutomaticSave(const QString& folder, const QString& name, const QString& line) override;
 
 private:
+    void AppendRecord(const QString& fileName, const QString& line) const;
+
     HarvestState& state_;
     const Settings& settings_;
     const LeadList& leads_;

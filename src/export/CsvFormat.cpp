@@ -22,7 +22,8 @@ bool IsExported(int column, const QString& exportFields) {
     return exportFields.contains(QString::number(column));
 }
 
-CsvFormat::CsvFormat(const Settings& settings) : delimiter_(settings.eDelimiter), encode_(QStringConverter::System) {
+CsvFormat::CsvFormat(const Settings& settings)
+    : delimiter_(settings.eDelimiter), encode_(QStringConverter::System, QStringConverter::Flag::Stateless) {
     for (int column = 0; column < FieldCount; ++column)
         exported_.at(static_cast<size_t>(column)) = IsExported(column, settings.eExportFields);
 }

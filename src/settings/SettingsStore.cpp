@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "SettingsText.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,6 +15,17 @@ namespace {
 
 // A settings file has a few kilobytes, with a long proxy list some more; what is far beyond that is some other file.
 constexpr qint64 sizeLimit = 16 << 20;
+
+// A program that was killed while it saved leaves its unfinished copy behind, password and all. A fresh one may be
+// another instance's that is being written.
+void RemoveLeftOvers(const QFileInfo& file) {
+    constexpr qint64 secondsUntilStale = 60;
+    const QDateTime now = QDateTime::currentDateTime();
+    const QFileInfoList copies = file.dir().entryInfoList({QString(file.fileName() + u".??????")}, QDir::Files);
+    for (const QFileInfo& copy : copies)
+        if (copy.lastModified().secsTo(now) > secondsUntilStale)
+            QFile::remove(copy.filePath());
+}
 
 } // namespace
 
@@ -38,13 +50,15 @@ Settings SettingsStore::LoadSettings() const {
 void SettingsStore::SaveSettings(const Settings& settings) const {
     const QString shown = QDir::toNativeSeparators(fileName_);
     QDir().mkpath(QFileInfo(fileName_).absolutePath());
+    RemoveLeftOvers(QFileInfo(fileName_));
     // Written beside the old file, flushed to the disk, then renamed over it.
     QSaveFile file(fileName_);
     file.setDirectWriteFallback(false);
     const QByteArray bytes = SettingsText(settings);
-    const bool saved = file.open(QIODevice::WriteOnly) &&
-                       file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-                       file.write(bytes) == bytes.size() && file.commit();
+    bool saved = file.open(QIODevice::WriteOnly);
+    // It holds a password. Some file systems know no owners, and the settings are saved there all the same.
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    saved = saved && file.write(bytes) == bytes.size() && file.commit();
     if (!saved)
         throw SaveError(QStringLiteral("%1: %2").arg(shown, file.errorString()));
 }

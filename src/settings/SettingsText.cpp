@@ -3,6 +3,7 @@
 #include "Text.h"
 #include "WorkingText.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <variant>
@@ -16,6 +17,7 @@ using Member = std::variant<bool Settings::*, QString Settings::*, QStringList S
 struct Option {
     QStringView Key;
     Member Where;
+    bool DefaultWhenBlank = false; // a blank value stands for the default
 };
 
 // In the order in which the file has them.
@@ -34,15 +36,19 @@ const std::array<Option, 17> fileOrder{{
     {u"cExtractEmails", &Settings::cExtractEmails},
     {u"cExportManually", &Settings::cExportManually},
     {u"cExportAutomatic", &Settings::cExportAutomatic},
-    {u"eExportFolder", &Settings::eExportFolder},
-    {u"eDelimiter", &Settings::eDelimiter},
-    {u"Language", &Settings::Language},
+    {u"eExportFolder", &Settings::eExportFolder, true},
+    {u"eDelimiter", &Settings::eDelimiter, true},
+    {u"Language", &Settings::Language, true},
 }};
 
 // Read on a fresh copy of the text each, in this order; the cut of the last one is where the other options go on.
 constexpr std::array<QStringView, 12> readFresh{
     u"rNoProxy",  u"rUseProxy",    u"rAuthentification", u"eHost",         u"ePort",   u"eUserName",
     u"ePassword", u"rRandomProxy", u"eRandomProxies",    u"eExportFields", u"eRandom", u"cExtractEmails"};
+
+// Read one after the other from there on, so these count only where they stand in this order.
+constexpr std::array<QStringView, 5> readOn{u"cExportManually", u"cExportAutomatic", u"eExportFolder", u"eDelimiter",
+                                            u"Language"};
 
 const Option* OptionOf(QStringView key) {
     for (const Option& option : fileOrder)
@@ -59,18 +65,19 @@ QString ClosingTag(QStringView key) {
     return u"<%%/" + key + u"%%>";
 }
 
-// "-1" and any other whole number but 0 is true; so is "True" in any case.
-std::optional<bool> ParseBoolean(const QString& text) {
-    const QString value = Trim(text);
+// "-1" and any other whole number but 0 is true, however long; so is "True" in any case.
+std::optional<bool> ParseBoolean(QStringView text) {
+    QStringView value = TrimmedView(text);
     if (value.compare(u"true", Qt::CaseInsensitive) == 0)
         return true;
     if (value.compare(u"false", Qt::CaseInsensitive) == 0)
         return false;
-    bool isNumber = false;
-    const qlonglong number = value.toLongLong(&isNumber);
-    if (!isNumber)
+    if (value.startsWith(u'-') || value.startsWith(u'+'))
+        value = value.sliced(1);
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    if (value.isEmpty() || !std::all_of(value.begin(), value.end(), isDigit))
         return std::nullopt;
-    return number != 0;
+    return std::any_of(value.begin(), value.end(), [](QChar c) { return c != u'0'; });
 }
 
 QStringList Lines(const QString& text) {
@@ -87,7 +94,8 @@ QStringList Lines(const QString& text) {
     return lines;
 }
 
-bool Store(Settings& settings, const Option& option, const QString& value) {
+// Takes a value as a settings file holds it. False, and nothing changes, when it is no boolean and has to be one.
+bool Store(Settings& settings, const Option& option, const QString& value, const Settings& defaults) {
     if (const auto* flag = std::get_if<bool Settings::*>(&option.Where)) {
         const std::optional<bool> parsed = ParseBoolean(value);
         if (parsed)
@@ -95,7 +103,7 @@ bool Store(Settings& settings, const Option& option, const QString& value) {
         return parsed.has_value();
     }
     if (const auto* text = std::get_if<QString Settings::*>(&option.Where))
-        settings.** text = value;
+        settings.** text = option.DefaultWhenBlank && TrimmedView(value).isEmpty() ? defaults.**text : value;
     else
         settings.*std::get<QStringList Settings::*>(option.Where) = Lines(value);
     return true;
@@ -128,36 +136,32 @@ Settings DefaultSettings(const QString& documentsFolder) {
 }
 
 Settings ParseSettings(const QString& text, const QString& documentsFolder) {
-    Settings settings = DefaultSettings(documentsFolder);
+    const Settings defaults = DefaultSettings(documentsFolder);
+    Settings settings = defaults;
     WorkingText rest(text);
-    const auto extract = [&rest](QStringView key) {
-        return rest.ExtractBetween(OpeningTag(key), ClosingTag(key)).toString();
+    const auto extract = [&](QStringView key) {
+        const QString value = rest.ExtractBetween(OpeningTag(key), ClosingTag(key)).toString();
+        Store(settings, *OptionOf(key), value, defaults);
     };
     for (const QStringView key : readFresh) {
         rest.MoveTo(0);
         // The bare key decides, wherever in the file it stands: "eRandom" is there when only "eRandomProxies" is.
         if (text.contains(key))
-            Store(settings, *OptionOf(key), extract(key));
+            extract(key);
     }
-    settings.cExportManually = ParseBoolean(extract(u"cExportManually")).value_or(true);
-    settings.cExportAutomatic = ParseBoolean(extract(u"cExportAutomatic")).value_or(false);
-    const auto keptUnlessBlank = [&](QStringView key, const QString& otherwise) {
-        const QString value = extract(key);
-        return TrimmedView(value).isEmpty() ? otherwise : value;
-    };
-    settings.eExportFolder = keptUnlessBlank(u"eExportFolder", documentsFolder);
-    settings.eDelimiter = keptUnlessBlank(u"eDelimiter", QStringLiteral(","));
-    settings.Language = keptUnlessBlank(u"Language", QStringLiteral("en"));
+    for (const QStringView key : readOn)
+        extract(key);
     return settings;
 }
 
-bool SetOption(Settings& settings, const QString& key, const QString& value, QString& reason) {
+bool SetOption(Settings& settings, const QString& key, const QString& value, const QString& documentsFolder,
+               QString& reason) {
     const Option* const option = OptionOf(key);
     if (!option) {
         reason = QStringLiteral("\u201C%1\u201D is no setting").arg(key);
         return false;
     }
-    if (!Store(settings, *option, value)) {
+    if (!Store(settings, *option, value, DefaultSettings(documentsFolder))) {
         reason = QStringLiteral("%1: \u201C%2\u201D is neither true nor false").arg(key, value);
         return false;
     }

@@ -20,6 +20,7 @@ Settings DefaultSettings(const QString& documentsFolder);
 
 /// Overrides one option by its key in the settings file; the value is read as the file's would be. The lines of
 /// `eRandomProxies` are separated by line ends. False, with a reason, for an unknown key or a malformed boolean.
-bool SetOption(Settings& settings, const QString& key, const QString& value, QString& reason);
+bool SetOption(Settings& settings, const QString& key, const QString& value, const QString& documentsFolder,
+               QString& reason);
 
 } // namespace Brindle
