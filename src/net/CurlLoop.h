@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <curl/curl.h>
+#include <functional>
+#include <map>
+#include <memory>
+
+class QSocketNotifier;
+
+namespace Brindle {
+
+/// libcurl's multi interface on Qt's event loop: its sockets are watched by socket notifiers and its time-outs by a
+/// timer, so transfers go on whenever messages are handled and nothing polls.
+class CurlLoop : public QObject {
+    Q_OBJECT
+
+public:
+    CurlLoop();
+    ~CurlLoop() override;
+
+    /// Starts a transfer; `onDone` is called with its result when it has ended, outside of libcurl.
+    void Add(CURL* easy, std::function<void(CURLcode)> onDone);
+    /// Takes a transfer out, ended or not.
+    void Remove(CURL* easy);
+
+private:
+    struct Watch {
+        std::unique_ptr<QSocketNotifier> Read;
+        std::unique_ptr<QSocketNotifier> Write;
+    };
+    static int OnSocket(CURL* easy, curl_socket_t socket, int what, void* self, void* socketData);
+    static int OnTimer(CURLM* multi, long timeoutMs, void* self);
+    void Act(curl_socket_t socket, int events);
+    void DeliverResults();
+
+    CURLM* multi_;
+    QTimer timer_;
+    std::map<curl_socket_t, Watch> watches_;
+    std::map<CURL*, std::function<void(CURLcode)>> running_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "EmbeddedBrowser.h"
+#include "Settings.h"
+
+#include <functional>
+
+namespace Brindle {
+
+/// The user agent of the embedded browser, unless the deployment file gives another.
+QString BrowserUserAgent();
+
+/// Applies the proxy of the settings to the embedded browser. With a list of proxies one of them is picked at random
+/// and takes the place of the single proxy in the settings; without authentication the stored user name and password
+/// are cleared. `random` gives a whole number from 0 to its argument - 1. Always false.
+bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString& userAgent = BrowserUserAgent(),
+                    const std::function<qint32(qint32)>& random = {});
+
+} // namespace Brindle

@@ -1,0 +1,123 @@
+#include "EmailHarvester.h"
+
+#include "EmailSearch.h"
+#include "Text.h"
+#include "WorkingText.h"
+
+#include <vector>
+
+namespace Brindle {
+
+namespace {
+
+const Marker doubleQuoted(u"href=\"");
+const Marker singleQuoted(u"href='");
+const Marker doubleQuote(u"\"");
+const Marker singleQuote(u"'");
+const Marker tagEnd(u">");
+const Marker tagBegin(u"<");
+
+bool HoldsContactWord(QStringView text) {
+    static const std::vector<Needle> words = [] {
+        std::vector<Needle> needles;
+        for (const QString& word : ContactPageWords())
+            needles.emplace_back(word);
+        return needles;
+    }();
+    for (const Needle& word : words)
+        if (word.FindFolded(text, 0) >= 0)
+            return true;
+    return false;
+}
+
+// The next link's address. When both ways of quoting occur, the one that stands first is taken.
+QStringView TakeLink(WorkingText& text) {
+    const qsizetype d = text.FindFolded(doubleQuoted);
+    const qsizetype s = text.FindFolded(singleQuoted);
+    const bool single = d < 0 || (s >= 0 && d >= s);
+    return single ? text.TakeBetween(singleQuoted, singleQuote) : text.TakeBetween(doubleQuoted, doubleQuote);
+}
+
+} // namespace
+
+const QStringList& ContactPageWords() {
+    static const QStringList words{
+        QStringLiteral("contact"),    QStringLiteral("contatto"),
+        QStringLiteral("contatti"),   QStringLiteral("support"),
+        QStringLiteral("call"),       QStringLiteral("email"),
+        QStringLiteral("directions"), QStringLiteral("customer service"),
+        QStringLiteral("help"),       QStringLiteral("client services"),
+        QStringLiteral("support"),    QStringLiteral("help"),
+        QStringLiteral("affiliates"), QStringLiteral("resellers"),
+        QStringLiteral("survey"),     QStringLiteral("about"),
+    };
+    return words;
+}
+
+void DistinctTexts::Add(const QString& text) {
+    const qsizetype before = folded_.size();
+    folded_.insert(text.toCaseFolded());
+    if (folded_.size() > before)
+        texts_.append(text);
+}
+
+void DistinctTexts::Clear() {
+    texts_.clear();
+    folded_.clear();
+}
+
+EmailHarvester::EmailHarvester(const HarvestState& state, const Settings& settings, PageSource& pages)
+    : state_(state), settings_(settings), pages_(pages) {}
+
+void EmailHarvester::GetEmailsFromWebsite(const QString& url, QString& emails) {
+    EmailList.Clear();
+    ContactPagesList.Clear();
+    if (state_.ShouldStop)
+        return;
+    QString page;
+    if (!pages_.DirectDownloadURL(url, page, false) || state_.ShouldStop)
+        return;
+    FindContactPages(page);
+    if (!state_.ShouldStop && settings_.cExtractEmails) {
+        ExtractEmailsFromPage(page);
+        ExtractEmails();
+    }
+    if (!state_.ShouldStop)
+        emails = EmailList.Texts().join(u';');
+}
+
+void EmailHarvester::FindContactPages(const QString& page) {
+    WorkingText text(page);
+    while (text.ContainsFolded(doubleQuoted) || text.ContainsFolded(singleQuoted)) {
+        const QStringView link = TakeLink(text);
+        QStringView anchor;
+        if (!link.isEmpty())
+            anchor = text.TakeBetween(tagEnd, tagBegin);
+        // An empty link names no page.
+        if (!link.isEmpty() && (HoldsContactWord(anchor) || HoldsContactWord(link)))
+            ContactPagesList.Add(link.toString());
+    }
+    for (QString& entry : ContactPagesList.Texts()) {
+        if (entry.startsWith(u'/'))
+            entry.remove(0, 1);
+        if (!ContainsFolded(entry, u"http://"))
+            entry = websiteBase_ + u'/' + entry;
+    }
+}
+
+void EmailHarvester::ExtractEmails() {
+    for (const QString& link : QStringList(ContactPagesList.Texts())) {
+        if (state_.ShouldStop)
+            return;
+        QString page;
+        if (!link.isEmpty() && pages_.DownloadURL(link, page, false))
+            ExtractEmailsFromPage(page);
+    }
+}
+
+void EmailHarvester::ExtractEmailsFromPage(const QString& page) {
+    for (const QString& address : FindEmails(page))
+        EmailList.Add(address);
+}
+
+} // namespace Brindle

@@ -1,0 +1,407 @@
+#include "HttpClient.h"
+
+#include "CurlLoop.h"
+#include "Text.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace Brindle {
+
+namespace {
+
+constexpr int redirectLimit = 20;
+constexpr size_t headerLimit = size_t{1} << 20;
+
+struct UrlCloser {
+    void operator()(CURLU* url) const { curl_url_cleanup(url); }
+};
+using Url = std::unique_ptr<CURLU, UrlCloser>;
+
+// The parts of an address with blanks and non-ASCII characters percent-encoded as UTF-8 (RFC 3986, section 2.1); what
+// is encoded already stays as it is. Null when it is no address.
+Url ParseUrl(const QByteArray& address, const Url& base = nullptr) {
+    Url url(base ? curl_url_dup(base.get()) : curl_url());
+    if (curl_url_set(url.get(), CURLUPART_URL, address.constData(), CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME) !=
+        CURLUE_OK)
+        return nullptr;
+    return url;
+}
+
+QByteArray Part(const Url& url, CURLUPart part) {
+    char* text = nullptr;
+    if (curl_url_get(url.get(), part, &text, 0) != CURLUE_OK)
+        return {};
+    const QByteArray result(text);
+    curl_free(text);
+    return result;
+}
+
+bool IsRedirect(int status) {
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+bool HasScheme(const QByteArray& location) {
+    const qsizetype colon = location.indexOf(':');
+    return colon > 0 && std::all_of(location.begin(), location.begin() + colon, [](char c) {
+               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
+                      c == '-' || c == '.';
+           });
+}
+
+} // namespace
+
+class HttpClient::Impl {
+public:
+    Impl() {
+        cookies_ = curl_share_init();
+        curl_share_setopt(cookies_, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+    }
+    ~Impl() {
+        for (CURL* easy : spare_)
+            curl_easy_cleanup(easy);
+        curl_share_cleanup(cookies_);
+    }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    CURL* TakeHandle() {
+        if (spare_.empty())
+            return curl_easy_init();
+        CURL* const easy = spare_.back();
+        spare_.pop_back();
+        return easy;
+    }
+    void GiveBack(CURL* easy) {
+        curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
+        curl_easy_reset(easy);
+        spare_.push_back(easy);
+    }
+
+    class Transfer;
+    CurlLoop loop_;
+    CURLSH* cookies_;
+    std::set<Transfer*> fetches_; // those that `Disconnect` ends
+
+private:
+    std::vector<CURL*> spare_;
+};
+
+class HttpClient::Impl::Transfer : public HttpTransfer {
+public:
+    Transfer(Impl& client, HttpRequest request, std::function<void()> onDone)
+        : client_(client), request_(std::move(request)), onDone_(std::move(onDone)), easy_(client.TakeHandle()) {
+        QObject::connect(&inactivity_, &QTimer::timeout, &inactivity_, [this] { CheckInactivity(); });
+        inactivity_.setSingleShot(true);
+        Begin(request_.Url.toUtf8());
+    }
+
+    ~Transfer() override {
+        client_.loop_.Remove(easy_);
+        client_.GiveBack(easy_);
+        curl_slist_free_all(headers_);
+    }
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    bool Done() const override { return done_; }
+    void Abort() override {
+        if (done_)
+            return;
+        client_.loop_.Remove(easy_);
+        Fail(HttpFailure::Aborted, QStringLiteral("stopped"));
+    }
+    const HttpResponse& Response() const override { return response_; }
+
+    void Report(const HttpEvents& events) override {
+        while (reportedRedirects_ < redirects_.size()) {
+            const QString location = redirects_[reportedRedirects_++];
+            if (events.Redirect)
+                events.Redirect(location);
+        }
+        if (bodyBegun_ && !reportedBegin_) {
+            reportedBegin_ = true;
+            if (events.WorkBegin)
+                events.WorkBegin(expectedSize_);
+        }
+        if (reportedBegin_ && received_ != reportedCount_) {
+            reportedCount_ = received_;
+            if (events.Work)
+                events.Work(reportedCount_);
+        }
+        if (done_ && reportedBegin_ && !reportedEnd_) {
+            reportedEnd_ = true;
+            if (events.WorkEnd)
+                events.WorkEnd();
+        }
+    }
+
+private:
+    void Begin(const QByteArray& address) {
+        url_ = ParseUrl(address);
+        if (!url_)
+            return Fail(HttpFailure::Other, QStringLiteral("not a valid address"));
+        const QByteArray scheme = Part(url_, CURLUPART_SCHEME).toLower();
+        if (scheme == "https" && !request_.AllowTls)
+            return Fail(HttpFailure::NoTlsLayer, QStringLiteral("IOHandler: this client has no TLS layer"));
+        if (scheme != "http" && scheme != "https")
+            return Fail(HttpFailure::Other, QStringLiteral("not an HTTP address"));
+        if (!request_.Proxy.Host.isEmpty() && (request_.Proxy.Port <= 0 || request_.Proxy.Port > 65535))
+            return Fail(HttpFailure::Other, QStringLiteral("%1 is no proxy port").arg(request_.Proxy.Port));
+        Configure();
+        StartResponse();
+        activity_.start();
+        inactivity_.start(static_cast<int>(request_.ReadTimeoutMs));
+        client_.loop_.Add(easy_, [this](CURLcode result) { Ended(result); });
+    }
+
+    template <typename T>
+    void Set(CURLoption option, T value) {
+        curl_easy_setopt(easy_, option, value);
+    }
+
+    void Configure() {
+        Set(CURLOPT_CURLU, url_.get());
+        Set(CURLOPT_NOSIGNAL, 1L);
+        Set(CURLOPT_SHARE, client_.cookies_);
+        Set(CURLOPT_COOKIEFILE, ""); // switches the cookie engine on
+        Set(CURLOPT_FOLLOWLOCATION, 0L);
+        Set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+        Set(CURLOPT_HTTP09_ALLOWED, 0L);
+        Set(CURLOPT_ACCEPT_ENCODING, "");
+        Set(CURLOPT_USERAGENT, request_.UserAgent.toUtf8().constData());
+        if (!headers_)
+            for (const QString& header : request_.Headers)
+                headers_ = curl_slist_append(headers_, header.toUtf8().constData());
+        Set(CURLOPT_HTTPHEADER, headers_);
+        Set(CURLOPT_FORBID_REUSE, request_.ReuseConnection ? 0L : 1L);
+        Set(CURLOPT_FRESH_CONNECT, request_.ReuseConnection ? 0L : 1L);
+        Set(CURLOPT_SSL_VERIFYPEER, 1L);
+        Set(CURLOPT_SSL_VERIFYHOST, 2L);
+        if (request_.OnlyTls12)
+            Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2) | CURL_SSLVERSION_MAX_TLSv1_2);
+        if (!request_.CaFile.isEmpty())
+            Set(CURLOPT_CAINFO, request_.CaFile.toUtf8().constData());
+        ConfigureProxy();
+        Set(CURLOPT_ERRORBUFFER, errorText_);
+        errorText_[0] = 0;
+        Set(CURLOPT_WRITEFUNCTION, &Transfer::OnBody);
+        Set(CURLOPT_WRITEDATA, this);
+        Set(CURLOPT_HEADERFUNCTION, &Transfer::OnHeader);
+        Set(CURLOPT_HEADERDATA, this);
+    }
+
+    void ConfigureProxy() {
+        const HttpProxy& proxy = request_.Proxy;
+        Set(CURLOPT_NOPROXY, "");
+        // An empty text, unlike none, also switches off the proxies of the environment.
+        const QByteArray address = proxy.Host.isEmpty() ? QByteArray("") : "http://" + proxy.Host.toUtf8();
+        Set(CURLOPT_PROXY, address.constData());
+        if (proxy.Host.isEmpty())
+            return;
+        Set(CURLOPT_PROXYPORT, static_cast<long>(proxy.Port));
+        if (!proxy.BasicAuthentication)
+            return;
+        Set(CURLOPT_PROXYAUTH, static_cast<long>(CURLAUTH_BASIC));
+        Set(CURLOPT_PROXYUSERNAME, proxy.UserName.toUtf8().constData());
+        Set(CURLOPT_PROXYPASSWORD, proxy.Password.toUtf8().constData());
+    }
+
+    // What is known of a response belongs to the last one: redirects, proxies and interim responses come before it.
+    void StartResponse() {
+        headersEnded_ = false;
+        headerBytes_ = 0;
+        location_.clear();
+        contentType_.clear();
+        body_.clear();
+        tooLarge_ = false;
+        bodyBegun_ = false;
+        received_ = 0;
+        reportedBegin_ = false;
+        reportedCount_ = 0;
+        reportedEnd_ = false;
+    }
+
+    static size_t OnHeader(const char* data, size_t size, size_t count, void* self) {
+        auto* const transfer = static_cast<Transfer*>(self);
+        const size_t length = size * count;
+        transfer->activity_.start();
+        transfer->headerBytes_ += length;
+        if (transfer->headerBytes_ > headerLimit) {
+            transfer->tooLarge_ = true;
+            return 0;
+        }
+        const QByteArray line = QByteArray(data, static_cast<qsizetype>(length)).trimmed();
+        if (line.startsWith("HTTP/"))
+            transfer->StartHeaders();
+        else if (line.isEmpty())
+            transfer->headersEnded_ = true;
+        else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
+            const QByteArray name = line.first(colon).trimmed().toLower();
+            if (name == "location")
+                transfer->location_ = line.sliced(colon + 1).trimmed();
+            else if (name == "content-type")
+                transfer->contentType_ = line.sliced(colon + 1).trimmed();
+        }
+        return length;
+    }
+
+    void StartHeaders() {
+        headersEnded_ = false;
+        location_.clear();
+        contentType_.clear();
+    }
+
+    static size_t OnBody(const char* data, size_t size, size_t count, void* self) {
+        auto* const transfer = static_cast<Transfer*>(self);
+        const size_t length = size * count;
+        transfer->activity_.start();
+        if (transfer->body_.size() + static_cast<qint64>(length) > transfer->request_.BodyLimit) {
+            transfer->tooLarge_ = true;
+            return 0;
+        }
+        if (!transfer->bodyBegun_) {
+            curl_off_t expected = -1;
+            curl_easy_getinfo(transfer->easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &expected);
+            transfer->expectedSize_ = static_cast<qint64>(expected);
+            transfer->bodyBegun_ = true;
+        }
+        transfer->body_.append(data, static_cast<qsizetype>(length));
+        transfer->received_ = transfer->body_.size();
+        return length;
+    }
+
+    void CheckInactivity() {
+        const qint64 left = request_.ReadTimeoutMs - activity_.elapsed();
+        if (left > 0) {
+            inactivity_.start(static_cast<int>(left));
+            return;
+        }
+        client_.loop_.Remove(easy_);
+        Fail(HttpFailure::Other, QStringLiteral("no answer for %1 s").arg(request_.ReadTimeoutMs / 1000));
+    }
+
+    void Ended(CURLcode result) {
+        long status = 0;
+        curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+        response_.Status = static_cast<int>(status);
+        response_.FinalUrl = QString::fromUtf8(Part(url_, CURLUPART_URL));
+        if (tooLarge_)
+            return Fail(HttpFailure::Other, QStringLiteral("the response is too large"));
+        if (result != CURLE_OK)
+            return Fail(HttpFailure::Other,
+                        QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : curl_easy_strerror(result)));
+        // A connection that closes inside the headers is no response, though it looks like an empty one.
+        if (!headersEnded_ || status == 0)
+            return Fail(HttpFailure::Other, QStringLiteral("the response ended inside its headers"));
+        if (IsRedirect(response_.Status) && !location_.isEmpty())
+            return FollowRedirect();
+        response_.ContentType = contentType_;
+        response_.Body = std::exchange(body_, {});
+        Finish();
+    }
+
+    void FollowRedirect() {
+        const Url next = ParseUrl(location_, url_);
+        if (!next)
+            return Fail(HttpFailure::Other, QStringLiteral("redirected to what is no address"));
+        if (redirects_.size() >= redirectLimit)
+            return Fail(HttpFailure::Other, QStringLiteral("more than %1 redirects").arg(redirectLimit));
+        // An absolute location is handed on as the server wrote it.
+        const QByteArray resolved = Part(next, CURLUPART_URL);
+        redirects_.push_back(QString::fromUtf8(HasScheme(location_) ? location_ : resolved));
+        curl_easy_reset(easy_);
+        Begin(resolved);
+    }
+
+    void Fail(HttpFailure failure, const QString& error) {
+        response_.Failure = failure;
+        response_.Error = error;
+        body_.clear();
+        Finish();
+    }
+
+    void Finish() {
+        inactivity_.stop();
+        done_ = true;
+        if (onDone_)
+            QMetaObject::invokeMethod(
+                &inactivity_, [this] { onDone_(); }, Qt::QueuedConnection);
+        else
+            QMetaObject::invokeMethod(
+                &inactivity_, [] {}, Qt::QueuedConnection); // wakes whoever waits
+    }
+
+    Impl& client_;
+    HttpRequest request_;
+    std::function<void()> onDone_;
+    CURL* easy_;
+    Url url_;
+    curl_slist* headers_ = nullptr;
+    char errorText_[CURL_ERROR_SIZE] = {};
+    QTimer inactivity_;
+    QElapsedTimer activity_;
+
+    bool headersEnded_ = false;
+    bool tooLarge_ = false;
+    size_t headerBytes_ = 0;
+    QByteArray location_;
+    QByteArray contentType_;
+    QByteArray body_;
+    std::vector<QString> redirects_;
+
+    bool done_ = false;
+    HttpResponse response_;
+
+    bool bodyBegun_ = false;
+    qint64 expectedSize_ = -1;
+    qint64 received_ = 0;
+    size_t reportedRedirects_ = 0;
+    bool reportedBegin_ = false;
+    qint64 reportedCount_ = 0;
+    bool reportedEnd_ = false;
+};
+
+HttpClient::HttpClient() : impl_(std::make_unique<Impl>()) {}
+
+HttpClient::~HttpClient() = default;
+
+std::unique_ptr<HttpTransfer> HttpClient::Start(const HttpRequest& request, std::function<void()> onDone) {
+    return std::make_unique<Impl::Transfer>(*impl_, request, std::move(onDone));
+}
+
+HttpResponse HttpClient::Fetch(const HttpRequest& request, MessageLoop& loop, const HttpEvents& events) {
+    Impl::Transfer transfer(*impl_, request, {});
+    impl_->fetches_.insert(&transfer);
+    while (!transfer.Done()) {
+        if (loop.Quitting()) {
+            transfer.Abort();
+            break;
+        }
+        loop.WaitForMessage(std::nullopt);
+        transfer.Report(events);
+    }
+    transfer.Report(events);
+    impl_->fetches_.erase(&transfer);
+    return transfer.Response();
+}
+
+void HttpClient::Disconnect() {
+    for (Impl::Transfer* transfer : impl_->fetches_)
+        transfer->Abort();
+}
+
+QString ShownAddress(const QString& url) {
+    const qsizetype host = url.indexOf(u"://") + 3;
+    if (host < 3)
+        return url;
+    const qsizetype hostEnd = url.indexOf(u'/', host);
+    const qsizetype at = QStringView(url).first(hostEnd < 0 ? url.size() : hostEnd).lastIndexOf(u'@');
+    return at < host ? url : url.first(host) + url.sliced(at + 1);
+}
+
+} // namespace Brindle

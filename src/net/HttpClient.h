@@ -1,0 +1,101 @@
+#pragma once
+
+#include "MessageLoop.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+namespace Brindle {
+
+/// The proxy that a request goes through. An empty host is no proxy.
+struct HttpProxy {
+    QString Host;
+    int Port = 0;
+    bool BasicAuthentication = false;
+    QString UserName;
+    QString Password;
+};
+
+/// One GET request with what follows from its redirects.
+struct HttpRequest {
+    QString Url;
+    QStringList Headers; ///< "Name: value" each; they are sent to every host on the way
+    QString UserAgent;
+    HttpProxy Proxy;
+    qint64 ReadTimeoutMs = 300'000; ///< time without a single byte, not total time
+    bool AllowTls = true;           ///< off: an https address fails with `HttpFailure::NoTlsLayer`
+    bool OnlyTls12 = false;         ///< TLS 1.2 and nothing else
+    QString CaFile;                 ///< certificate authorities instead of the system's; empty: the system's
+    bool ReuseConnection = false;   ///< off: the connection is closed when the request has ended
+    qint64 BodyLimit = 64LL << 20;  ///< unpacked bytes; a longer body is a failure
+};
+
+enum class HttpFailure { None, NoTlsLayer, Aborted, Other };
+
+struct HttpResponse {
+    HttpFailure Failure = HttpFailure::None;
+    QString Error;          ///< why it failed, without address and without credentials
+    int Status = 0;         ///< HTTP status of the last response; 0 when there was none
+    QByteArray ContentType; ///< value of the Content-Type header
+    QByteArray Body;        ///< unpacked
+    QString FinalUrl;       ///< after redirects
+
+    /// A response came in whole, whatever its status.
+    bool Complete() const { return Failure == HttpFailure::None; }
+    /// The response is whole and its status a success (RFC 9110, section 15.3).
+    bool Succeeded() const { return Complete() && Status >= 200 && Status < 300; }
+};
+
+/// Told how a request goes on. Messages may be handled inside.
+struct HttpEvents {
+    std::function<void(qint64 expectedSize)> WorkBegin; ///< the body begins; -1 when its size is unknown
+    std::function<void(qint64 count)> Work;             ///< bytes of the body so far
+    std::function<void()> WorkEnd;
+    std::function<void(const QString& newLocation)> Redirect; ///< absolute; it is then followed
+};
+
+/// A request under way. Destroying it aborts it.
+class HttpTransfer {
+public:
+    virtual ~HttpTransfer() = default;
+    virtual bool Done() const = 0;
+    /// Ends the request; the response says so.
+    virtual void Abort() = 0;
+    /// Valid once `Done`.
+    virtual const HttpResponse& Response() const = 0;
+    /// Hands on what has happened since the last call. To be called outside of the transfer's own messages.
+    virtual void Report(const HttpEvents& events) = 0;
+};
+
+/// An HTTP/1.1 client with cookies that live as long as it does. Requests run while Qt's messages are handled, several
+/// at a time if need be. Proxies of the environment have no effect, certificates are verified.
+class HttpClient {
+public:
+    HttpClient();
+    ~HttpClient();
+    HttpClient(const HttpClient&) = delete;
+    HttpClient& operator=(const HttpClient&) = delete;
+
+    /// Starts a request; `onDone` is called from the message loop when it has ended, unless it is destroyed before.
+    std::unique_ptr<HttpTransfer> Start(const HttpRequest& request, std::function<void()> onDone = {});
+
+    /// Starts a request and handles messages until it has ended. Ends early when the program is ending or `Disconnect`
+    /// is called meanwhile.
+    HttpResponse Fetch(const HttpRequest& request, MessageLoop& loop, const HttpEvents& events = {});
+
+    /// Aborts every `Fetch` under way.
+    void Disconnect();
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+/// The address without user name and password, fit to be shown.
+QString ShownAddress(const QString& url);
+
+} // namespace Brindle
