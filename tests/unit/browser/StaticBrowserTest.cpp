@@ -1,0 +1,275 @@
+#include "StaticBrowser.h"
+
+#include "PageAddress.h"
+#include "PageServer.h"
+#include "PrintTo.h"
+#include "QtMessageLoop.h"
+#include "SavedPage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using Test::PageServer;
+
+struct AddressCase {
+    QStringView Base;
+    QStringView Href;
+    QStringView Target;
+};
+
+TEST(PageAddress, LinksAreResolvedAsBrowsersDo) {
+    const AddressCase cases[] = {
+        {u"http://a.b/c/d?e=/f#g", u"h", u"http://a.b/c/h"},
+        {u"http://a.b/c/d?e=/f#g", u"/h", u"http://a.b/h"},
+        {u"http://a.b/c/d?e=/f#g", u"?h", u"http://a.b/c/d?h"},
+        {u"http://a.b/c/d?e=/f#g", u"#h", u"http://a.b/c/d?e=/f#h"},
+        {u"http://a.b/c/d?e=/f#g", u"", u"http://a.b/c/d?e=/f"},
+        {u"https://a.b/c", u"//d.e/f", u"https://d.e/f"},
+        {u"https://a.b/c", u"http://d.e/f?g=h\\i", u"http://d.e/f?g=h\\i"},
+        {u"https://a.b/c", u" HTTPS://d.e/ ", u"HTTPS://d.e/"},
+        {u"http://a.b", u"c", u"http://a.b/c"},
+        {u"http://a.b?q", u"c", u"http://a.b/c"},
+        {u"http://a.b/c/d", u"../e:f", u"http://a.b/c/../e:f"},
+        {u"http://a.b/c/d", u"\t/e\n/f g\n", u"http://a.b/e/f g"},
+        {u"http://a.b/c/d", u"\\e\\f", u"http://a.b/e/f"},
+        {u"http://a.b/c/d", u"http:e", u"http://a.b/c/e"},
+        {u"http://a.b/c/d", u"javascript:go('/x\\n')", u"javascript:go('/x\\n')"},
+    };
+    for (const AddressCase& c : cases)
+        EXPECT_EQ(ResolveAddress(c.Base.toString(), c.Href.toString()), c.Target.toString());
+}
+
+TEST(PageAddress, TypedOnesGetAScheme) {
+    EXPECT_EQ(TypedAddress(QStringLiteral(" www.a.b/c ")), QStringLiteral("http://www.a.b/c"));
+    EXPECT_EQ(TypedAddress(QStringLiteral("localhost:8080/c")), QStringLiteral("http://localhost:8080/c"));
+    EXPECT_EQ(TypedAddress(QStringLiteral("HTTPS://a.b")), QStringLiteral("HTTPS://a.b"));
+    EXPECT_EQ(TypedAddress(QStringLiteral("about:blank")), QStringLiteral("about:blank"));
+    EXPECT_EQ(TypedAddress(QString()), QString());
+}
+
+TEST(PageAddress, TheRefererTellsNoMoreThanItShould) {
+    const auto referer = [](const char* from, const char* to) {
+        return RefererFor(QString::fromLatin1(from), QString::fromLatin1(to));
+    };
+    EXPECT_EQ(referer("http://a.b/c?d#e", "http://a.b/f"), QStringLiteral("http://a.b/c?d"));
+    EXPECT_EQ(referer("https://a.b/c", "https://d.e/f"), QStringLiteral("https://a.b/"));
+    EXPECT_EQ(referer("https://a.b/c", "http://a.b/f"), QString());
+    EXPECT_EQ(referer("http://u:p@a.b/c", "http://u:p@a.b/f"), QString());
+    EXPECT_EQ(referer("about:blank", "http://a.b/f"), QString());
+}
+
+TEST(SavedPage, IsDecodedAndDelivered) {
+    EXPECT_EQ(BodyOfSavedPage("<meta charset=windows-1252><p id=x>caff\xe8\x80", MarkupForm::Legacy),
+              QStringLiteral("<BODY><P id=x>caff\u00e8\u20ac</P></BODY>"));
+}
+
+class StaticPages : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static int argc = 1;
+        static char name[] = "test";
+        static char* argv[] = {name, nullptr};
+        static const QCoreApplication application(argc, argv);
+    }
+
+    StaticPages() {
+        QObject::connect(&Browser, &EmbeddedBrowser::NavigateComplete,
+                         [this](const QString& address) { Completed.append(address); });
+    }
+
+    // The limit only ends a test that fails.
+    bool Settles() {
+        QElapsedTimer waited;
+        waited.start();
+        while (Browser.Busy() && waited.elapsed() < 20'000)
+            Loop.WaitForMessage(50);
+        return !Browser.Busy();
+    }
+
+    bool Load(const QString& path) {
+        Browser.Navigate(Server.Address(path));
+        return Settles();
+    }
+
+    QString Body() { return Browser.BodyOuterHtml(MarkupForm::Standard); }
+
+    QtMessageLoop Loop;
+    PageServer Server;
+    StaticBrowser Browser;
+    QStringList Completed;
+};
+
+TEST_F(StaticPages, AreEmptyUntilLoadedAndThenKnown) {
+    EXPECT_EQ(Body(), QString());
+    EXPECT_EQ(Browser.LinkCount(), 0);
+    Server.Pages["/"] = "<body><p id=a>\xc3\xa8";
+    Browser.Navigate(Server.Address().mid(7)); // without scheme
+    EXPECT_TRUE(Browser.Busy());
+    EXPECT_EQ(Body(), QString());
+    ASSERT_TRUE(Settles());
+    EXPECT_EQ(Body(), QStringLiteral("<body><p id=\"a\">\u00e8</p></body>"));
+    EXPECT_EQ(Browser.BodyOuterHtml(MarkupForm::Legacy), QStringLiteral("<BODY><P id=a>\u00e8</P></BODY>"));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address());
+    EXPECT_EQ(Completed, QStringList{Server.Address()});
+    Browser.Navigate(QStringLiteral("about:blank"));
+    EXPECT_FALSE(Browser.Busy());
+    EXPECT_EQ(Body(), QStringLiteral("<body></body>"));
+    EXPECT_EQ(Browser.LocationAddress(), QStringLiteral("about:blank"));
+}
+
+TEST_F(StaticPages, RedirectsCookiesAndBaseAreFollowed) {
+    Server.Headers["/start"] = "Status: 302 Found\r\nLocation: /dir/page?x=1\r\nSet-Cookie: seen=yes\r\n";
+    Server.Pages["/dir/page?x=1"] = "<base href=\"/other/\"><a href=next>n</a><a href='#part'>p</a>";
+    Server.Pages["/other/next"] = "<p>arrived";
+    ASSERT_TRUE(Load(QStringLiteral("/start")));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/dir/page?x=1")));
+    Browser.ClickLink(0);
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"arrived"));
+    const QByteArray request = Server.Requests.last();
+    EXPECT_TRUE(request.startsWith("GET /other/next "));
+    EXPECT_TRUE(request.contains("\r\nCookie: seen=yes\r\n"));
+    const QByteArray from = Server.Address(QStringLiteral("/dir/page?x=1")).toLatin1();
+    EXPECT_TRUE(request.contains(QByteArray("\r\nReferer: " + from + "\r\n")));
+}
+
+TEST_F(StaticPages, LinksAreClickedAsInAPage) {
+    Server.Pages["/"] = "<a href='javascript:x()'>a</a><a href='mailto:a@b'>b</a><a href='#c'>c</a>"
+                        "<a href='/file' download>d</a><a href='/next' target=_blank> Avanti \n\u203a</a>";
+    Server.Pages["/next"] = "<p>next";
+    ASSERT_TRUE(Load(QStringLiteral("/")));
+    ASSERT_EQ(Browser.LinkCount(), 5);
+    EXPECT_EQ(Browser.LinkInnerText(4), QStringLiteral("Avanti \u203a"));
+    EXPECT_EQ(Browser.LinkInnerText(5), QString());
+    EXPECT_EQ(Browser.LinkInnerText(-1), QString());
+    for (const int index : {-1, 0, 1, 2, 3, 5})
+        Browser.ClickLink(index);
+    EXPECT_FALSE(Browser.Busy());
+    EXPECT_EQ(Server.Requests.size(), 1);
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/#c")));
+    Browser.ClickLink(4);
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"next"));
+}
+
+TEST_F(StaticPages, HistoryIsWalked) {
+    for (const char* path : {"/1", "/2", "/3"}) {
+        Server.Pages[path] = QByteArray("<p>page ") + path;
+        ASSERT_TRUE(Load(QString::fromLatin1(path)));
+    }
+    Browser.GoBack();
+    ASSERT_TRUE(Settles());
+    Browser.GoBack();
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"page /1"));
+    Browser.GoBack();
+    EXPECT_FALSE(Browser.Busy());
+    Browser.GoForward();
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"page /2"));
+    Browser.Navigate(QStringLiteral("about:blank"));
+    Browser.GoForward();
+    EXPECT_EQ(Browser.LocationAddress(), QStringLiteral("about:blank"));
+    Browser.GoBack();
+    ASSERT_TRUE(Settles());
+    Server.Pages["/2"] = "<p>new";
+    Browser.Refresh();
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"new"));
+    EXPECT_TRUE(Server.Requests.last().contains("no-cache"));
+}
+
+TEST_F(StaticPages, StopKeepsThePageBefore) {
+    Server.Pages["/"] = "<p>before";
+    Server.Pages["/slow"] = "<p>slow";
+    ASSERT_TRUE(Load(QStringLiteral("/")));
+    Browser.Navigate(Server.Address(QStringLiteral("/slow")));
+    EXPECT_EQ(Body(), QString());
+    Browser.Stop();
+    EXPECT_FALSE(Browser.Busy());
+    EXPECT_TRUE(Body().contains(u"before"));
+    // Another load right after: the end of the one that was dropped changes nothing.
+    Browser.Navigate(Server.Address(QStringLiteral("/slow")));
+    ASSERT_TRUE(Load(QStringLiteral("/")));
+    EXPECT_TRUE(Body().contains(u"before"));
+}
+
+TEST_F(StaticPages, FailuresAreNamedInOneLine) {
+    ASSERT_TRUE(Load(QStringLiteral("/missing")));
+    EXPECT_TRUE(Body().contains(u"missing")) << "the page of a 404 is a page";
+    EXPECT_EQ(Browser.LastError(), QString());
+
+    Server.Pages["/deep"] = QByteArray("<div>").repeated(100'000);
+    ASSERT_TRUE(Load(QStringLiteral("/deep")));
+    EXPECT_EQ(Body(), QString());
+    EXPECT_TRUE(Browser.LastError().startsWith(Server.Address(QStringLiteral("/deep: "))));
+
+    Server.Pages["/pdf"] = "%PDF";
+    Server.Headers["/pdf"] = "Content-Type: application/pdf\r\n";
+    ASSERT_TRUE(Load(QStringLiteral("/pdf")));
+    EXPECT_EQ(Body(), QString());
+    EXPECT_TRUE(Browser.LastError().contains(u"application/pdf"));
+
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closed.serverPort());
+    closed.close();
+    Browser.Navigate(refused);
+    ASSERT_TRUE(Settles());
+    EXPECT_EQ(Body(), QString());
+    EXPECT_TRUE(Browser.LastError().startsWith(refused + QStringLiteral(": "))) << Browser.LastError().toStdString();
+    EXPECT_FALSE(Browser.LastError().contains(u'\n'));
+    EXPECT_EQ(Browser.LocationAddress(), refused);
+    EXPECT_EQ(Completed.last(), refused);
+
+    Browser.Navigate(QStringLiteral("ftp://a.b/"));
+    EXPECT_TRUE(Browser.LastError().startsWith(u"ftp://a.b/"));
+    ASSERT_TRUE(Load(QStringLiteral("/missing")));
+    EXPECT_EQ(Browser.LastError(), QString());
+}
+
+TEST_F(StaticPages, CharactersSetsAndPlainTextAreRead) {
+    Server.Pages["/latin"] = "<p>\xe8";
+    Server.Headers["/latin"] = "Content-Type: text/html; charset=iso-8859-1\r\n";
+    ASSERT_TRUE(Load(QStringLiteral("/latin")));
+    EXPECT_TRUE(Body().contains(QChar(0xe8)));
+    Server.Pages["/text"] = "a <b>";
+    Server.Headers["/text"] = "Content-Type: text/plain\r\n";
+    ASSERT_TRUE(Load(QStringLiteral("/text")));
+    EXPECT_TRUE(Body().contains(u"a &lt;b&gt;</pre>"));
+    Server.Headers["/none"] = "Status: 204 No Content\r\n";
+    ASSERT_TRUE(Load(QStringLiteral("/none")));
+    EXPECT_TRUE(Body().contains(u"a &lt;b&gt;</pre>"));
+}
+
+TEST_F(StaticPages, AgentAndProxyAreUsed) {
+    PageServer proxy;
+    proxy.Pages["http://directory.example/list"] = "<p>by proxy";
+    Browser.SetUserAgent(QStringLiteral("Agent/1"));
+    Browser.SetProxy(
+        {QStringLiteral("127.0.0.1"), proxy.serverPort(), QStringLiteral("user"), QStringLiteral("secret")});
+    Browser.Navigate(QStringLiteral("http://directory.example/list"));
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"by proxy"));
+    EXPECT_TRUE(proxy.Requests.last().contains("Proxy-Authorization: Basic dXNlcjpzZWNyZXQ=\r\n"));
+    EXPECT_TRUE(proxy.Requests.last().contains("User-Agent: Agent/1\r\n"));
+}
+
+TEST_F(StaticPages, AListenerMayNavigateOnAtOnce) {
+    Server.Pages["/1"] = "<p>one";
+    Server.Pages["/2"] = "<p>two";
+    QObject::connect(&Browser, &EmbeddedBrowser::NavigateComplete, [this](const QString& address) {
+        if (address.endsWith(u"/1"))
+            Browser.Navigate(Server.Address(QStringLiteral("/2")));
+    });
+    ASSERT_TRUE(Load(QStringLiteral("/1")));
+    EXPECT_TRUE(Body().contains(u"two"));
+}
+
+} // namespace
+} // namespace Brindle
