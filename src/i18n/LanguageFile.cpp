@@ -14,10 +14,6 @@ namespace {
 // A language file has some ten kilobytes; reading stops far beyond that, whatever the file is.
 constexpr qint64 sizeLimit = 4 << 20;
 
-bool HasNoMain(int number) {
-    return number == 11;
-}
-
 } // namespace
 
 QString DecodeLanguageText(const QByteArray& bytes) {
@@ -61,7 +57,7 @@ LanguageFile::LanguageFile(const QString& text) : empty_(text.isEmpty()) {
                 missing_.append(tag);
         }
     };
-    readSequence(u"main", main_, HasNoMain);
+    readSequence(u"main", main_, [](int number) { return number == NoMain; });
     readSequence(u"settings", settings_, [](int) { return false; });
 }
 

@@ -25,7 +25,8 @@ QString LanguageFileName(const QString& code);
 /// read earlier is not found, and reads as empty.
 class LanguageFile {
 public:
-    static constexpr int LastMain = 69;     ///< main1 to main69, there is no main11
+    static constexpr int LastMain = 69;     ///< main1 to main69 ...
+    static constexpr int NoMain = 11;       ///< ... without main11
     static constexpr int LastSettings = 23; ///< settings1 to settings23
 
     explicit LanguageFile(const QString& text);

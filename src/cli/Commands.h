@@ -1,0 +1,23 @@
+#pragma once
+
+#include "CommandLine.h"
+#include "Console.h"
+#include "RunCli.h"
+
+namespace Brindle {
+
+// One function per command; each returns the exit status and throws `Failure` for what ends it.
+
+int RunSites(const CommandLine& line, Console& console);
+int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser);
+int RunParse(const CommandLine& line, Console& console);
+int RunEmails(const CommandLine& line, Console& console);
+int RunFetch(const CommandLine& line, Console& console);
+int RunDemo(const CommandLine& line, Console& console);
+int RunSettings(const CommandLine& line);
+int RunLanguage(const CommandLine& line, Console& console);
+
+/// Writes bytes to standard output as they are. Throws `Failure`.
+void WriteToStandardOutput(const QByteArray& bytes);
+
+} // namespace Brindle

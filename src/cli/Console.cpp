@@ -1,0 +1,90 @@
+#include "Console.h"
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace Brindle {
+
+namespace {
+
+bool IsTerminal() {
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+void Write(const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
+    std::fflush(stderr);
+}
+
+// A message is one line whatever a server or a page put into it, and cannot steer the terminal.
+QString OneLine(QString message) {
+    for (QChar& c : message)
+        if (c.unicode() < 0x20 || (c.unicode() >= 0x7F && c.unicode() < 0xA0))
+            c = u' ';
+    return message;
+}
+
+constexpr int redrawInterval = 100;
+
+} // namespace
+
+Console::Console(bool quiet) : quiet_(quiet), terminal_(IsTerminal()) {
+    sinceStart_.start();
+}
+
+Console::~Console() {
+    ClearLiveLine();
+}
+
+void Console::Error(const QString& message) {
+    ClearLiveLine();
+    Write(QStringLiteral("brindle-cli: ") + OneLine(message) + u'\n');
+}
+
+void Console::Note(const QString& message) {
+    if (quiet_)
+        return;
+    ClearLiveLine();
+    Write(OneLine(message) + u'\n');
+}
+
+void Console::Report(const QString& text) {
+    if (quiet_)
+        return;
+    ClearLiveLine();
+    Write(text);
+}
+
+void Console::ShowProgress(qint64 pages, qint64 leads, const QString& address) {
+    if (quiet_ || !terminal_ || (sinceDrawn_.isValid() && sinceDrawn_.elapsed() < redrawInterval))
+        return;
+    sinceDrawn_.start();
+    const qint64 seconds = sinceStart_.elapsed() / 1000;
+    const QString line = QStringLiteral("%1:%2  %3 pages  %4 leads  %5")
+                             .arg(seconds / 60)
+                             .arg(seconds % 60, 2, 10, QLatin1Char('0'))
+                             .arg(pages)
+                             .arg(leads)
+                             .arg(OneLine(address));
+    Write(u'\r' + line.left(78) + QStringLiteral("\x1B[K"));
+    liveLineShown_ = true;
+}
+
+void Console::ClearLiveLine() {
+    if (!liveLineShown_)
+        return;
+    Write(QStringLiteral("\r\x1B[K"));
+    liveLineShown_ = false;
+}
+
+} // namespace Brindle

@@ -1,0 +1,181 @@
+#include "Adapters.h"
+#include "Commands.h"
+#include "CustomProxy.h"
+#include "HarvestDriver.h"
+#include "HttpClient.h"
+#include "LeadOutput.h"
+#include "Session.h"
+#include "StaticBrowser.h"
+#include "Text.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QSet>
+
+#ifdef BRINDLE_HAS_DEMO
+#include "DemoServer.h"
+#endif
+
+namespace Brindle {
+
+namespace {
+
+// Watches over a harvest in a person's place: reports how it goes on, and ends it where a person would see that nothing
+// more can come.
+class Watch : public HarvestObserver {
+public:
+    Watch(const CommandLine& line, Session& session, EmbeddedBrowser& browser, const LeadOutput& output)
+        : line_(line), session_(session), browser_(browser), output_(output) {
+        sincePage_.start();
+        session_.Job.LeadKept = [this](const Lead& lead) { LeadKept(lead); };
+    }
+    ~Watch() override { session_.Job.LeadKept = {}; }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    bool Ended() const { return ended_; }
+    /// Why it was given up; empty when it came to its end.
+    const QString& Error() const { return error_; }
+
+    void PageIncomplete(const QString& page) override {
+        const bool mayComplete = browser_.Busy() || browser_.RunsScripts();
+        const double waited = static_cast<double>(sincePage_.elapsed()) / 1000;
+        session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
+        if (mayComplete && waited < line_.PatienceSeconds)
+            return;
+        QString reason = QStringLiteral("no results page of %1: %2")
+                             .arg(session_.State.CurrID, MissingListMarkers(page, session_.State.CurrID));
+        if (!browser_.LastError().isEmpty())
+            reason = browser_.LastError();
+        GiveUp(ContainsExact(reason, Address()) ? reason : Address() + u": " + reason);
+    }
+
+    void PageRead() override {
+        ++pages_;
+        sincePage_.start();
+        session_.Out.Note(QStringLiteral("page %1: %2 leads, %3 in all, %4")
+                              .arg(pages_)
+                              .arg(newLeads_)
+                              .arg(session_.Report.Count())
+                              .arg(Address()));
+        if (line_.MaxPages > 0 && pages_ >= line_.MaxPages)
+            session_.State.ShouldStop = true;
+        if (!output_.Error().isEmpty())
+            session_.State.ShouldStop = true;
+    }
+
+    void RoundEnded(bool nextPageLoaded) override {
+        if (!nextPageLoaded && newLeads_ == 0) {
+            session_.Out.Note(
+                QStringLiteral("%1: a next page is announced, but no link to it can be taken").arg(Address()));
+            ended_ = true;
+        }
+        newLeads_ = 0;
+        sincePage_.start();
+    }
+
+    void HarvestEnded() override { ended_ = true; }
+
+private:
+    QString Address() const { return ShownAddress(browser_.LocationAddress()); }
+
+    void GiveUp(const QString& reason) {
+        error_ = reason;
+        ended_ = true;
+    }
+
+    void LeadKept(const Lead& lead) {
+        session_.Report.Add(lead);
+        // Leads that are saved automatically are not held back as duplicates, so a page that is read again brings them
+        // again; they are new only once.
+        const QString key = lead.DetailsLink.isEmpty() ? AutomaticLine(lead) : UpperTrimmed(lead.DetailsLink);
+        const qsizetype before = seen_.size();
+        if (session_.Options.cExportAutomatic)
+            seen_.insert(key);
+        if (!session_.Options.cExportAutomatic || seen_.size() > before)
+            ++newLeads_;
+        if (!output_.Error().isEmpty())
+            session_.State.ShouldStop = true;
+        session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
+    }
+
+    const CommandLine& line_;
+    Session& session_;
+    EmbeddedBrowser& browser_;
+    const LeadOutput& output_;
+    QElapsedTimer sincePage_;
+    QSet<QString> seen_;
+    qint64 pages_ = 0;
+    qint64 newLeads_ = 0;
+    bool ended_ = false;
+    QString error_;
+};
+
+std::unique_ptr<EmbeddedBrowser> MakeBrowser(const CommandLine& line, Session& session,
+                                             const WebBrowserFactory& webBrowser) {
+    std::unique_ptr<EmbeddedBrowser> browser;
+    if (line.Browser == BrowserKind::Web)
+        browser = webBrowser(session.Loop, {});
+    else
+        browser = std::make_unique<StaticBrowser>();
+    const QString& userAgent = session.Sites.BrowserUserAgent;
+    SetCustomProxy(*browser, session.Options, userAgent.isEmpty() ? BrowserUserAgent() : userAgent);
+    return browser;
+}
+
+int HarvestFrom(const CommandLine& line, Session& session, const QString& start, const WebBrowserFactory& webBrowser) {
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    output.Begin();
+    const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
+    Watch watch(line, session, *browser, output);
+    HarvestDriver driver(session.Job, *browser, SiteAdapters(), &watch);
+
+    const QElapsedTimer sinceStart = [] {
+        QElapsedTimer timer;
+        timer.start();
+        return timer;
+    }();
+    browser->Navigate(start);
+    driver.Start();
+    while (!watch.Ended() && !session.Loop.Quitting())
+        session.Loop.WaitForMessage(std::nullopt);
+    browser->Stop();
+
+    session.Out.Report(session.Report.Text());
+    session.Out.Note(QStringLiteral("%1 s").arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
+    for (const QString& error : {watch.Error(), output.Error()})
+        if (!error.isEmpty())
+            session.Out.Error(error);
+    const bool failed =
+        !watch.Error().isEmpty() || !output.Error().isEmpty() || !session.State.FailureMessage.isEmpty();
+    return session.StatusOrInterrupted(failed ? ExitStatus::Failed : ExitStatus::Done);
+}
+
+#ifdef BRINDLE_HAS_DEMO
+int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
+    Demo::DemoServer server;
+    server.Start();
+    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")));
+    session.SelectSite(line.Site);
+    const QString start = line.Start.isEmpty() ? server.FirstResultPage(line.Site) : line.Start;
+    if (start.isEmpty())
+        throw Failure(QStringLiteral("there is no demo directory of %1").arg(line.Site));
+    return HarvestFrom(line, session, start, webBrowser);
+}
+#else
+int HarvestDemo(const CommandLine&, Console&, const WebBrowserFactory&) {
+    throw Failure(QStringLiteral("this installation has no demo directories"));
+}
+#endif
+
+} // namespace
+
+int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
+    if (line.OnDemo)
+        return HarvestDemo(line, console, webBrowser);
+    Session session(line, console, LoadSites(line));
+    session.SelectSite(line.Site);
+    return HarvestFrom(line, session, line.Start, webBrowser);
+}
+
+} // namespace Brindle

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace Brindle {
+
+/// Catches Ctrl-C for its lifetime and calls back from the event loop, so the command can end in order. A second
+/// Ctrl-C ends the program at once.
+class Interrupt {
+public:
+    explicit Interrupt(std::function<void()> onInterrupt);
+    ~Interrupt();
+    Interrupt(const Interrupt&) = delete;
+    Interrupt& operator=(const Interrupt&) = delete;
+
+    bool Happened() const;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Lead.h"
+
+#include <QByteArray>
+
+namespace Brindle {
+
+/// A lead as one JSON object (RFC 8259) in UTF-8, ended by a line feed: the fourteen English captions as keys in column
+/// order, every key present. A lone surrogate stands as an escape.
+QByteArray JsonLine(const Lead& lead);
+
+} // namespace Brindle

@@ -1,0 +1,24 @@
+#include "LeadReport.h"
+
+namespace Brindle {
+
+void LeadReport::Add(const Lead& lead) {
+    ++leads_;
+    for (int column = 0; column < FieldCount; ++column)
+        if (!lead.At(column).isEmpty())
+            ++filled_.at(static_cast<size_t>(column));
+}
+
+QString LeadReport::Text() const {
+    QString text = QStringLiteral("%1 %2\n").arg(leads_).arg(leads_ == 1 ? u"lead" : u"leads");
+    if (leads_ == 0)
+        return text;
+    for (int column = 0; column < FieldCount; ++column)
+        text += QStringLiteral("  %1 %2 of %3\n")
+                    .arg(EnglishCaptions()[column], -13)
+                    .arg(filled_.at(static_cast<size_t>(column)), 6)
+                    .arg(leads_);
+    return text;
+}
+
+} // namespace Brindle

@@ -1,0 +1,133 @@
+#include "Commands.h"
+#include "CreatePlatform.h"
+#include "LanguageFile.h"
+#include "Session.h"
+#include "SettingsText.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#ifdef BRINDLE_HAS_DEMO
+#include "DemoServer.h"
+#endif
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace Brindle {
+
+namespace {
+
+// A character that no address holds: what is still there afterwards was never written.
+const QString unwritten(QChar(0xFFFF));
+
+// A text on one line of a table.
+QString Escaped(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\\n"));
+    text.replace(u'\n', QStringLiteral("\\n"));
+    text.replace(u'\r', QStringLiteral("\\n"));
+    text.replace(u'\t', QStringLiteral("\\t"));
+    return text;
+}
+
+} // namespace
+
+void WriteToStandardOutput(const QByteArray& bytes) {
+#ifdef Q_OS_WIN
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
+    const auto size = static_cast<size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+        throw Failure(QStringLiteral("standard output: cannot be written"));
+}
+
+int RunSites(const CommandLine& line, Console& console) {
+    const SitesFile sites = LoadSites(line);
+    QByteArray lines;
+    for (const SiteEntry& site : sites.Sites)
+        lines += QString(site.Code + u'\t' + site.Base + u'\t' + site.Label + u'\n').toLocal8Bit();
+    WriteToStandardOutput(lines);
+    for (const SitesProblem& problem : sites.Problems)
+        console.Error(problem.Text);
+    return sites.Problems.empty() ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+int RunFetch(const CommandLine& line, Console& console) {
+    Session session(line, console, {});
+    const QString& url = line.Arguments.first();
+    QString page;
+    const bool fetched = line.Direct ? session.Fetcher.DirectDownloadURL(url, page, line.Utf8)
+                                     : session.Fetcher.DownloadURL(url, page, line.Utf8);
+    if (session.CtrlC.Happened())
+        return ExitStatus::Interrupted;
+    if (!fetched)
+        throw Failure(session.Fetcher.LastError());
+    WriteToStandardOutput(page.toUtf8());
+    return ExitStatus::Done;
+}
+
+int RunEmails(const CommandLine& line, Console& console) {
+    Session session(line, console, {});
+    QString emails = unwritten;
+    session.Emails.GetEmailsFromWebsite(line.Arguments.first(), emails);
+    if (session.CtrlC.Happened())
+        return ExitStatus::Interrupted;
+    if (emails == unwritten)
+        throw Failure(session.Fetcher.LastError());
+    WriteToStandardOutput(QString(emails + u'\n').toUtf8());
+    return ExitStatus::Done;
+}
+
+int RunSettings(const CommandLine& line) {
+    WriteToStandardOutput(SettingsText(LoadSettingsInForce(line, *CreatePlatform())));
+    return ExitStatus::Done;
+}
+
+int RunLanguage(const CommandLine& line, Console& console) {
+    const QString& fileName = line.Arguments.first();
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    file.close();
+    const LanguageFile language(ReadLanguageText(fileName));
+    QString lines;
+    const auto add = [&lines](QStringView name, int number, const QString& text) {
+        lines += name + QString::number(number) + u'\t' + Escaped(text) + u'\n';
+    };
+    for (int number = 1; number <= LanguageFile::LastMain; ++number)
+        if (number != LanguageFile::NoMain)
+            add(u"main", number, language.Main(number));
+    for (int number = 1; number <= LanguageFile::LastSettings; ++number)
+        add(u"settings", number, language.Settings(number));
+    WriteToStandardOutput(lines.toUtf8());
+    for (const QString& tag : language.Missing())
+        console.Error(QStringLiteral("%1: %2 not found").arg(QDir::toNativeSeparators(fileName), tag));
+    return language.Missing().isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+#ifdef BRINDLE_HAS_DEMO
+int RunDemo(const CommandLine& line, Console& console) {
+    Session session(line, console, {});
+    Demo::DemoServer server;
+    server.Start();
+    WriteToStandardOutput(server.SitesIni().toUtf8());
+    for (const QString& code : server.SiteCodes())
+        for (int layout = 1; layout <= server.LayoutCount(code); ++layout)
+            console.Note(
+                QStringLiteral("%1 layout %2: %3").arg(code).arg(layout).arg(server.FirstResultPage(code, layout)));
+    while (!session.CtrlC.Happened())
+        session.Loop.WaitForMessage(std::nullopt);
+    return ExitStatus::Interrupted;
+}
+#else
+int RunDemo(const CommandLine&, Console&) {
+    throw Failure(QStringLiteral("this installation has no demo directories"));
+}
+#endif
+
+} // namespace Brindle

@@ -1,0 +1,88 @@
+#include "Adapters.h"
+#include "Commands.h"
+#include "HarvestDriver.h"
+#include "HtmlDocument.h"
+#include "LeadOutput.h"
+#include "Session.h"
+#include "TextDecoder.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace Brindle {
+
+namespace {
+
+QString ReadText(const QString& fileName) {
+    QFile file(fileName);
+    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+    const QByteArray bytes = opened ? file.readAll() : QByteArray();
+    if (!opened || file.error() != QFileDevice::NoError)
+        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    return DecodePage(bytes);
+}
+
+// The text that the adapter is to read.
+QString PageText(const CommandLine& line, const QString& fileName) {
+    const QString text = ReadText(fileName);
+    if (line.Markup == MarkupSource::AsIs)
+        return text;
+    try {
+        return BodyOfPage(text, MarkupFormOf(line.Site));
+    } catch (const Failure& failure) {
+        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), failure.Message()));
+    }
+}
+
+// Reads one page; throws `Failure` when it cannot be read or is no results page.
+void ReadPage(Session& session, const CommandLine& line, const QString& fileName) {
+    const QString page = PageText(line, fileName);
+    HarvestState& state = session.State;
+    if (line.Variant > 0) {
+        state.CurrSite = line.Variant;
+    } else {
+        const QString missing = MissingListMarkers(page, state.CurrID);
+        if (!missing.isEmpty())
+            throw Failure(QStringLiteral("%1: no results page of %2: %3")
+                              .arg(QDir::toNativeSeparators(fileName), state.CurrID, missing));
+        MarkerSet markers;
+        GetInitTokens(page, state.CurrID, markers, state.CurrSite);
+    }
+    try {
+        GetDataResults(session.Job, SiteAdapters(), page);
+    } catch (const std::exception&) {
+        // As in a harvest, a malformed field ends the reading of its page; the leads before it stay.
+    }
+}
+
+} // namespace
+
+int RunParse(const CommandLine& line, Console& console) {
+    Session session(line, console, LoadSites(line));
+    session.SelectSite(line.Site);
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    output.Begin();
+    session.Job.Begin();
+    int status = ExitStatus::Done;
+    for (const QString& fileName : line.Arguments) {
+        if (session.State.ShouldStop || !output.Error().isEmpty())
+            break;
+        try {
+            ReadPage(session, line, fileName);
+            console.Note(QStringLiteral("%1: %2 leads so far")
+                             .arg(QDir::toNativeSeparators(fileName))
+                             .arg(session.Report.Count()));
+        } catch (const Failure& failure) {
+            console.Error(failure.Message());
+            status = ExitStatus::Failed;
+        }
+    }
+    console.Report(session.Report.Text());
+    if (!output.Error().isEmpty())
+        console.Error(output.Error());
+    if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())
+        status = ExitStatus::Failed;
+    return session.StatusOrInterrupted(status);
+}
+
+} // namespace Brindle

@@ -1,0 +1,17 @@
+#include "RunCli.h"
+#include "WebEngineBrowser.h"
+#include "WebEngineStart.h"
+
+#include <QApplication>
+
+// brindle-cli with the Chromium engine in it. No display is needed: pages are laid out off the screen.
+int main(int argc, char* argv[]) {
+    Brindle::PrepareWebEngine();
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication app(argc, argv);
+    return Brindle::RunCli(QCoreApplication::arguments().mid(1),
+                           [](Brindle::MessageLoop& loop, const QString& profileFolder) {
+                               return std::make_unique<Brindle::WebEngineBrowser>(loop, profileFolder);
+                           });
+}
