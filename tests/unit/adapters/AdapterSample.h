@@ -36,6 +36,8 @@ inline void PrintTo(const AdapterSample& sample, std::ostream* out) {
     *out << sample.Title.toStdString();
 }
 
+AdapterSample SampleOfYellowPagesCanada1();
+AdapterSample SampleOfYellowPagesCanada2();
 AdapterSample SampleOfCanada411();
 AdapterSample SampleOfUsYellowPages1();
 AdapterSample SampleOfUsYellowPages2();

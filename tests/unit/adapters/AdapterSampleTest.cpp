@@ -187,7 +187,8 @@ TEST_P(EveryAdapter, SurvivesMissingTagsAndStrayMarkers) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Directories, EveryAdapter,
-                         testing::Values(SampleOfUsYellowPages1(), SampleOfUsYellowPages2(), SampleOfCanada411()),
+                         testing::Values(SampleOfYellowPagesCanada1(), SampleOfYellowPagesCanada2(),
+                                         SampleOfUsYellowPages1(), SampleOfUsYellowPages2(), SampleOfCanada411()),
                          [](const auto& info) { return info.param.Title.toStdString(); });
 
 } // namespace
