@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFile>
 
-#include <unistd.h>
+#include <algorithm>
 
 namespace Brindle::Test {
 namespace {
@@ -24,6 +24,7 @@ QString Resolved(QString text, const QString& folder, const QString& sitesFile, 
     text.replace(QStringLiteral("{folder}"), folder);
     text.replace(QStringLiteral("{sites}"), sitesFile);
     text.replace(QStringLiteral("{start}"), server.FirstResultPage(u"KVPN002001"));
+    text.replace(QStringLiteral("{longname}"), QString(70, u'n'));
     text.replace(QStringLiteral("{businesses}"), server.Businesses());
     return text;
 }
@@ -79,8 +80,9 @@ std::vector<BadInput> BadInputs() {
          said({"{businesses}/nothing"})},
         {"NobodyAnswers", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start http://127.0.0.1:9/"), 1,
          said({"127.0.0.1"})},
-        {"NoAddress", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start http://no_such_host/"), 1,
-         said({"no_such_host"})},
+        // A name that no question can be asked for, so none leaves this machine.
+        {"NameDoesNotResolve", Words("harvest --sites {sites} --site KVPN002001 --pace 0 --start http://{longname}/"),
+         1, said({"{longname}"})},
         {"FetchRefused", Words("fetch --pace 0 http://127.0.0.1:9/"), 1, said({"http://127.0.0.1:9/"})},
         {"FetchMissing", Words("fetch --pace 0 {businesses}/nothing"), 1, said({"{businesses}/nothing"})},
         {"EmailsOfNoWebsite", Words("emails --pace 0 {businesses}/gone/x/"), 1, said({"{businesses}/gone/x/"})},
@@ -109,7 +111,8 @@ TEST_P(BadInputTest, SaysInOneLineWhatIsWrong) {
         arguments.append(resolved(argument));
     const Outcome outcome = RunCli(arguments);
     EXPECT_EQ(outcome.Status, input.Status);
-    EXPECT_TRUE(outcome.Out.isEmpty()) << outcome.Out.toStdString();
+    // At most the line with the captions.
+    EXPECT_LE(outcome.Out.count('\n'), 1) << outcome.Out.toStdString();
     // Progress may stand before it, usage behind it: the message is the one line that says all of it.
     const QStringList lines = outcome.ErrText().split(u'\n', Qt::SkipEmptyParts);
     EXPECT_FALSE(lines.isEmpty());

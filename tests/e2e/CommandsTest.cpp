@@ -26,12 +26,6 @@ TEST_F(CommandsTest, SitesBesideTheProgram) {
     EXPECT_EQ(outcome.Out.count('\n'), KnownSiteCodes().size());
 }
 
-struct SavedPages {
-    const char* Name;
-    DemoSite Site;
-    QStringList More;
-};
-
 // Pages that were saved one by one and read again are one harvest.
 TEST_F(CommandsTest, ParseReadsSavedPagesAsOneHarvest) {
     for (const DemoSite& site :

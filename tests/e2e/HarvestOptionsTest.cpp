@@ -70,11 +70,15 @@ TEST_F(HarvestOptionsTest, AutomaticSavingWritesItsOwnFile) {
         << files.first().toStdString();
     QList<QByteArray> lines = FileContent(Path(u"auto/" + files.first())).split('\n');
     EXPECT_GT(lines.size(), static_cast<qsizetype>(Planted(canada).size()) + 2);
+    // Repeated businesses aside, of which two have their links written in capitals, it is the whole list.
     QList<QByteArray> once;
+    QList<QByteArray> keys;
     for (const QByteArray& line : lines)
-        if (!once.contains(line))
+        if (!keys.contains(line.toUpper())) {
+            keys.append(line.toUpper());
             once.append(line);
-    EXPECT_EQ(once.join('\n'), CsvOf(Planted(canada)));
+        }
+    EXPECT_EQ(once, CsvOf(Planted(canada)).split('\n'));
     const QString out = Path(QStringLiteral("out.csv"));
     EXPECT_TRUE(!QFile::exists(out) || FileContent(out).isEmpty());
 }
