@@ -1,7 +1,12 @@
 #include "Adapters.h"
 
 #include "Canada411.h"
+#include "InfobelItaly.h"
+#include "PagineBianche.h"
+#include "PagineMail.h"
+#include "Trovanumeri.h"
 #include "UsYellowPages.h"
+#include "Virgilio.h"
 #include "YellowPagesCanada.h"
 
 #include <array>
@@ -13,6 +18,12 @@ std::span<const SiteAdapter> SiteAdapters() {
         SiteAdapter{SiteCode::UsYellowPages, GetYPUSDataResults},
         SiteAdapter{SiteCode::YellowPagesCanada, GetYPCADataResults},
         SiteAdapter{SiteCode::Canada411, Get411CADataResults},
+        SiteAdapter{SiteCode::PagineBianche, GetYPPagBianchDataResults},
+        SiteAdapter{SiteCode::PagineMail, GetYPPagEmailDataResults, GetPagEmailNextURL},
+        SiteAdapter{SiteCode::InfobelItaly, GetYPInfobelDataResults},
+        SiteAdapter{SiteCode::Virgilio, GetYPVirgilioDataResults,
+                    [](PageTurn& turn, const QString&) { return GetVirgilioNextURL(turn); }},
+        SiteAdapter{SiteCode::Trovanumeri, GetYPTrovanumeriDataResults},
     };
     return adapters;
 }

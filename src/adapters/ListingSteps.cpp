@@ -95,6 +95,18 @@ void FallBackOnRemembered(const Harvest& harvest, QString& category) {
         category = harvest.State.MainCategory;
 }
 
+void AppendWord(QString& text, QStringView word) {
+    // Both ends of the text are trimmed already, so only the new piece can bring something to trim.
+    if (text.isEmpty()) {
+        text = Trim(word);
+        return;
+    }
+    text += u' ';
+    text += word;
+    while (text.back().unicode() <= 0x20)
+        text.chop(1);
+}
+
 QString KeptBefore(const QString& text, QStringView marker) {
     const qsizetype at = text.indexOf(marker);
     return at < 0 ? text : Trim(QStringView(text).first(at));

@@ -46,6 +46,9 @@ void FallBackOnRemembered(const Harvest& harvest, QString& category);
 /// The text up to the first occurrence of `marker`, trimmed; without the marker the text as it is.
 QString KeptBefore(const QString& text, QStringView marker);
 
+/// Appends a blank and the word, then trims the whole.
+void AppendWord(QString& text, QStringView word);
+
 /// Calls `readListing` while the page holds a listing and no stop was requested; ends after a round that did not move
 /// the working text. `hasListing` and `readListing` are called without arguments; `readListing` returns false to leave
 /// the page.

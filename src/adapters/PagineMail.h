@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Lead.h"
+#include "SiteAdapter.h"
+
+namespace Brindle {
+
+/// Reads a result page of Pagine-mail. Every field stands in the listing's own block.
+void GetYPPagEmailDataResults(Harvest& harvest, const QString& page);
+
+/// Reads the fields of one listing, category included, from its block of the result page; an empty block changes
+/// nothing. The name stays.
+void GetPagEmailDetails(QStringView block, Lead& lead);
+
+/// Turns to the next result page by a click on the link that carries its number. On the way back to page 1 the link is
+/// clicked, but the harvest ends. True when a link was clicked.
+bool GetPagEmailNextURL(PageTurn& turn, const QString& page);
+
+} // namespace Brindle

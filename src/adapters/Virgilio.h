@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Lead.h"
+#include "SiteAdapter.h"
+
+namespace Brindle {
+
+/// Reads a result page of Virgilio: it gives each listing's link, the details page in the directory the rest.
+void GetYPVirgilioDataResults(Harvest& harvest, const QString& page);
+
+/// Fetches and reads the details page of `lead.DetailsLink`. Name and category are replaced where the page carries
+/// them; when the page cannot be fetched the other fields are empty.
+void GetUVirgilioDetails1(Harvest& harvest, Lead& lead);
+
+/// Turns to the next result page by a click on the link that says so. True when there is one.
+bool GetVirgilioNextURL(PageTurn& turn);
+
+} // namespace Brindle
