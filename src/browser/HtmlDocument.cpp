@@ -66,12 +66,16 @@ private:
 HtmlDocument::HtmlDocument(const QString& html, const PageBounds& bounds) {
     const HtmlTree tree(html, bounds);
     if (const GumboNode* const body = tree.Body())
-        body_ = OuterHtml(body);
+        body_ = tree.Text(OuterHtml(body));
     Gathering gathering;
     gathering.Over(tree.Root());
     links_ = std::move(gathering.Links);
-    baseHref_ = std::move(gathering.BaseHref);
-    title_ = std::move(gathering.Title);
+    for (HtmlLink& link : links_) {
+        link.Href = tree.Text(link.Href);
+        link.Text = tree.Text(link.Text);
+    }
+    baseHref_ = tree.Text(gathering.BaseHref);
+    title_ = tree.Text(gathering.Title);
 }
 
 QString HtmlDocument::BodyOuterHtml(MarkupForm form) const {

@@ -55,6 +55,8 @@ private:
                 WriteText(node);
             return false;
         case GUMBO_NODE_COMMENT:
+            if (std::strcmp(node->v.text.text, flushComment) == 0)
+                return false;
             out_ += "<!--";
             out_ += node->v.text.text;
             out_ += "-->";

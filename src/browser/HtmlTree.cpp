@@ -92,8 +92,8 @@ private:
 };
 
 HtmlTree::HtmlTree(const QString& html, const PageBounds& bounds)
-    : source_(PreparedPage(html, bounds)), arena_(std::make_unique<Arena>(bounds, source_.size())) {
-    const GumboOutput* const output = arena_->Parse(source_.constData(), static_cast<size_t>(source_.size()));
+    : source_(Prepare(html, bounds)), arena_(std::make_unique<Arena>(bounds, source_.Utf8.size())) {
+    const GumboOutput* const output = arena_->Parse(source_.Utf8.constData(), static_cast<size_t>(source_.Utf8.size()));
     if (!output)
         throw Failure(QStringLiteral("the page ") + QLatin1String(arena_->Overrun()) +
                       QStringLiteral(", so it was not read"));
@@ -132,6 +132,11 @@ QByteArray NameOf(const GumboElement& element) {
             return first->value;
     }
     GumboStringPiece original = element.original_tag;
+    // A "</>" is no tag, but the parser counts it to the next one.
+    while (original.length > 3 && std::memcmp(original.data, "</>", 3) == 0) {
+        original.data += 3;
+        original.length -= 3;
+    }
     const bool known = element.tag != GUMBO_TAG_UNKNOWN;
     if (original.data && (!known || element.tag_namespace == GUMBO_NAMESPACE_SVG))
         gumbo_tag_from_original_text(&original);

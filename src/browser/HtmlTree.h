@@ -24,10 +24,13 @@ public:
     /// The body element, or the frameset of a page that has one in its place; null when there is neither.
     const GumboNode* Body() const;
 
+    /// A text of the tree as the page has it.
+    QString Text(const QString& fromTree) const { return source_.ControlsMoved ? WithControls(fromTree) : fromTree; }
+
 private:
     class Arena;
 
-    QByteArray source_; // the nodes point into it
+    PreparedPage source_; // the nodes point into it
     std::unique_ptr<Arena> arena_;
     const GumboNode* root_ = nullptr;
 };

@@ -111,23 +111,68 @@ QStringView AliasOf(quint64 id, bool inHead) {
     throw Failure(QStringLiteral("the page ") + reason + QStringLiteral(", so it was not read"));
 }
 
-QByteArray ToUtf8(QStringView html) {
-    if (html.isValidUtf16())
-        return html.toUtf8();
-    QString mended = html.toString();
-    for (qsizetype i = 0; i < mended.size(); ++i) {
-        const bool pair = mended[i].isHighSurrogate() && i + 1 < mended.size() && mended[i + 1].isLowSurrogate();
-        if (pair)
-            ++i;
-        else if (mended[i].isSurrogate())
-            mended[i] = QChar::ReplacementCharacter;
+// Characters that the parser takes for errors and replaces, which engines keep. They go through it as characters of
+// the last private-use plane.
+bool IsMoved(char16_t c) {
+    return (c < 0x20 && c != 0 && c != u'\t' && c != u'\n' && c != u'\f' && c != u'\r') || (c >= 0x7f && c < 0xa0) ||
+           (c >= 0xfdd0 && c < 0xfdf0);
+}
+
+constexpr char16_t movedHigh = 0xdbc0; // the first of the plane's 64 high surrogates
+
+// Moves control characters and mends what is no UTF-16.
+PreparedPage Encoded(QString html) {
+    PreparedPage page;
+    const auto isOdd = [](QChar c) { return IsMoved(c.unicode()) || c.isSurrogate(); };
+    auto odd = std::find_if(html.cbegin(), html.cend(), isOdd);
+    if (odd == html.cend()) {
+        page.Utf8 = html.toUtf8();
+        return page;
     }
-    return mended.toUtf8();
+    QString mended;
+    mended.reserve(html.size() + 64);
+    const QChar* done = html.cbegin();
+    for (; odd != html.cend(); odd = std::find_if(odd, html.cend(), isOdd)) {
+        mended.append(QStringView(done, odd));
+        const char16_t c = odd->unicode();
+        if (IsMoved(c)) {
+            page.ControlsMoved = true;
+            mended.append(QChar(movedHigh + (c >> 10)));
+            mended.append(QChar(0xdc00 + (c & 0x3ff)));
+        } else if (odd->isHighSurrogate() && odd + 1 != html.cend() && odd[1].isLowSurrogate()) {
+            mended.append(QStringView(odd, 2));
+            ++odd;
+        } else {
+            mended.append(QChar(QChar::ReplacementCharacter));
+        }
+        done = ++odd;
+    }
+    mended.append(QStringView(done, html.cend()));
+    page.Utf8 = mended.toUtf8();
+    return page;
 }
 
 } // namespace
 
-QByteArray PreparedPage(const QString& html, const PageBounds& bounds) {
+QString WithControls(const QString& text) {
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t high = text[i].unicode();
+        if (high >= movedHigh && high < movedHigh + 64 && i + 1 < text.size()) {
+            const auto c = static_cast<char16_t>(((high - movedHigh) << 10) | (text[i + 1].unicode() & 0x3ff));
+            if (IsMoved(c)) {
+                result.append(QChar(c));
+                ++i;
+                continue;
+            }
+        }
+        result.append(text[i]);
+    }
+    return result;
+}
+
+PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
     if (html.size() > bounds.Size)
         Refuse(QStringLiteral("has more than %1 characters").arg(bounds.Size));
     NestingCount nesting;
@@ -145,7 +190,12 @@ QByteArray PreparedPage(const QString& html, const PageBounds& bounds) {
         const quint64 id = IdOf({scanner.Name().utf16(), static_cast<size_t>(scanner.Name().size())});
         if (nesting.Add(id, scanner.Closing()) > bounds.Depth)
             Refuse(QStringLiteral("has more than %1 elements nested in each other").arg(bounds.Depth));
-        if (const QStringView alias = AliasOf(id, head.InHead()); !alias.isEmpty()) {
+        if (scanner.Closing() && id == IdOf(u"form")) {
+            // Otherwise the text before it comes to stand behind the form.
+            aliased.append(QStringView(html).mid(copied, scanner.TagBegin() - copied));
+            aliased.append(QStringLiteral("<!--") + QLatin1String(flushComment) + QStringLiteral("-->"));
+            copied = scanner.TagBegin();
+        } else if (const QStringView alias = AliasOf(id, head.InHead()); !alias.isEmpty()) {
             aliased.append(QStringView(html).mid(copied, scanner.NameBegin() - copied));
             aliased.append(alias);
             if (!scanner.Closing())
@@ -155,9 +205,9 @@ QByteArray PreparedPage(const QString& html, const PageBounds& bounds) {
         head.Add(id, scanner.Closing());
     }
     if (copied == 0)
-        return ToUtf8(html);
+        return Encoded(html);
     aliased.append(QStringView(html).mid(copied));
-    return ToUtf8(aliased);
+    return Encoded(std::move(aliased));
 }
 
 } // namespace Brindle

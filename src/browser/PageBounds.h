@@ -18,10 +18,21 @@ struct PageBounds {
 
 /// The attribute that tells the true name of an element that goes through the parser under another one.
 inline constexpr char aliasAttribute[] = "brindle-alias";
+/// The comment that stands where the parser must take note of the text before it; it is no part of the page.
+inline constexpr char flushComment[] = "brindle-flush";
 
-/// The page as UTF-8 for the parser, in one pass. Elements that the parser reads by rules of its time rather than
-/// today's go under the name of one that it reads by the right ones; `aliasAttribute` then tells the true name.
-/// Throws `Failure` with one line when the page is beyond its bounds.
-QByteArray PreparedPage(const QString& html, const PageBounds& bounds);
+/// A page made ready for the parser, which reads some things by rules of its time rather than today's.
+struct PreparedPage {
+    QByteArray Utf8;
+    bool ControlsMoved = false; ///< what the parser makes of it is to go through `WithControls`
+};
+
+/// Makes a page ready in one pass: elements go under the name of one that the parser reads by the right rules, with
+/// `aliasAttribute`, `flushComment` stands before the end of a form, and control characters, which the parser would
+/// replace, are moved out of its sight. Throws `Failure` with one line when the page is beyond its bounds.
+PreparedPage Prepare(const QString& html, const PageBounds& bounds);
+
+/// The text with its control characters back in their places.
+QString WithControls(const QString& text);
 
 } // namespace Brindle

@@ -175,14 +175,17 @@ QString WebEngineBrowser::BodyOuterHtml(MarkupForm form) {
 }
 
 int WebEngineBrowser::LinkCount() {
+    const QPointer<WebEngineBrowser> self(this);
     const std::optional<QVariant> texts = Evaluate(QString::fromUtf16(readLinks));
+    if (!self)
+        return 0; // the program has ended meanwhile
     linkTexts_ = texts ? texts->toStringList() : QStringList();
     return static_cast<int>(linkTexts_->size());
 }
 
 QString WebEngineBrowser::LinkInnerText(int index) {
-    if (!linkTexts_)
-        LinkCount();
+    if (!linkTexts_ && LinkCount() == 0)
+        return {};
     return linkTexts_->value(index);
 }
 

@@ -18,7 +18,8 @@ WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profil
     connect(this, &QWebEnginePage::authenticationRequired, this,
             [](const QUrl&, QAuthenticator* login) { *login = QAuthenticator(); });
     connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
-            [this](const QUrl&, QAuthenticator* login, const QString&) { AnswerProxy(login); });
+            [this](const QUrl& asker, QAuthenticator* login, const QString&) { AnswerProxy(asker, login); });
+    connect(this, &QWebEnginePage::loadStarted, this, [this] { askedFor_.clear(); });
     connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl& origin, Feature feature) {
         setFeaturePermission(origin, feature, PermissionDeniedByUser);
     });
@@ -46,13 +47,13 @@ QStringList WebEnginePage::chooseFiles(FileSelectionMode, const QStringList&, co
     return {};
 }
 
-void WebEnginePage::AnswerProxy(QAuthenticator* login) {
-    // Asked again for the same address: the proxy did not take them.
-    const bool refused = login->user() == proxy_.UserName && login->password() == proxy_.Password;
-    if (refused || proxy_.UserName.isEmpty()) {
+void WebEnginePage::AnswerProxy(const QUrl& asker, QAuthenticator* login) {
+    // Asked for the same address again: the proxy did not take what it was given.
+    if (proxy_.UserName.isEmpty() || askedFor_.contains(asker)) {
         *login = QAuthenticator();
         return;
     }
+    askedFor_.insert(asker);
     login->setUser(proxy_.UserName);
     login->setPassword(proxy_.Password);
 }

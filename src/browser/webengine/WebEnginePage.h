@@ -2,6 +2,7 @@
 
 #include "EmbeddedBrowser.h"
 
+#include <QSet>
 #include <QWebEnginePage>
 
 namespace Brindle {
@@ -26,10 +27,10 @@ protected:
     QStringList chooseFiles(FileSelectionMode mode, const QStringList& old, const QStringList& types) override;
 
 private:
-    void AnswerProxy(QAuthenticator* login);
+    void AnswerProxy(const QUrl& asker, QAuthenticator* login);
 
     BrowserProxy proxy_;
-    QUrl askedFor_; // the address for which the proxy asked last
+    QSet<QUrl> askedFor_; // addresses of this load for which the proxy has asked
 };
 
 } // namespace Brindle

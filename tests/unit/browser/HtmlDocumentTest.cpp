@@ -57,7 +57,12 @@ const BodyCase bodyCases[] = {
     {"RepeatedAttributes", u"<body class=a><p id=1 ID=2></p><body class=b lang=c>", u"<p id=\"1\"></p>"},
     {"LineEndsAndZeros", u"<pre>\n\na\r\nb\rc</pre>\u2400d<p title='\u2400'>",
      u"<pre>\na\nb\nc</pre>d<p title=\"\ufffd\"></p>"},
-    {"LoneSurrogates", u"a\xd800z\xdc00", u"a\ufffdz\ufffd"},
+    {"EmptyEndTag", u"a</></><x-y>b</x-y>", u"a<x-y>b</x-y>"},
+    {"TextBeforeTheEndOfAForm", u"<form>a<input>\n</form>\nb<form>c</form>",
+     u"<form>a<input>\n</form>\nb<form>c</form>"},
+    {"ControlCharacters", u"a\u0001\u000b\u0085<p title='\u007f'>\ufdd0\U00100041",
+     u"a\u0001\u000b\u0085<p title=\"\u007f\">\ufdd0\U00100041</p>"},
+    {"LoneSurrogates", u"a\xd800z\xdc00\U0001F600", u"a\ufffdz\ufffd\U0001F600"},
 };
 
 class Body : public testing::TestWithParam<BodyCase> {};
