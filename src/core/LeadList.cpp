@@ -35,26 +35,11 @@ size_t ReadHeader(const std::byte*& from) {
     }
 }
 
-struct PackedField {
-    size_t Characters;
-    bool Wide;
-    const std::byte* Data;
-};
-
-PackedField ReadField(const std::byte*& from) {
+StoredText ReadField(const std::byte*& from) {
     const size_t header = ReadHeader(from);
-    const PackedField field{header >> 1, (header & 1) != 0, from};
+    const StoredText field{from, header >> 1, (header & 1) != 0};
     from += field.Wide ? field.Characters * 2 : field.Characters;
     return field;
-}
-
-QString Unpack(const PackedField& field) {
-    const auto length = static_cast<qsizetype>(field.Characters);
-    if (!field.Wide)
-        return QString::fromLatin1(reinterpret_cast<const char*>(field.Data), length);
-    QString text(length, Qt::Uninitialized);
-    std::memcpy(text.data(), field.Data, field.Characters * 2);
-    return text;
 }
 
 bool IsWide(const QString& text) {
@@ -70,13 +55,22 @@ size_t RowLength(const std::byte* row) {
 
 } // namespace
 
+QString StoredText::Text() const {
+    const auto length = static_cast<qsizetype>(Characters);
+    if (!Wide)
+        return QString::fromLatin1(reinterpret_cast<const char*>(Data), length);
+    QString text(length, Qt::Uninitialized);
+    std::memcpy(text.data(), Data, Characters * 2);
+    return text;
+}
+
 LeadList::LeadList() = default;
 
 Lead LeadList::At(qsizetype row) const {
     Lead lead;
     const std::byte* at = rows_[static_cast<size_t>(row)];
     for (int column = 0; column < FieldCount; ++column)
-        lead.At(column) = Unpack(ReadField(at));
+        lead.At(column) = ReadField(at).Text();
     return lead;
 }
 
@@ -84,7 +78,15 @@ QString LeadList::FieldAt(qsizetype row, Field field) const {
     const std::byte* at = rows_[static_cast<size_t>(row)];
     for (int column = 0; column < static_cast<int>(field); ++column)
         ReadField(at);
-    return Unpack(ReadField(at));
+    return ReadField(at).Text();
+}
+
+std::array<StoredText, FieldCount> LeadList::StoredAt(qsizetype row) const {
+    std::array<StoredText, FieldCount> fields;
+    const std::byte* at = rows_[static_cast<size_t>(row)];
+    for (StoredText& field : fields)
+        field = ReadField(at);
+    return fields;
 }
 
 std::byte* LeadList::Reserve(size_t bytes) {

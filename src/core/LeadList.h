@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -23,6 +24,16 @@ public:
     virtual void LeadsRemoved() {}
 };
 
+/// A field of a row as the list stores it, for those who pass on many rows without making a text object of each field.
+/// Good until the list changes.
+struct StoredText {
+    const std::byte* Data = nullptr; ///< one byte a character (Latin-1) or, when wide, two (UTF-16, not aligned)
+    size_t Characters = 0;
+    bool Wide = false;
+
+    QString Text() const;
+};
+
 /// The results list: the leads in the order in which they were found, the captions of the columns, and the duplicate
 /// keys of the listed leads. The texts of a lead lie packed side by side in large blocks, one byte a character where
 /// Latin-1 can hold the field, so a million leads fit where one string object per field would need three times as much.
@@ -35,6 +46,8 @@ public:
     Lead At(qsizetype row) const;
     /// One field of a row.
     QString FieldAt(qsizetype row, Field field) const;
+    /// The fields of a row in column order.
+    std::array<StoredText, FieldCount> StoredAt(qsizetype row) const;
 
     void Append(const Lead& lead);
     /// Removes the rows, which are given ascending and without repeats. Keys are left alone.

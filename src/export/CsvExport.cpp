@@ -40,7 +40,7 @@ bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows ro
         const qsizetype row = rows ? (*rows)[static_cast<size_t>(i)] : i;
         if (row >= leads.Count())
             break;
-        format.AppendLead(buffer, leads.At(row));
+        format.AppendLead(buffer, leads.StoredAt(row));
         if (buffer.size() >= bufferSize)
             WriteOut(file, buffer);
         if (progress && (i + 1) % rowsPerReport == 0 && !progress(i + 1, count))

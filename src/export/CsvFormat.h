@@ -8,6 +8,7 @@
 #include <QStringEncoder>
 
 #include <array>
+#include <vector>
 
 namespace Brindle {
 
@@ -29,16 +30,21 @@ public:
     void AppendHeader(QByteArray& to, const QStringList& captions);
     /// Appends the line of one lead.
     void AppendLead(QByteArray& to, const Lead& lead);
-    /// Appends a text as one line.
-    void AppendLine(QByteArray& to, QStringView line);
+    /// The same for a lead as the results list stores it.
+    void AppendLead(QByteArray& to, const std::array<StoredText, FieldCount>& lead);
 
 private:
-    void AppendText(QByteArray& to, QStringView text);
+    template <typename Fields>
+    void AppendLine(QByteArray& to, const Fields& fields);
+    template <typename Fields>
+    void AppendRecord(QByteArray& to, const Fields& fields);
+    char* Write(char* to, QStringView text);
+    char* Write(char* to, const StoredText& text);
 
-    std::array<bool, FieldCount> exported_{};
-    QString delimiter_;
-    QString line_;
+    std::vector<size_t> columns_; // those that are exported
     QStringEncoder encode_;
+    QByteArray separator_; // what stands between two fields: quote, delimiter, quote
+    QByteArray lineEnd_;   // what stands behind the last one
 };
 
 /// The header line of an automatic export: every caption, without a line end.

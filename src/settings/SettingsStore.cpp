@@ -55,10 +55,13 @@ void SettingsStore::SaveSettings(const Settings& settings) const {
     QSaveFile file(fileName_);
     file.setDirectWriteFallback(false);
     const QByteArray bytes = SettingsText(settings);
-    bool saved = file.open(QIODevice::WriteOnly);
-    // It holds a password. Some file systems know no owners, and the settings are saved there all the same.
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    saved = saved && file.write(bytes) == bytes.size() && file.commit();
+    // Unbuffered, because a failure to write the rest of a buffer goes unnoticed when the file is committed.
+    bool saved = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    if (saved) {
+        // It holds a password. Some file systems know no owners, and the settings are saved there all the same.
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        saved = file.write(bytes) == bytes.size() && file.commit();
+    }
     if (!saved)
         throw SaveError(QStringLiteral("%1: %2").arg(shown, file.errorString()));
 }

@@ -1,0 +1,110 @@
+#include "AutomaticSaver.h"
+#include "CsvExport.h"
+#include "CsvFormat.h"
+#include "HarvestBench.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+#include <ctime>
+
+// What an export costs beside writing the same bytes raw. Both are done alternately in one run, so a busy machine slows
+// them alike; the counter "times_raw" is what counts: at most 3 for a manual export, at most 2.5 for an automatic save.
+
+namespace Brindle::Test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+double ProcessorSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+Lead SomeLead(int number) {
+    const QString id = QString::number(number);
+    return {.Category = u"Ristoranti e pizzerie"_s,
+            .Name = u"Trattoria La Città Vecchia "_s + id,
+            .FullAddress = u"Via Giuseppe Garibaldi "_s + id + u", 20121 Milano (MI)",
+            .Street = u"Via Giuseppe Garibaldi "_s + id,
+            .City = u"Milano"_s,
+            .State = u"MI"_s,
+            .PostalCode = u"20121"_s,
+            .Country = u"Italy"_s,
+            .Phone = u"02 5550 "_s + id,
+            .Fax = {},
+            .Website = u"http://www.trattoria-"_s + id + u".test",
+            .Email = u"info@trattoria-"_s + id + u".test",
+            .MapLink = u"http://maps.test/maps?q=Via+Giuseppe+Garibaldi+"_s + id + u",+20121+Milano+(MI),Italy",
+            .DetailsLink = u"http://directory.test/lombardia/milano/trattoria-la-citta-vecchia-"_s + id};
+}
+
+QByteArray FileBytes(const QString& fileName) {
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void ManualExport(benchmark::State& state) {
+    const QTemporaryDir folder;
+    const QString exported = folder.filePath(u"exported.csv"_s);
+    const QString raw = folder.filePath(u"raw.csv"_s);
+    LeadList leads;
+    for (int number = 0; number < static_cast<int>(state.range(0)); ++number)
+        leads.Append(SomeLead(number));
+    const Settings settings;
+    SaveRecords(exported, leads, {}, settings);
+    const QByteArray bytes = FileBytes(exported);
+    double exportSeconds = 0;
+    double rawSeconds = 0;
+    for (auto iteration : state) {
+        const double start = ProcessorSeconds();
+        SaveRecords(exported, leads, {}, settings, [](qsizetype, qsizetype) { return true; });
+        const double between = ProcessorSeconds();
+        QFile file(raw);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
+            state.SkipWithError("cannot write");
+        file.close();
+        exportSeconds += between - start;
+        rawSeconds += ProcessorSeconds() - between;
+        QFile::remove(raw);
+    }
+    state.counters["times_raw"] = exportSeconds / rawSeconds;
+    state.counters["raw_ms"] = rawSeconds * 1000 / static_cast<double>(state.iterations());
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * bytes.size());
+}
+BENCHMARK(ManualExport)->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond)->MinTime(4);
+
+void AutomaticSave(benchmark::State& state) {
+    const QTemporaryDir folder;
+    HarvestBench bench(SiteCode::PagineMail);
+    bench.State.DateTimeVal = u"now"_s;
+    AutomaticSaver saver(bench.State, bench.Options, bench.Leads, bench.Texts, bench.Status, bench.Loop);
+    const QString line = AutomaticLine(SomeLead(1));
+    const QByteArray bytes = line.toLocal8Bit() + "\r\n";
+    const QString raw = folder.filePath(u"raw.csv"_s);
+    double saveSeconds = 0;
+    double rawSeconds = 0;
+    constexpr int leads = 1000; // the clock is too coarse for a single one
+    for (auto iteration : state) {
+        const double start = ProcessorSeconds();
+        for (int i = 0; i < leads; ++i)
+            saver.AutomaticSave(folder.path(), u"Results"_s, line);
+        const double between = ProcessorSeconds();
+        for (int i = 0; i < leads; ++i) {
+            QFile file(raw);
+            if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(bytes) != bytes.size())
+                state.SkipWithError("cannot write");
+        }
+        saveSeconds += between - start;
+        rawSeconds += ProcessorSeconds() - between;
+        bench.Status.Panels.clear();
+        QFile::remove(raw);
+        QFile::remove(folder.filePath(u"Results now.csv"_s));
+    }
+    state.counters["times_raw"] = saveSeconds / rawSeconds;
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * leads);
+}
+BENCHMARK(AutomaticSave)->Unit(benchmark::kMillisecond)->MinTime(2);
+
+} // namespace
+} // namespace Brindle::Test
