@@ -41,6 +41,13 @@ AdapterSample SampleOfYellowPagesCanada2();
 AdapterSample SampleOfCanada411();
 AdapterSample SampleOfUsYellowPages1();
 AdapterSample SampleOfUsYellowPages2();
+AdapterSample SampleOfPagineBianche1();
+AdapterSample SampleOfPagineBianche2();
+AdapterSample SampleOfPagineMail();
+AdapterSample SampleOfInfobelItaly1();
+AdapterSample SampleOfInfobelItaly2();
+AdapterSample SampleOfVirgilio();
+AdapterSample SampleOfTrovanumeri();
 
 /// Reads a page as the driver does: by the adapter of the current site, an error ending the page.
 void ReadAsDriver(HarvestBench& bench, const QString& page);

@@ -73,7 +73,8 @@ TEST_P(EveryAdapter, ReadsNothingWithoutListings) {
     for (const QString& page : QStringList{QString(), sample.Head + sample.Tail, u"<BODY>no such page</BODY>"_s})
         ReadAsDriver(bench, page);
     bench.State.CurrSite = 3;
-    if (sample.Site != SiteCode::Canada411) // the one directory here that has a single layout
+    const bool hasLayouts = MarkersOfVariant(sample.Site, 2).has_value();
+    if (hasLayouts)
         ReadAsDriver(bench, sample.Page());
     EXPECT_EQ(bench.Leads.Count(), 0);
     EXPECT_TRUE(bench.Status.TextsOf(1).isEmpty());
@@ -188,7 +189,10 @@ TEST_P(EveryAdapter, SurvivesMissingTagsAndStrayMarkers) {
 
 INSTANTIATE_TEST_SUITE_P(Directories, EveryAdapter,
                          testing::Values(SampleOfYellowPagesCanada1(), SampleOfYellowPagesCanada2(),
-                                         SampleOfUsYellowPages1(), SampleOfUsYellowPages2(), SampleOfCanada411()),
+                                         SampleOfUsYellowPages1(), SampleOfUsYellowPages2(), SampleOfCanada411(),
+                                         SampleOfPagineBianche1(), SampleOfPagineBianche2(), SampleOfPagineMail(),
+                                         SampleOfInfobelItaly1(), SampleOfInfobelItaly2(), SampleOfVirgilio(),
+                                         SampleOfTrovanumeri()),
                          [](const auto& info) { return info.param.Title.toStdString(); });
 
 } // namespace
