@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QList>
+#include <QShortcut>
+
+namespace Brindle {
+
+/// Gives the buttons and labelled controls of a window their access keys: Alt and a letter of the caption, which differ
+/// from each other. Captions come from language files and change at run time, so the letters are chosen anew each time;
+/// they are named in the tooltips. A letter that a caption asks for itself with "&" is left to it.
+class AccessKeys {
+public:
+    /// `reserved`: letters that the window uses otherwise.
+    explicit AccessKeys(QString reserved) : reserved_(std::move(reserved)) {}
+
+    void Add(QAbstractButton* button) { buttons_.append(button); }
+    /// The key leads to the label's control.
+    void Add(QLabel* label, QWidget* control);
+    /// To be called whenever captions have changed.
+    void Assign();
+
+private:
+    struct Labelled {
+        QLabel* Label;
+        QWidget* Control;
+        QShortcut* Key;
+    };
+    QString reserved_;
+    QList<Labelled> labels_;
+    QList<QAbstractButton*> buttons_;
+};
+
+/// The first letter, A to Z, of a caption that is not in `taken`, which it then joins; null when there is none.
+QChar TakeAccessKey(const QString& caption, QString& taken);
+
+} // namespace Brindle

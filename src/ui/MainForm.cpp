@@ -1,0 +1,200 @@
+#include "MainForm.h"
+
+#include "Icons.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace Brindle {
+
+namespace {
+
+QPushButton* Button(QWidget* parent, const QString& name, const QString& caption, Glyph glyph) {
+    auto* const button = new QPushButton(IconOf(glyph), caption, parent);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    return button;
+}
+
+QLabel* Label(QWidget* parent, const QString& name, const QString& caption) {
+    auto* const label = new QLabel(caption, parent);
+    label->setObjectName(name);
+    return label;
+}
+
+QComboBox* Selector(QWidget* parent, const QString& name) {
+    auto* const box = new QComboBox(parent);
+    box->setObjectName(name);
+    return box;
+}
+
+QString WithoutColon(const QString& caption) {
+    return caption.endsWith(u':') ? caption.chopped(1) : caption;
+}
+
+} // namespace
+
+// Alt+D leads to the address box in browsers, and people's fingers know it.
+MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView) : keys_(QStringLiteral("D")) {
+    auto* const centre = new QWidget(&window);
+    auto* const column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(BuildTop(centre));
+
+    Splitter = new QSplitter(Qt::Vertical, centre);
+    Splitter->setObjectName(u"splMain");
+    Splitter->setChildrenCollapsible(false);
+    Splitter->setHandleWidth(7);
+    pgcMain = new QTabWidget(Splitter);
+    pgcMain->setObjectName(u"pgcMain");
+    pgcMain->setDocumentMode(true);
+    TabSheet1 = BuildBrowserPage(browserView);
+    TabSheet2 = newsView;
+    TabSheet2->setObjectName(u"TabSheet2");
+    pgcMain->addTab(TabSheet1, QStringLiteral("Browser"));
+    pgcMain->addTab(TabSheet2, QStringLiteral("News"));
+    Splitter->addWidget(pgcMain);
+    Splitter->addWidget(BuildResults(Splitter));
+    Splitter->setStretchFactor(0, 3);
+    Splitter->setStretchFactor(1, 2);
+    Splitter->setSizes({430, 260});
+    column->addWidget(Splitter, 1);
+    window.setCentralWidget(centre);
+
+    Status = new StatusBarView(&window);
+    window.setStatusBar(Status);
+
+    keys_.Add(lblCurrentLanguage, cbxLanguage);
+    keys_.Add(lblWebsite, cbxWebsites);
+    for (QPushButton* button : {btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll,
+                                btnRClearSelection, btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps,
+                                btnOpenDetails, btnExportAll})
+        keys_.Add(button);
+    keys_.Assign();
+    NameForScreenReaders();
+}
+
+QLayout* MainForm::BuildTop(QWidget* parent) {
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(8, 8, 8, 6);
+    lblCurrentLanguage = Label(parent, QStringLiteral("lblCurrentLanguage"), QStringLiteral("Language:"));
+    cbxLanguage = Selector(parent, QStringLiteral("cbxLanguage"));
+    cbxLanguage->addItems({QStringLiteral("English"), QStringLiteral("French"), QStringLiteral("Spanish"),
+                           QStringLiteral("Italian")});
+    lblWebsite = Label(parent, QStringLiteral("lblWebsite"), QStringLiteral("Website:"));
+    cbxWebsites = Selector(parent, QStringLiteral("cbxWebsites"));
+    cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cbxWebsites->setMinimumContentsLength(28);
+    cbxWebsites->setMaxVisibleItems(20);
+    btnStart = Button(parent, QStringLiteral("btnStart"), QStringLiteral("Get Data"), Glyph::Start);
+    btnStop = Button(parent, QStringLiteral("btnStop"), QStringLiteral("Stop"), Glyph::Stop);
+    btnSettings = Button(parent, QStringLiteral("btnSettings"), QStringLiteral("Settings"), Glyph::Settings);
+    btnUpdates = Button(parent, QStringLiteral("btnUpdates"), QStringLiteral("Check for Updates"), Glyph::Updates);
+    QFont bold = btnStart->font();
+    bold.setBold(true);
+    btnStart->setFont(bold);
+
+    row->addWidget(lblCurrentLanguage);
+    row->addWidget(cbxLanguage);
+    row->addSpacing(10);
+    row->addWidget(lblWebsite);
+    row->addWidget(cbxWebsites, 1);
+    row->addSpacing(6);
+    row->addWidget(btnStart);
+    row->addWidget(btnStop);
+    row->addSpacing(24);
+    row->addWidget(btnSettings);
+    row->addWidget(btnUpdates);
+    return row;
+}
+
+QWidget* MainForm::BuildBrowserPage(QWidget* browserView) {
+    auto* const page = new QWidget;
+    page->setObjectName(u"TabSheet1");
+    auto* const column = new QVBoxLayout(page);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    Bar = new BrowserBar(page);
+    column->addWidget(Bar);
+    browserView->setObjectName(u"ewbMain");
+    column->addWidget(browserView, 1);
+    return page;
+}
+
+QWidget* MainForm::BuildResults(QWidget* parent) {
+    Results = new QWidget(parent);
+    auto* const column = new QVBoxLayout(Results);
+    column->setContentsMargins(8, 4, 8, 4);
+    column->setSpacing(5);
+    panResultsHeader = Label(Results, QStringLiteral("panResultsHeader"), QStringLiteral("Results"));
+    QFont bold = panResultsHeader->font();
+    bold.setBold(true);
+    panResultsHeader->setFont(bold);
+    lvwItems = new LeadTableView(Results);
+    lvwItems->setObjectName(u"lvwItems");
+    lvwItems->setMinimumHeight(90);
+    column->addWidget(panResultsHeader);
+    column->addWidget(lvwItems, 1);
+
+    auto* const row = new QHBoxLayout;
+    const auto add = [&](const QString& name, const QString& caption, Glyph glyph) {
+        QPushButton* const button = Button(Results, name, caption, glyph);
+        row->addWidget(button);
+        return button;
+    };
+    btnRSelectAll = add(QStringLiteral("btnRSelectAll"), QStringLiteral("Select All"), Glyph::SelectAll);
+    btnRClearSelection =
+        add(QStringLiteral("btnRClearSelection"), QStringLiteral("Clear Selection"), Glyph::ClearSelection);
+    btnRDelete = add(QStringLiteral("btnRDelete"), QStringLiteral("Delete Selected"), Glyph::Delete);
+    btnRDeleteAll = add(QStringLiteral("btnRDeleteAll"), QStringLiteral("Delete All"), Glyph::DeleteAll);
+    row->addSpacing(14);
+    btnOpenWebsite = add(QStringLiteral("btnOpenWebsite"), QStringLiteral("Open Website"), Glyph::Website);
+    btnOpenMaps = add(QStringLiteral("btnOpenMaps"), QStringLiteral("Open Maps URL"), Glyph::Map);
+    btnOpenDetails = add(QStringLiteral("btnOpenDetails"), QStringLiteral("Open Details URL"), Glyph::Details);
+    row->addStretch(1);
+    btnExportAll = add(QStringLiteral("btnExportAll"), QStringLiteral("Export Data"), Glyph::Export);
+    column->addLayout(row);
+    return Results;
+}
+
+void MainForm::ApplyCaptions(const LanguageFile& language) {
+    const std::initializer_list<std::pair<QLabel*, int>> labels{
+        {lblCurrentLanguage, 1}, {lblWebsite, 2}, {panResultsHeader, 20}};
+    const std::initializer_list<std::pair<QPushButton*, int>> buttons{
+        {btnStart, 4},        {btnStop, 5},             {btnSettings, 6},     {btnUpdates, 7},
+        {Bar->btnGo, 17},     {btnRSelectAll, 35},      {btnRClearSelection, 36}, {btnRDelete, 37},
+        {btnRDeleteAll, 38},  {btnExportAll, 39},       {btnOpenWebsite, 40}, {btnOpenMaps, 41},
+        {btnOpenDetails, 42}};
+    const std::initializer_list<std::pair<QToolButton*, int>> hints{{Bar->imgHome, 12},
+                                                                    {Bar->imgBack, 13},
+                                                                    {Bar->imgForward, 14},
+                                                                    {Bar->imgStop, 15},
+                                                                    {Bar->imgRefresh, 16}};
+    for (const auto& [label, number] : labels)
+        label->setText(language.Main(number));
+    for (const auto& [button, number] : buttons)
+        button->setText(language.Main(number));
+    for (const auto& [button, number] : hints)
+        BrowserBar::SetHint(button, language.Main(number));
+    pgcMain->setTabText(0, language.Main(18));
+    pgcMain->setTabText(1, language.Main(19));
+    Status->SetPanel(3, language.Main(43));
+    lvwItems->Model().CaptionsChanged();
+    keys_.Assign();
+    NameForScreenReaders();
+}
+
+// Buttons are named by their captions.
+void MainForm::NameForScreenReaders() {
+    cbxLanguage->setAccessibleName(WithoutColon(lblCurrentLanguage->text()));
+    cbxWebsites->setAccessibleName(WithoutColon(lblWebsite->text()));
+    pgcMain->setAccessibleName(pgcMain->tabText(0));
+    lvwItems->setAccessibleName(panResultsHeader->text());
+    Bar->edtAddress->setPlaceholderText(QStringLiteral("http://"));
+    Status->NameGauge(WithoutColon(Status->PanelText(3)));
+}
+
+} // namespace Brindle

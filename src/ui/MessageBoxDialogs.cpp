@@ -1,0 +1,47 @@
+#include "MessageBoxDialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace Brindle {
+
+namespace {
+
+// Texts come from language files, names of files and answers of servers: none of them is markup.
+int Ask(QWidget* parent, QMessageBox::Icon icon, const QString& text, QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, parent ? parent->windowTitle() : QString(), text, buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec();
+}
+
+} // namespace
+
+bool MessageBoxDialogs::Confirm(const QString& text) {
+    return !loop_.Quitting() &&
+           Ask(parent_, QMessageBox::Warning, text, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
+}
+
+void MessageBoxDialogs::Inform(const QString& text) {
+    if (!loop_.Quitting())
+        Ask(parent_, QMessageBox::Information, text, QMessageBox::Ok);
+}
+
+void MessageBoxDialogs::Warn(const QString& text) {
+    if (!loop_.Quitting())
+        Ask(parent_, QMessageBox::Warning, text, QMessageBox::Ok);
+}
+
+QString MessageBoxDialogs::AskSaveFile(const QString& title, const QString& folder) {
+    if (loop_.Quitting())
+        return {};
+    QFileDialog dialog(parent_, title, folder, QStringLiteral("CSV files (*.csv)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("csv"));
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QString MessageBoxDialogs::AskFolder(const QString& title, const QString& folder) {
+    return loop_.Quitting() ? QString() : QFileDialog::getExistingDirectory(parent_, title, folder);
+}
+
+} // namespace Brindle

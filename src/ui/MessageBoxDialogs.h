@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Dialogs.h"
+#include "MessageLoop.h"
+
+class QWidget;
+
+namespace Brindle {
+
+/// Questions and notices as boxes over a window. A program that is ending asks nothing any more: each question is then
+/// answered with Cancel.
+class MessageBoxDialogs : public Dialogs {
+public:
+    MessageBoxDialogs(QWidget* parent, const MessageLoop& loop) : parent_(parent), loop_(loop) {}
+
+    bool Confirm(const QString& text) override;
+    void Inform(const QString& text) override;
+    void Warn(const QString& text) override;
+    QString AskSaveFile(const QString& title, const QString& folder) override;
+    QString AskFolder(const QString& title, const QString& folder) override;
+
+private:
+    QWidget* parent_;
+    const MessageLoop& loop_;
+};
+
+} // namespace Brindle

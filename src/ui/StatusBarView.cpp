@@ -1,0 +1,97 @@
+#include "StatusBarView.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace Brindle {
+
+namespace {
+
+constexpr std::array<int, StatusBarView::PanelCount> widths{350, 160, 170, 0, 0}; // 0: as wide as it needs
+constexpr int gaugeSteps = 1'000'000;
+
+/// A label whose text ends in dots where it does not fit; the whole of it is then the tooltip.
+class PanelLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        setToolTip(shown == text() ? QString() : text());
+        painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
+    }
+};
+
+} // namespace
+
+StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(new QProgressBar(this)) {
+    setObjectName(u"StatusBar");
+    for (int panel = 0; panel < PanelCount; ++panel) {
+        QLabel*& label = panels_.at(static_cast<size_t>(panel));
+        const bool fitsItsText = panel == 3;
+        label = fitsItsText ? new QLabel(this) : new PanelLabel(this);
+        label->setObjectName(QStringLiteral("StatusPanel%1").arg(panel));
+        label->setTextFormat(Qt::PlainText);
+        const int width = widths.at(static_cast<size_t>(panel));
+        if (width > 0)
+            label->setFixedWidth(width);
+        addWidget(label, panel == PanelCount - 1 ? 1 : 0);
+    }
+    panels_.back()->setMinimumWidth(120);
+    SetPanel(1, QStringLiteral("0 items listed"));
+    SetPanel(2, QStringLiteral("0 items exported"));
+    SetPanel(3, QStringLiteral("Progress:"));
+    mainGauge_->setObjectName(u"MainGauge");
+    mainGauge_->setTextVisible(false);
+    mainGauge_->setRange(0, 100);
+    mainGauge_->setValue(0);
+}
+
+void StatusBarView::SetPanel(int panel, const QString& text) {
+    panels_.at(static_cast<size_t>(panel))->setText(text);
+}
+
+// The gauge counts in int; a download may have more bytes than that.
+void StatusBarView::SetProgressMaximum(qint64 maximum) {
+    maximum_ = maximum;
+    mainGauge_->setRange(0, static_cast<int>(std::clamp<qint64>(maximum, 1, gaugeSteps)));
+    mainGauge_->setValue(0);
+}
+
+void StatusBarView::SetProgressPosition(qint64 position) {
+    if (maximum_ > gaugeSteps)
+        position = static_cast<qint64>(static_cast<double>(position) / static_cast<double>(maximum_) * gaugeSteps);
+    mainGauge_->setValue(maximum_ < 1 ? 0 : static_cast<int>(std::clamp<qint64>(position, 0, mainGauge_->maximum())));
+}
+
+QString StatusBarView::PanelText(int panel) const {
+    return panels_.at(static_cast<size_t>(panel))->text();
+}
+
+QRect StatusBarView::PanelRect(int panel) const {
+    return panels_.at(static_cast<size_t>(panel))->geometry();
+}
+
+void StatusBarView::PlaceGauge() {
+    mainGauge_->setGeometry(PanelRect(PanelCount - 1));
+    mainGauge_->raise();
+}
+
+void StatusBarView::resizeEvent(QResizeEvent* event) {
+    QStatusBar::resizeEvent(event);
+    PlaceGauge();
+}
+
+// The panel before the last one is as wide as its text, so a new text moves the last one.
+bool StatusBarView::event(QEvent* event) {
+    const bool handled = QStatusBar::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        PlaceGauge();
+    return handled;
+}
+
+} // namespace Brindle
