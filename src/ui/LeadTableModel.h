@@ -22,6 +22,8 @@ public:
     /// Gives the rows that were appended meanwhile to the view. To be called at the end of a page, and before a command
     /// that acts on the whole list.
     void ShowPending();
+    /// A whole row.
+    Lead LeadAt(qsizetype row) const { return leads_.At(row); }
     /// The captions of the columns have changed.
     void CaptionsChanged();
 

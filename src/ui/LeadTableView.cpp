@@ -13,7 +13,7 @@ namespace Brindle {
 namespace {
 
 // Widths in average characters, by what the fields usually hold.
-constexpr std::array<int, FieldCount> columnCharacters{18, 26, 34, 22, 16, 8, 12, 10, 17, 17, 28, 30, 30, 34};
+constexpr std::array<int, FieldCount> columnCharacters{22, 30, 40, 26, 18, 9, 14, 12, 18, 18, 32, 34, 34, 38};
 
 // A field must not break the table that is pasted elsewhere.
 void AppendCell(QString& to, const QString& text) {
@@ -41,9 +41,8 @@ LeadTableView::LeadTableView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-void LeadTableView::ShowLeads(LeadList& leads) {
-    leads_ = &leads;
-    model_ = new LeadTableModel(leads, this);
+void LeadTableView::ShowLeads(LeadTableModel& model) {
+    model_ = &model;
     setModel(model_);
     const int character = fontMetrics().averageCharWidth();
     for (int column = 0; column < FieldCount; ++column) {
@@ -77,7 +76,7 @@ qsizetype LeadTableView::Selected() const {
 void LeadTableView::CopySelected() const {
     QString text;
     for (const qsizetype row : SelectedRows()) {
-        const Lead lead = leads_->At(row);
+        const Lead lead = model_->LeadAt(row);
         for (int column = 0; column < FieldCount; ++column) {
             if (column > 0)
                 text += u'\t';

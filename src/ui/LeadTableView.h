@@ -17,8 +17,7 @@ public:
     explicit LeadTableView(QWidget* parent = nullptr);
 
     /// Shows a results list from now on.
-    void ShowLeads(LeadList& leads);
-    LeadTableModel& Model() { return *model_; }
+    void ShowLeads(LeadTableModel& model);
 
     /// The selected rows, ascending.
     std::vector<qsizetype> SelectedRows() const;
@@ -40,7 +39,6 @@ protected:
 
 private:
     LeadTableModel* model_ = nullptr;
-    LeadList* leads_ = nullptr;
 };
 
 } // namespace Brindle

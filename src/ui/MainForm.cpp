@@ -69,9 +69,9 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
 
     keys_.Add(lblCurrentLanguage, cbxLanguage);
     keys_.Add(lblWebsite, cbxWebsites);
-    for (QPushButton* button : {btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll,
-                                btnRClearSelection, btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps,
-                                btnOpenDetails, btnExportAll})
+    for (QPushButton* button :
+         {btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection, btnRDelete,
+          btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll})
         keys_.Add(button);
     keys_.Assign();
     NameForScreenReaders();
@@ -80,10 +80,11 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
 QLayout* MainForm::BuildTop(QWidget* parent) {
     auto* const row = new QHBoxLayout;
     row->setContentsMargins(8, 8, 8, 6);
+    row->setSpacing(6);
     lblCurrentLanguage = Label(parent, QStringLiteral("lblCurrentLanguage"), QStringLiteral("Language:"));
     cbxLanguage = Selector(parent, QStringLiteral("cbxLanguage"));
-    cbxLanguage->addItems({QStringLiteral("English"), QStringLiteral("French"), QStringLiteral("Spanish"),
-                           QStringLiteral("Italian")});
+    cbxLanguage->addItems(
+        {QStringLiteral("English"), QStringLiteral("French"), QStringLiteral("Spanish"), QStringLiteral("Italian")});
     lblWebsite = Label(parent, QStringLiteral("lblWebsite"), QStringLiteral("Website:"));
     cbxWebsites = Selector(parent, QStringLiteral("cbxWebsites"));
     cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -140,6 +141,7 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     column->addWidget(lvwItems, 1);
 
     auto* const row = new QHBoxLayout;
+    row->setSpacing(6);
     const auto add = [&](const QString& name, const QString& caption, Glyph glyph) {
         QPushButton* const button = Button(Results, name, caption, glyph);
         row->addWidget(button);
@@ -164,15 +166,12 @@ void MainForm::ApplyCaptions(const LanguageFile& language) {
     const std::initializer_list<std::pair<QLabel*, int>> labels{
         {lblCurrentLanguage, 1}, {lblWebsite, 2}, {panResultsHeader, 20}};
     const std::initializer_list<std::pair<QPushButton*, int>> buttons{
-        {btnStart, 4},        {btnStop, 5},             {btnSettings, 6},     {btnUpdates, 7},
-        {Bar->btnGo, 17},     {btnRSelectAll, 35},      {btnRClearSelection, 36}, {btnRDelete, 37},
-        {btnRDeleteAll, 38},  {btnExportAll, 39},       {btnOpenWebsite, 40}, {btnOpenMaps, 41},
+        {btnStart, 4},       {btnStop, 5},        {btnSettings, 6},         {btnUpdates, 7},
+        {Bar->btnGo, 17},    {btnRSelectAll, 35}, {btnRClearSelection, 36}, {btnRDelete, 37},
+        {btnRDeleteAll, 38}, {btnExportAll, 39},  {btnOpenWebsite, 40},     {btnOpenMaps, 41},
         {btnOpenDetails, 42}};
-    const std::initializer_list<std::pair<QToolButton*, int>> hints{{Bar->imgHome, 12},
-                                                                    {Bar->imgBack, 13},
-                                                                    {Bar->imgForward, 14},
-                                                                    {Bar->imgStop, 15},
-                                                                    {Bar->imgRefresh, 16}};
+    const std::initializer_list<std::pair<QToolButton*, int>> hints{
+        {Bar->imgHome, 12}, {Bar->imgBack, 13}, {Bar->imgForward, 14}, {Bar->imgStop, 15}, {Bar->imgRefresh, 16}};
     for (const auto& [label, number] : labels)
         label->setText(language.Main(number));
     for (const auto& [button, number] : buttons)
@@ -182,7 +181,6 @@ void MainForm::ApplyCaptions(const LanguageFile& language) {
     pgcMain->setTabText(0, language.Main(18));
     pgcMain->setTabText(1, language.Main(19));
     Status->SetPanel(3, language.Main(43));
-    lvwItems->Model().CaptionsChanged();
     keys_.Assign();
     NameForScreenReaders();
 }

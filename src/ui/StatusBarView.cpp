@@ -30,6 +30,7 @@ protected:
 
 StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(new QProgressBar(this)) {
     setObjectName(u"StatusBar");
+    setContentsMargins(6, 0, 0, 0);
     for (int panel = 0; panel < PanelCount; ++panel) {
         QLabel*& label = panels_.at(static_cast<size_t>(panel));
         const bool fitsItsText = panel == 3;

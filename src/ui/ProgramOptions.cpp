@@ -1,0 +1,56 @@
+#include "ProgramOptions.h"
+
+namespace Brindle {
+
+ProgramOptions ParseProgramOptions(const QStringList& arguments) {
+    ProgramOptions options;
+    qsizetype at = 0;
+    const auto value = [&] {
+        if (at + 1 >= arguments.size())
+            throw OptionError(arguments[at] + QStringLiteral(": a value is missing"));
+        return arguments[++at];
+    };
+    for (; at < arguments.size(); ++at) {
+        const QString& name = arguments[at];
+        if (name == u"--demo") {
+            options.OnDemo = true;
+        } else if (name == u"--sites") {
+            options.SitesFileName = value();
+        } else if (name == u"--settings") {
+            options.SettingsFileName = value();
+        } else if (name == u"--browser") {
+            const QString engine = value();
+            if (engine != u"static" && engine != u"web")
+                throw OptionError(QStringLiteral("--browser: \u201C%1\u201D is neither static nor web").arg(engine));
+            options.Browser = engine == u"web" ? ProgramOptions::Engine::Web : ProgramOptions::Engine::Static;
+        } else if (name == u"--pace") {
+            const QString pace = value();
+            bool isNumber = false;
+            options.Pace = pace.toDouble(&isNumber);
+            if (!isNumber || !(options.Pace >= 0 && options.Pace <= 1))
+                throw OptionError(QStringLiteral("--pace: \u201C%1\u201D is no number from 0 to 1").arg(pace));
+        } else {
+            throw OptionError(QStringLiteral("unknown option \u201C%1\u201D; brindle --help lists them").arg(name));
+        }
+    }
+    if (options.OnDemo && !options.SitesFileName.isEmpty())
+        throw OptionError(QStringLiteral("--demo and --sites exclude each other"));
+    return options;
+}
+
+QString ProgramHelp() {
+    return QStringLiteral(
+        "Usage: brindle [options]\n"
+        "Turns online business directories into sales leads.\n"
+        "\n"
+        "  --demo                 open the window on invented directories served by the program itself\n"
+        "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
+        "  --settings FILE        settings file instead of the user's\n"
+        "  --browser static|web   web: the Chromium engine (default where it is built in);\n"
+        "                         static: pages without scripts, shown as text\n"
+        "  --pace N               every wait times N, 0 to 1; default 1\n"
+        "  --version              print the version\n"
+        "  --help                 print this text\n");
+}
+
+} // namespace Brindle

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "EmbeddedBrowser.h"
+#include "HarvestDriver.h"
+#include "Platform.h"
+
+namespace Brindle {
+
+/// What happens when a directory is chosen.
+class SiteSelector {
+public:
+    SiteSelector(Harvest& harvest, HarvestDriver& driver, EmbeddedBrowser& browser, Platform& system);
+
+    /// Opens the home page of a display entry and makes its site the current one.
+    void Open(const QString& entry);
+    /// The user has chosen another entry: a running harvest is stopped, the browser cleared and its cache emptied, then
+    /// the entry is opened. Takes a second, in which messages are handled; a choice that comes meanwhile replaces this
+    /// one.
+    void Change(const QString& entry);
+
+private:
+    Harvest& harvest_;
+    HarvestDriver& driver_;
+    EmbeddedBrowser& browser_;
+    Platform& system_;
+    quint32 changes_ = 0;
+};
+
+} // namespace Brindle

@@ -1,0 +1,114 @@
+#include "CreatePlatform.h"
+#include "ProgramOptions.h"
+#include "QtMessageLoop.h"
+#include "Text.h"
+#include "TfrmMain.h"
+
+#ifdef BRINDLE_HAS_DEMO
+#include "DemoServer.h"
+#endif
+#ifdef BRINDLE_HAS_WEBENGINE
+#include "WebEngineStart.h"
+#endif
+
+#include <QApplication>
+#include <QDir>
+
+#include <cstdio>
+#include <exception>
+
+using namespace Brindle;
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+void Print(std::FILE* to, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), to);
+}
+
+BrowserFactory BrowserOf(ProgramOptions::Engine engine) {
+#ifdef BRINDLE_HAS_WEBENGINE
+    if (engine != ProgramOptions::Engine::Static)
+        return CreateWebEngineBrowser;
+#else
+    if (engine == ProgramOptions::Engine::Web)
+        throw OptionError(QStringLiteral("--browser web: this program was built without the Chromium engine"));
+#endif
+    return CreateStaticBrowser;
+}
+
+#ifdef BRINDLE_HAS_DEMO
+using DemoServers = std::unique_ptr<Demo::DemoServer>;
+
+SitesFile StartDemo(DemoServers& servers) {
+    servers = std::make_unique<Demo::DemoServer>();
+    servers->Start();
+    return SitesFile::Parse(servers->SitesIni().toUtf8(), QStringLiteral("demo"));
+}
+#else
+using DemoServers = int;
+
+SitesFile StartDemo(DemoServers&) {
+    throw OptionError(QStringLiteral("--demo: this program was built without the demo directories"));
+}
+#endif
+
+SitesFile LoadSites(const ProgramOptions& options) {
+    const QString fileName = options.SitesFileName.isEmpty()
+                                 ? QCoreApplication::applicationDirPath() + QStringLiteral("/sites.ini")
+                                 : options.SitesFileName;
+    return SitesFile::Load(fileName);
+}
+
+int Run(const ProgramOptions& options) {
+    const std::unique_ptr<Platform> system = CreatePlatform();
+    DemoServers demo{};
+    SitesFile sites = options.OnDemo ? StartDemo(demo) : LoadSites(options);
+    for (const SitesProblem& problem : sites.Problems)
+        Print(stderr, problem.Text + u'\n');
+    QtMessageLoop loop;
+    loop.SetPace(options.Pace);
+    QString folder = system->SettingsFolder();
+    ReplaceAll(folder, u"\\\\", u"\\");
+    TfrmMain window({.Loop = loop,
+                     .System = *system,
+                     .Sites = std::move(sites),
+                     .SettingsFolder = folder,
+                     .SettingsFileName = options.SettingsFileName.isEmpty()
+                                             ? QDir(folder).filePath(QStringLiteral("settings.dat"))
+                                             : options.SettingsFileName,
+                     .CreateBrowser = BrowserOf(options.Browser)});
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        // These need no window, so they must work where there is no display.
+        for (int i = 1; i < argc; ++i) {
+            const QByteArrayView argument(argv[i]);
+            if (argument == "--help" || argument == "-h")
+                return Print(stdout, ProgramHelp()), 0;
+            if (argument == "--version")
+                return Print(stdout, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
+        }
+#ifdef BRINDLE_HAS_WEBENGINE
+        PrepareWebEngine();
+#endif
+        QApplication app(argc, argv); // takes the toolkit's own options out of the arguments
+        return Run(ParseProgramOptions(QCoreApplication::arguments().mid(1)));
+    } catch (const OptionError& error) {
+        Print(stderr, QStringLiteral("brindle: %1\n").arg(error.Message()));
+        return wrongUsage;
+    } catch (const Failure& failure) {
+        Print(stderr, QStringLiteral("brindle: %1\n").arg(failure.Message()));
+        return failed;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "brindle: %s\n", error.what());
+        return failed;
+    }
+}

@@ -1,0 +1,68 @@
+// Makes the pictures of the window for the documentation: scripts/make-pictures.
+#include "WebEngineStart.h"
+#include "WindowFixture.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <cstdio>
+
+using namespace Brindle;
+using namespace Brindle::Test;
+
+namespace {
+
+void Picture(WindowRun& run, const QString& fileName) {
+    run.For(700); // the engine paints a little later
+    const QPixmap picture = run.Window->grab();
+    if (!picture.save(fileName))
+        throw std::runtime_error("cannot write " + fileName.toStdString());
+    std::printf("%s %dx%d\n", qPrintable(fileName), picture.width(), picture.height());
+}
+
+void MakePictures(const QDir& folder, const QString& suffix, const QString& language) {
+    Demo::DemoServer server;
+    server.Start();
+    WindowRun run(SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")), CreateWebEngineBrowser, 0.05);
+    run.Window->resize(1280, 800);
+    run.Show();
+    const auto name = [&](const char16_t* what) {
+        return folder.filePath(QString::fromUtf16(what) + suffix + QStringLiteral(".png"));
+    };
+    if (!language.isEmpty()) {
+        auto* const box = run.Control<QComboBox>(u"cbxLanguage");
+        box->setCurrentIndex(language.toInt());
+        Q_EMIT box->activated(box->currentIndex());
+    }
+    const QString site = SiteCode::YellowPagesCanada.toString();
+    run.ChooseSite(site, server);
+    Picture(run, name(u"start"));
+    run.GoTo(server.FirstResultPage(site));
+    run.Window->Options().eRandom = QStringLiteral("1");
+    run.Loop.SetPace(1.0);
+    run.Click(u"btnStart");
+    run.Until([&] { return run.Window->Leads().Count() > 0 && !run.Panel(0).isEmpty(); });
+    Picture(run, name(u"harvest"));
+    run.Loop.SetPace(0.01);
+    const QString finished = QStringLiteral("StatusPanel0");
+    run.Until([&] { return !run.Window->Driver().Running() && !run.Window->State().Parsing; }, 120);
+    run.Items().selectRow(3);
+    Picture(run, name(u"finished"));
+    run.Window->close();
+}
+
+} // namespace
+
+// Arguments: the folder, a suffix for the names of the files, the index of a language.
+int main(int argc, char** argv) {
+    PrepareWebEngine();
+    QApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    try {
+        MakePictures(QDir(arguments.value(1, QStringLiteral("."))), arguments.value(2), arguments.value(3));
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,81 @@
+#include "WindowFixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+namespace Brindle::Test {
+
+WindowRun::WindowRun(SitesFile sites, const BrowserFactory& createBrowser, double pace) {
+    Loop.SetPace(pace);
+    Window = std::make_unique<TfrmMain>(
+        MainWindowParts{.Loop = Loop,
+                        .System = System,
+                        .Sites = std::move(sites),
+                        .SettingsFolder = System.SettingsFolder(),
+                        .SettingsFileName = QDir(System.SettingsFolder()).filePath(QStringLiteral("settings.dat")),
+                        .CreateBrowser = createBrowser,
+                        .Notices = &Notices});
+}
+
+void WindowRun::Show() {
+    Window->show();
+    if (!Until([this] { return Window->Ready(); }))
+        throw std::runtime_error("the window has not come up");
+}
+
+bool WindowRun::Until(const std::function<bool()>& condition, int seconds) {
+    QElapsedTimer waited;
+    waited.start();
+    while (!condition()) {
+        if (waited.elapsed() > seconds * 1000LL)
+            return false;
+        Loop.WaitForMessage(100);
+    }
+    return true;
+}
+
+void WindowRun::For(int ms) {
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < ms)
+        Loop.WaitForMessage(ms - waited.elapsed());
+}
+
+void WindowRun::Click(const char16_t* button) const {
+    Control<QAbstractButton>(button)->click();
+}
+
+void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) {
+    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo"));
+    const SiteCatalogue catalogue = sites.Catalogue();
+    const QString entry = catalogue.Find(code)->DisplayEntry();
+    auto* const box = Control<QComboBox>(u"cbxWebsites");
+    box->setCurrentText(entry);
+    Q_EMIT box->activated(box->currentIndex());
+    const QString base = GetCountryURL(entry);
+    if (!Until([&] {
+            return Window->State().CurrID == code && !Window->ewbMain().Busy() &&
+                   Window->ewbMain().LocationAddress().startsWith(base);
+        }))
+        throw std::runtime_error("the site's home page has not come up");
+}
+
+bool WindowRun::GoTo(const QString& address) {
+    Control<QLineEdit>(u"edtAddress")->setText(address);
+    Click(u"btnGo");
+    return Until([&] { return !Window->ewbMain().Busy() && Window->ewbMain().LocationAddress() == address; });
+}
+
+std::vector<Lead> WindowRun::ShownLeads() const {
+    std::vector<Lead> leads;
+    const QAbstractItemModel& model = *Items().model();
+    for (int row = 0; row < model.rowCount(); ++row) {
+        Lead lead;
+        for (int column = 0; column < FieldCount; ++column)
+            lead.At(column) = model.index(row, column).data().toString();
+        leads.push_back(lead);
+    }
+    return leads;
+}
+
+} // namespace Brindle::Test

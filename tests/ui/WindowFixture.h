@@ -1,0 +1,70 @@
+#pragma once
+
+#include "DemoServer.h"
+#include "HarvestBench.h"
+#include "QtMessageLoop.h"
+#include "TfrmMain.h"
+
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+
+namespace Brindle::Test {
+
+/// A platform that keeps to a temporary folder and records what it was asked.
+class RecordingPlatform : public Platform {
+public:
+    QString GetDocumentsFolder() override { return folder_.path(); }
+    QString SettingsFolder() override { return folder_.filePath(QStringLiteral("settings")); }
+    bool OpenInDefaultBrowser(const QString& url) override {
+        Opened.append(url);
+        return true;
+    }
+    void ClearUrlCache() override { ++CachesCleared; }
+    QString BrowserEngineVersion() override { return QStringLiteral("0"); }
+    void WriteUserRegistry(const QString& key, const QString& name, quint32 value) override {
+        Written.append(QStringLiteral("%1|%2|%3").arg(key.section(u'\\', -1), name).arg(value));
+    }
+
+    QStringList Opened;
+    QStringList Written;
+    int CachesCleared = 0;
+
+private:
+    QTemporaryDir folder_;
+};
+
+/// A whole window on the real message loop, at a pace at which the program's waits cost next to nothing.
+class WindowRun {
+public:
+    /// `pace`: what every wait is multiplied with.
+    WindowRun(SitesFile sites, const BrowserFactory& createBrowser, double pace = 0.01);
+
+    QtMessageLoop Loop;
+    RecordingPlatform System;
+    ScriptedDialogs Notices;
+    std::unique_ptr<TfrmMain> Window;
+
+    /// Shows the window and waits until it can be used.
+    void Show();
+    /// Handles messages until the condition holds; false when it does not within `seconds`.
+    bool Until(const std::function<bool()>& condition, int seconds = 60);
+    /// Handles messages for a time.
+    void For(int ms);
+
+    template <class T>
+    T* Control(const char16_t* name) const {
+        return Window->findChild<T*>(QString::fromUtf16(name));
+    }
+    void Click(const char16_t* button) const;
+    QString Panel(int panel) const { return Control<StatusBarView>(u"StatusBar")->PanelText(panel); }
+    LeadTableView& Items() const { return *Control<LeadTableView>(u"lvwItems"); }
+    /// Chooses an entry of the site selector and waits until its home page is there.
+    void ChooseSite(const QString& code, const Demo::DemoServer& server);
+    /// Loads a page by way of the address box.
+    bool GoTo(const QString& address);
+    std::vector<Lead> ShownLeads() const;
+};
+
+} // namespace Brindle::Test
