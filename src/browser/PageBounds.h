@@ -11,7 +11,7 @@ struct PageBounds {
     qint64 Size = 64LL * 1024 * 1024;           ///< characters
     int Depth = 4000;                           ///< elements that are open at the same time
     int Attributes = 2000;                      ///< of one tag
-    qint64 ParserMemory = 2048LL * 1024 * 1024; ///< bytes that the parser may take
+    qint64 ParserMemory = 1536LL * 1024 * 1024; ///< bytes that the parser may take
     int ParserMs = 2000;                        ///< of processor time that the parser may take, whatever the size
     int ParserMsPerMiB = 125;                   ///< and what it may take more for each MiB of the page
 };

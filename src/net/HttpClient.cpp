@@ -53,6 +53,13 @@ bool HasScheme(const QByteArray& location) {
            });
 }
 
+void Reset(CURL* easy) {
+    // The library's own reset forgets the list of cookie files without releasing it. The cookies are shared and stay.
+    curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
+    curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
+    curl_easy_reset(easy);
+}
+
 } // namespace
 
 class HttpClient::Impl {
@@ -77,8 +84,7 @@ public:
         return easy;
     }
     void GiveBack(CURL* easy) {
-        curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
-        curl_easy_reset(easy);
+        Reset(easy);
         spare_.push_back(easy);
     }
 
@@ -314,7 +320,7 @@ private:
         // An absolute location is handed on as the server wrote it.
         const QByteArray resolved = Part(next, CURLUPART_URL);
         redirects_.push_back(QString::fromUtf8(HasScheme(location_) ? location_ : resolved));
-        curl_easy_reset(easy_);
+        Reset(easy_);
         Begin(resolved);
     }
 
