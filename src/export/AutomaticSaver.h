@@ -6,7 +6,8 @@
 namespace Brindle {
 
 /// Appends each lead to the harvest's automatic file as soon as it is found. The file is opened and closed for every
-/// lead, and a lead is one write, so whatever happens to the program the file ends with a whole line.
+/// lead, and a lead is one write before it is counted, so whatever happens to the program, every lead that counts as
+/// exported has its whole line.
 class AutomaticSaver : public LeadSaver {
 public:
     AutomaticSaver(HarvestState& state, const Settings& settings, const LeadList& leads, const MessageTexts& texts,

@@ -1,0 +1,121 @@
+#include "AutomaticSaver.h"
+
+#include "Errors.h"
+#include "FileSizeLimit.h"
+#include "HarvestBench.h"
+#include "KilledProgram.h"
+#include "PrintTo.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Test::FileSizeLimit;
+using Test::HarvestBench;
+using Test::OutputUntilKilled;
+
+const QString allCaptions = EnglishCaptions().join(u"\";\""_s);
+
+QByteArray FileBytes(const QString& fileName) {
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class AutomaticSaverTest : public testing::Test {
+protected:
+    QTemporaryDir folder_;
+    HarvestBench bench_{SiteCode::PagineMail};
+    AutomaticSaver saver_{bench_.State, bench_.Options, bench_.Leads, bench_.Texts, bench_.Status, bench_.Loop};
+
+    AutomaticSaverTest() {
+        bench_.Texts.Set(Message::AutomaticSavePrefix, u"Saving to "_s);
+        bench_.Options.eDelimiter = u";"_s;
+        bench_.Options.eExportFields = u"0"_s;
+    }
+    QString FileOf(const QString& stamp) {
+        return folder_.path() + QDir::separator() + u"Results "_s + stamp + u".csv";
+    }
+    void Save(const QString& line) { saver_.AutomaticSave(folder_.path(), u"Results"_s, line); }
+};
+
+TEST_F(AutomaticSaverTest, AppendsToTheFileOfTheHarvest) {
+    bench_.State.DateTimeVal = u"1-2-26 10-00-00"_s;
+    saver_.AutomaticSave(folder_.path(), u"Re:sul?ts"_s, u"\"a\",\"Caffè\""_s);
+    Save(u"\"b\""_s);
+    bench_.State.DateTimeVal = u"1-2-26 10-05-00"_s;
+    Save(u"\"c\""_s);
+    const std::string header = "\"" + allCaptions.toStdString() + "\"\r\n";
+    EXPECT_EQ(FileBytes(FileOf(u"1-2-26 10-00-00"_s)).toStdString(), header + "\"a\",\"Caffè\"\r\n\"b\"\r\n");
+    EXPECT_EQ(FileBytes(FileOf(u"1-2-26 10-05-00"_s)).toStdString(), header + "\"c\"\r\n");
+    EXPECT_EQ(bench_.Status.TextsOf(2),
+              (QStringList{u"1 items exported"_s, u"2 items exported"_s, u"3 items exported"_s}));
+    EXPECT_EQ(bench_.Status.Last(0), QString(u"Saving to "_s + FileOf(u"1-2-26 10-05-00"_s)));
+}
+
+TEST_F(AutomaticSaverTest, WritesTheHeaderOnlyIntoAFileOfItsOwn) {
+    QFile file(FileOf(u"now"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    bench_.State.DateTimeVal = u"now"_s;
+    Save(u"\"a\""_s);
+    EXPECT_EQ(FileBytes(FileOf(u"now"_s)).toStdString(), "\"a\"\r\n");
+}
+
+TEST_F(AutomaticSaverTest, TellsWhyALeadWasNotSaved) {
+    bench_.State.DateTimeVal = u"now"_s;
+    const auto failureOf = [this](const QString& line) {
+        try {
+            Save(line);
+        } catch (const SaveError& error) {
+            return error.Message();
+        }
+        return QString();
+    };
+    ASSERT_TRUE(QDir().mkpath(FileOf(u"now"_s)));
+    EXPECT_TRUE(failureOf(u"\"a\""_s).startsWith(FileOf(u"now"_s) + u": "_s));
+    ASSERT_TRUE(QDir().rmdir(FileOf(u"now"_s)));
+#ifdef Q_OS_UNIX
+    {
+        const FileSizeLimit limit(100);
+        EXPECT_TRUE(failureOf(u"\"a\""_s).startsWith(FileOf(u"now"_s) + u": "_s));
+        EXPECT_FALSE(QFile::exists(FileOf(u"now"_s))) << "without its header it would never get one";
+    }
+    EXPECT_EQ(bench_.State.ExportedNum, 0);
+    Save(u"\"a\""_s);
+    const QByteArray before = FileBytes(FileOf(u"now"_s));
+    {
+        const FileSizeLimit limit(static_cast<rlim_t>(before.size()) + 3);
+        EXPECT_FALSE(failureOf(u"\"second\""_s).isEmpty());
+    }
+    EXPECT_EQ(FileBytes(FileOf(u"now"_s)), before) << "half a line was left";
+    EXPECT_EQ(bench_.State.ExportedNum, 1);
+#endif
+    EXPECT_THROW(saver_.AutomaticSave(folder_.filePath(u"missing"_s), u"Results"_s, u"x"_s), SaveError);
+}
+
+TEST_F(AutomaticSaverTest, EndsWithAWholeLineWhenItIsKilled) {
+    for (unsigned long kill = 0; kill < 50; ++kill) {
+        const QString stamp = QString::number(kill);
+        const QByteArray said = OutputUntilKilled(QStringLiteral(LEAD_SAVER), {folder_.path(), stamp}, kill * 100);
+        ASSERT_FALSE(said.isNull());
+        const qsizetype counted = said.count('\n');
+        const QByteArray bytes = FileBytes(FileOf(stamp));
+        const QList<QByteArray> lines = bytes.split('\n');
+        ASSERT_GE(lines.size() - 2, counted); // the header, and what stands behind the last line end
+        // A lead that was not counted yet may be cut where a memory page ends, because the system itself gives up a
+        // single write there when it kills the writer. Anywhere else a cut would be ours.
+        constexpr qsizetype page = 4096;
+        ASSERT_TRUE(lines.last().isEmpty() || bytes.size() % page == 0) << "after " << counted << " leads";
+        for (qsizetype line = 2; line < lines.size() - 1; ++line)
+            ASSERT_EQ(lines[line], lines[1]);
+    }
+}
+
+} // namespace
+} // namespace Brindle
