@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 namespace Brindle {
@@ -26,7 +27,8 @@ QString DecodeLanguageText(const QByteArray& bytes) {
 
 QString ReadLanguageText(const QString& fileName) {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    // Something else of that name, a pipe for example, could keep the reader waiting.
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray bytes = file.read(sizeLimit + 1);
     if (file.error() != QFileDevice::NoError || bytes.size() > sizeLimit)
