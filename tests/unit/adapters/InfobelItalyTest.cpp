@@ -20,7 +20,7 @@ QString Listing(const QString& content) {
     return u"<DIV class=\"result-item odd\">"_s + content + u"</DIV>\n";
 }
 
-const QString base = u"http://details.test/it/italy/"_s;
+constexpr QStringView base = u"http://details.test/it/italy/";
 
 } // namespace
 
@@ -30,7 +30,7 @@ AdapterSample SampleOfInfobelItaly1() {
     sample.Site = SiteCode::InfobelItaly;
     sample.Layout = 1;
     sample.Head = u"<BODY><H1 class=Pageh1>x</H1><INPUT id=search-field name=q value=Bar>\n"_s;
-    const auto head = [](const QString& link, const QString& name) {
+    const auto head = [](const QString& link, const QString& name) -> QString {
         return u"<A href=\""_s + link + u"\"><SPAN class=\"fn org\">" + name + u"</SPAN></A>";
     };
     sample.Listings = {
@@ -44,7 +44,7 @@ AdapterSample SampleOfInfobelItaly1() {
     sample.Tail = u"<DIV id=footer></DIV></BODY>"_s;
     sample.ListingMarker = u"<DIV class=\"result-item"_s;
     sample.CountsExtracted = true;
-    const auto map = [](const QString& query) { return u"http://maps.test/maps?q="_s + query; };
+    const auto map = [](const QString& query) -> QString { return u"http://maps.test/maps?q="_s + query; };
     sample.Leads = {
         {.Category = u"Bar"_s,
          .Name = u"Bar & Uno"_s,
@@ -77,7 +77,7 @@ AdapterSample SampleOfInfobelItaly2() {
     AdapterSample sample = SampleOfInfobelItaly1();
     sample.Title = u"InfobelItaly2"_s;
     sample.Layout = 2;
-    const auto head = [](const QString& name) { return QString(u"<SPAN class=fn>"_s + name + u"</SPAN>"); };
+    const auto head = [](const QString& name) -> QString { return QString(u"<SPAN class=fn>"_s + name + u"</SPAN>"); };
     sample.Listings = {
         Listing(head(u"Uno"_s) + Address(u"Via Po 1"_s, u"20121"_s, u"Milano"_s, u"02 1"_s) +
                 u"<A class=website href=\"/go?url=http%3A%2F%2Funo.test\">sito</A>"),
@@ -97,7 +97,7 @@ namespace {
 
 TEST(InfobelItaly2, ThePhoneIsTheKey) {
     HarvestBench bench(SiteCode::InfobelItaly, 2);
-    const auto listing = [](const QString& name, const QString& phone) {
+    const auto listing = [](const QString& name, const QString& phone) -> QString {
         return Listing(u"<SPAN class=fn>"_s + name + u"</SPAN>" +
                        (phone.isEmpty() ? QString() : QString(u"<DIV class=\"data tel\">"_s + phone + u"</DIV>")));
     };

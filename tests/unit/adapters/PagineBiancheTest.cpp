@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString details = u"http://details.test"_s;
+constexpr QStringView details = u"http://details.test";
 
 QString Head(const QString& link, const QString& name) {
     return u"<h2 class=\"org fn\"><a class=\"x\" href=\""_s + link + u"\" title=\"t\">" + name + u"</a></h2>\n";
@@ -85,7 +85,7 @@ AdapterSample SampleOfPagineBianche2() {
     sample.Tail = u"<div id=\"footer\"></div></body>"_s;
     sample.ListingMarker = u"org fn"_s;
     sample.CountsExtracted = true;
-    const auto map = [](const QString& query) { return u"http://maps.test/maps?q="_s + query; };
+    const auto map = [](const QString& query) -> QString { return u"http://maps.test/maps?q="_s + query; };
     sample.Leads = {
         {.Category = u"Idraulici"_s,
          .Name = u"Uno"_s,

@@ -13,7 +13,7 @@ namespace {
 
 QString Listing(const QString& link, const QString& name, const QStringList& cells) {
     QString text =
-        u"<tr><td height=\"30\"><a style=\"font-size: 20px;\" href=\""_s + link + u"\">" + name + u"</a></td>";
+        u"<tr><td class=\"name\"><a style=\"font-size: 20px;\" href=\""_s + link + u"\">" + name + u"</a></td>";
     for (const QString& cell : cells)
         text += u"<td>" + cell + u"</td>";
     return text + u"</tr>\n";
@@ -35,14 +35,13 @@ AdapterSample SampleOfTrovanumeri() {
         Listing(u"/dettagli?a=1&amp;b= 2"_s, u"Bar&nbsp;<b>Uno</b>"_s,
                 {u"20097 San Donato (MI)"_s, u"Tel: 02 1"_s, u"Via Po 1"_s}) +
             Mail(u"uno@b.test"_s),
-        Listing(u"/dettagli/2"_s, u"Due"_s, {u"Roma (RM)"_s, u"Tel:06 1"_s, u"Tel: 06 2"_s, u"Via Po 2"_s}) +
-            Mail(u"nessuna"_s),
+        Listing(u"/dettagli/2"_s, u"Due"_s, {u"Roma (RM)"_s, u"Tel:06 1"_s, u"Via Po 2"_s}) + Mail(u"nessuna"_s),
         Listing(u"/dettagli/3"_s, u"Tre"_s, {u"00100"_s, {}, {}}) + Mail({}),
     };
-    sample.Tail = u"<tr><td height=\"1\"></td></tr>Copyright</body>"_s;
+    sample.Tail = u"Copyright</body>"_s;
     sample.ListingMarker = u"font-size: 20px;"_s;
     sample.CountsExtracted = true;
-    const auto map = [](const QString& query) { return u"http://maps.test/maps?q="_s + query; };
+    const auto map = [](const QString& query) -> QString { return u"http://maps.test/maps?q="_s + query; };
     sample.Leads = {
         {.Category = u"Bar Milano"_s,
          .Name = u"BarUno"_s,
@@ -62,7 +61,7 @@ AdapterSample SampleOfTrovanumeri() {
          .Street = u"Via Po 2"_s,
          .State = u"RM"_s,
          .Country = u"Italy"_s,
-         .Phone = u"06 1, 06 2"_s,
+         .Phone = u"06 1"_s,
          .MapLink = map(u"Via+Po+2+(RM),Italy"_s),
          .DetailsLink = base + u"/dettagli/2"},
         {.Category = u"Bar Milano"_s,

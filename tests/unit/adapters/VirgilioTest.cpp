@@ -17,7 +17,7 @@ AdapterSample SampleOfVirgilio() {
     sample.Head =
         u"<body><input name=\"qs\" value=\"Bar\"><div class=\"conteggi\"></div><h6> <a href=\"http://own.test/0\">"
         u"</a></h6><div class=\"filtri-top\">\n"_s;
-    const auto listing = [](const QString& link, const QString& rest) {
+    const auto listing = [](const QString& link, const QString& rest) -> QString {
         return u"<li><h6> <a class=\"x\" href=\""_s + link + u"\">n</a></h6>" + rest + u"</li>\n";
     };
     sample.Listings = {
@@ -28,7 +28,8 @@ AdapterSample SampleOfVirgilio() {
     sample.Tail = u"<div class=\"vf_footer\"></div></body>"_s;
     sample.ListingMarker = u"<h6>"_s;
     sample.CountsExtracted = true;
-    const auto page = [](const QString& name, const QString& street, const QString& locality, const QString& rest) {
+    const auto page = [](const QString& name, const QString& street, const QString& locality,
+                         const QString& rest) -> QString {
         return u"<h1 property=\"v:name\"> "_s + name + u" </h1><h3 class=\"lc_address\"><strong>" + street +
                u"</strong><strong>" + locality + u"</strong></h3>" + rest;
     };
@@ -43,7 +44,7 @@ AdapterSample SampleOfVirgilio() {
          u"<p class=\"lc_category\">Bar e <b>Caff\u00E8</b></a><h1 class=\"v:name\">Tre</h1>"_s},
     };
     sample.Details[u"http://own.test/3"_s].prepend(u"<a "_s);
-    const auto map = [](const QString& query) { return u"http://maps.test/maps?q="_s + query; };
+    const auto map = [](const QString& query) -> QString { return u"http://maps.test/maps?q="_s + query; };
     sample.Leads = {
         {.Category = u"Bar"_s,
          .Name = u"Bar Uno"_s,

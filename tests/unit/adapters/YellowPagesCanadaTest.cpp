@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString base = u"http://kvpn002001.test"_s;
+constexpr QStringView base = u"http://kvpn002001.test";
 
 QString Title(const QString& link, const QString& name) {
     return u"<H3 class=listingTitleLine><A href=\""_s + link + u"\">x<SPAN class=listingTitle>" + name +
@@ -51,7 +51,7 @@ AdapterSample SampleOfYellowPagesCanada1() {
     sample.ListingMarker = u"listingDetail"_s;
     sample.CountsExtracted = true;
     sample.SkipsListedAtOnce = false;
-    const auto map = [](const QString& query) { return u"http://maps.test/maps?q="_s + query; };
+    const auto map = [](const QString& query) -> QString { return u"http://maps.test/maps?q="_s + query; };
     sample.Leads = {
         {.Category = u"Plumbers"_s,
          .Name = u"Finch & Co"_s,
@@ -131,7 +131,9 @@ struct Shape {
 };
 
 TEST(YellowPagesCanada1, ReadsTheShapesOfAListing) {
-    const auto address = [](QStringView text) { return QString(u"<DIV class=address>"_s + text + u"</DIV>"); };
+    const auto address = [](QStringView text) -> QString {
+        return QString(u"<DIV class=address>"_s + text + u"</DIV>");
+    };
     struct Address {
         QStringView Text;
         Lead Expected;
