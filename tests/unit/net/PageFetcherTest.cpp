@@ -1,0 +1,345 @@
+#include "PageFetcher.h"
+
+#include "HarvestBench.h"
+#include "LoopbackServer.h"
+#include "PrintTo.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Test::ClosedPort;
+using Test::HarvestBench;
+using Test::Http;
+using Test::LoopbackServer;
+
+class Fetching : public testing::Test {
+protected:
+    Fetching() {
+        bench.Options.eRandom = u"0"_s;
+        for (const Message slot :
+             {Message::DirectDownload, Message::DirectDownloadStopped, Message::RandomDelay, Message::ProxyRequest,
+              Message::Request, Message::RequestStopped, Message::NextProxy})
+            bench.Texts.Set(slot, u"main"_s + QString::number(static_cast<int>(slot)));
+    }
+    QStringList Statuses() {
+        const QStringList texts = bench.Status.TextsOf(0);
+        bench.Status.Panels.clear();
+        return texts;
+    }
+    HarvestBench bench{SiteCode::UsYellowPages};
+    PageFetcher fetcher{bench.State, bench.Options, bench.Texts, bench.Loop, bench.Status};
+    QString page = u"before"_s;
+};
+
+QByteArray Header(const QByteArray& request, const QByteArray& name) {
+    for (const QByteArray& line : request.split('\n'))
+        if (line.toLower().startsWith(QByteArray(name.toLower() + ":")))
+            return line.sliced(name.size() + 1).trimmed();
+    return {};
+}
+
+TEST_F(Fetching, SendsWhatItShould) {
+    LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{Http("<p>page</p>")}; });
+    ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/a b/\u00E9%20?q=x y&r=%C3%A8#part"), page, false));
+    EXPECT_EQ(page, u"<p>page</p>"_s);
+    const QByteArray request = server.Requests().value(0);
+    EXPECT_TRUE(request.startsWith("GET /a%20b/%c3%a9%20?q=x+y&r=%C3%A8 HTTP/1.1\r\n") ||
+                request.startsWith("GET /a%20b/%C3%A9%20?q=x%20y&r=%C3%A8 HTTP/1.1\r\n"))
+        << request.data();
+    EXPECT_EQ(Header(request, "Host"), "127.0.0.1:" + QByteArray::number(server.Port()));
+    EXPECT_EQ(Header(request, "Accept"), "text/html, */*");
+    EXPECT_EQ(Header(request, "User-Agent"), "Mozilla/5.0 (compatible; MSIE 9.0; Windows NT 6.1; Trident/5.0)");
+    EXPECT_EQ(Header(request, "Cache-Control"), "no-cache");
+    EXPECT_EQ(Header(request, "Pragma"), "no-cache");
+    EXPECT_TRUE(Header(request, "Proxy-Authorization").isEmpty());
+    EXPECT_EQ(Statuses(), (QStringList{u"main62"_s, u"main64"_s, u""_s}));
+    EXPECT_EQ(bench.Status.Maximum, 11);
+    EXPECT_EQ(bench.Status.Position, 11);
+}
+
+TEST_F(Fetching, KeepsCookiesForTheirHost) {
+    LoopbackServer server(
+        [](const QByteArray&) { return LoopbackServer::Answer{Http("x", "200 OK", "Set-Cookie: a=1; Path=/\r\n")}; });
+    for (int i = 0; i < 2; ++i)
+        ASSERT_TRUE(fetcher.DownloadURL(server.Base(), page, false));
+    const QString otherName = u"http://localhost:%1/"_s.arg(server.Port());
+    ASSERT_TRUE(fetcher.DirectDownloadURL(otherName, page, false));
+    EXPECT_EQ(Header(server.Requests()[0], "Cookie"), "");
+    EXPECT_EQ(Header(server.Requests()[1], "Cookie"), "a=1");
+    EXPECT_EQ(Header(server.Requests()[2], "Cookie"), "");
+}
+
+TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
+    LoopbackServer server([](const QByteArray& request) {
+        if (request.startsWith("GET /1 "))
+            return LoopbackServer::Answer{Http("", "302 Found", "Location: /2?a=b c\r\nSet-Cookie: s=1\r\n")};
+        if (request.startsWith("GET /2"))
+            return LoopbackServer::Answer{
+                Http("", "301 Moved", "Location: HTTP://127.0.0.1:" + Header(request, "Host").sliced(10) + "/3#x\r\n")};
+        if (request.startsWith("GET /loop"))
+            return LoopbackServer::Answer{Http("", "307 Again", "Location: /loop\r\n")};
+        if (request.startsWith("GET /ftp"))
+            return LoopbackServer::Answer{Http("", "302 Found", "Location: ftp://127.0.0.1/x\r\n")};
+        return LoopbackServer::Answer{Http("end")};
+    });
+    ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/1"), page, false));
+    EXPECT_EQ(page, u"end"_s);
+    EXPECT_EQ(bench.State.CurrRedirect, u"HTTP://127.0.0.1:%1/3#x"_s.arg(server.Port())); // as the server wrote it
+    EXPECT_EQ(Header(server.Requests()[1], "Cookie"), "s=1");
+    ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/plain"), page, false));
+    EXPECT_TRUE(bench.State.CurrRedirect.endsWith(u"/3#x")); // not redirected: the last target stays
+
+    const qsizetype before = server.Requests().size();
+    EXPECT_FALSE(fetcher.DirectDownloadURL(QString(server.Base() + u"/loop"), page, false));
+    EXPECT_EQ(server.Requests().size() - before, 21);
+    EXPECT_TRUE(bench.State.CurrRedirect.endsWith(u"/loop"));
+    EXPECT_FALSE(fetcher.DirectDownloadURL(QString(server.Base() + u"/ftp"), page, false));
+    EXPECT_EQ(page, u"end"_s);
+}
+
+TEST_F(Fetching, EveryFailureIsFalseAndLeavesThePage) {
+    struct Case {
+        QByteArray Bytes;
+        qint64 RepeatUntil = 0;
+    };
+    QByteArray headers;
+    for (int i = 0; i < 40'000; ++i)
+        headers += "X-" + QByteArray::number(i) + ": a long value that nobody needs\r\n";
+    const Case cases[] = {
+        {Http("x", "404 Not Found")},
+        {Http("x", "500 Broken")},
+        {Http("x", "302 Found")}, // leads nowhere
+        {""},
+        {"HTTP/1.1 200 OK\r\nContent-"},                      // ends in its headers
+        {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nabc"}, // shorter than it says
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nab"},
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab"},
+        {"HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"},
+        {"no HTTP at all\r\n\r\n"},
+        {"HTTP/1.1 200 OK\r\n" + headers + "\r\nx"},
+        {"HTTP/1.1 200 OK\r\n\r\n" + QByteArray(1 << 20, 'x'), 80LL << 20}, // has no end
+    };
+    for (const Case& c : cases) {
+        LoopbackServer server([&c](const QByteArray&) {
+            return LoopbackServer::Answer{c.Bytes, false, c.RepeatUntil};
+        });
+        Statuses();
+        EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false)) << c.Bytes.left(80).data();
+        EXPECT_EQ(page, u"before"_s);
+        EXPECT_EQ(Statuses(), (QStringList{u"main62"_s, u"main64"_s, u""_s}));
+        EXPECT_TRUE(fetcher.LastError().startsWith(server.Base())) << fetcher.LastError().toStdString();
+        EXPECT_FALSE(fetcher.DirectDownloadURL(server.Base(), page, false));
+        EXPECT_EQ(Statuses(), (QStringList{u"main56"_s, u""_s}));
+        EXPECT_EQ(server.Requests().size(), 2);
+    }
+    EXPECT_FALSE(fetcher.DownloadURL(u"http://127.0.0.1:%1/"_s.arg(ClosedPort()), page, false));
+    EXPECT_EQ(page, u"before"_s);
+    for (const QString& address : {u"ftp://127.0.0.1/"_s, u"www.a.test"_s, u""_s}) {
+        page = u"before"_s;
+        EXPECT_FALSE(fetcher.DownloadURL(address, page, false));
+        EXPECT_TRUE(page.isEmpty()); // no HTTP address empties the page
+    }
+}
+
+TEST_F(Fetching, ReadsOddButWholeResponses) {
+    struct Case {
+        QByteArray Bytes;
+        QString Text;
+    };
+    const QByteArray packed = QByteArray::fromHex("1f8b0800000000000003cb48cdc9c9070086a6103605000000"); // "hello"
+    const Case cases[] = {
+        {"HTTP/1.1 200 OK\r\n\r\nuntil the end", u"until the end"_s},
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n", u"abc"_s},
+        {Http(packed, "200 OK", "Content-Encoding: gzip\r\n"), u"hello"_s},
+        {Http(QByteArray("a\0b", 3)), QString(u"a\0b"_s)},
+        {Http(""), u""_s},
+        {"HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + Http("late"), u"late"_s},
+        {Http("caf\xE9", "200 OK", "Content-Type: text/html; charset=ISO-8859-1\r\n"), u"caf\u00E9"_s},
+        {Http("x", "206 Partial"), u"x"_s},
+    };
+    for (const Case& c : cases) {
+        LoopbackServer server([&c](const QByteArray&) { return LoopbackServer::Answer{c.Bytes}; });
+        EXPECT_TRUE(fetcher.DownloadURL(server.Base(), page, false)) << fetcher.LastError().toStdString();
+        EXPECT_EQ(page, c.Text);
+    }
+}
+
+TEST_F(Fetching, StopsAStalledTransferAtOnce) {
+    LoopbackServer server([](const QByteArray& request) {
+        return LoopbackServer::Answer{request.contains("/body") ? "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nab" : "",
+                                      true};
+    });
+    for (const QString& path : {u"/head"_s, u"/body"_s})
+        for (const bool direct : {false, true}) {
+            bench.State.ShouldStop = false;
+            QElapsedTimer since;
+            // The user presses Stop when the request has arrived.
+            const auto stop = [&] {
+                bench.State.ShouldStop = true;
+                fetcher.Disconnect();
+                since.start();
+            };
+            const qsizetype before = server.Requests().size();
+            QTimer poll;
+            QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+                if (server.Requests().size() > before && !since.isValid())
+                    stop();
+            });
+            poll.start(1);
+            EXPECT_FALSE(direct ? fetcher.DirectDownloadURL(QString(server.Base() + path), page, false)
+                                : fetcher.DownloadURL(QString(server.Base() + path), page, false));
+            EXPECT_LT(since.elapsed(), 200);
+            EXPECT_EQ(bench.Status.Last(0), direct ? u"main57"_s : u"main65"_s);
+        }
+    EXPECT_EQ(page, u"before"_s);
+}
+
+TEST_F(Fetching, GivesUpOnAServerThatStaysSilent) {
+    LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{"HTTP/1.1 200 OK\r\n", true}; });
+    fetcher.SetReadTimeout(100);
+    EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false));
+    EXPECT_TRUE(fetcher.LastError().contains(u"no answer"));
+}
+
+TEST_F(Fetching, WaitsTheRandomDelayOnTheClock) {
+    struct Case {
+        QString Bound;
+        qint32 Drawn;
+        qint64 Waited;
+        bool Shown;
+    };
+    LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{Http("x")}; });
+    for (const Case& c : {Case{u"3"_s, 2, 2000, true},
+                          {u"1"_s, 0, 0, true},
+                          {u"0"_s, -1, 0, true},
+                          {u"-4"_s, -1, 0, true},
+                          {u"x"_s, -1, 0, false},
+                          {u""_s, -1, 0, false}}) {
+        bench.Options.eRandom = c.Bound;
+        qint32 asked = -1;
+        fetcher.SetRandom([&](qint32 bound) {
+            asked = bound;
+            return c.Drawn;
+        });
+        Statuses();
+        const qint64 before = bench.Loop.Now();
+        ASSERT_TRUE(fetcher.DownloadURL(server.Base(), page, false));
+        EXPECT_EQ(bench.Loop.Now() - before, c.Waited) << c.Bound.toStdString();
+        EXPECT_EQ(asked, c.Drawn < 0 ? -1 : c.Bound.toInt());
+        EXPECT_EQ(Statuses().contains(u"main62"_s), c.Shown);
+    }
+}
+
+TEST_F(Fetching, StopBeforeOrDuringTheDelay) {
+    LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{Http("x", "500 Broken")}; });
+    bench.Options.eRandom = u"9"_s;
+    fetcher.SetRandom([](qint32) { return 5; });
+    bench.Loop.Post(2000, [this] { bench.State.ShouldStop = true; });
+    EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false));
+    EXPECT_EQ(server.Requests().size(), 1); // the attempt is still made
+    EXPECT_EQ(Statuses(), (QStringList{u"main62"_s, u"main64"_s, u"main65"_s}));
+    EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false));
+    EXPECT_FALSE(fetcher.DirectDownloadURL(server.Base(), page, false));
+    EXPECT_EQ(server.Requests().size(), 1);
+}
+
+TEST_F(Fetching, DecodesOnceMoreAsUtf8) {
+    LoopbackServer server([](const QByteArray&) {
+        return LoopbackServer::Answer{Http("caf\xC3\xA9", "200 OK", "Content-Type: text/html; charset=utf-8\r\n")};
+    });
+    for (const bool direct : {false, true}) {
+        ASSERT_TRUE(direct ? fetcher.DirectDownloadURL(server.Base(), page, true)
+                           : fetcher.DownloadURL(server.Base(), page, true));
+        EXPECT_EQ(page, QString::fromUtf8(u"caf\u00E9"_s.toLocal8Bit()));
+    }
+}
+
+// A proxy of the test's own: it answers in the origin's place.
+class Proxying : public Fetching {
+protected:
+    LoopbackServer first{[](const QByteArray&) { return LoopbackServer::Answer{Http("first", "502 Bad Gateway")}; }};
+    LoopbackServer second{[](const QByteArray& request) {
+        return LoopbackServer::Answer{Header(request, "Proxy-Authorization") ==
+                                              "Basic " + QByteArray("u:p%:x").toBase64()
+                                          ? Http("second")
+                                          : Http("who?", "407 Login", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
+    }};
+    static QString Address(const LoopbackServer& server) { return u"127.0.0.1:%1"_s.arg(server.Port()); }
+};
+
+TEST_F(Proxying, TheSingleProxy) {
+    bench.Options.rUseProxy = true;
+    bench.Options.eHost = u"127.0.0.1"_s;
+    bench.Options.ePort = QString::number(second.Port());
+    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/x?y"_s, page, false)); // nobody logged in
+    bench.Options.rAuthentification = true;
+    bench.Options.eUserName = u"u"_s;
+    bench.Options.ePassword = u"p%:x"_s;
+    Statuses();
+    EXPECT_TRUE(fetcher.DownloadURL(u"http://origin.test/x?y"_s, page, false));
+    EXPECT_EQ(page, u"second"_s);
+    EXPECT_EQ(Statuses(), (QStringList{u"main62"_s, u"main63 "_s + Address(second), u""_s}));
+    EXPECT_TRUE(second.Requests().last().startsWith("GET http://origin.test/x?y HTTP/1.1\r\nHost: origin.test\r\n"));
+    // The direct variant goes the way of the last call, and so does a call after the mode was switched off.
+    bench.Options.rUseProxy = false;
+    EXPECT_TRUE(fetcher.DirectDownloadURL(u"http://origin.test/direct"_s, page, false));
+    EXPECT_EQ(second.Requests().size(), 3);
+
+    bench.Options.rUseProxy = true;
+    bench.Options.ePort = u"99999"_s;
+    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false)); // out of range: the request fails
+    bench.Options.ePort = u"none"_s;
+    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
+    EXPECT_TRUE(Statuses().contains(u"main63 127.0.0.1:80"_s));
+    EXPECT_FALSE(fetcher.LastError().contains(u"p%:x"));
+}
+
+TEST_F(Proxying, TheRotatingList) {
+    const QString refusing = u"127.0.0.1:%1"_s.arg(ClosedPort());
+    bench.Options.rRandomProxy = true;
+    bench.Options.rUseProxy = true; // the list overrides it
+    bench.Options.eHost = u"single.test"_s;
+    bench.Options.eRandomProxies = {refusing, u""_s, Address(first) + u":u:p%", Address(second) + u":u:p%:x:y"};
+    // The password of a line ends at the next colon, so the third proxy never lets anybody in.
+    bench.Loop.Post(60'000, [this] { bench.State.ShouldStop = true; });
+    fetcher.SetRandom([](qint32) { return 1; });
+    bench.Options.eRandom = u"3"_s;
+    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
+    EXPECT_GT(first.Requests().size(), 5); // round and round until the user stops
+    EXPECT_LE(std::abs(first.Requests().size() - second.Requests().size()), 1);
+    EXPECT_EQ(Header(first.Requests()[0], "Proxy-Authorization"), "Basic " + QByteArray("u:p%").toBase64());
+    const QStringList shown = Statuses();
+    const QString next = u"main66"_s;
+    EXPECT_EQ(shown.mid(0, 9), (QStringList{u"main62"_s, u"main63 "_s + refusing, u""_s, next, u"main62"_s,
+                                            u"main63 "_s + Address(first), u""_s, next, u"main62"_s}));
+    EXPECT_EQ(shown.last(), u"main65"_s);
+
+    // A new call begins with the first entry again, and a line without a login switches it off.
+    LoopbackServer open([](const QByteArray&) { return LoopbackServer::Answer{Http("open")}; });
+    bench.State.ShouldStop = false;
+    bench.Options.eRandomProxies = {Address(open)};
+    EXPECT_TRUE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
+    EXPECT_EQ(Header(open.Requests()[0], "Proxy-Authorization"), "");
+}
+
+TEST_F(Proxying, ListsWithoutProxiesGoDirect) {
+    LoopbackServer origin([](const QByteArray&) { return LoopbackServer::Answer{Http("origin")}; });
+    bench.Options.rRandomProxy = true;
+    for (const QStringList& list : {QStringList(), QStringList{u""_s, u""_s}}) {
+        bench.Options.eRandomProxies = list;
+        Statuses();
+        EXPECT_TRUE(fetcher.DownloadURL(origin.Base(), page, false));
+        EXPECT_EQ(Statuses().value(1), u"main63 :80"_s);
+    }
+    EXPECT_TRUE(origin.Requests()[0].startsWith("GET / HTTP/1.1\r\n"));
+    EXPECT_EQ(Header(origin.Requests()[0], "Proxy-Authorization"), "");
+}
+
+} // namespace
+} // namespace Brindle

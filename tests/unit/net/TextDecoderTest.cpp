@@ -1,0 +1,51 @@
+#include "TextDecoder.h"
+
+#include "PrintTo.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(DecodePage, ChoosesTheCharacterSetInOrder) {
+    struct Case {
+        QByteArray Bytes;
+        QByteArray ContentType;
+        QString Text;
+    };
+    const QByteArray e8 = "\xC3\xA9";
+    const Case cases[] = {
+        {e8, "text/html; charset=UTF-8", u"\u00E9"_s},
+        {e8, "text/html; charset=\"utf-8\"; x=y", u"\u00E9"_s},
+        {"\xE9\x80\x99", "text/html;charset=ISO-8859-1", u"\u00E9\u20AC\u2122"_s}, // the label of Windows-1252
+        {"\xA4", "text/html; charset=iso-8859-15", u"\u20AC"_s},
+        {"\xEF\xBB\xBF" + e8, "", u"\u00E9"_s},
+        {"\xEF\xBB\xBF" + e8, "text/html; charset=utf-8", u"\u00E9"_s},
+        {QByteArray("\xFF\xFE\xE9\x00", 4), "", u"\u00E9"_s},
+        {QByteArray("\xFE\xFF\x00\xE9", 4), "", u"\u00E9"_s},
+        {"\xEF\xBB\xBF" + e8, "text/html; charset=windows-1252",
+         u"\u00EF\u00BB\u00BF\u00C3\u00A9"_s}, // the header first
+        {"<meta charset=latin1>\xE9", "", u"<meta charset=latin1>\u00E9"_s},
+        {"<META content='text/html; charset=windows-1251' HTTP-EQUIV=Content-Type>\xC0", "",
+         u"<META content='text/html; charset=windows-1251' HTTP-EQUIV=Content-Type>\u0410"_s},
+        {"<meta content='charset=windows-1251'>\xC3\xA9", "", u"<meta content='charset=windows-1251'>\u00E9"_s},
+        {"<!-- <meta charset=windows-1251> -->\xC3\xA9", "", u"<!-- <meta charset=windows-1251> -->\u00E9"_s},
+        {"<meta charset=utf-16>\xC3\xA9", "", u"<meta charset=utf-16>\u00E9"_s},
+        {"<meta charset=no-such-set>\xE9", "", u"<meta charset=no-such-set>\u00E9"_s},
+        {e8, "text/html; charset=no-such-set", u"\u00E9"_s},
+        {QByteArray(1100, ' ') + "<meta charset=windows-1251>\xC3\xA9", "",
+         QString(1100, u' ') + u"<meta charset=windows-1251>\u00E9"}, // too far down
+        {"\xE9", "", u"\u00E9"_s},                                    // no UTF-8
+        {"a\xC3", "", u"a\u00C3"_s},                                  // a cut-off character is none either
+        {QByteArray("a\0b", 3), "", QString(u"a\0b"_s)},
+        {"", "", u""_s},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(DecodePage(c.Bytes, c.ContentType), c.Text)
+            << c.Bytes.left(90).toHex(' ').data() << c.ContentType.data();
+}
+
+} // namespace
+} // namespace Brindle
