@@ -1,0 +1,81 @@
+#include "HarvestBench.h"
+#include "LoopbackServer.h"
+#include "PageFetcher.h"
+#include "PrintTo.h"
+#include "TlsServer.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Test::HarvestBench;
+using Test::Http;
+using Test::LoopbackServer;
+using Test::TestAuthority;
+using Test::TlsServer;
+using Test::TlsVersions;
+
+struct TlsFetching : testing::Test {
+    TestAuthority authority;
+    HarvestBench bench{SiteCode::UsYellowPages};
+    PageFetcher fetcher{bench.State, bench.Options, bench.Texts, bench.Loop, bench.Status};
+    QString page = u"before"_s;
+
+    TlsFetching() {
+        bench.Options.eRandom = u"0"_s;
+        fetcher.SetCaFile(authority.CaFile());
+    }
+};
+
+TEST_F(TlsFetching, FetchesByTls12WithoutProxyOrSharedCookies) {
+    TlsServer server(authority, TlsVersions::Only12, Http("secure", "200 OK", "Set-Cookie: s=1\r\n"));
+    bench.Options.rUseProxy = true;
+    bench.Options.eHost = u"127.0.0.1"_s;
+    bench.Options.ePort = QString::number(Brindle::Test::ClosedPort());
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/x"), page, true))
+            << fetcher.LastError().toStdString();
+        EXPECT_EQ(page, u"secure"_s);
+        EXPECT_EQ(server.LastVersion(), "TLSv1.2");
+        const QByteArray request = server.LastRequest().toLower();
+        EXPECT_TRUE(request.startsWith("get /x http/1.1"));
+        EXPECT_TRUE(request.contains("msie 9.0"));
+        EXPECT_FALSE(request.contains("cookie"));
+        EXPECT_FALSE(request.contains("no-cache"));
+    }
+    EXPECT_FALSE(fetcher.DirectDownloadURL(server.Base(), page, false)); // that variant has no fallback
+    EXPECT_TRUE(fetcher.LastError().contains(u"IOHandler"));
+}
+
+TEST_F(TlsFetching, RefusesWhatItCannotTrust) {
+    const TestAuthority stranger;
+    TlsServer tooNew(authority, TlsVersions::Only13, Http("x"));
+    TlsServer untrusted(stranger, TlsVersions::Only12, Http("x"));
+    TlsServer expired(authority, TlsVersions::Only12, Http("x"), -60);
+    TlsServer missing(authority, TlsVersions::Only12, Http("x", "404 Not Found"));
+    for (const TlsServer* server : {&tooNew, &untrusted, &expired, &missing}) {
+        const qint64 before = bench.Loop.Now();
+        EXPECT_FALSE(fetcher.DownloadURL(server->Base(), page, false));
+        EXPECT_EQ(page, u"before"_s);
+        EXPECT_EQ(bench.Loop.Now() - before, 500); // like any other failure
+        EXPECT_FALSE(fetcher.LastError().isEmpty());
+    }
+    const QString otherName = expired.Base().replace(u"127.0.0.1"_s, u"localhost"_s);
+    EXPECT_FALSE(fetcher.DownloadURL(otherName, page, false));
+}
+
+TEST_F(TlsFetching, ARedirectToTlsAsksForTheFirstAddressAnew) {
+    TlsServer secure(authority, TlsVersions::Only12, Http("secure"));
+    LoopbackServer plain([&](const QByteArray&) {
+        return LoopbackServer::Answer{Http("", "302 Found", "Location: " + secure.Base().toUtf8() + "/to\r\n")};
+    });
+    EXPECT_TRUE(fetcher.DownloadURL(plain.Base(), page, false)) << fetcher.LastError().toStdString();
+    EXPECT_EQ(page, u"secure"_s);
+    EXPECT_EQ(plain.Requests().size(), 2);
+    EXPECT_EQ(bench.State.CurrRedirect, QString(secure.Base() + u"/to"));
+}
+
+} // namespace
+} // namespace Brindle
