@@ -1,5 +1,6 @@
 #include "MessageBoxDialogs.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
 
@@ -7,8 +8,15 @@ namespace Brindle {
 
 namespace {
 
+// A dialog of the window that is open must not cover the question.
+QWidget* Topmost(QWidget* window) {
+    QWidget* const modal = QApplication::activeModalWidget();
+    return modal ? modal : window;
+}
+
 // Texts come from language files, names of files and answers of servers: none of them is markup.
 int Ask(QWidget* parent, QMessageBox::Icon icon, const QString& text, QMessageBox::StandardButtons buttons) {
+    parent = Topmost(parent);
     QMessageBox box(icon, parent ? parent->windowTitle() : QString(), text, buttons, parent);
     box.setTextFormat(Qt::PlainText);
     return box.exec();
@@ -34,14 +42,14 @@ void MessageBoxDialogs::Warn(const QString& text) {
 QString MessageBoxDialogs::AskSaveFile(const QString& title, const QString& folder) {
     if (loop_.Quitting())
         return {};
-    QFileDialog dialog(parent_, title, folder, QStringLiteral("CSV files (*.csv)"));
+    QFileDialog dialog(Topmost(parent_), title, folder, QStringLiteral("CSV files (*.csv)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("csv"));
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString MessageBoxDialogs::AskFolder(const QString& title, const QString& folder) {
-    return loop_.Quitting() ? QString() : QFileDialog::getExistingDirectory(parent_, title, folder);
+    return loop_.Quitting() ? QString() : QFileDialog::getExistingDirectory(Topmost(parent_), title, folder);
 }
 
 } // namespace Brindle

@@ -8,6 +8,7 @@
 #include "Errors.h"
 #include "Icons.h"
 #include "LeadListCommands.h"
+#include "TfrmSettings.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -82,6 +83,7 @@ void TfrmMain::ConnectHarvest() {
     const BrowserBar* const bar = form_.Bar;
     connect(form_.btnStart, &QPushButton::clicked, this, [this] { driver_.Start(); });
     connect(form_.btnStop, &QPushButton::clicked, this, [this] { driver_.Stop(); });
+    connect(form_.btnSettings, &QPushButton::clicked, this, &TfrmMain::btnSettingsClick);
     connect(form_.btnUpdates, &QPushButton::clicked, this, &TfrmMain::btnUpdatesClick);
     connect(form_.cbxWebsites, &QComboBox::activated, this, &TfrmMain::cbxWebsitesChange);
     connect(form_.cbxLanguage, &QComboBox::activated, this, &TfrmMain::cbxLanguageChange);
@@ -243,6 +245,14 @@ void TfrmMain::cbxLanguageChange(int index) {
 
 void TfrmMain::cbxWebsitesChange() {
     selector_.Change(form_.cbxWebsites->currentText());
+}
+
+void TfrmMain::btnSettingsClick() {
+    TfrmSettings dialog(options_, leads_.Captions, system_, notices_, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    SaveSettings();
+    ApplyProxy();
 }
 
 void TfrmMain::btnUpdatesClick() {

@@ -74,6 +74,7 @@ private:
 
     void cbxLanguageChange(int index);
     void cbxWebsitesChange();
+    void btnSettingsClick();
     void btnUpdatesClick();
     void btnRDeleteClick();
     void btnRDeleteAllClick();

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Dialogs.h"
+#include "Platform.h"
+#include "Settings.h"
+#include "SettingsForm.h"
+
+#include <QDialog>
+
+namespace Brindle {
+
+/// The settings dialog: edits the record in place, but for Cancel. Its file is the caller's business.
+class TfrmSettings : public QDialog {
+    Q_OBJECT
+
+public:
+    /// `columnCaptions`: those of the results list.
+    TfrmSettings(Settings& settings, const QStringList& columnCaptions, Platform& system, Dialogs& notices,
+                 QWidget* parent = nullptr);
+
+    /// Applies a language to every caption; an empty file leaves them as they are.
+    void ApplyLanguage(const LanguageFile& language);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void FormCreate();
+    void FormShow();
+    void LoadLanguage(const QString& code);
+    void ApplyEnabling();
+    QString CountExportFields() const;
+
+    void btnOkClick();
+    void btnBrowseClick();
+    void btnFreeProxiesClick();
+
+    Settings& settings_;
+    Platform& system_;
+    Dialogs& notices_;
+    SettingsForm form_;
+    bool shown_ = false;
+};
+
+} // namespace Brindle
