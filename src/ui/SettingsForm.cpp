@@ -206,8 +206,9 @@ void SettingsForm::FillColumns(const QStringList& captions) {
     QSize cell(0, 0);
     for (int row = 0; row < chlColumns->count(); ++row)
         cell = cell.expandedTo(chlColumns->sizeHintForIndex(chlColumns->model()->index(row, 0)));
-    cell += QSize(10, 5);
-    chlColumns->setGridSize(cell);
+    cell += QSize(10, 4);
+    for (int row = 0; row < chlColumns->count(); ++row)
+        chlColumns->item(row)->setSizeHint(cell);
     const int rows = (chlColumns->count() + columnsOfItems - 1) / columnsOfItems;
     // One pixel short of another row or column would be too little, so there is a little more than that.
     chlColumns->setMinimumWidth(cell.width() * columnsOfItems + 2 * chlColumns->frameWidth() + 4);
