@@ -108,11 +108,12 @@ WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFold
     connect(page_.get(), &QWebEnginePage::loadingChanged, this, &WebEngineBrowser::OnLoadingChanged);
     connect(page_.get(), &QWebEnginePage::renderProcessTerminated, this, &WebEngineBrowser::OnRendererGone);
     connect(page_.get(), &QWebEnginePage::loadProgress, this,
-            [this](int percent) { Q_EMIT ProgressChange(percent, 100); });
+            [this](int percent) { Tell([this, percent] { Q_EMIT ProgressChange(percent, 100); }); });
     connect(page_.get(), &QWebEnginePage::urlChanged, this, [this] {
+        ++changes_;
         // A script has changed the address without loading anything.
         if (!busy_)
-            Q_EMIT NavigateComplete(LocationAddress());
+            Tell([this] { Q_EMIT NavigateComplete(LocationAddress()); });
     });
 
     view_ = new QWebEngineView;
@@ -170,13 +171,13 @@ QString WebEngineBrowser::LocationAddress() const {
 }
 
 QString WebEngineBrowser::BodyOuterHtml(MarkupForm form) {
-    const std::optional<QVariant> html = Evaluate(QString::fromUtf16(readBody));
+    const std::optional<QVariant> html = Evaluate(QString::fromUtf16(readBody), Asked::AgainWhenThePageChanges);
     return html ? InMarkupForm(html->toString(), form) : QString();
 }
 
 int WebEngineBrowser::LinkCount() {
     const QPointer<WebEngineBrowser> self(this);
-    const std::optional<QVariant> texts = Evaluate(QString::fromUtf16(readLinks));
+    const std::optional<QVariant> texts = Evaluate(QString::fromUtf16(readLinks), Asked::AgainWhenThePageChanges);
     if (!self)
         return 0; // the program has ended meanwhile
     linkTexts_ = texts ? texts->toStringList() : QStringList();
@@ -191,7 +192,7 @@ QString WebEngineBrowser::LinkInnerText(int index) {
 
 void WebEngineBrowser::ClickLink(int index) {
     if (index >= 0)
-        Evaluate(QString::fromUtf16(click).arg(index));
+        Evaluate(QString::fromUtf16(click).arg(index), Asked::Once);
 }
 
 void WebEngineBrowser::SetProxy(const BrowserProxy& proxy) {
@@ -212,6 +213,7 @@ void WebEngineBrowser::ClearCache() {
 }
 
 void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
+    ++changes_;
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
         LeaveDocument();
         busy_ = true;
@@ -273,23 +275,35 @@ void WebEngineBrowser::GoBy(int steps) {
 
 void WebEngineBrowser::EndBusy() {
     busy_ = false;
-    Q_EMIT ProgressChange(0, 100);
-    Q_EMIT NavigateComplete(LocationAddress());
+    Tell([this] {
+        Q_EMIT ProgressChange(0, 100);
+        Q_EMIT NavigateComplete(LocationAddress());
+    });
 }
 
-std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script) {
+// The engine speaks up in the middle of its own work, where it does nothing else until it is answered. Whoever listens
+// may handle messages and read the page meanwhile, so they are told afterwards.
+void WebEngineBrowser::Tell(std::function<void()> what) {
+    QMetaObject::invokeMethod(this, std::move(what), Qt::QueuedConnection);
+}
+
+std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script, Asked asked) {
     if (gone_)
         return std::nullopt;
     // Shared with the engine, which may answer when nobody waits any more.
     auto answer = std::make_shared<std::optional<QVariant>>();
     const QPointer<WebEngineBrowser> self(this);
-    page_->runJavaScript(script, world, [answer, self](const QVariant& value) {
-        *answer = value;
-        if (self)
-            self->hung_ = false;
-    });
+    const auto ask = [this, &script, answer, self] {
+        page_->runJavaScript(script, world, [answer, self](const QVariant& value) {
+            *answer = value;
+            if (self)
+                self->hung_ = false;
+        });
+    };
     QElapsedTimer waited;
     waited.start();
+    ask();
+    quint64 changes = changes_;
     while (!*answer) {
         const qint64 left = patienceMs - waited.elapsed();
         if (left <= 0) {
@@ -300,10 +314,15 @@ std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script) {
         if (loop_.Quitting())
             return std::nullopt;
         loop_.WaitForMessage(left);
-        if (!self)
+        if (!self || gone_)
             return std::nullopt;
-        if (gone_)
-            return std::nullopt;
+        if (changes != changes_ && !*answer) {
+            // A page that goes takes the question with it.
+            if (asked == Asked::Once)
+                return std::nullopt;
+            changes = changes_;
+            ask();
+        }
     }
     return std::move(**answer);
 }

@@ -63,7 +63,9 @@ private:
     void Load(std::function<void()> begin);
     void GoBy(int steps);
     void EndBusy();
-    std::optional<QVariant> Evaluate(const QString& script);
+    void Tell(std::function<void()> what);
+    enum class Asked { Once, AgainWhenThePageChanges };
+    std::optional<QVariant> Evaluate(const QString& script, Asked asked);
 
     MessageLoop& loop_;
     std::unique_ptr<QWebEngineProfile> profile_;
@@ -73,6 +75,7 @@ private:
     QString lastError_;
     std::optional<QStringList> linkTexts_;
     std::function<void()> afterEnd_; // what to load when the page's process has ended
+    quint64 changes_ = 0;            // of the page: counts loads that begin, come up or end
     bool busy_ = false;
     bool hung_ = false; // the engine has not answered a question yet
     bool gone_ = false; // the page's process has died, or the engine shows a message of its own

@@ -4,7 +4,6 @@
 #include "PageServer.h"
 #include "PrintTo.h"
 #include "QtMessageLoop.h"
-#include "SavedPage.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -61,11 +60,6 @@ TEST(PageAddress, TheRefererTellsNoMoreThanItShould) {
     EXPECT_EQ(referer("https://a.b/c", "http://a.b/f"), QString());
     EXPECT_EQ(referer("http://u:p@a.b/c", "http://u:p@a.b/f"), QString());
     EXPECT_EQ(referer("about:blank", "http://a.b/f"), QString());
-}
-
-TEST(SavedPage, IsDecodedAndDelivered) {
-    EXPECT_EQ(BodyOfSavedPage("<meta charset=windows-1252><p id=x>caff\xe8\x80", MarkupForm::Legacy),
-              QStringLiteral("<BODY><P id=x>caff\u00e8\u20ac</P></BODY>"));
 }
 
 class StaticPages : public testing::Test {

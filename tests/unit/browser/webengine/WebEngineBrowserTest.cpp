@@ -242,6 +242,18 @@ TEST_F(WebEngine, ReadsALargePageWhileMessagesAreHandled) {
     RecordProperty("longest_gap_ms", static_cast<int>(longest));
 }
 
+TEST_F(WebEngine, AListenerMayReadThePageAtOnce) {
+    Server.Pages["/"] = "<p>read";
+    bool read = false;
+    QElapsedTimer waited;
+    waited.start();
+    QObject::connect(&Browser, &EmbeddedBrowser::ProgressChange, [&] { read = Body().contains(u"read") || read; });
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Comes([&] { return read; }));
+    // The time that a page which does not answer would have taken.
+    EXPECT_LT(waited.elapsed(), 5000);
+}
+
 TEST_F(WebEngine, KeepsItsProfileWhereItIsTold) {
     QTemporaryDir folder;
     Server.Pages["/"] = "<p>kept";
