@@ -34,25 +34,45 @@ private:
 
 } // namespace
 
-QtMessageLoop::QtMessageLoop() {
+// Counts the messages of this thread as they are handed out.
+class QtMessageLoop::Counter : public QObject {
+public:
+    quint64 Count = 0;
+    bool eventFilter(QObject*, QEvent*) override {
+        ++Count;
+        return false;
+    }
+};
+
+QtMessageLoop::QtMessageLoop() : counter_(std::make_unique<Counter>()) {
     clock_.start();
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        application->installEventFilter(counter_.get());
 }
+
+QtMessageLoop::~QtMessageLoop() = default;
 
 quint32 QtMessageLoop::TickCount() const {
     return static_cast<quint32>(clock_.elapsed());
 }
 
 void QtMessageLoop::ProcessMessages() {
+    QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
 }
 
 void QtMessageLoop::WaitForMessage(std::optional<qint64> ms) {
     if (Quitting())
         return;
+    if (ms && *ms <= 0)
+        return ProcessMessages();
+    // Within the handling of one queued message, the dispatcher sleeps although others are queued behind it.
+    const quint64 before = counter_->Count;
+    ProcessMessages();
+    if (counter_->Count != before)
+        return;
     QTimer deadline;
     if (ms) {
-        if (*ms <= 0)
-            return ProcessMessages();
         deadline.setSingleShot(true);
         deadline.setTimerType(Qt::PreciseTimer);
         deadline.start(static_cast<int>(std::min<qint64>(*ms, 60'000)));

@@ -4,12 +4,15 @@
 
 #include <QElapsedTimer>
 
+#include <memory>
+
 namespace Brindle {
 
 /// The message loop of the running program: Qt's event dispatcher. The tick count runs from its construction.
 class QtMessageLoop : public MessageLoop {
 public:
     QtMessageLoop();
+    ~QtMessageLoop() override;
     quint32 TickCount() const override;
     void ProcessMessages() override;
     void WaitForMessage(std::optional<qint64> ms) override;
@@ -19,6 +22,9 @@ public:
     void Quit() override;
 
 private:
+    class Counter;
+
+    std::unique_ptr<Counter> counter_;
     QElapsedTimer clock_;
 };
 
