@@ -62,10 +62,6 @@ bool Needle::MatchesAt(const char16_t* at) const {
     return true;
 }
 
-bool Needle::MatchesFoldedAt(const char16_t* at) const {
-    return MatchesAt<true>(at);
-}
-
 template <bool Fold>
 qsizetype Needle::Find(QStringView haystack, qsizetype from) const {
     const qsizetype length = text_.size();

@@ -19,8 +19,6 @@ public:
     qsizetype FindExact(QStringView haystack, qsizetype from) const;
     /// The same, A to Z and a to z being equal.
     qsizetype FindFolded(QStringView haystack, qsizetype from) const;
-    /// Whether the needle stands at `at`, A to Z and a to z being equal; at least `Length()` characters must follow.
-    bool MatchesFoldedAt(const char16_t* at) const;
 
 private:
     template <bool Fold>

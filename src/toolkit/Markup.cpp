@@ -87,7 +87,8 @@ QString CleanMarkup(QStringView text) {
     for (const Replacement& row : replacements)
         if ((present & BitOf(row.Trigger)) != 0)
             ReplaceAll(result, row.Before, row.After);
-    return Trim(result);
+    const QStringView trimmedAgain = TrimmedView(result);
+    return trimmedAgain.size() == result.size() ? result : trimmedAgain.toString();
 }
 
 QString StripTags(QStringView text) {

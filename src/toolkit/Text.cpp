@@ -55,18 +55,30 @@ void ReplaceAll(QString& text, QStringView before, QStringView after) {
     qsizetype at = FindPlain(text, before, 0);
     if (at < 0)
         return;
-    QString result;
-    result.reserve(text.size());
-    const QStringView source(text);
-    qsizetype done = 0;
-    while (at >= 0) {
-        result.append(source.sliced(done, at - done));
-        result.append(after);
-        done = at + before.size();
-        at = FindPlain(source, before, done);
+    if (after.size() > before.size()) {
+        QString result;
+        const QStringView source(text);
+        qsizetype done = 0;
+        for (; at >= 0; at = FindPlain(source, before, done)) {
+            result.append(source.sliced(done, at - done));
+            result.append(after);
+            done = at + before.size();
+        }
+        result.append(source.sliced(done));
+        text = std::move(result);
+        return;
     }
-    result.append(source.sliced(done));
-    text = std::move(result);
+    // What is put in is not longer, so the text moves together where it lies.
+    QChar* const units = text.data();
+    const QStringView source(units, text.size());
+    qsizetype to = at;
+    while (at >= 0) {
+        to = std::copy(after.begin(), after.end(), units + to) - units;
+        const qsizetype from = at + before.size();
+        at = FindPlain(source, before, from);
+        to = std::copy(units + from, units + (at < 0 ? source.size() : at), units + to) - units;
+    }
+    text.truncate(to);
 }
 
 qsizetype IndexOfFolded(QStringView text, QStringView marker, qsizetype from) {
@@ -82,7 +94,11 @@ bool ContainsExact(QStringView text, QStringView marker) {
 }
 
 bool StartsWithFolded(QStringView text, QStringView prefix) {
-    return text.size() >= prefix.size() && (prefix.isEmpty() || Needle(prefix).MatchesFoldedAt(text.utf16()));
+    const auto folded = [](QChar c) {
+        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c.unicode() | 0x20) : c.unicode();
+    };
+    return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
+                                                      [&](QChar a, QChar b) { return folded(a) == folded(b); });
 }
 
 } // namespace Brindle

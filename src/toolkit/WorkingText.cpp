@@ -10,11 +10,21 @@ qsizetype WorkingText::Remembered(const Marker& marker, Search kind) {
     const size_t slot = static_cast<size_t>(marker.Number()) * 2 + static_cast<size_t>(kind);
     if (slot >= memories_.size()) // a marker made after this working text
         memories_.resize(slot + 2);
-    Memory& memory = memories_[slot];
+    const Memory memory = memories_[slot];
     const bool holds = memory.From >= 0 && cursor_ >= memory.From && (memory.At < 0 || cursor_ <= memory.At);
     if (!holds) {
-        memory.From = cursor_;
-        memory.At = kind == Search::Exact ? marker.FindExact(page_, cursor_) : marker.FindFolded(page_, cursor_);
+        qsizetype at = 0;
+        if (kind == Search::Folded) {
+            at = marker.FindFolded(page_, cursor_);
+        } else {
+            // An occurrence as it stands is one in any case too, and a cut mostly follows the test: one search for
+            // both.
+            const qsizetype folded = Remembered(marker, Search::Folded);
+            at = folded < 0 ? -1 : marker.FindExact(page_, folded);
+        }
+        // Only now: the memories may have moved.
+        memories_[slot] = {cursor_, at};
+        return at;
     }
     return memory.At;
 }
