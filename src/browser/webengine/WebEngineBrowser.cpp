@@ -55,8 +55,6 @@ constexpr auto click = uR"((index => {
 })(%1))";
 
 void Kill(qint64 process) {
-    if (process <= 0)
-        return;
 #ifdef Q_OS_WIN
     if (const HANDLE handle = OpenProcess(PROCESS_TERMINATE, FALSE, static_cast<DWORD>(process))) {
         TerminateProcess(handle, 1);
@@ -126,8 +124,8 @@ WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFold
 
 WebEngineBrowser::~WebEngineBrowser() {
     page_->disconnect(this);
-    if (hung_)
-        Kill(page_->renderProcessPid());
+    if (const qint64 process = hung_ ? page_->renderProcessPid() : 0; process > 0)
+        Kill(process);
     if (view_) {
         view_->setPage(nullptr);
         if (!view_->parent())
@@ -249,12 +247,13 @@ void WebEngineBrowser::LeaveDocument() {
 void WebEngineBrowser::Load(std::function<void()> begin) {
     lastError_.clear();
     busy_ = true;
-    if (hung_) {
+    const qint64 process = hung_ ? page_->renderProcessPid() : 0;
+    hung_ = false;
+    if (process > 0) {
         // A script that never ends would keep the next page from coming up. It comes when the process has ended.
-        hung_ = false;
         gone_ = true;
         afterEnd_ = std::move(begin);
-        Kill(page_->renderProcessPid());
+        Kill(process);
         return;
     }
     if (afterEnd_) {

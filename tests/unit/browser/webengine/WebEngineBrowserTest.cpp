@@ -242,6 +242,26 @@ TEST_F(WebEngine, ReadsALargePageWhileMessagesAreHandled) {
     RecordProperty("longest_gap_ms", static_cast<int>(longest));
 }
 
+TEST_F(WebEngine, AReadEndsWhenTheProgramOrTheBrowserDoes) {
+    Server.Pages["/"] = "<p>first<a href=x>y</a><script>setTimeout(() => { while (true) {} }, 0)</script>";
+    auto browser = std::make_unique<WebEngineBrowser>(Loop, QString());
+    browser->Navigate(Server.Address());
+    ASSERT_TRUE(Comes([&] { return !browser->Busy(); }));
+    QElapsedTimer waited;
+    waited.start();
+    const auto close = Loop.CreateTimer(100, [&] { browser.reset(); });
+    close->SetEnabled(true);
+    while (browser)
+        EXPECT_LE(browser->LinkCount(), 1);
+
+    ASSERT_TRUE(Load(Server.Address()));
+    const auto quit = Loop.CreateTimer(100, [this] { Loop.Quit(); });
+    quit->SetEnabled(true);
+    while (!Loop.Quitting())
+        Body();
+    EXPECT_LT(waited.elapsed(), 4500);
+}
+
 TEST_F(WebEngine, AListenerMayReadThePageAtOnce) {
     Server.Pages["/"] = "<p>read";
     bool read = false;
