@@ -1,6 +1,7 @@
 #include "WebEngineBrowser.h"
 
 #include "MarkupFormText.h"
+#include "PageAddress.h"
 #include "WebEnginePage.h"
 
 #include <QAction>
@@ -63,10 +64,6 @@ void Kill(qint64 process) {
 #else
     kill(static_cast<pid_t>(process), SIGKILL);
 #endif
-}
-
-QUrl UrlOf(const QString& address) {
-    return QUrl::fromUserInput(address);
 }
 
 // The engine remarks on its graphics when it starts without a display; there is nothing that a user could do about it.
@@ -139,8 +136,8 @@ QWidget* WebEngineBrowser::Widget() const {
 }
 
 void WebEngineBrowser::Navigate(const QString& address) {
-    const QUrl url = UrlOf(address);
-    if (!url.isValid() || address.isEmpty()) {
+    const QUrl url(TypedAddress(address));
+    if (!url.isValid()) {
         lastError_ = address + QStringLiteral(": not an address");
         return;
     }

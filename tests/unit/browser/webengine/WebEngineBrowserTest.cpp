@@ -29,9 +29,10 @@ protected:
     bool Comes(Condition condition, qint64 limit = 20'000) {
         QElapsedTimer waited;
         waited.start();
-        while (!condition() && waited.elapsed() < limit)
+        bool came = condition();
+        for (; !came && waited.elapsed() < limit; came = condition())
             Loop.WaitForMessage(50);
-        return condition();
+        return came;
     }
 
     bool Load(const QString& address) {
