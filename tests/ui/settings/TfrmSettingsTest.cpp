@@ -2,6 +2,8 @@
 #include "PrintTo.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -349,6 +351,22 @@ TEST_P(DialogLanguage, HasEveryCaptionInFull) {
 
 INSTANTIATE_TEST_SUITE_P(Languages, DialogLanguage, testing::Values("en", "fr", "es", "it"),
                          [](const auto& info) { return info.param; });
+
+TEST(TfrmSettings, LoadsTheLanguageOfTheRecordWhenItIsShown) {
+    const QString code = u"settings-dialog-test"_s;
+    ASSERT_TRUE(QDir().mkpath(LanguageFolder()));
+    QFile file(LanguageFileName(code));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<settings1>Einstellungen</settings1>");
+    file.close();
+    Settings settings;
+    settings.Language = code;
+    DialogBench bench(settings);
+    EXPECT_EQ(bench.Dialog.windowTitle(), u"Settings"_s);
+    bench.Dialog.show();
+    EXPECT_EQ(bench.Dialog.windowTitle(), u"Einstellungen"_s);
+    EXPECT_TRUE(file.remove());
+}
 
 TEST(TfrmSettings, ShowsAnEmptyCaptionForAMissingText) {
     DialogBench bench;
