@@ -74,5 +74,27 @@ TEST(QtMessageLoop, WaitsWithoutUsingTheProcessorAndWakesForMessages) {
     EXPECT_TRUE(loop.Quitting());
 }
 
+// An engine posts its answer while the question is still being asked inside of another posted event.
+TEST(QtMessageLoop, DeliversWhatWasPostedTogetherWithTheEventThatWaits) {
+    int argc = 0;
+    const QCoreApplication app(argc, nullptr);
+    QtMessageLoop loop;
+    QObject receiver;
+    bool answered = false;
+    bool answeredInTime = false;
+    QMetaObject::invokeMethod(
+        &receiver,
+        [&] {
+            loop.WaitForMessage(5000);
+            answeredInTime = answered;
+        },
+        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &receiver, [&] { answered = true; }, Qt::QueuedConnection);
+    while (!answered)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_TRUE(answeredInTime);
+}
+
 } // namespace
 } // namespace Brindle
