@@ -9,10 +9,6 @@
 #include <benchmark/benchmark.h>
 #include <ctime>
 
-#ifdef Q_OS_UNIX
-#include <sys/resource.h>
-#endif
-
 // What an export costs beside writing the same bytes raw. Both are done alternately in one run, so a busy machine slows
 // them alike; the counter "times_raw" is what counts: at most 3 for a manual export, at most 2.5 for an automatic save.
 
@@ -21,16 +17,8 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-// Of this process and of the children that it has waited for.
 double ProcessorSeconds() {
-    double seconds = static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-#ifdef Q_OS_UNIX
-    rusage children{};
-    getrusage(RUSAGE_CHILDREN, &children);
-    for (const timeval& time : {children.ru_utime, children.ru_stime})
-        seconds += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-#endif
-    return seconds;
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
 Lead SomeLead(int number) {
