@@ -26,8 +26,8 @@ struct DemoContext {
 /// "127.0.0.1:40123" of "http://127.0.0.1:40123".
 QString HostOf(const QString& base);
 
-/// The address on the click-redirect server that leads to `target`, an absolute address. "?", "&" and "#" of the target
-/// are encoded, everything else stands as it is, so that the link holds the target's host name.
+/// The address on the click-redirect server that leads to `target`, an absolute address. What has a meaning in a
+/// query is encoded, everything else stands as it is, so that the link holds the target's host name.
 QString ClickLink(const DemoContext& context, const QString& target);
 
 /// A lead that a harvest must find, as a person would read it off the directory's pages.

@@ -48,10 +48,10 @@ QString HostOf(const QString& base) {
 
 QString ClickLink(const DemoContext& context, const QString& target) {
     QString encoded = target;
-    encoded.replace(u'%', QStringLiteral("%25")).replace(u'?', QStringLiteral("%3F"));
-    encoded.replace(u'&', QStringLiteral("%26"))
-        .replace(u'#', QStringLiteral("%23"))
-        .replace(u'+', QStringLiteral("%2B"));
+    encoded.replace(u'%', QStringLiteral("%25")); // first: the others bring in new ones
+    for (const auto& [character, code] :
+         {std::pair(u'?', "%3F"), {u'&', "%26"}, {u'=', "%3D"}, {u'#', "%23"}, {u'+', "%2B"}})
+        encoded.replace(QChar(character), QLatin1String(code));
     return context.Clicks + u"/go?dest=" + encoded;
 }
 

@@ -1,5 +1,6 @@
 #include "DemoServer.h"
 
+#include "DemoDirectory.h"
 #include "PrintTo.h"
 #include "SitesFile.h"
 
@@ -44,6 +45,23 @@ TEST(DemoServer, EndsWhileAClientHoldsAConnection) {
     EXPECT_FALSE(client.Get("/plain/two-movers/"));
     server.Start(); // and can be started anew
     EXPECT_TRUE(Get(server.Businesses() + u"/plain/two-movers/"));
+}
+
+// The link shows the host that it leads to, and survives being decoded once on the way.
+TEST(DemoServer, ClicksLeadToTheirTarget) {
+    DemoServer server;
+    server.Start();
+    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")).Catalogue();
+    const SiteEntry& site = *catalogue.Find(SiteCode::YellowPagesCanada);
+    const DemoContext context{site.Base, site.DetailsBase, u"http://" + site.RedirectHost, {}, {}};
+    const QString target = site.DetailsBase + u"/details/a-b?from=list&at=1+1#top";
+    const QString link = ClickLink(context, target);
+    EXPECT_TRUE(link.contains(site.OwnHost) && link.contains(site.RedirectHost)) << link.toStdString();
+    const httplib::Result answer = Get(link);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->status, 302);
+    EXPECT_EQ(answer->get_header_value("Location"), target.toStdString());
+    EXPECT_EQ(Get(context.Clicks + u"/go?dest=http://elsewhere.example/")->status, 404);
 }
 
 TEST(DemoServer, UnknownSitesAndLayoutsHaveNothing) {
