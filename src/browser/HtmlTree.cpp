@@ -42,7 +42,7 @@ public:
 
 private:
     static constexpr size_t alignment = alignof(void*); // the parser's values are pointers and what is smaller
-    static constexpr size_t blockSize = 1024 * 1024;
+    static constexpr size_t blockSize = size_t{1} << 20;
 
     static void* Allocate(void* self, size_t size) { return static_cast<Arena*>(self)->Take(size); }
     // Only what was taken last can be taken again, which is what becomes of most of the parser's short-lived texts.

@@ -9,7 +9,7 @@ namespace Brindle {
 namespace {
 
 // So that links within links within links do not make a page's texts grow with the square of its size.
-constexpr qsizetype longestText = 64 * 1024;
+constexpr qsizetype longestText = 65'536;
 
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';

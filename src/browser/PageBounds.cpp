@@ -121,7 +121,7 @@ bool IsMoved(char16_t c) {
 constexpr char16_t movedHigh = 0xdbc0; // the first of the plane's 64 high surrogates
 
 // Moves control characters and mends what is no UTF-16.
-PreparedPage Encoded(QString html) {
+PreparedPage Encoded(const QString& html) {
     PreparedPage page;
     const auto isOdd = [](QChar c) { return IsMoved(c.unicode()) || c.isSurrogate(); };
     auto odd = std::find_if(html.cbegin(), html.cend(), isOdd);
@@ -207,7 +207,7 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
     if (copied == 0)
         return Encoded(html);
     aliased.append(QStringView(html).mid(copied));
-    return Encoded(std::move(aliased));
+    return Encoded(aliased);
 }
 
 } // namespace Brindle

@@ -22,6 +22,10 @@ QString AcceptedLanguages() {
     return name == u"C" || name == u"en" || name.isEmpty() ? QStringLiteral("en-US,en;q=0.9") : name + u",en;q=0.8";
 }
 
+QString OwnAgent() {
+    return QStringLiteral("Mozilla/5.0 (compatible; Brindle/" BRINDLE_VERSION ")");
+}
+
 // Text that is no markup is shown as engines show it.
 QString PlainTextPage(const QString& text) {
     return QStringLiteral("<pre style=\"word-wrap: break-word; white-space: pre-wrap;\">") + text.toHtmlEscaped() +
@@ -40,7 +44,7 @@ bool IsMarkup(const QByteArray& type) {
 } // namespace
 
 StaticBrowser::StaticBrowser() {
-    SetUserAgent({});
+    template_.UserAgent = OwnAgent();
     template_.ReadTimeoutMs = readTimeoutMs;
     template_.ReuseConnection = true;
     progress_.setInterval(progressIntervalMs);
@@ -198,7 +202,8 @@ void StaticBrowser::ReportProgress() {
 }
 
 void StaticBrowser::AddToHistory(const QString& address) {
-    history_.resize(static_cast<size_t>(historyPlace_ + 1));
+    const int kept = historyPlace_ + 1; // what lay ahead is forgotten
+    history_.resize(static_cast<size_t>(kept));
     if (history_.empty() || history_.back() != address)
         history_.push_back(address);
     historyPlace_ = static_cast<int>(history_.size()) - 1;
