@@ -33,7 +33,7 @@ CurlLoop::CurlLoop() {
 }
 
 CurlLoop::~CurlLoop() {
-    for (const auto& [easy, onDone] : running_)
+    for (const auto& [easy, transfer] : running_)
         curl_multi_remove_handle(multi_, easy);
     curl_multi_cleanup(multi_);
     for (auto& [socket, watch] : watches_) {
@@ -42,8 +42,8 @@ CurlLoop::~CurlLoop() {
     }
 }
 
-void CurlLoop::Add(CURL* easy, std::function<void(CURLcode)> onDone) {
-    running_[easy] = std::move(onDone);
+void CurlLoop::Add(CURL* easy, std::function<void(CURLcode)> onDone, std::function<void()> onReceived) {
+    running_[easy] = {std::move(onDone), std::move(onReceived)};
     curl_multi_add_handle(multi_, easy);
 }
 
@@ -52,7 +52,7 @@ void CurlLoop::Remove(CURL* easy) {
         curl_multi_remove_handle(multi_, easy);
 }
 
-int CurlLoop::OnSocket(CURL* /*easy*/, curl_socket_t socket, int what, void* self, void* /*socketData*/) {
+int CurlLoop::OnSocket(CURL* easy, curl_socket_t socket, int what, void* self, void* /*socketData*/) {
     auto* const loop = static_cast<CurlLoop*>(self);
     if (what == CURL_POLL_REMOVE) {
         const auto found = loop->watches_.find(socket);
@@ -64,6 +64,7 @@ int CurlLoop::OnSocket(CURL* /*easy*/, curl_socket_t socket, int what, void* sel
         return 0;
     }
     Watch& watch = loop->watches_[socket];
+    watch.Easy = easy;
     const auto set = [&](std::unique_ptr<QSocketNotifier>& notifier, QSocketNotifier::Type type, int event,
                          bool wanted) {
         if (wanted && !notifier) {
@@ -89,6 +90,12 @@ int CurlLoop::OnTimer(CURLM* /*multi*/, long timeoutMs, void* self) {
 }
 
 void CurlLoop::Act(curl_socket_t socket, int events) {
+    if ((events & CURL_CSELECT_IN) != 0) {
+        const auto watch = watches_.find(socket);
+        const auto transfer = watch == watches_.end() ? running_.end() : running_.find(watch->second.Easy);
+        if (transfer != running_.end())
+            transfer->second.OnReceived();
+    }
     int stillRunning = 0;
     curl_multi_socket_action(multi_, socket, events, &stillRunning);
     DeliverResults();
@@ -104,7 +111,7 @@ void CurlLoop::DeliverResults() {
         const auto found = running_.find(easy);
         if (found == running_.end())
             continue;
-        const std::function<void(CURLcode)> onDone = std::move(found->second);
+        const std::function<void(CURLcode)> onDone = std::move(found->second.OnDone);
         running_.erase(found);
         curl_multi_remove_handle(multi_, easy);
         onDone(result);

@@ -21,13 +21,19 @@ public:
     CurlLoop();
     ~CurlLoop() override;
 
-    /// Starts a transfer; `onDone` is called with its result when it has ended, outside of libcurl.
-    void Add(CURL* easy, std::function<void(CURLcode)> onDone);
+    /// Starts a transfer; `onDone` is called with its result when it has ended, outside of libcurl, `onReceived`
+    /// whenever bytes have arrived, be they of an answer's headers or body.
+    void Add(CURL* easy, std::function<void(CURLcode)> onDone, std::function<void()> onReceived);
     /// Takes a transfer out, ended or not.
     void Remove(CURL* easy);
 
 private:
+    struct Transfer {
+        std::function<void(CURLcode)> OnDone;
+        std::function<void()> OnReceived;
+    };
     struct Watch {
+        CURL* Easy = nullptr;
         std::unique_ptr<QSocketNotifier> Read;
         std::unique_ptr<QSocketNotifier> Write;
     };
@@ -39,7 +45,7 @@ private:
     CURLM* multi_;
     QTimer timer_;
     std::map<curl_socket_t, Watch> watches_;
-    std::map<CURL*, std::function<void(CURLcode)>> running_;
+    std::map<CURL*, Transfer> running_;
 };
 
 } // namespace Brindle

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <set>
 #include <vector>
@@ -22,12 +23,47 @@ struct UrlCloser {
 };
 using Url = std::unique_ptr<CURLU, UrlCloser>;
 
-// The parts of an address with blanks and non-ASCII characters percent-encoded as UTF-8 (RFC 3986, section 2.1); what
-// is encoded already stays as it is. Null when it is no address.
+bool HasScheme(const QByteArray& location) {
+    const qsizetype colon = location.indexOf(':');
+    return colon > 0 && std::all_of(location.begin(), location.begin() + colon, [](char c) {
+               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
+                      c == '-' || c == '.';
+           });
+}
+
+// What may not stand in a path or a query (RFC 3986, appendix A). A "%" is taken to begin what is encoded already.
+bool NeedsEncoding(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte <= ' ' || byte >= 0x7F || std::strchr("\"<>\\^`{|}", c) != nullptr;
+}
+
+// The address with path and query percent-encoded, non-ASCII characters as the bytes that they are. The library's own
+// encoding writes "+" for a blank in a query, and small hexadecimal digits.
+QByteArray Encoded(const QByteArray& address) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    qsizetype at = 0;
+    if (const qsizetype slashes = address.indexOf("//");
+        slashes == 0 || (slashes > 0 && HasScheme(address) && address.indexOf(':') == slashes - 1)) {
+        at = slashes + 2;
+        while (at < address.size() && std::strchr("/?#", address[at]) == nullptr)
+            ++at;
+    }
+    QByteArray encoded = address.first(at);
+    for (; at < address.size(); ++at) {
+        if (NeedsEncoding(address[at])) {
+            const auto byte = static_cast<unsigned char>(address[at]);
+            encoded.append('%').append(digits[byte >> 4]).append(digits[byte & 15]);
+        } else {
+            encoded.append(address[at]);
+        }
+    }
+    return encoded;
+}
+
+// The parts of an address, a relative one against the base. Null when it is no address.
 Url ParseUrl(const QByteArray& address, const Url& base = nullptr) {
     Url url(base ? curl_url_dup(base.get()) : curl_url());
-    if (curl_url_set(url.get(), CURLUPART_URL, address.constData(), CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME) !=
-        CURLUE_OK)
+    if (curl_url_set(url.get(), CURLUPART_URL, Encoded(address).constData(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK)
         return nullptr;
     return url;
 }
@@ -43,14 +79,6 @@ QByteArray Part(const Url& url, CURLUPart part) {
 
 bool IsRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-}
-
-bool HasScheme(const QByteArray& location) {
-    const qsizetype colon = location.indexOf(':');
-    return colon > 0 && std::all_of(location.begin(), location.begin() + colon, [](char c) {
-               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
-                      c == '-' || c == '.';
-           });
 }
 
 void Reset(CURL* easy) {
@@ -162,7 +190,8 @@ private:
         StartResponse();
         activity_.start();
         inactivity_.start(static_cast<int>(request_.ReadTimeoutMs));
-        client_.loop_.Add(easy_, [this](CURLcode result) { Ended(result); });
+        client_.loop_.Add(
+            easy_, [this](CURLcode result) { Ended(result); }, [this] { activity_.start(); });
     }
 
     template <typename T>
@@ -173,6 +202,7 @@ private:
     void Configure() {
         Set(CURLOPT_CURLU, url_.get());
         Set(CURLOPT_NOSIGNAL, 1L);
+        Set(CURLOPT_QUICK_EXIT, 1L); // an aborted request does not wait for the name server
         Set(CURLOPT_SHARE, client_.cookies_);
         Set(CURLOPT_COOKIEFILE, ""); // switches the cookie engine on
         Set(CURLOPT_FOLLOWLOCATION, 0L);
@@ -213,8 +243,10 @@ private:
         if (!proxy.BasicAuthentication)
             return;
         Set(CURLOPT_PROXYAUTH, static_cast<long>(CURLAUTH_BASIC));
-        Set(CURLOPT_PROXYUSERNAME, proxy.UserName.toUtf8().constData());
-        Set(CURLOPT_PROXYPASSWORD, proxy.Password.toUtf8().constData());
+        // The library decodes what it is given here.
+        const QByteArray login =
+            proxy.UserName.toUtf8().toPercentEncoding() + ':' + proxy.Password.toUtf8().toPercentEncoding();
+        Set(CURLOPT_PROXYUSERPWD, login.constData());
     }
 
     // What is known of a response belongs to the last one: redirects, proxies and interim responses come before it.
@@ -235,7 +267,6 @@ private:
     static size_t OnHeader(const char* data, size_t size, size_t count, void* self) {
         auto* const transfer = static_cast<Transfer*>(self);
         const size_t length = size * count;
-        transfer->activity_.start();
         transfer->headerBytes_ += length;
         if (transfer->headerBytes_ > headerLimit) {
             transfer->tooLarge_ = true;
@@ -265,7 +296,6 @@ private:
     static size_t OnBody(const char* data, size_t size, size_t count, void* self) {
         auto* const transfer = static_cast<Transfer*>(self);
         const size_t length = size * count;
-        transfer->activity_.start();
         if (transfer->body_.size() + static_cast<qint64>(length) > transfer->request_.BodyLimit) {
             transfer->tooLarge_ = true;
             return 0;
@@ -405,8 +435,9 @@ QString ShownAddress(const QString& url) {
     const qsizetype host = url.indexOf(u"://") + 3;
     if (host < 3)
         return url;
-    const qsizetype hostEnd = url.indexOf(u'/', host);
-    const qsizetype at = QStringView(url).first(hostEnd < 0 ? url.size() : hostEnd).lastIndexOf(u'@');
+    const auto hostEnd =
+        std::find_if(url.begin() + host, url.end(), [](QChar c) { return c == u'/' || c == u'?' || c == u'#'; });
+    const qsizetype at = QStringView(url).first(hostEnd - url.begin()).lastIndexOf(u'@');
     return at < host ? url : url.first(host) + url.sliced(at + 1);
 }
 

@@ -215,6 +215,10 @@ void PageFetcher::Show(const QString& text) {
 void PageFetcher::KeepReason(const QString& url, const HttpResponse& response) {
     lastError_ = ShownAddress(url) + u": " +
                  (response.Complete() ? QStringLiteral("HTTP status %1").arg(response.Status) : response.Error);
+    // One line, whatever the address holds; and nothing that a terminal would obey.
+    for (QChar& c : lastError_)
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
 }
 
 void PageFetcher::IdHTTP1WorkBegin(qint64 expectedSize) {

@@ -48,6 +48,23 @@ bool MeansWindows1252(const QByteArray& label) {
     return false;
 }
 
+// Labels whose meaning in the Encoding standard is wider than their name says.
+QByteArray UsualName(const QByteArray& label) {
+    static constexpr std::array<std::pair<const char*, const char*>, 9> names{{{"iso-8859-9", "windows-1254"},
+                                                                               {"latin5", "windows-1254"},
+                                                                               {"iso-8859-11", "windows-874"},
+                                                                               {"tis-620", "windows-874"},
+                                                                               {"gb2312", "gbk"},
+                                                                               {"x-gbk", "gbk"},
+                                                                               {"x-sjis", "shift_jis"},
+                                                                               {"ks_c_5601-1987", "windows-949"},
+                                                                               {"euc-kr", "windows-949"}}};
+    for (const auto& [name, meaning] : names)
+        if (label == name)
+            return meaning;
+    return label;
+}
+
 std::optional<QString> DecodeByLabel(const QByteArray& label, const QByteArray& bytes) {
     if (label.isEmpty())
         return std::nullopt;
@@ -56,10 +73,10 @@ std::optional<QString> DecodeByLabel(const QByteArray& label, const QByteArray& 
     if (MeansWindows1252(label))
         return DecodeWindows1252(bytes);
     if (label == "utf-16" || label == "utf-16le" || label == "unicode")
-        return Decode(QStringConverter::Utf16LE, bytes);
+        return Decode(bytes.startsWith("\xFE\xFF") ? QStringConverter::Utf16BE : QStringConverter::Utf16LE, bytes);
     if (label == "utf-16be")
         return Decode(QStringConverter::Utf16BE, bytes);
-    QStringDecoder decode(label.constData());
+    QStringDecoder decode(UsualName(label).constData());
     if (!decode.isValid())
         return std::nullopt;
     return DecodeWith(decode, bytes);

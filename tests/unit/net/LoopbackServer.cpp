@@ -86,7 +86,15 @@ void LoopbackServer::Serve(int connection) {
         requests_.append(request);
     }
     const Answer answer = handler_(request);
-    bool open = SendAll(connection, answer.Bytes);
+    bool open = true;
+    if (answer.Trickle > 0) {
+        for (qsizetype i = 0; open && !ending_ && i < answer.Bytes.size(); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(answer.Trickle));
+            open = SendAll(connection, answer.Bytes.sliced(i, 1));
+        }
+    } else {
+        open = SendAll(connection, answer.Bytes);
+    }
     const QByteArray body = answer.Bytes.sliced(answer.Bytes.indexOf("\r\n\r\n") + 4);
     for (qint64 sent = body.size(); open && !ending_ && sent < answer.RepeatUntil; sent += body.size())
         open = SendAll(connection, body);

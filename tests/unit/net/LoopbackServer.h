@@ -21,6 +21,7 @@ public:
         QByteArray Bytes;
         bool Hang = false;
         qint64 RepeatUntil = 0; ///< the bytes after the first empty line are sent again and again up to this size
+        int Trickle = 0;        ///< milliseconds before each single byte of `Bytes`; 0: they are sent at once
     };
     using Handler = std::function<Answer(const QByteArray& request)>;
 

@@ -1,6 +1,20 @@
 #include <QCoreApplication>
 
+#include <cstring>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
+#include <thread>
+
+// The resolver of this program: the one name stands for a name server that does not answer.
+extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** result) {
+    static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    if (name && std::strcmp(name, "stalled.test") == 0) {
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+        return EAI_AGAIN;
+    }
+    return real(name, service, hints, result);
+}
 
 // Transfers need Qt's event loop.
 int main(int argc, char* argv[]) {

@@ -21,6 +21,8 @@ TEST(DecodePage, ChoosesTheCharacterSetInOrder) {
         {e8, "text/html; charset=\"utf-8\"; x=y", u"\u00E9"_s},
         {"\xE9\x80\x99", "text/html;charset=ISO-8859-1", u"\u00E9\u20AC\u2122"_s}, // the label of Windows-1252
         {"\xA4", "text/html; charset=iso-8859-15", u"\u20AC"_s},
+        {QByteArray("\xFE\xFF\x00\xE9", 4), "text/html; charset=utf-16", u"\u00E9"_s},
+        {"\x80", "text/html; charset=iso-8859-9", u"\u20AC"_s}, // the label of Windows-1254
         {"\xEF\xBB\xBF" + e8, "", u"\u00E9"_s},
         {"\xEF\xBB\xBF" + e8, "text/html; charset=utf-8", u"\u00E9"_s},
         {QByteArray("\xFF\xFE\xE9\x00", 4), "", u"\u00E9"_s},
