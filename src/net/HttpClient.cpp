@@ -277,7 +277,8 @@ private:
             transfer->StartHeaders();
         else if (line.isEmpty())
             transfer->headersEnded_ = true;
-        else if (const qsizetype colon = line.indexOf(':'); colon > 0) {
+        else if (const qsizetype colon = line.indexOf(':'); colon > 0 && !transfer->headersEnded_) {
+            // What comes behind the headers is a trailer, which tells nothing of the body (RFC 9110, section 6.5.1).
             const QByteArray name = line.first(colon).trimmed().toLower();
             if (name == "location")
                 transfer->location_ = line.sliced(colon + 1).trimmed();

@@ -160,6 +160,10 @@ TEST_F(Fetching, ReadsOddButWholeResponses) {
         {Http(""), u""_s},
         {"HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + Http("late"), u"late"_s},
         {Http("caf\xE9", "200 OK", "Content-Type: text/html; charset=ISO-8859-1\r\n"), u"caf\u00E9"_s},
+        {"HTTP/1.1 200 OK\r\nContent-Type: text/html; charset=utf-8\r\nTransfer-Encoding: "
+         "chunked\r\n\r\n2\r\n\xC3\xA9\r\n0\r\n"
+         "Content-Type: text/html; charset=latin1\r\n\r\n",
+         u"\u00E9"_s},
         {Http("x", "206 Partial"), u"x"_s},
     };
     for (const Case& c : cases) {
