@@ -12,6 +12,11 @@ namespace Brindle::Demo {
 std::unique_ptr<DemoDirectory> MakeUsYellowPagesDemo();
 std::unique_ptr<DemoDirectory> MakeYellowPagesCanadaDemo();
 std::unique_ptr<DemoDirectory> MakeCanada411Demo();
+std::unique_ptr<DemoDirectory> MakePagineBiancheDemo();
+std::unique_ptr<DemoDirectory> MakePagineMailDemo();
+std::unique_ptr<DemoDirectory> MakeInfobelItalyDemo();
+std::unique_ptr<DemoDirectory> MakeVirgilioDemo();
+std::unique_ptr<DemoDirectory> MakeTrovanumeriDemo();
 
 /// The directories that there are.
 std::vector<std::unique_ptr<DemoDirectory>> AllDirectories();
