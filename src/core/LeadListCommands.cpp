@@ -4,10 +4,17 @@
 
 namespace Brindle {
 
+namespace {
+
+// The one site whose details links do not tell its listings apart.
+bool KeyNeedsName(QStringView siteCode) {
+    return siteCode == u"YPSE006001";
+}
+
+} // namespace
+
 QString DuplicateKeyOf(QStringView siteCode, const Lead& lead) {
-    if (siteCode == u"YPSE006001")
-        return UpperTrimmed(QString(lead.DetailsLink + lead.Name));
-    return UpperTrimmed(lead.DetailsLink);
+    return UpperTrimmed(KeyNeedsName(siteCode) ? QString(lead.DetailsLink + lead.Name) : lead.DetailsLink);
 }
 
 void ShowListCount(const LeadList& leads, const MessageTexts& texts, StatusView& status) {
@@ -20,7 +27,8 @@ bool DeleteSelected(LeadList& leads, std::span<const qsizetype> rows, QStringVie
         return false;
     for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
         Lead lead;
-        lead.Name = leads.FieldAt(*row, Field::BusinessName);
+        if (KeyNeedsName(siteCode))
+            lead.Name = leads.FieldAt(*row, Field::BusinessName);
         lead.DetailsLink = leads.FieldAt(*row, Field::DetailsLink);
         leads.DuplicatedItems.RemoveOne(DuplicateKeyOf(siteCode, lead));
     }

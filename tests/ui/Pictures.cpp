@@ -1,9 +1,11 @@
 // Makes the pictures of the window for the documentation: scripts/make-pictures.
+#include "QtMessageLoop.h"
 #include "WebEngineStart.h"
 #include "WindowFixture.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 
 #include <cstdio>
 
@@ -13,7 +15,11 @@ using namespace Brindle::Test;
 namespace {
 
 void Picture(WindowRun& run, const QString& fileName) {
-    run.For(700); // the engine paints a little later
+    // The engine paints a little later.
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < 700)
+        run.Loop.WaitForMessage(700 - waited.elapsed());
     const QPixmap picture = run.Window->grab();
     if (!picture.save(fileName))
         throw std::runtime_error("cannot write " + fileName.toStdString());
@@ -23,17 +29,16 @@ void Picture(WindowRun& run, const QString& fileName) {
 void MakePictures(const QDir& folder, const QString& suffix, const QString& language) {
     Demo::DemoServer server;
     server.Start();
-    WindowRun run(SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")), CreateWebEngineBrowser, 0.05);
+    QtMessageLoop loop;
+    loop.SetPace(0.05);
+    WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")), CreateWebEngineBrowser);
     run.Window->resize(1280, 800);
     run.Show();
     const auto name = [&](const char16_t* what) {
         return folder.filePath(QString::fromUtf16(what) + suffix + QStringLiteral(".png"));
     };
-    if (!language.isEmpty()) {
-        auto* const box = run.Control<QComboBox>(u"cbxLanguage");
-        box->setCurrentIndex(language.toInt());
-        Q_EMIT box->activated(box->currentIndex());
-    }
+    if (!language.isEmpty())
+        run.Choose(u"cbxLanguage", language.toInt());
     const QString site = SiteCode::YellowPagesCanada.toString();
     run.ChooseSite(site, server);
     Picture(run, name(u"start"));
@@ -44,7 +49,6 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.Until([&] { return run.Window->Leads().Count() > 0 && !run.Panel(0).isEmpty(); });
     Picture(run, name(u"harvest"));
     run.Loop.SetPace(0.01);
-    const QString finished = QStringLiteral("StatusPanel0");
     run.Until([&] { return !run.Window->Driver().Running() && !run.Window->State().Parsing; }, 120);
     run.Items().selectRow(3);
     Picture(run, name(u"finished"));

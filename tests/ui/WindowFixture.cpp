@@ -5,8 +5,7 @@
 
 namespace Brindle::Test {
 
-WindowRun::WindowRun(SitesFile sites, const BrowserFactory& createBrowser, double pace) {
-    Loop.SetPace(pace);
+WindowRun::WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& createBrowser) : Loop(loop) {
     Window = std::make_unique<TfrmMain>(
         MainWindowParts{.Loop = Loop,
                         .System = System,
@@ -30,28 +29,26 @@ bool WindowRun::Until(const std::function<bool()>& condition, int seconds) {
         if (waited.elapsed() > seconds * 1000LL)
             return false;
         Loop.WaitForMessage(100);
+        Loop.ProcessMessages();
     }
     return true;
-}
-
-void WindowRun::For(int ms) {
-    QElapsedTimer waited;
-    waited.start();
-    while (waited.elapsed() < ms)
-        Loop.WaitForMessage(ms - waited.elapsed());
 }
 
 void WindowRun::Click(const char16_t* button) const {
     Control<QAbstractButton>(button)->click();
 }
 
+void WindowRun::Choose(const char16_t* selector, int index) const {
+    auto* const box = Control<QComboBox>(selector);
+    box->setCurrentIndex(index);
+    Q_EMIT box->activated(index);
+}
+
 void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) {
     const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo"));
     const SiteCatalogue catalogue = sites.Catalogue();
     const QString entry = catalogue.Find(code)->DisplayEntry();
-    auto* const box = Control<QComboBox>(u"cbxWebsites");
-    box->setCurrentText(entry);
-    Q_EMIT box->activated(box->currentIndex());
+    Choose(u"cbxWebsites", static_cast<int>(catalogue.WebsiteURLS().indexOf(entry)));
     const QString base = GetCountryURL(entry);
     if (!Until([&] {
             return Window->State().CurrID == code && !Window->ewbMain().Busy() &&

@@ -2,7 +2,6 @@
 
 #include "DemoServer.h"
 #include "HarvestBench.h"
-#include "QtMessageLoop.h"
 #include "TfrmMain.h"
 
 #include <QTemporaryDir>
@@ -35,13 +34,12 @@ private:
     QTemporaryDir folder_;
 };
 
-/// A whole window on the real message loop, at a pace at which the program's waits cost next to nothing.
+/// A whole window with scripted dialogs, on a platform that keeps to a temporary folder.
 class WindowRun {
 public:
-    /// `pace`: what every wait is multiplied with.
-    WindowRun(SitesFile sites, const BrowserFactory& createBrowser, double pace = 0.01);
+    WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& createBrowser);
 
-    QtMessageLoop Loop;
+    MessageLoop& Loop;
     RecordingPlatform System;
     ScriptedDialogs Notices;
     std::unique_ptr<TfrmMain> Window;
@@ -50,14 +48,14 @@ public:
     void Show();
     /// Handles messages until the condition holds; false when it does not within `seconds`.
     bool Until(const std::function<bool()>& condition, int seconds = 60);
-    /// Handles messages for a time.
-    void For(int ms);
 
     template <class T>
     T* Control(const char16_t* name) const {
         return Window->findChild<T*>(QString::fromUtf16(name));
     }
     void Click(const char16_t* button) const;
+    /// Chooses an entry of a selector as a user does.
+    void Choose(const char16_t* selector, int index) const;
     QString Panel(int panel) const { return Control<StatusBarView>(u"StatusBar")->PanelText(panel); }
     LeadTableView& Items() const { return *Control<LeadTableView>(u"lvwItems"); }
     /// Chooses an entry of the site selector and waits until its home page is there.

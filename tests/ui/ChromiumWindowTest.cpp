@@ -1,0 +1,173 @@
+// The window with the real Chromium engine on the demo directories.
+#include "PrintTo.h"
+#include "QtMessageLoop.h"
+#include "WebEngineStart.h"
+#include "WindowFixture.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace Brindle::Test {
+namespace {
+
+// An own process for every case: the engine is started once, and a window that is closed ends its message loop.
+class ChromiumWindowTest : public testing::Test {
+protected:
+    Demo::DemoServer Server;
+    QtMessageLoop Loop;
+    std::unique_ptr<WindowRun> Run;
+
+    void Open() {
+        Server.Start();
+        Loop.SetPace(0.01);
+        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), QStringLiteral("demo")),
+                                          CreateWebEngineBrowser);
+        Run->Show();
+    }
+    void OpenResults(QStringView code, int layout = 1) {
+        Run->ChooseSite(code.toString(), Server);
+        ASSERT_TRUE(Run->GoTo(Server.FirstResultPage(code, layout)));
+    }
+    bool Idle() const { return !Run->Window->Driver().Running() && !Run->Window->State().Parsing; }
+    void Harvest() {
+        Run->Click(u"btnStart");
+        ASSERT_TRUE(Run->Until([this] { return Idle(); }, 120));
+    }
+    // Closes the window and destroys it, and expects that to be quick whatever goes on.
+    void ExpectQuickEnd() {
+        QElapsedTimer taken;
+        taken.start();
+        Run->Window->close();
+        Run->Until([this] { return !Run->Window->Driver().Running(); }, 10);
+        Run->Window.reset();
+        EXPECT_LT(taken.elapsed(), 5000); // 500 on a quiet machine; a wait that went on would take far longer
+    }
+};
+
+struct Site {
+    QStringView Code;
+    int Layout;
+};
+
+class ChromiumHarvestTest : public ChromiumWindowTest, public testing::WithParamInterface<Site> {};
+
+TEST_P(ChromiumHarvestTest, ListsEveryPlantedLead) {
+    Open();
+    const auto& [code, layout] = GetParam();
+    if (layout > Server.LayoutCount(code))
+        GTEST_SKIP() << "no such demo directory";
+    OpenResults(code, layout);
+    Harvest();
+    EXPECT_EQ(Run->ShownLeads(), Server.PlantedLeads(code, layout));
+    EXPECT_EQ(Run->Panel(0), QStringLiteral("Finished."));
+    EXPECT_EQ(Run->Panel(1), QStringLiteral("%1 items listed").arg(Run->Window->Leads().Count()));
+    EXPECT_EQ(Run->Control<QProgressBar>(u"MainGauge")->value(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sites, ChromiumHarvestTest,
+                         testing::Values(Site{SiteCode::YellowPagesCanada, 1}, Site{SiteCode::Canada411, 1},
+                                         Site{SiteCode::PagineMail, 1}, Site{SiteCode::Virgilio, 1}),
+                         [](const auto& info) {
+                             return info.param.Code.toString().toStdString() + '_' + std::to_string(info.param.Layout);
+                         });
+
+TEST_F(ChromiumWindowTest, SelectsDeletesAndHarvestsAgain) {
+    Open();
+    OpenResults(SiteCode::YellowPagesCanada);
+    const QString firstPage = Run->Window->ewbMain().LocationAddress();
+    Harvest();
+    const auto all = static_cast<qsizetype>(Server.PlantedLeads(SiteCode::YellowPagesCanada).size());
+    ASSERT_EQ(Run->Window->Leads().Count(), all);
+    Run->Items().selectRow(2);
+    Run->Click(u"btnRDelete");
+    EXPECT_EQ(Run->Panel(1), QStringLiteral("%1 items listed").arg(all - 1));
+    // Only what was deleted is found again.
+    ASSERT_TRUE(Run->GoTo(firstPage));
+    Harvest();
+    EXPECT_EQ(Run->Window->Leads().Count(), all);
+    Run->Click(u"btnRDeleteAll");
+    EXPECT_EQ(Run->Window->Leads().Count(), 0);
+    ASSERT_TRUE(Run->GoTo(firstPage));
+    Harvest();
+    EXPECT_EQ(Run->ShownLeads(), Server.PlantedLeads(SiteCode::YellowPagesCanada));
+}
+
+TEST_F(ChromiumWindowTest, StopsInTheMiddleAndGoesOn) {
+    Open();
+    OpenResults(SiteCode::YellowPagesCanada);
+    const QString firstPage = Run->Window->ewbMain().LocationAddress();
+    Run->Click(u"btnStart");
+    ASSERT_TRUE(Run->Until([this] { return Run->Window->Leads().Count() > 0; }));
+    Run->Click(u"btnStop");
+    ASSERT_TRUE(Run->Until([this] { return Idle(); }, 10));
+    const auto all = static_cast<qsizetype>(Server.PlantedLeads(SiteCode::YellowPagesCanada).size());
+    EXPECT_LT(Run->Window->Leads().Count(), all);
+    ASSERT_TRUE(Run->GoTo(firstPage));
+    Harvest();
+    EXPECT_EQ(Run->Window->Leads().Count(), all);
+}
+
+TEST_F(ChromiumWindowTest, ChangesTheSiteInTheMiddle) {
+    Open();
+    OpenResults(SiteCode::YellowPagesCanada);
+    Run->Click(u"btnStart");
+    ASSERT_TRUE(Run->Until([this] { return Run->Window->Leads().Count() > 0; }));
+    Run->ChooseSite(SiteCode::Canada411.toString(), Server);
+    ASSERT_TRUE(Run->Until([this] { return Idle(); }, 10));
+    const qsizetype before = Run->Window->Leads().Count();
+    ASSERT_TRUE(Run->GoTo(Server.FirstResultPage(SiteCode::Canada411)));
+    Harvest();
+    EXPECT_EQ(Run->Window->Leads().Count() - before,
+              static_cast<qsizetype>(Server.PlantedLeads(SiteCode::Canada411).size()));
+}
+
+// Where the harvest stands when the window is closed.
+enum class Moment { PageWait, NextPageWait, Fetch, PageRead, PageLoad };
+
+class ChromiumCloseTest : public ChromiumWindowTest, public testing::WithParamInterface<Moment> {};
+
+TEST_P(ChromiumCloseTest, EndsAtOnce) {
+    Open();
+    OpenResults(GetParam() == Moment::Fetch ? SiteCode::Canada411 : SiteCode::YellowPagesCanada);
+    const auto& leads = Run->Window->Leads();
+    Loop.SetPace(1.0); // real waits, to be cut short
+    switch (GetParam()) {
+    case Moment::PageWait:
+        Run->Click(u"btnStart");
+        ASSERT_TRUE(Run->Until([this] { return !Run->Window->State().Parsing; }));
+        break;
+    case Moment::NextPageWait:
+    case Moment::Fetch:
+        Run->Window->Options().cExtractEmails = GetParam() == Moment::Fetch;
+        Run->Click(u"btnStart");
+        ASSERT_TRUE(Run->Until([&] { return leads.Count() > 0; }));
+        break;
+    case Moment::PageRead:
+        // The question reaches the engine, the answer is not awaited.
+        QTimer::singleShot(0, Run->Window.get(), [this] { Run->Window->close(); });
+        Run->Window->ewbMain().BodyOuterHtml(MarkupForm::Standard);
+        break;
+    case Moment::PageLoad:
+        Run->Window->ewbMain().Refresh();
+        break;
+    }
+    ExpectQuickEnd();
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, ChromiumCloseTest,
+                         testing::Values(Moment::PageWait, Moment::NextPageWait, Moment::Fetch, Moment::PageRead,
+                                         Moment::PageLoad));
+
+} // namespace
+} // namespace Brindle::Test
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    Brindle::PrepareWebEngine();
+    const QApplication app(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,143 @@
+// The parts of the window that need no window.
+#include "AccessKeys.h"
+#include "BrowserEmulation.h"
+#include "HarvestBench.h"
+#include "LeadTableModel.h"
+#include "PrintTo.h"
+#include "ProgramOptions.h"
+#include "ScriptedBrowser.h"
+#include "StatusBarView.h"
+#include "UpdateCheck.h"
+#include "WindowFixture.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace Brindle::Test {
+namespace {
+
+TEST(BrowserEmulationTest, FollowsTheStartOfTheVersion) {
+    const std::pair<QStringView, quint32> cases[]{{u"", 11001},        {u"0", 11001},         {u"1", 11001},
+                                                  {u"8.0.6001", 8888}, {u"9.0.8112", 9999},   {u"9.11.17763", 11001},
+                                                  {u"10.0", 10001},    {u"11.0.9600", 11001}, {u"12", 12001}};
+    for (const auto& [version, value] : cases)
+        EXPECT_EQ(EmulationValue(version), value) << version.toString().toStdString();
+
+    ScriptedBrowser browser;
+    RecordingPlatform system;
+    SetIERegistryKey(QStringLiteral("8.0"), QStringLiteral("brindle.exe"), system, browser);
+    EXPECT_EQ(browser.Calls, QStringList{QStringLiteral("agent Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)")});
+    EXPECT_EQ(system.Written[0], QStringLiteral("FEATURE_BROWSER_EMULATION|brindle.exe|8888"));
+}
+
+TEST(LeadTableModelTest, GivesTheLeadsOfAPageToTheViewTogether) {
+    LeadList leads;
+    LeadTableModel model(leads);
+    QSignalSpy inserted(&model, &LeadTableModel::rowsInserted);
+    for (int i = 0; i < 30; ++i)
+        leads.Append({.Name = QString::number(i)});
+    EXPECT_EQ(model.rowCount(), 0);
+    model.ShowPending();
+    EXPECT_EQ(inserted.size(), 1);
+    EXPECT_EQ(model.rowCount(), 30);
+    EXPECT_EQ(model.index(29, 1).data().toString(), QStringLiteral("29"));
+    // A deletion with leads that the view does not know of yet.
+    leads.Append({.Name = QStringLiteral("last")});
+    const std::vector<qsizetype> rows{0, 29};
+    leads.Remove(rows);
+    EXPECT_EQ(model.rowCount(), 29);
+    EXPECT_EQ(model.index(28, 1).data().toString(), QStringLiteral("last"));
+    // Leads of a page that takes long come by themselves.
+    leads.Append({.Name = QStringLiteral("late")});
+    EXPECT_TRUE(inserted.wait());
+    EXPECT_EQ(model.rowCount(), 30);
+}
+
+TEST(StatusBarViewTest, ScalesTheProgress) {
+    StatusBarView bar;
+    const auto* const gauge = bar.findChild<QProgressBar*>(QStringLiteral("MainGauge"));
+    struct Case {
+        qint64 Maximum, Position;
+        double Share;
+    };
+    for (const Case& c : {Case{200, 50, 0.25},
+                          {-1, 5000, 0},
+                          {0, 1, 0},
+                          {8'000'000'000, 4'000'000'000, 0.5},
+                          {10, 50, 1},
+                          {3000, 100, 0.0333}}) {
+        bar.SetProgressMaximum(c.Maximum);
+        bar.SetProgressPosition(c.Position);
+        EXPECT_NEAR(static_cast<double>(gauge->value()) / gauge->maximum(), c.Share, 0.001) << c.Maximum;
+    }
+}
+
+TEST(AccessKeysTest, TakesLettersInTurn) {
+    QString taken = QStringLiteral("D");
+    QString keys;
+    for (const QStringView caption : {u"Delete Selected", u"Stop", u"Delete All", u"Tous", u"Étage", u"!"}) {
+        const QChar key = TakeAccessKey(caption.toString(), taken);
+        keys += key.isNull() ? u'-' : key;
+    }
+    EXPECT_EQ(keys, QStringLiteral("STAOG-"));
+}
+
+TEST(ProgramOptionsTest, ReadsAndRefuses) {
+    const ProgramOptions options = ParseProgramOptions(
+        {QStringLiteral("--demo"), QStringLiteral("--browser"), QStringLiteral("static"), QStringLiteral("--settings"),
+         QStringLiteral("a.dat"), QStringLiteral("--pace"), QStringLiteral("0.5")});
+    EXPECT_TRUE(options.OnDemo);
+    EXPECT_EQ(options.Browser, ProgramOptions::Engine::Static);
+    EXPECT_EQ(options.SettingsFileName, QStringLiteral("a.dat"));
+    EXPECT_EQ(options.Pace, 0.5);
+    for (const QStringList& wrong : {QStringList{QStringLiteral("--site")},
+                                     {QStringLiteral("--sites")},
+                                     {QStringLiteral("page.html")},
+                                     {QStringLiteral("--browser"), QStringLiteral("text")},
+                                     {QStringLiteral("--pace"), QStringLiteral("2")},
+                                     {QStringLiteral("--demo"), QStringLiteral("--sites"), QStringLiteral("a.ini")}})
+        EXPECT_THROW(ParseProgramOptions(wrong), OptionError) << wrong.join(u' ').toStdString();
+}
+
+struct UpdateCase {
+    const char16_t* Page;
+    const char16_t* Said;
+    bool Opened;
+};
+
+TEST(UpdateCheckTest, OffersANewerRelease) {
+    const UpdateCase cases[]{
+        {u"3.17\nhttp://publisher.test/get\n", u"new 3.17", true},
+        {u"\n  3.16.1\r\n\r\nhttps://publisher.test/get", u"new 3.16.1", true},
+        {u"3.16\nhttp://publisher.test/get", u"none", false},
+        {u"3.16.0\nhttp://publisher.test/get", u"none", false},
+        {u"3.9\nhttp://publisher.test/get", u"none", false},
+        {u"<html><body>Sign in to the network", u"failed", false},
+        {u"4.0\njavascript:alert(1)", u"failed", false},
+        {u"", u"failed", false},
+        {nullptr, u"failed", false},
+    };
+    for (const UpdateCase& c : cases) {
+        HarvestBench bench(SiteCode::UsYellowPages);
+        bench.Texts.Set(Message::UpdateNone, QStringLiteral("none"));
+        bench.Texts.Set(Message::UpdateAvailable, QStringLiteral("new [VAR1]"));
+        bench.Texts.Set(Message::UpdateFailed, QStringLiteral("failed"));
+        const QString address = QStringLiteral("http://publisher.test/release");
+        if (c.Page)
+            bench.Pages.Pages.insert(address, QString::fromUtf16(c.Page));
+        RecordingPlatform system;
+        UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system}, address,
+                          QStringLiteral("3.16"));
+        check.Run(true);
+        EXPECT_EQ(bench.Notices.Said, QStringList{QString::fromUtf16(c.Said)});
+        EXPECT_EQ(system.Opened.size(), c.Opened ? 1 : 0);
+        // At start-up only what is new is said.
+        bench.Notices.Said.clear();
+        check.Run(false);
+        EXPECT_EQ(bench.Notices.Said.size(), c.Opened ? 1 : 0);
+    }
+}
+
+} // namespace
+} // namespace Brindle::Test

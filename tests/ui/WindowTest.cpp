@@ -1,0 +1,389 @@
+#include "PrintTo.h"
+#include "ScriptedBrowser.h"
+#include "WindowFixture.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace Brindle::Test {
+namespace {
+
+const QString first = QStringLiteral("http://kvpn001001.test");
+const QString second = QStringLiteral("http://kvpn002001.test");
+
+SitesFile TestSites() {
+    QString ini = QStringLiteral("[map]\nbase=http://maps.test\n");
+    for (const QString& code : KnownSiteCodes())
+        ini += QStringLiteral("[%1]\nbase=http://%2.test\nlabel=Test\n").arg(code, code.toLower());
+    return SitesFile::Parse(ini.toUtf8(), QStringLiteral("test"));
+}
+
+// The window with pages that the test writes, on a clock of its own.
+class WindowTest : public testing::Test {
+protected:
+    VirtualLoop Loop;
+    ScriptedBrowser* Browser = nullptr;
+    std::unique_ptr<WindowRun> Run;
+
+    void Create(const SitesFile& sites = TestSites()) {
+        Run = std::make_unique<WindowRun>(Loop, sites, [this](MessageLoop&, const QString&) {
+            auto browser = std::make_unique<ScriptedBrowser>();
+            Browser = browser.get();
+            return ShownBrowser{std::move(browser), new QWidget};
+        });
+    }
+    void Open() {
+        Create();
+        Run->Show();
+        Browser->Calls.clear();
+    }
+    void AddLeads(int count) const {
+        for (int i = 0; i < count; ++i) {
+            const QString n = QString::number(i);
+            Lead lead;
+            lead.Name = u"Name " + n;
+            lead.City = QStringLiteral("Città\tdi\nCastello");
+            lead.Website = u"http://web.test/" + n;
+            lead.MapLink = u"http://map.test/" + n;
+            lead.DetailsLink = u"http://details.test/" + n;
+            Run->Window->Leads().DuplicatedItems.Add(QString(lead.DetailsLink.toUpper()));
+            Run->Window->Leads().Append(lead);
+        }
+        // A command that needs the rows in the list shows them by itself.
+        Run->Click(u"btnRSelectAll");
+        Run->Click(u"btnRClearSelection");
+    }
+    void SelectRows(int from, int to) const {
+        Run->Items().selectionModel()->select(
+            QItemSelection(Run->Items().model()->index(from, 0), Run->Items().model()->index(to, FieldCount - 1)),
+            QItemSelectionModel::ClearAndSelect);
+    }
+    QString Caption(const char16_t* button) const { return Run->Control<QAbstractButton>(button)->text(); }
+};
+
+TEST_F(WindowTest, StartsInItsOrder) {
+    Create();
+    EXPECT_EQ(Run->Window->windowTitle(), QStringLiteral("Brindle 3.16"));
+    ASSERT_EQ(Run->System.Written.size(), 2);
+    EXPECT_TRUE(Run->System.Written[0].startsWith(u"FEATURE_BROWSER_EMULATION|"));
+    EXPECT_TRUE(Run->System.Written[0].endsWith(u"|11001"));
+    EXPECT_EQ(Run->System.Written[1], QStringLiteral("3|1609|0"));
+    EXPECT_TRUE(QDir(Run->System.SettingsFolder()).exists());
+    const auto* const sites = Run->Control<QComboBox>(u"cbxWebsites");
+    EXPECT_EQ(sites->count(), 1);
+    EXPECT_EQ(sites->currentText(), QStringLiteral("Loading Websites...."));
+    EXPECT_FALSE(sites->isEnabled());
+    EXPECT_FALSE(Run->Control<QWidget>(u"btnStart")->isEnabled());
+    EXPECT_EQ(Run->Panel(0), QString());
+    EXPECT_EQ(Run->Panel(1), QStringLiteral("0 items listed"));
+    EXPECT_EQ(Run->Panel(2), QStringLiteral("0 items exported"));
+    EXPECT_EQ(Run->Panel(3), QStringLiteral("Progress:"));
+    EXPECT_FALSE(Browser->Calls.filter(QStringLiteral("proxy")).isEmpty());
+    EXPECT_TRUE(Browser->Calls.filter(QStringLiteral("navigate")).isEmpty());
+
+    Run->Show();
+    EXPECT_EQ(Browser->Calls.filter(QStringLiteral("navigate")),
+              (QStringList{QStringLiteral("navigate about:blank"), u"navigate " + first}));
+    EXPECT_EQ(sites->count(), 8);
+    EXPECT_TRUE(sites->isEnabled());
+    EXPECT_TRUE(Run->Control<QWidget>(u"btnStart")->isEnabled());
+    EXPECT_EQ(Run->Window->State().CurrID, SiteCode::UsYellowPages);
+    EXPECT_EQ(Run->Control<QTabWidget>(u"pgcMain")->currentIndex(), 0);
+    EXPECT_EQ(Run->Control<QWidget>(u"MainGauge")->geometry(), Run->Control<StatusBarView>(u"StatusBar")->PanelRect(4));
+    // Nothing is configured to be asked for updates.
+    EXPECT_FALSE(Run->Control<QWidget>(u"btnUpdates")->isEnabled());
+    EXPECT_FALSE(Run->Control<QWidget>(u"btnUpdates")->toolTip().isEmpty());
+}
+
+TEST_F(WindowTest, BrowserBarDrivesTheBrowser) {
+    Open();
+    auto* const address = Run->Control<QLineEdit>(u"edtAddress");
+    EXPECT_EQ(address->text(), first);
+    address->setText(QStringLiteral("http://a.test"));
+    Run->Click(u"btnGo");
+    address->setText(QStringLiteral("http://b.test"));
+    QTest::keyClick(address, Qt::Key_Return);
+    for (const char16_t* button : {u"imgStop", u"imgRefresh", u"imgHome"})
+        Run->Click(button);
+    Browser->IsBusy = true;
+    Run->Click(u"imgBack");
+    Browser->IsBusy = false;
+    Run->Click(u"imgForward");
+    EXPECT_EQ(Browser->Calls,
+              (QStringList{QStringLiteral("navigate http://a.test"), QStringLiteral("navigate http://b.test"),
+                           QStringLiteral("stop"), QStringLiteral("refresh"), u"navigate " + first,
+                           QStringLiteral("stop"), QStringLiteral("back"), QStringLiteral("forward")}));
+    EXPECT_EQ(address->text(), first);
+}
+
+TEST_F(WindowTest, ChangeOfSiteClearsTheBrowserAndOpensTheNewSite) {
+    Open();
+    const qint64 begin = Loop.Now();
+    Run->Choose(u"cbxWebsites", 1);
+    EXPECT_EQ(Browser->Calls, (QStringList{QStringLiteral("navigate about:blank"), QStringLiteral("clear cache"),
+                                           u"navigate " + second}));
+    EXPECT_EQ(Loop.Now() - begin, 1000);
+    EXPECT_EQ(Run->System.CachesCleared, 1);
+    EXPECT_EQ(Run->Window->State().CurrID, SiteCode::YellowPagesCanada);
+
+    // Another choice while the first one waits: that one is opened, once.
+    Browser->Calls.clear();
+    Loop.Post(Loop.Now() + 700, [this] { Run->Choose(u"cbxWebsites", 0); });
+    Run->Choose(u"cbxWebsites", 2);
+    EXPECT_EQ(Browser->Calls.filter(QStringLiteral("http")), QStringList{u"navigate " + first});
+    EXPECT_EQ(Run->Window->State().CurrID, SiteCode::UsYellowPages);
+}
+
+TEST_F(WindowTest, ChangeOfSiteStopsTheHarvest) {
+    Open();
+    Run->Click(u"btnStart");
+    EXPECT_TRUE(Run->Window->State().Parsing);
+    Run->Choose(u"cbxWebsites", 1);
+    EXPECT_FALSE(Run->Window->Driver().Running());
+    EXPECT_FALSE(Run->Window->State().Parsing);
+    EXPECT_EQ(Browser->Calls.count(QStringLiteral("stop")), 2);
+    EXPECT_EQ(Run->Window->State().CurrID, SiteCode::YellowPagesCanada);
+}
+
+TEST_F(WindowTest, SelectsAndDeletes) {
+    Open();
+    AddLeads(6);
+    LeadList& leads = Run->Window->Leads();
+    Run->Click(u"btnRSelectAll");
+    EXPECT_EQ(Run->Items().SelectedRows().size(), 6U);
+    SelectRows(1, 2);
+    Run->Notices.Answer = false;
+    Run->Click(u"btnRDelete");
+    EXPECT_EQ(leads.Count(), 6);
+    Run->Notices.Answer = true;
+    QTest::keyClick(&Run->Items(), Qt::Key_Delete);
+    EXPECT_EQ(Run->Notices.Said.count(QStringLiteral("Do you really want to delete the selected results?")), 2);
+    ASSERT_EQ(Run->ShownLeads().size(), 4U);
+    EXPECT_EQ(Run->ShownLeads()[1].Name, QStringLiteral("Name 3"));
+    EXPECT_EQ(Run->Panel(1), QStringLiteral("4 items listed"));
+    EXPECT_FALSE(leads.DuplicatedItems.Contains(u"HTTP://DETAILS.TEST/1"));
+    EXPECT_TRUE(leads.DuplicatedItems.Contains(u"HTTP://DETAILS.TEST/3"));
+    EXPECT_TRUE(Run->Items().SelectedRows().empty());
+    Run->Click(u"btnRDeleteAll");
+    EXPECT_EQ(leads.Count(), 0);
+    EXPECT_EQ(leads.DuplicatedItems.Count(), 0);
+    EXPECT_EQ(Run->Items().model()->rowCount(), 0);
+    EXPECT_EQ(Run->Panel(1), QStringLiteral("0 items listed"));
+}
+
+TEST_F(WindowTest, OpensTheLinksOfTheSelectedRow) {
+    Open();
+    AddLeads(4);
+    for (const char16_t* button : {u"btnOpenWebsite", u"btnOpenMaps", u"btnOpenDetails"})
+        Run->Click(button);
+    EXPECT_TRUE(Run->System.Opened.isEmpty());
+    EXPECT_TRUE(Run->Notices.Said.isEmpty());
+    SelectRows(2, 3);
+    for (const char16_t* button : {u"btnOpenWebsite", u"btnOpenMaps", u"btnOpenDetails"})
+        Run->Click(button);
+    EXPECT_EQ(Run->System.Opened, (QStringList{QStringLiteral("http://web.test/2"), QStringLiteral("http://map.test/2"),
+                                               QStringLiteral("http://details.test/2")}));
+}
+
+TEST_F(WindowTest, CopiesAndExportsTheSelectedRows) {
+    Open();
+    Run->Click(u"btnExportAll");
+    AddLeads(3);
+    Run->Click(u"btnExportAll");
+    EXPECT_EQ(Run->Notices.Said.size(), 2);
+    SelectRows(1, 2);
+    Run->Notices.FileName = Run->System.GetDocumentsFolder() + u"/leads.csv";
+    Run->Click(u"btnExportAll");
+    QFile file(Run->Notices.FileName);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count("\"Name "), 2);
+    EXPECT_EQ(Run->Panel(0), QStringLiteral("The selected rows have been exported."));
+    EXPECT_TRUE(Run->Control<QWidget>(u"btnRDelete")->isEnabled());
+
+    QTest::keyClick(&Run->Items(), Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines[0].count(u'\t'), FieldCount - 1);
+    EXPECT_TRUE(lines[1].startsWith(u"\tName 2\t"));
+    EXPECT_TRUE(lines[0].contains(u"Città di Castello"));
+}
+
+TEST_F(WindowTest, HeaderClickDoesNothing) {
+    Open();
+    AddLeads(3);
+    QHeaderView* const header = Run->Items().horizontalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionPosition(1) + 20, 8));
+    EXPECT_EQ(Run->ShownLeads()[0].Name, QStringLiteral("Name 0"));
+    EXPECT_TRUE(Run->Items().SelectedRows().empty());
+}
+
+TEST_F(WindowTest, LanguageChangesEveryCaptionAtOnce) {
+    Open();
+    const auto texts = [this] {
+        QStringList all;
+        for (const QAbstractButton* button : Run->Window->findChildren<QPushButton*>())
+            all.append(button->text());
+        for (const QToolButton* button : Run->Window->findChildren<QToolButton*>())
+            if (button->objectName().startsWith(u"img"))
+                all.append(button->accessibleName());
+        for (const char16_t* label : {u"lblWebsite", u"lblCurrentLanguage", u"panResultsHeader"})
+            all.append(Run->Control<QLabel>(label)->text());
+        for (int page = 0; page < 2; ++page)
+            all.append(Run->Control<QTabWidget>(u"pgcMain")->tabText(page));
+        for (int panel = 1; panel < 4; ++panel)
+            all.append(Run->Panel(panel));
+        for (int column = 0; column < FieldCount; ++column)
+            all.append(Run->Items().model()->headerData(column, Qt::Horizontal).toString());
+        return all;
+    };
+    const QStringList english = texts();
+    for (const int language : {1, 2, 3}) {
+        Run->Choose(u"cbxLanguage", language);
+        const QStringList translated = texts();
+        ASSERT_EQ(translated.size(), english.size());
+        EXPECT_FALSE(translated.contains(QString()));
+        // Some words are the same in both languages, most are not.
+        int same = 0;
+        for (qsizetype i = 0; i < english.size(); ++i)
+            same += english[i] == translated[i] ? 1 : 0;
+        EXPECT_LE(same, 6) << language;
+    }
+    EXPECT_EQ(Caption(u"btnRDeleteAll"),
+              LanguageFile(ReadLanguageText(LanguageFileName(QStringLiteral("it")))).Main(38));
+    QFile settings(QDir(Run->System.SettingsFolder()).filePath(QStringLiteral("settings.dat")));
+    ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(settings.readAll().contains("<%%Language%%>it<%%/Language%%>"));
+    Run->Choose(u"cbxLanguage", 0);
+    EXPECT_EQ(texts(), english);
+}
+
+TEST_F(WindowTest, EveryControlHasANameAndItsOwnAccessKey) {
+    Open();
+    for (const int language : {0, 1, 2, 3}) {
+        Run->Choose(u"cbxLanguage", language);
+        QStringList keys;
+        for (const QWidget* control : Run->Window->findChildren<QWidget*>()) {
+            if (control->objectName().isEmpty() || control->objectName().startsWith(u"qt_") ||
+                control->objectName().startsWith(u"Scroll") || control->focusPolicy() == Qt::NoFocus)
+                continue;
+            const auto* const button = qobject_cast<const QAbstractButton*>(control);
+            EXPECT_FALSE(control->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+                << control->objectName().toStdString();
+            if (!button)
+                continue;
+            EXPECT_FALSE(button->shortcut().isEmpty()) << control->objectName().toStdString();
+            keys.append(button->shortcut().toString());
+        }
+        for (const QShortcut* shortcut : Run->Window->findChildren<QShortcut*>())
+            keys.append(shortcut->key().toString());
+        EXPECT_EQ(keys.removeDuplicates(), 0) << language;
+    }
+}
+
+TEST_F(WindowTest, TabOrderFollowsTheLayout) {
+    Open();
+    QStringList order;
+    for (const QWidget* at = Run->Control<QWidget>(u"cbxLanguage"); order.size() < 40; at = at->nextInFocusChain()) {
+        if (!order.isEmpty() && at->objectName() == order.first())
+            break;
+        if ((at->focusPolicy() & Qt::TabFocus) != 0 && !at->objectName().isEmpty() &&
+            !at->objectName().startsWith(u"qt_"))
+            order.append(at->objectName());
+    }
+    const QStringList wanted{QStringLiteral("cbxLanguage"),    QStringLiteral("cbxWebsites"),
+                             QStringLiteral("btnStart"),       QStringLiteral("btnStop"),
+                             QStringLiteral("btnSettings"),    QStringLiteral("btnUpdates"),
+                             QStringLiteral("imgBack"),        QStringLiteral("imgForward"),
+                             QStringLiteral("imgStop"),        QStringLiteral("imgRefresh"),
+                             QStringLiteral("imgHome"),        QStringLiteral("edtAddress"),
+                             QStringLiteral("btnGo"),          QStringLiteral("lvwItems"),
+                             QStringLiteral("btnRSelectAll"),  QStringLiteral("btnRClearSelection"),
+                             QStringLiteral("btnRDelete"),     QStringLiteral("btnRDeleteAll"),
+                             QStringLiteral("btnOpenWebsite"), QStringLiteral("btnOpenMaps"),
+                             QStringLiteral("btnOpenDetails"), QStringLiteral("btnExportAll")};
+    QStringList found;
+    for (const QString& name : order)
+        if (wanted.contains(name))
+            found.append(name);
+    EXPECT_EQ(found, wanted);
+}
+
+TEST_F(WindowTest, RemembersItsSplitterAndColumns) {
+    Open();
+    Run->Control<QSplitter>(u"splMain")->setSizes({300, 400});
+    Run->Items().setColumnWidth(4, 177);
+    const QList<int> sizes = Run->Control<QSplitter>(u"splMain")->sizes();
+    Run->Window->close();
+    const QString file = QDir(Run->System.SettingsFolder()).filePath(QStringLiteral("window.ini"));
+    QSplitter splitter(Qt::Vertical);
+    splitter.setHandleWidth(Run->Control<QSplitter>(u"splMain")->handleWidth());
+    splitter.addWidget(new QWidget);
+    splitter.addWidget(new QWidget);
+    splitter.resize(400, sizes[0] + sizes[1] + splitter.handleWidth());
+    QMainWindow window;
+    LeadList leads;
+    LeadTableModel model(leads);
+    LeadTableView list;
+    list.ShowLeads(model);
+    WindowPlace(file).Restore(window, splitter, list);
+    EXPECT_EQ(list.columnWidth(4), 177);
+    EXPECT_EQ(splitter.sizes(), sizes);
+}
+
+// The window is closed while a tick waits, at a moment when the user could do it.
+class CloseTest : public WindowTest, public testing::WithParamInterface<int> {};
+
+TEST_P(CloseTest, EndsEveryWaitAtOnce) {
+    Open();
+    Browser->Pages.insert(first, QStringLiteral("<body>business-serp <a href=\"/next\">Next</a> footer-wrapper Next<"));
+    Run->Click(u"btnStart");
+    qint64 closedAt = -1;
+    Loop.Post(Loop.Now() + GetParam(), [&] {
+        closedAt = Loop.Now();
+        Run->Window->close();
+    });
+    Loop.RunUntil(Loop.Now() + GetParam());
+    ASSERT_GE(closedAt, 0);
+    EXPECT_EQ(Loop.Now(), closedAt);
+    EXPECT_TRUE(Run->Window->State().ShouldStop);
+    EXPECT_FALSE(Run->Window->isVisible());
+    Run->Window.reset();
+    const qint64 pumps = Loop.Pumps;
+    Loop.RunToIdle();
+    EXPECT_EQ(Loop.Now(), closedAt); // no timer is left
+    EXPECT_EQ(Loop.Pumps, pumps + 1);
+}
+
+// Before the first tick, in the wait before the page is read, before and after the next page is loaded.
+INSTANTIATE_TEST_SUITE_P(Moments, CloseTest, testing::Values(500, 1500, 3000, 5500));
+
+TEST_F(WindowTest, CanBeClosedWhileItStartsAndWhileTheSiteChanges) {
+    Create();
+    Loop.Post(200, [this] { Run->Window->close(); });
+    Run->Window->show();
+    Loop.RunUntil(1000);
+    EXPECT_FALSE(Run->Window->isVisible());
+    EXPECT_FALSE(Run->Window->Ready());
+    Run.reset();
+
+    VirtualLoop other;
+    WindowRun run(other, TestSites(), [this](MessageLoop&, const QString&) {
+        auto browser = std::make_unique<ScriptedBrowser>();
+        Browser = browser.get();
+        return ShownBrowser{std::move(browser), new QWidget};
+    });
+    run.Show();
+    other.Post(other.Now() + 600, [&run] { run.Window->close(); });
+    run.Choose(u"cbxWebsites", 1);
+    EXPECT_FALSE(run.Window->isVisible());
+    EXPECT_FALSE(Browser->Calls.contains(QString(u"navigate " + second)));
+}
+
+} // namespace
+} // namespace Brindle::Test
