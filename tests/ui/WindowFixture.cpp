@@ -53,8 +53,11 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
     if (!Until([&] {
             return Window->State().CurrID == code && !Window->ewbMain().Busy() &&
                    Window->ewbMain().LocationAddress().startsWith(base);
-        }))
-        throw std::runtime_error("the site's home page has not come up");
+        }, 20))
+        throw std::runtime_error(QStringLiteral("the home page %1 has not come up: at %2, %3, %4")
+                                     .arg(base, Window->ewbMain().LocationAddress(),
+                                          Window->ewbMain().Busy() ? u"busy" : u"idle", Window->ewbMain().LastError())
+                                     .toStdString());
 }
 
 bool WindowRun::GoTo(const QString& address) {
