@@ -29,6 +29,10 @@ QChar TakeAccessKey(const QString& caption, QString& taken) {
     for (const QChar c : letters)
         if (take(c))
             return c;
+    // Its letters are used up by the others: any that is left is better than none.
+    for (char16_t c = u'A'; !caption.isEmpty() && c <= u'Z'; ++c)
+        if (take(c))
+            return c;
     return {};
 }
 

@@ -32,7 +32,8 @@ private:
     QList<QAbstractButton*> buttons_;
 };
 
-/// The first letter, A to Z, of a caption that is not in `taken`, which it then joins; null when there is none.
+/// A letter, A to Z, that is not in `taken`, which it then joins: the first of the caption if possible, otherwise any;
+/// null for an empty caption or when none is left.
 QChar TakeAccessKey(const QString& caption, QString& taken);
 
 } // namespace Brindle
