@@ -114,6 +114,10 @@ void HarvestDriver::OnTimer() {
         tickDue_ = true;
         return;
     }
+    if (harvest_.Loop.Quitting()) {
+        tmrParse_->SetEnabled(false);
+        return;
+    }
     inTick_ = true;
     do {
         tickDue_ = false;
@@ -121,6 +125,8 @@ void HarvestDriver::OnTimer() {
         // A Start during the tick has armed the timer; the tick that fell due meanwhile has its turn now.
     } while (tickDue_ && tmrParse_->Enabled() && !harvest_.Loop.Quitting());
     inTick_ = false;
+    if (harvest_.Loop.Quitting())
+        tmrParse_->SetEnabled(false);
     if (observer_ && !tmrParse_->Enabled())
         observer_->HarvestEnded();
 }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QTimer>
 
 namespace Brindle::Test {
 
@@ -34,6 +35,17 @@ bool WindowRun::Until(const std::function<bool()>& condition, int seconds) {
     return true;
 }
 
+void WindowRun::When(const std::function<bool()>& condition, const std::function<void()>& action) const {
+    auto* const look = new QTimer(Window.get());
+    QObject::connect(look, &QTimer::timeout, look, [=] {
+        if (!condition())
+            return;
+        look->stop();
+        action();
+    });
+    look->start(5);
+}
+
 void WindowRun::Click(const char16_t* button) const {
     Control<QAbstractButton>(button)->click();
 }
@@ -48,12 +60,18 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
     const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo"));
     const SiteCatalogue catalogue = sites.Catalogue();
     const QString entry = catalogue.Find(code)->DisplayEntry();
+    // The waits of a change are there for the engine: it drops a page that is asked for while another one begins.
+    const double pace = Loop.Pace();
+    Loop.SetPace(std::max(pace, 0.2));
     Choose(u"cbxWebsites", static_cast<int>(catalogue.WebsiteURLS().indexOf(entry)));
+    Loop.SetPace(pace);
     const QString base = GetCountryURL(entry);
-    if (!Until([&] {
-            return Window->State().CurrID == code && !Window->ewbMain().Busy() &&
-                   Window->ewbMain().LocationAddress().startsWith(base);
-        }, 20))
+    if (!Until(
+            [&] {
+                return Window->State().CurrID == code && !Window->ewbMain().Busy() &&
+                       Window->ewbMain().LocationAddress().startsWith(base);
+            },
+            20))
         throw std::runtime_error(QStringLiteral("the home page %1 has not come up: at %2, %3, %4")
                                      .arg(base, Window->ewbMain().LocationAddress(),
                                           Window->ewbMain().Busy() ? u"busy" : u"idle", Window->ewbMain().LastError())

@@ -49,6 +49,9 @@ public:
     /// Handles messages until the condition holds; false when it does not within `seconds`.
     bool Until(const std::function<bool()>& condition, int seconds = 60);
 
+    /// Acts once as soon as the condition holds, also in the middle of a tick or a wait, as a user would.
+    void When(const std::function<bool()>& condition, const std::function<void()>& action) const;
+
     template <class T>
     T* Control(const char16_t* name) const {
         return Window->findChild<T*>(QString::fromUtf16(name));
