@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -26,6 +27,22 @@ constexpr int wrongUsage = 2;
 
 void Print(std::FILE* to, const QString& text) {
     std::fputs(text.toLocal8Bit().constData(), to);
+}
+
+// For what must be known before the application object takes the arguments.
+bool Asks(int argc, char** argv, QByteArrayView argument) {
+    return std::find(argv + 1, argv + argc, argument) != argv + argc;
+}
+
+bool HasDisplay() {
+#ifdef Q_OS_LINUX
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    return false;
+#else
+    return true;
+#endif
 }
 
 BrowserFactory BrowserOf(ProgramOptions::Engine engine) {
@@ -89,15 +106,15 @@ int Run(const ProgramOptions& options) {
 int main(int argc, char** argv) {
     try {
         // These need no window, so they must work where there is no display.
-        for (int i = 1; i < argc; ++i) {
-            const QByteArrayView argument(argv[i]);
-            if (argument == "--help" || argument == "-h")
-                return Print(stdout, ProgramHelp()), 0;
-            if (argument == "--version")
-                return Print(stdout, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
-        }
+        if (Asks(argc, argv, "--help") || Asks(argc, argv, "-h"))
+            return Print(stdout, ProgramHelp()), 0;
+        if (Asks(argc, argv, "--version"))
+            return Print(stdout, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
+        if (!HasDisplay() && !Asks(argc, argv, "-platform"))
+            throw Failure(QStringLiteral("there is no display for the window; brindle-cli works without one"));
 #ifdef BRINDLE_HAS_WEBENGINE
-        PrepareWebEngine();
+        if (!Asks(argc, argv, "static"))
+            PrepareWebEngine();
 #endif
         QApplication app(argc, argv); // takes the toolkit's own options out of the arguments
         return Run(ParseProgramOptions(QCoreApplication::arguments().mid(1)));
