@@ -77,6 +77,16 @@ QByteArray Part(const Url& url, CURLUPart part) {
     return result;
 }
 
+// Whether a Content-Encoding names nothing but codings that there are none of. Some servers put a character set there;
+// such a body is read as it stands, as browsers do.
+bool NamesNoCoding(const QByteArray& contentEncoding) {
+    const QList<QByteArray> names = contentEncoding.toLower().split(',');
+    return std::none_of(names.begin(), names.end(), [](const QByteArray& name) {
+        static const std::set<QByteArray> codings{"gzip", "x-gzip", "deflate", "br", "zstd", "compress", "x-compress"};
+        return codings.count(name.trimmed()) > 0;
+    });
+}
+
 bool IsRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
@@ -284,12 +294,17 @@ private:
                 transfer->location_ = line.sliced(colon + 1).trimmed();
             else if (name == "content-type")
                 transfer->contentType_ = line.sliced(colon + 1).trimmed();
+            else if (name == "content-encoding") {
+                transfer->encoded_ = transfer->encoded_ || !NamesNoCoding(line.sliced(colon + 1));
+                transfer->Set(CURLOPT_HTTP_CONTENT_DECODING, transfer->encoded_ ? 1L : 0L);
+            }
         }
         return length;
     }
 
     void StartHeaders() {
         headersEnded_ = false;
+        encoded_ = false;
         location_.clear();
         contentType_.clear();
     }
@@ -384,6 +399,7 @@ private:
     QElapsedTimer activity_;
 
     bool headersEnded_ = false;
+    bool encoded_ = false;
     bool tooLarge_ = false;
     size_t headerBytes_ = 0;
     QByteArray location_;

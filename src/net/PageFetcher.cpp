@@ -28,6 +28,10 @@ int PortOf(const QString& text) {
     return isNumber ? port : defaultProxyPort;
 }
 
+QString ReasonOf(const HttpResponse& response) {
+    return response.Complete() ? QStringLiteral("HTTP status %1").arg(response.Status) : response.Error;
+}
+
 } // namespace
 
 PageFetcher::PageFetcher(HarvestState& state, const Settings& settings, const MessageTexts& texts, MessageLoop& loop,
@@ -40,7 +44,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
     lastError_.clear();
     if (!StartsWithFolded(url, u"http")) {
         page.clear();
-        lastError_ = ShownAddress(url) + u": not an HTTP address";
+        KeepReason(url, QStringLiteral("not an HTTP address"));
         return false;
     }
     const qint64 timeout = readTimeout_ > 0 ? readTimeout_ : readTimeoutMs;
@@ -52,7 +56,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
         if (settings_.rRandomProxy)
             ApplyNextProxy(index);
         if (state_.ShouldStop || loop_.Quitting()) {
-            lastError_ = ShownAddress(url) + u": stopped";
+            KeepReason(url, QStringLiteral("stopped"));
             break;
         }
         WaitRandomDelay();
@@ -72,7 +76,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
                 break;
             }
         }
-        KeepReason(url, response);
+        KeepReason(url, ReasonOf(response));
         Delay(loop_, pauseAfterFailure);
         if (state_.ShouldStop) {
             status_.SetPanel(0, texts_.Text(Message::RequestStopped));
@@ -93,11 +97,11 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
     lastError_.clear();
     if (!StartsWithFolded(url, u"http")) {
         page.clear();
-        lastError_ = ShownAddress(url) + u": not an HTTP address";
+        KeepReason(url, QStringLiteral("not an HTTP address"));
         return false;
     }
     if (state_.ShouldStop) {
-        lastError_ = ShownAddress(url) + u": stopped";
+        KeepReason(url, QStringLiteral("stopped"));
         return false;
     }
     status_.SetPanel(0, texts_.Text(Message::DirectDownload));
@@ -109,7 +113,7 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
         status_.SetPanel(0, {});
         return true;
     }
-    KeepReason(url, response);
+    KeepReason(url, ReasonOf(response));
     Show(state_.ShouldStop ? texts_.Text(Message::DirectDownloadStopped) : QString());
     return false;
 }
@@ -212,9 +216,8 @@ void PageFetcher::Show(const QString& text) {
     loop_.ProcessMessages();
 }
 
-void PageFetcher::KeepReason(const QString& url, const HttpResponse& response) {
-    lastError_ = ShownAddress(url) + u": " +
-                 (response.Complete() ? QStringLiteral("HTTP status %1").arg(response.Status) : response.Error);
+void PageFetcher::KeepReason(const QString& url, const QString& reason) {
+    lastError_ = ShownAddress(url) + u": " + reason;
     // One line, whatever the address holds; and nothing that a terminal would obey.
     for (QChar& c : lastError_)
         if (c.category() == QChar::Other_Control)

@@ -48,7 +48,7 @@ private:
     HttpResponse GetByTls(const QString& url);
     QString TextOf(const HttpResponse& response, bool utf8) const;
     void Show(const QString& text);
-    void KeepReason(const QString& url, const HttpResponse& response);
+    void KeepReason(const QString& url, const QString& reason);
 
     HarvestState& state_;
     const Settings& settings_;
