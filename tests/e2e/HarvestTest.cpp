@@ -1,4 +1,5 @@
 #include "DemoFixture.h"
+#include "SiteCatalogue.h"
 
 #include <QRegularExpression>
 
@@ -23,6 +24,20 @@ INSTANTIATE_TEST_SUITE_P(Sites, HarvestTest, testing::Combine(testing::ValuesIn(
                          [](const auto& info) {
                              return CaseName(std::get<0>(info.param)) + (std::get<1>(info.param) ? "_emails" : "");
                          });
+
+// A sales person's day: one directory after the other.
+TEST_F(DemoFixture, HarvestsAllEightDirectories) {
+    QStringList codes;
+    for (const DemoSite& site : DemoSites()) {
+        if (site.Layout != 1)
+            continue;
+        codes.append(site.Code);
+        const Outcome outcome = RunCli(Harvest(site, {}));
+        ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+        ExpectSameLeads(LeadsOfJsonl(outcome.Out), Planted(site));
+    }
+    EXPECT_EQ(codes, KnownSiteCodes());
+}
 
 // The same with the directories in the program's own process, where the ports are others.
 class OwnDemoTest : public DemoFixture, public testing::WithParamInterface<DemoSite> {};
