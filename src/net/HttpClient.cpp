@@ -63,6 +63,9 @@ QByteArray Encoded(const QByteArray& address) {
 // The parts of an address, a relative one against the base. Null when it is no address.
 Url ParseUrl(const QByteArray& address, const Url& base = nullptr) {
     Url url(base ? curl_url_dup(base.get()) : curl_url());
+    // The library would set a relative address behind the fragment, as a part of it (RFC 3986, section 5.2.2).
+    if (base)
+        curl_url_set(url.get(), CURLUPART_FRAGMENT, nullptr, 0);
     if (curl_url_set(url.get(), CURLUPART_URL, Encoded(address).constData(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK)
         return nullptr;
     return url;

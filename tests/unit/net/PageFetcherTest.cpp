@@ -82,6 +82,10 @@ TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
                 Http("", "301 Moved", "Location: HTTP://127.0.0.1:" + Header(request, "Host").sliced(10) + "/3#x\r\n")};
         if (request.startsWith("GET /loop"))
             return LoopbackServer::Answer{Http("", "307 Again", "Location: /loop\r\n")};
+        if (request.startsWith("GET /section "))
+            return LoopbackServer::Answer{Http("", "302 Found", "Location: page?n=1#a/b\r\n")};
+        if (request.startsWith("GET /page?n=1 "))
+            return LoopbackServer::Answer{Http("", "302 Found", "Location: ?n=2\r\n")};
         if (request.startsWith("GET /ftp"))
             return LoopbackServer::Answer{Http("", "302 Found", "Location: ftp://127.0.0.1/x\r\n")};
         return LoopbackServer::Answer{Http("end")};
@@ -93,6 +97,11 @@ TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
     EXPECT_TRUE(server.Requests()[1].startsWith("GET /x//2%20b?a=b%20c ")) << server.Requests()[1].data();
     ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/plain"), page, false));
     EXPECT_TRUE(bench.State.CurrRedirect.endsWith(u"/3#x")); // not redirected: the last target stays
+
+    // A relative target is set against the address without its fragment.
+    ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/section#c/d"), page, false));
+    EXPECT_EQ(bench.State.CurrRedirect, QString(server.Base() + u"/page?n=2"));
+    EXPECT_TRUE(server.Requests().last().startsWith("GET /page?n=2 ")) << server.Requests().last().data();
 
     const qsizetype before = server.Requests().size();
     EXPECT_FALSE(fetcher.DirectDownloadURL(QString(server.Base() + u"/loop"), page, false));
