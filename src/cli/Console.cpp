@@ -1,29 +1,13 @@
 #include "Console.h"
 
-#include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "StandardStreams.h"
 
 namespace Brindle {
 
 namespace {
 
-bool IsTerminal() {
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
 void Write(const QString& text) {
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
-    std::fflush(stderr);
+    WriteTo(StandardStream::Error, text);
 }
 
 // A message is one line whatever a server or a page put into it, and cannot steer the terminal.
@@ -38,7 +22,7 @@ constexpr int redrawInterval = 100;
 
 } // namespace
 
-Console::Console(bool quiet) : quiet_(quiet), terminal_(IsTerminal()) {
+Console::Console(bool quiet) : quiet_(quiet), terminal_(ErrorIsTerminal()) {
     sinceStart_.start();
 }
 

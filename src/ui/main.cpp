@@ -1,6 +1,7 @@
 #include "CreatePlatform.h"
 #include "ProgramOptions.h"
 #include "QtMessageLoop.h"
+#include "StandardStreams.h"
 #include "Text.h"
 #include "TfrmMain.h"
 
@@ -13,10 +14,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMessageBox>
 
 #include <algorithm>
-#include <cstdio>
 #include <exception>
+#include <optional>
 
 using namespace Brindle;
 
@@ -25,8 +27,16 @@ namespace {
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 
-void Print(std::FILE* to, const QString& text) {
-    std::fputs(text.toLocal8Bit().constData(), to);
+// One line about why the program ends; in a box of its own where nobody would see the line.
+void Report(const QString& reason) {
+    WriteTo(StandardStream::Error, QStringLiteral("brindle: %1\n").arg(reason));
+    if (HasStandardError())
+        return;
+    int count = 0;
+    std::optional<QApplication> app;
+    if (QApplication::instance() == nullptr)
+        app.emplace(count, nullptr);
+    QMessageBox::critical(nullptr, ProductTitle(), reason);
 }
 
 // For what must be known before the application object takes the arguments.
@@ -84,7 +94,7 @@ int Run(const ProgramOptions& options) {
     DemoServers demo{};
     SitesFile sites = options.OnDemo ? StartDemo(demo) : LoadSites(options);
     for (const SitesProblem& problem : sites.Problems)
-        Print(stderr, problem.Text + u'\n');
+        WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop;
     loop.SetPace(options.Pace);
     QString folder = system->SettingsFolder();
@@ -104,12 +114,13 @@ int Run(const ProgramOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+    TakeParentConsole();
     try {
         // These need no window, so they must work where there is no display.
         if (Asks(argc, argv, "--help") || Asks(argc, argv, "-h"))
-            return Print(stdout, ProgramHelp()), 0;
+            return WriteTo(StandardStream::Output, ProgramHelp()), 0;
         if (Asks(argc, argv, "--version"))
-            return Print(stdout, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
+            return WriteTo(StandardStream::Output, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
         if (!HasDisplay() && !Asks(argc, argv, "-platform"))
             throw Failure(QStringLiteral("there is no display for the window; brindle-cli works without one"));
 #ifdef BRINDLE_HAS_WEBENGINE
@@ -119,13 +130,13 @@ int main(int argc, char** argv) {
         QApplication app(argc, argv); // takes the toolkit's own options out of the arguments
         return Run(ParseProgramOptions(QCoreApplication::arguments().mid(1)));
     } catch (const OptionError& error) {
-        Print(stderr, QStringLiteral("brindle: %1\n").arg(error.Message()));
+        Report(error.Message());
         return wrongUsage;
     } catch (const Failure& failure) {
-        Print(stderr, QStringLiteral("brindle: %1\n").arg(failure.Message()));
+        Report(failure.Message());
         return failed;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "brindle: %s\n", error.what());
+        Report(QString::fromLocal8Bit(error.what()));
         return failed;
     }
 }

@@ -1,39 +1,15 @@
 #include "LoopbackServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <stdexcept>
-#include <sys/socket.h>
-#include <unistd.h>
-
 namespace Brindle::Test {
 
-namespace {
-
-int Listen(int& port) {
-    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || listen(listener, 64) != 0)
-        throw std::runtime_error("no port is free");
-    getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
-    port = ntohs(address.sin_port);
-    return listener;
-}
-
-} // namespace
-
-LoopbackServer::LoopbackServer(Handler handler) : handler_(std::move(handler)), listener_(Listen(port_)) {
+LoopbackServer::LoopbackServer(Handler handler) : handler_(std::move(handler)), listener_(ListenOnLoopback(port_)) {
     acceptor_ = std::thread([this] { Accept(); });
 }
 
 LoopbackServer::~LoopbackServer() {
     ending_ = true;
     acceptor_.join();
-    close(listener_);
+    CloseSocket(listener_);
     for (std::thread& connection : connections_)
         connection.join();
 }
@@ -45,23 +21,21 @@ QList<QByteArray> LoopbackServer::Requests() const {
 
 void LoopbackServer::Accept() {
     while (!ending_) {
-        pollfd waiting{listener_, POLLIN, 0};
-        if (poll(&waiting, 1, 10) <= 0)
+        if (!Readable(listener_, 10))
             continue;
-        const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        if (connection >= 0)
+        const Socket connection = AcceptConnection(listener_);
+        if (connection != noSocket)
             connections_.emplace_back([this, connection] { Serve(connection); });
     }
 }
 
-bool LoopbackServer::SendAll(int connection, const QByteArray& bytes) const {
+bool LoopbackServer::SendAll(Socket connection, const QByteArray& bytes) const {
     qsizetype sent = 0;
     while (sent < bytes.size() && !ending_) {
-        pollfd waiting{connection, POLLOUT, 0};
-        if (poll(&waiting, 1, 10) <= 0)
+        if (!Writable(connection, 10))
             continue;
-        const ssize_t count = send(connection, bytes.constData() + sent, static_cast<size_t>(bytes.size() - sent),
-                                   MSG_NOSIGNAL | MSG_DONTWAIT);
+        const auto count =
+            send(connection, bytes.constData() + sent, static_cast<SendSize>(bytes.size() - sent), sendFlags);
         if (count < 0)
             return false;
         sent += count;
@@ -69,14 +43,14 @@ bool LoopbackServer::SendAll(int connection, const QByteArray& bytes) const {
     return sent == bytes.size();
 }
 
-void LoopbackServer::Serve(int connection) {
+void LoopbackServer::Serve(Socket connection) {
+    MakeNonBlocking(connection);
     QByteArray request;
     char buffer[4096];
     while (!ending_ && !request.contains("\r\n\r\n")) {
-        pollfd waiting{connection, POLLIN, 0};
-        if (poll(&waiting, 1, 10) <= 0)
+        if (!Readable(connection, 10))
             continue;
-        const ssize_t count = recv(connection, buffer, sizeof buffer, 0);
+        const auto count = recv(connection, buffer, sizeof buffer, 0);
         if (count <= 0)
             break;
         request.append(buffer, count);
@@ -99,16 +73,15 @@ void LoopbackServer::Serve(int connection) {
     for (qint64 sent = body.size(); open && !ending_ && sent < answer.RepeatUntil; sent += body.size())
         open = SendAll(connection, body);
     while (answer.Hang && open && !ending_) {
-        pollfd waiting{connection, POLLIN, 0};
-        if (poll(&waiting, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0)
+        if (Readable(connection, 10) && recv(connection, buffer, sizeof buffer, 0) <= 0)
             break;
     }
-    close(connection);
+    CloseSocket(connection);
 }
 
 int ClosedPort() {
     int port = 0;
-    close(Listen(port));
+    CloseSocket(ListenOnLoopback(port));
     return port;
 }
 

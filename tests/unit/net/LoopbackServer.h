@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Sockets.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -36,12 +38,12 @@ public:
 
 private:
     void Accept();
-    void Serve(int connection);
-    bool SendAll(int connection, const QByteArray& bytes) const;
+    void Serve(Socket connection);
+    bool SendAll(Socket connection, const QByteArray& bytes) const;
 
     Handler handler_;
     int port_ = 0; // before the listener, which fills it
-    int listener_ = -1;
+    Socket listener_ = noSocket;
     std::atomic<bool> ending_{false};
     mutable std::mutex mutex_;
     QList<QByteArray> requests_;

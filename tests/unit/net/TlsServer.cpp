@@ -2,14 +2,9 @@
 
 #include <QFile>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace Brindle::Test {
 
@@ -41,9 +36,14 @@ TestAuthority::TestAuthority()
     X509_set_issuer_name(certificate_, X509_get_subject_name(certificate_));
     AddExtension(certificate_, NID_basic_constraints, "critical,CA:TRUE");
     X509_sign(certificate_, key_, EVP_sha256());
-    FILE* const file = fopen(CaFile().toLocal8Bit().constData(), "w");
-    PEM_write_X509(file, certificate_);
-    fclose(file);
+    BIO* const text = BIO_new(BIO_s_mem());
+    PEM_write_bio_X509(text, certificate_);
+    char* bytes = nullptr;
+    const long size = BIO_get_mem_data(text, &bytes);
+    QFile file(CaFile());
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes, size);
+    BIO_free(text);
 }
 
 TestAuthority::~TestAuthority() {
@@ -74,35 +74,26 @@ TlsServer::TlsServer(const TestAuthority& authority, TlsVersions versions, QByte
     SSL_CTX_use_PrivateKey(context_, key);
     X509_free(certificate);
     EVP_PKEY_free(key);
-    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    bind(listener_, reinterpret_cast<sockaddr*>(&address), length);
-    listen(listener_, 8);
-    getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
-    port_ = ntohs(address.sin_port);
+    listener_ = ListenOnLoopback(port_);
     thread_ = std::thread([this] { Run(); });
 }
 
 TlsServer::~TlsServer() {
     ending_ = true;
     thread_.join();
-    close(listener_);
+    CloseSocket(listener_);
     SSL_CTX_free(context_);
 }
 
 void TlsServer::Run() {
     while (!ending_) {
-        pollfd waiting{listener_, POLLIN, 0};
-        if (poll(&waiting, 1, 10) <= 0)
+        if (!Readable(listener_, 10))
             continue;
-        const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        const timeval limit{5, 0};
-        setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        const Socket connection = AcceptConnection(listener_);
+        const SocketTimeout limit = TimeoutOf(5);
+        setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&limit), sizeof limit);
         SSL* const tls = SSL_new(context_);
-        SSL_set_fd(tls, connection);
+        SSL_set_fd(tls, static_cast<int>(connection));
         if (SSL_accept(tls) == 1) {
             char buffer[4096];
             const int count = SSL_read(tls, buffer, sizeof buffer);
@@ -114,7 +105,7 @@ void TlsServer::Run() {
             }
         }
         SSL_free(tls);
-        close(connection);
+        CloseSocket(connection);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Sockets.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
@@ -54,7 +56,7 @@ private:
     QByteArray answer_;
     ssl_ctx_st* context_;
     int port_ = 0;
-    int listener_ = -1;
+    Socket listener_ = noSocket;
     QByteArray request_;
     QByteArray version_;
     std::atomic<bool> ending_{false};
