@@ -4,6 +4,7 @@
 #include "LanguageFile.h"
 #include "SettingsStore.h"
 #include "SettingsText.h"
+#include "TickCount.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -40,6 +41,7 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
       Sites(std::move(sites)),
       Catalogue(Sites.Catalogue()),
       Options(LoadSettingsInForce(line, *System)),
+      Loop(SystemTickCount),
       Notices(console),
       Fetcher(State, Options, Texts, Loop, Status),
       Emails(State, Options, Fetcher),

@@ -2,6 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QThread>
 #include <QTimer>
 
@@ -32,6 +33,12 @@ private:
     QTimer timer_;
 };
 
+QtMessageLoop::TickSource TicksFromNow() {
+    QElapsedTimer clock;
+    clock.start();
+    return [clock] { return static_cast<quint32>(clock.elapsed()); };
+}
+
 } // namespace
 
 // Counts the messages of this thread as they are handed out.
@@ -44,8 +51,8 @@ public:
     }
 };
 
-QtMessageLoop::QtMessageLoop() : counter_(std::make_unique<Counter>()) {
-    clock_.start();
+QtMessageLoop::QtMessageLoop(TickSource ticks)
+    : counter_(std::make_unique<Counter>()), ticks_(ticks ? std::move(ticks) : TicksFromNow()) {
     if (QCoreApplication* const application = QCoreApplication::instance())
         application->installEventFilter(counter_.get());
 }
@@ -53,7 +60,7 @@ QtMessageLoop::QtMessageLoop() : counter_(std::make_unique<Counter>()) {
 QtMessageLoop::~QtMessageLoop() = default;
 
 quint32 QtMessageLoop::TickCount() const {
-    return static_cast<quint32>(clock_.elapsed());
+    return ticks_();
 }
 
 void QtMessageLoop::ProcessMessages() {

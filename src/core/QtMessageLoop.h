@@ -2,16 +2,19 @@
 
 #include "MessageLoop.h"
 
-#include <QElapsedTimer>
-
+#include <functional>
 #include <memory>
 
 namespace Brindle {
 
-/// The message loop of the running program: Qt's event dispatcher. The tick count runs from its construction.
+/// The message loop of the running program: Qt's event dispatcher.
 class QtMessageLoop : public MessageLoop {
 public:
-    QtMessageLoop();
+    /// The system's tick count, 32-bit milliseconds.
+    using TickSource = std::function<quint32()>;
+
+    /// Without a source, ticks are counted from the construction.
+    explicit QtMessageLoop(TickSource ticks = {});
     ~QtMessageLoop() override;
     quint32 TickCount() const override;
     void ProcessMessages() override;
@@ -25,7 +28,7 @@ private:
     class Counter;
 
     std::unique_ptr<Counter> counter_;
-    QElapsedTimer clock_;
+    TickSource ticks_;
 };
 
 } // namespace Brindle

@@ -1,5 +1,7 @@
 #include "BrowserCommand.h"
 
+#include <algorithm>
+
 namespace Brindle {
 
 QString BrowserProgram(const QString& command) {
@@ -8,6 +10,13 @@ QString BrowserProgram(const QString& command) {
     QString program = (end < 0 ? QString() : lowered.first(end)) + u".exe";
     program.remove(u'"');
     return program;
+}
+
+QString EngineExecutable(const QString& command) {
+    const QString name = QStringLiteral("iexplore.exe");
+    const QString path = command.sliced(std::min<qsizetype>(1, command.size()));
+    const qsizetype end = path.indexOf(name);
+    return end < 0 ? QString() : path.first(end) + name;
 }
 
 } // namespace Brindle

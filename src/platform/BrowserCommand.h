@@ -8,4 +8,8 @@ namespace Brindle {
 /// and every double quote removed. A command without ".exe" gives ".exe".
 QString BrowserProgram(const QString& command);
 
+/// The program file of the system's browser engine from the command registered for it: from its second character, after
+/// the opening quote, to the end of the first "iexplore.exe"; empty when the command does not hold that.
+QString EngineExecutable(const QString& command);
+
 } // namespace Brindle

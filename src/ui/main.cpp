@@ -4,6 +4,7 @@
 #include "StandardStreams.h"
 #include "Text.h"
 #include "TfrmMain.h"
+#include "TickCount.h"
 
 #ifdef BRINDLE_HAS_DEMO
 #include "DemoServer.h"
@@ -95,7 +96,7 @@ int Run(const ProgramOptions& options) {
     SitesFile sites = options.OnDemo ? StartDemo(demo) : LoadSites(options);
     for (const SitesProblem& problem : sites.Problems)
         WriteTo(StandardStream::Error, problem.Text + u'\n');
-    QtMessageLoop loop;
+    QtMessageLoop loop(SystemTickCount);
     loop.SetPace(options.Pace);
     QString folder = system->SettingsFolder();
     ReplaceAll(folder, u"\\\\", u"\\");

@@ -1,6 +1,4 @@
-#include "BrowserCommand.h"
 #include "CreatePlatform.h"
-#include "PrintTo.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -78,13 +76,6 @@ TEST(LinuxPlatform, HandsAnAddressToTheDesktopsOpenerUnchanged) {
     QFile file(opened);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().toStdString(), "1|" + address.toStdString());
-}
-
-TEST(BrowserProgram, IsTheCommandUpToItsExe) {
-    EXPECT_EQ(BrowserProgram(u"\"C:\\Program Files\\Fox\\FOX.EXE\" -url \"%1\" x.exe"_s),
-              u"c:\\program files\\fox\\fox.exe"_s);
-    EXPECT_EQ(BrowserProgram(u"C:\\a.exe.exe -x"_s), u"c:\\a.exe"_s);
-    EXPECT_EQ(BrowserProgram(u"\"fox\" %1"_s), u".exe"_s);
 }
 
 } // namespace

@@ -1,0 +1,11 @@
+#include "TickCount.h"
+
+#include <windows.h>
+
+namespace Brindle {
+
+quint32 SystemTickCount() {
+    return GetTickCount();
+}
+
+} // namespace Brindle
