@@ -233,8 +233,11 @@ private:
         Set(CURLOPT_SSL_VERIFYHOST, 2L);
         if (request_.OnlyTls12)
             Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2) | CURL_SSLVERSION_MAX_TLSv1_2);
-        if (!request_.CaFile.isEmpty())
-            Set(CURLOPT_CAINFO, request_.CaFile.toUtf8().constData());
+        // The variable is the one that OpenSSL's own look-up obeys; the library goes past it.
+        const QByteArray caFile =
+            request_.CaFile.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(request_.CaFile.toUtf8());
+        if (!caFile.isEmpty())
+            Set(CURLOPT_CAINFO, caFile.constData());
         ConfigureProxy();
         Set(CURLOPT_ERRORBUFFER, errorText_);
         errorText_[0] = 0;

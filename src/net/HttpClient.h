@@ -29,7 +29,7 @@ struct HttpRequest {
     qint64 ReadTimeoutMs = 300'000; ///< time without a single byte, not total time
     bool AllowTls = true;           ///< off: an https address fails with `HttpFailure::NoTlsLayer`
     bool OnlyTls12 = false;         ///< TLS 1.2 and nothing else
-    QString CaFile;                 ///< certificate authorities instead of the system's; empty: the system's
+    QString CaFile;                 ///< certificate authorities; empty: those of SSL_CERT_FILE, else the system's
     bool ReuseConnection = false;   ///< off: the connection is closed when the request has ended
     qint64 BodyLimit = 64LL << 20;  ///< unpacked bytes; a longer body is a failure
 };

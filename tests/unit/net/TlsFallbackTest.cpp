@@ -67,6 +67,17 @@ TEST_F(TlsFetching, RefusesWhatItCannotTrust) {
     EXPECT_EQ(page, u"before"_s);
 }
 
+// A company's own certificate authority is named as to any other program on OpenSSL.
+TEST_F(TlsFetching, TrustsTheAuthoritiesOfTheEnvironment) {
+    TlsServer server(authority, TlsVersions::Only12, Http("secure"));
+    fetcher.SetCaFile({});
+    EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false));
+    qputenv("SSL_CERT_FILE", authority.CaFile().toLocal8Bit());
+    EXPECT_TRUE(fetcher.DownloadURL(server.Base(), page, false)) << fetcher.LastError().toStdString();
+    qunsetenv("SSL_CERT_FILE");
+    EXPECT_EQ(page, u"secure"_s);
+}
+
 TEST_F(TlsFetching, ARedirectToTlsAsksForTheFirstAddressAnew) {
     TlsServer secure(authority, TlsVersions::Only12, Http("secure"));
     LoopbackServer plain([&](const QByteArray&) {
