@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include <array>
+#include <initializer_list>
 #include <optional>
 
 namespace Brindle {
@@ -27,41 +28,93 @@ QString DecodeWindows1252(const QByteArray& bytes) {
     return text;
 }
 
-QString DecodeWith(QStringDecoder& decode, const QByteArray& bytes) {
-    QString text = decode(bytes);
+QString WithoutMark(QString text) {
     if (text.startsWith(u'\uFEFF'))
         text.remove(0, 1);
     return text;
 }
 
+// The bytes of a character that `bytes` has at `at`, and whether they are all of it.
+struct Utf8Character {
+    qsizetype Length = 1;
+    bool Whole = false;
+};
+
+// Which bytes can follow which is The Unicode Standard, table 3-7.
+Utf8Character Utf8CharacterAt(const QByteArray& bytes, qsizetype at) {
+    const auto byteAt = [&bytes](qsizetype i) { return static_cast<unsigned char>(i < bytes.size() ? bytes[i] : 0); };
+    const unsigned char lead = byteAt(at);
+    if (lead < 0x80)
+        return {1, true};
+    const qsizetype length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4)
+        return {};
+    const unsigned char least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned char most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    if (byteAt(at + 1) < least || byteAt(at + 1) > most)
+        return {};
+    qsizetype i = 2;
+    while (i < length && (byteAt(at + i) & 0xC0) == 0x80)
+        ++i;
+    return {i, i == length};
+}
+
+// One replacement character stands for each longest beginning of a character, as in browsers, be it at the end of the
+// text or inside; the converter would write one for every byte.
+QString DecodeUtf8(const QByteArray& bytes) {
+    using Flag = QStringConverter::Flag;
+    QStringDecoder decode(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    const QString text = decode(bytes);
+    if (!decode.hasError())
+        return WithoutMark(text);
+    QByteArray mended;
+    mended.reserve(bytes.size() + bytes.size() / 2);
+    for (qsizetype at = 0; at < bytes.size();) {
+        const Utf8Character character = Utf8CharacterAt(bytes, at);
+        mended.append(character.Whole ? QByteArrayView(bytes).sliced(at, character.Length)
+                                      : QByteArrayView("\xEF\xBF\xBD"));
+        at += character.Length;
+    }
+    return WithoutMark(QStringDecoder(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom)(mended));
+}
+
 QString Decode(QStringConverter::Encoding encoding, const QByteArray& bytes) {
-    QStringDecoder decode(encoding);
-    return DecodeWith(decode, bytes);
+    if (encoding == QStringConverter::Utf8)
+        return DecodeUtf8(bytes);
+    using Flag = QStringConverter::Flag;
+    return WithoutMark(QStringDecoder(encoding, Flag::Stateless | Flag::ConvertInitialBom)(bytes));
 }
 
-// The labels of Windows-1252 in the Encoding standard that pages really carry.
-bool MeansWindows1252(const QByteArray& label) {
-    for (const char* name : {"windows-1252", "cp1252", "x-cp1252", "iso-8859-1", "iso8859-1", "iso_8859-1", "iso88591",
-                             "latin1", "l1", "us-ascii", "ascii", "ansi_x3.4-1968", "cp819", "ibm819", "iso-ir-100"})
-        if (label == name)
-            return true;
-    return false;
-}
-
-// Labels whose meaning in the Encoding standard is wider than their name says.
+// Labels whose meaning in the Encoding standard is wider than their name says, or whose name no converter has.
 QByteArray UsualName(const QByteArray& label) {
-    static constexpr std::array<std::pair<const char*, const char*>, 9> names{{{"iso-8859-9", "windows-1254"},
-                                                                               {"latin5", "windows-1254"},
-                                                                               {"iso-8859-11", "windows-874"},
-                                                                               {"tis-620", "windows-874"},
-                                                                               {"gb2312", "gbk"},
-                                                                               {"x-gbk", "gbk"},
-                                                                               {"x-sjis", "shift_jis"},
-                                                                               {"ks_c_5601-1987", "windows-949"},
-                                                                               {"euc-kr", "windows-949"}}};
-    for (const auto& [name, meaning] : names)
-        if (label == name)
-            return meaning;
+    struct Row {
+        const char* Name;
+        std::initializer_list<const char*> Labels;
+    };
+    static const std::array<Row, 12> names{{
+        {"windows-1252",
+         {"cp1252", "x-cp1252", "iso-8859-1", "iso8859-1", "iso_8859-1", "iso88591", "iso_8859-1:1987", "csisolatin1",
+          "latin1", "l1", "us-ascii", "ascii", "ansi_x3.4-1968", "cp819", "ibm819", "iso-ir-100"}},
+        {"windows-1254",
+         {"iso-8859-9", "iso8859-9", "iso_8859-9", "iso88599", "iso_8859-9:1989", "csisolatin5", "latin5", "l5",
+          "iso-ir-148"}},
+        {"windows-874", {"iso-8859-11", "iso8859-11", "iso885911", "tis-620", "dos-874"}},
+        {"gbk", {"gb2312", "gb_2312", "gb_2312-80", "csgb2312", "csiso58gb231280", "chinese", "iso-ir-58", "x-gbk"}},
+        {"windows-949",
+         {"euc-kr", "cseuckr", "korean", "ks_c_5601-1987", "ks_c_5601-1989", "ksc5601", "ksc_5601", "csksc56011987",
+          "iso-ir-149"}},
+        {"shift_jis", {"x-sjis", "shift-jis"}},
+        {"big5", {"cn-big5", "x-x-big5"}},
+        {"koi8-r", {"koi", "koi8", "koi8_r"}},
+        {"koi8-u", {"koi8-ru"}},
+        {"iso-8859-6", {"csiso88596e", "csiso88596i", "iso-8859-6-e", "iso-8859-6-i"}},
+        {"iso-8859-8", {"csiso88598e", "csiso88598i", "iso-8859-8-e", "iso-8859-8-i", "visual", "logical"}},
+        {"x-mac-cyrillic", {"x-mac-ukrainian"}},
+    }};
+    for (const Row& row : names)
+        for (const char* const other : row.Labels)
+            if (label == other)
+                return row.Name;
     return label;
 }
 
@@ -70,16 +123,17 @@ std::optional<QString> DecodeByLabel(const QByteArray& label, const QByteArray& 
         return std::nullopt;
     if (label == "utf-8" || label == "utf8" || label == "unicode-1-1-utf-8")
         return Decode(QStringConverter::Utf8, bytes);
-    if (MeansWindows1252(label))
-        return DecodeWindows1252(bytes);
     if (label == "utf-16" || label == "utf-16le" || label == "unicode")
         return Decode(bytes.startsWith("\xFE\xFF") ? QStringConverter::Utf16BE : QStringConverter::Utf16LE, bytes);
     if (label == "utf-16be")
         return Decode(QStringConverter::Utf16BE, bytes);
-    QStringDecoder decode(UsualName(label).constData());
+    const QByteArray name = UsualName(label);
+    if (name == "windows-1252")
+        return DecodeWindows1252(bytes);
+    QStringDecoder decode(name.constData(), QStringConverter::Flag::Stateless);
     if (!decode.isValid())
         return std::nullopt;
-    return DecodeWith(decode, bytes);
+    return WithoutMark(decode(bytes));
 }
 
 std::optional<QString> DecodeByMark(const QByteArray& bytes) {

@@ -23,6 +23,12 @@ TEST(DecodePage, ChoosesTheCharacterSetInOrder) {
         {"\xA4", "text/html; charset=iso-8859-15", u"\u20AC"_s},
         {QByteArray("\xFE\xFF\x00\xE9", 4), "text/html; charset=utf-16", u"\u00E9"_s},
         {"\x80", "text/html; charset=iso-8859-9", u"\u20AC"_s}, // the label of Windows-1254
+        {"\xC9", "text/html; charset=koi", u"\u0438"_s},        // labels that no converter has
+        {"\xA1", "text/html; charset=dos-874", u"\u0E01"_s},
+        {"\xBA\xBA", "text/html; charset=gb_2312-80", u"\u6C49"_s},
+        // One replacement for each beginning of a character, at the end too.
+        {"\xE2\x82 \xF0\x9F\x98<\xED\xA0\x80\xC0\xF4\x90\xC3\xA9\xE2\x82", "text/html; charset=utf-8",
+         u"\uFFFD \uFFFD<\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\u00E9\uFFFD"_s},
         {"\xEF\xBB\xBF" + e8, "", u"\u00E9"_s},
         {"\xEF\xBB\xBF" + e8, "text/html; charset=utf-8", u"\u00E9"_s},
         {QByteArray("\xFF\xFE\xE9\x00", 4), "", u"\u00E9"_s},
