@@ -17,6 +17,7 @@ namespace {
 
 constexpr int redirectLimit = 20;
 constexpr size_t headerLimit = size_t{1} << 20;
+constexpr qint64 discardLimit = 1 << 20;
 
 struct UrlCloser {
     void operator()(CURLU* url) const { curl_url_cleanup(url); }
@@ -272,6 +273,7 @@ private:
         location_.clear();
         contentType_.clear();
         body_.clear();
+        discarded_ = 0;
         tooLarge_ = false;
         bodyBegun_ = false;
         received_ = 0;
@@ -289,17 +291,23 @@ private:
             return 0;
         }
         const QByteArray line = QByteArray(data, static_cast<qsizetype>(length)).trimmed();
+        QByteArray* const folded = std::exchange(transfer->foldable_, nullptr);
         if (line.startsWith("HTTP/"))
             transfer->StartHeaders();
         else if (line.isEmpty())
-            transfer->headersEnded_ = true;
+            return transfer->EndHeaders() ? length : 0;
+        else if (folded && (*data == ' ' || *data == '\t'))
+            // RFC 9112, section 5.2
+            *(transfer->foldable_ = folded) = QByteArray(*folded + ' ' + line).trimmed();
         else if (const qsizetype colon = line.indexOf(':'); colon > 0 && !transfer->headersEnded_) {
             // What comes behind the headers is a trailer, which tells nothing of the body (RFC 9110, section 6.5.1).
             const QByteArray name = line.first(colon).trimmed().toLower();
-            if (name == "location")
-                transfer->location_ = line.sliced(colon + 1).trimmed();
+            if (name == "location" && transfer->location_.isEmpty())
+                *(transfer->foldable_ = &transfer->location_) = line.sliced(colon + 1).trimmed();
             else if (name == "content-type")
-                transfer->contentType_ = line.sliced(colon + 1).trimmed();
+                *(transfer->foldable_ = &transfer->contentType_) = line.sliced(colon + 1).trimmed();
+            else if (name == "content-length" || name == "transfer-encoding")
+                transfer->endIsKnown_ = true;
             else if (name == "content-encoding") {
                 transfer->encoded_ = transfer->encoded_ || !NamesNoCoding(line.sliced(colon + 1));
                 transfer->Set(CURLOPT_HTTP_CONTENT_DECODING, transfer->encoded_ ? 1L : 0L);
@@ -310,14 +318,32 @@ private:
 
     void StartHeaders() {
         headersEnded_ = false;
+        endIsKnown_ = false;
         encoded_ = false;
         location_.clear();
         contentType_.clear();
     }
 
+    // False when the rest of the response is not worth waiting for: it is a redirect, and nothing but the end of the
+    // connection, which some servers keep open, would tell where its body ends.
+    bool EndHeaders() {
+        headersEnded_ = true;
+        return endIsKnown_ || !IsToBeFollowed();
+    }
+
+    bool IsToBeFollowed() const {
+        long status = 0;
+        curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+        return headersEnded_ && IsRedirect(static_cast<int>(status)) && !location_.isEmpty();
+    }
+
     static size_t OnBody(const char* data, size_t size, size_t count, void* self) {
         auto* const transfer = static_cast<Transfer*>(self);
         const size_t length = size * count;
+        if (transfer->IsToBeFollowed()) { // nobody reads what a redirect says
+            transfer->discarded_ += static_cast<qint64>(length);
+            return transfer->discarded_ <= discardLimit ? length : 0;
+        }
         if (transfer->body_.size() + static_cast<qint64>(length) > transfer->request_.BodyLimit) {
             transfer->tooLarge_ = true;
             return 0;
@@ -350,14 +376,15 @@ private:
         response_.FinalUrl = QString::fromUtf8(Part(url_, CURLUPART_URL));
         if (tooLarge_)
             return Fail(HttpFailure::Other, QStringLiteral("the response is too large"));
+        // Once its headers are there, what is wrong with the rest of a redirect is of no matter.
+        if (IsToBeFollowed())
+            return FollowRedirect();
         if (result != CURLE_OK)
             return Fail(HttpFailure::Other,
                         QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : curl_easy_strerror(result)));
         // A connection that closes inside the headers is no response, though it looks like an empty one.
         if (!headersEnded_ || status == 0)
             return Fail(HttpFailure::Other, QStringLiteral("the response ended inside its headers"));
-        if (IsRedirect(response_.Status) && !location_.isEmpty())
-            return FollowRedirect();
         response_.ContentType = contentType_;
         response_.Body = std::exchange(body_, {});
         Finish();
@@ -405,12 +432,15 @@ private:
     QElapsedTimer activity_;
 
     bool headersEnded_ = false;
+    bool endIsKnown_ = false;
     bool encoded_ = false;
     bool tooLarge_ = false;
     size_t headerBytes_ = 0;
     QByteArray location_;
     QByteArray contentType_;
+    QByteArray* foldable_ = nullptr; // the header that the next line may continue
     QByteArray body_;
+    qint64 discarded_ = 0; // bytes of a redirect's body
     std::vector<QString> redirects_;
 
     bool done_ = false;

@@ -73,6 +73,30 @@ TEST_F(Fetching, KeepsCookiesForTheirHost) {
     EXPECT_EQ(Header(server.Requests()[2], "Cookie"), "");
 }
 
+// What a redirect says besides its target is nobody's concern, nor whether it is said to the end.
+TEST_F(Fetching, FollowsRedirectsWithBadBodies) {
+    const QByteArray found = "HTTP/1.1 302 Found\r\n";
+    const LoopbackServer::Answer answers[] = {
+        {found + "Location: /end\r\nContent-Length: 9\r\n\r\ncut"},
+        {found + "Location: /end\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"},
+        {found + "Location: /end\r\nContent-Encoding: gzip\r\nContent-Length: 5\r\n\r\nplain"},
+        {found + "Location: /end\r\n\r\n", true}, // no length, and the connection stays open
+        {found + "Location: /end\r\nContent-Length: 1000000000\r\n\r\n" + QByteArray(100'000, 'x'), true, 8 << 20},
+        {found + "Location:\r\n /end\r\nContent-Length: 0\r\n\r\n"},
+        {found + "Location: /end\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
+    };
+    for (const LoopbackServer::Answer& answer : answers) {
+        LoopbackServer server([&](const QByteArray& request) {
+            return request.startsWith("GET /end ") ? LoopbackServer::Answer{Http("end")} : answer;
+        });
+        fetcher.SetReadTimeout(20'000);
+        page = u"before"_s;
+        EXPECT_TRUE(fetcher.DownloadURL(server.Base(), page, false))
+            << answer.Bytes.left(90).data() << fetcher.LastError().toStdString();
+        EXPECT_EQ(page, u"end"_s);
+    }
+}
+
 TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
     LoopbackServer server([](const QByteArray& request) {
         if (request.startsWith("GET /1 "))
