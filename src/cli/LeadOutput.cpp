@@ -9,9 +9,26 @@
 #ifdef Q_OS_WIN
 #include <fcntl.h>
 #include <io.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace Brindle {
+
+namespace {
+
+// The descriptor of standard output, which takes bytes as they are.
+int StandardOutput() {
+#ifdef Q_OS_WIN
+    const int descriptor = _fileno(stdout);
+    _setmode(descriptor, _O_BINARY);
+    return descriptor;
+#else
+    return STDOUT_FILENO;
+#endif
+}
+
+} // namespace
 
 LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings)
     : leads_(leads),
@@ -21,11 +38,9 @@ LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat form
       automatic_(settings.cExportAutomatic),
       csv_(settings) {
     constexpr auto mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-#ifdef Q_OS_WIN
-    if (fileName.isEmpty())
-        _setmode(_fileno(stdout), _O_BINARY);
-#endif
-    const bool opened = fileName.isEmpty() ? file_.open(stdout, mode) : file_.open(mode | QIODevice::Truncate);
+    // The descriptor, because the stream of that name would keep the last leads to itself until the end.
+    const bool opened =
+        fileName.isEmpty() ? file_.open(StandardOutput(), mode) : file_.open(mode | QIODevice::Truncate);
     if (!opened)
         throw Failure(QStringLiteral("%1: %2").arg(shownName_, file_.errorString()));
     leads_.AddObserver(this);

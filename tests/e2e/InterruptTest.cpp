@@ -51,6 +51,23 @@ TEST_F(InterruptTest, HarvestKeepsTheLeadsSoFar) {
     ExpectSameLeads(found, planted);
 }
 
+// Killed, a program cannot write what it still holds.
+TEST_F(InterruptTest, WritesEveryLeadAtOnceToStandardOutput) {
+    QStringList arguments =
+        Harvest({QStringLiteral("KVPN002001"), 1}, {QStringLiteral("--format"), QStringLiteral("jsonl")});
+    arguments[arguments.indexOf(QStringLiteral("--pace")) + 1] = QStringLiteral("0.3");
+    QProcess process;
+    QByteArray printed;
+    ASSERT_TRUE(RunUntil(process, arguments, [&] {
+        printed += process.readAllStandardOutput();
+        return printed.count('\n') >= 3;
+    })) << process.readAllStandardError().toStdString();
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished(20'000));
+    printed += process.readAllStandardOutput();
+    EXPECT_TRUE(printed.endsWith("}\n")) << printed.right(60).toStdString();
+}
+
 TEST_F(InterruptTest, DemoServesUntilItIsEnded) {
     QProcess process;
     QByteArray printed;
