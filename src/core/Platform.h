@@ -11,7 +11,8 @@ public:
 
     /// The user's documents folder; empty when the system names none. Starting folder of exports.
     virtual QString GetDocumentsFolder() = 0;
-    /// The folder of `settings.dat` and of the browser's profile; it need not exist yet.
+    /// The folder of `settings.dat` and of the browser's profile; it need not exist yet. Where "\" parts folders, none
+    /// is doubled.
     virtual QString SettingsFolder() = 0;
     /// Opens an address in the user's default browser; false when none is registered.
     virtual bool OpenInDefaultBrowser(const QString& url) = 0;

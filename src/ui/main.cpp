@@ -2,7 +2,6 @@
 #include "ProgramOptions.h"
 #include "QtMessageLoop.h"
 #include "StandardStreams.h"
-#include "Text.h"
 #include "TfrmMain.h"
 #include "TickCount.h"
 
@@ -98,8 +97,7 @@ int Run(const ProgramOptions& options) {
         WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop(SystemTickCount);
     loop.SetPace(options.Pace);
-    QString folder = system->SettingsFolder();
-    ReplaceAll(folder, u"\\\\", u"\\");
+    const QString folder = system->SettingsFolder();
     TfrmMain window({.Loop = loop,
                      .System = *system,
                      .Sites = std::move(sites),

@@ -2,6 +2,7 @@
 #include "CreatePlatform.h"
 #include "FileVersion.h"
 #include "RegistryKey.h"
+#include "Text.h"
 #include "UrlCache.h"
 #include "WideText.h"
 
@@ -33,7 +34,9 @@ public:
     QString GetDocumentsFolder() override { return SpecialFolder(documents); }
 
     QString SettingsFolder() override {
-        return SpecialFolder(applicationData) + QStringLiteral("\\Norvane Software\\Brindle");
+        QString folder = SpecialFolder(applicationData) + QStringLiteral("\\Norvane Software\\Brindle");
+        ReplaceAll(folder, u"\\\\", u"\\");
+        return folder;
     }
 
     bool OpenInDefaultBrowser(const QString& url) override {
