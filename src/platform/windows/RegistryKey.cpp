@@ -7,6 +7,13 @@
 
 namespace Brindle {
 
+namespace {
+
+// In characters; a registry holds commands and versions, no documents.
+constexpr size_t longestText = 1 << 20;
+
+} // namespace
+
 RegistryKey RegistryKey::Open(HKEY root, const QString& path) {
     HKEY key = nullptr;
     if (RegOpenKeyExW(root, Wide(path), 0, KEY_READ, &key) != ERROR_SUCCESS)
@@ -32,19 +39,16 @@ RegistryKey::RegistryKey(RegistryKey&& other) noexcept : key_(std::exchange(othe
 QString RegistryKey::Text(const QString& name) const {
     if (key_ == nullptr)
         return {};
-    DWORD size = 0;
-    if (RegGetValueW(key_, nullptr, Wide(name), RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS)
-        return {};
-    // Expanded, a text can be longer than it was said to be.
-    for (;;) {
-        std::vector<wchar_t> text(size / sizeof(wchar_t) + 1);
-        size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-        const LSTATUS status = RegGetValueW(key_, nullptr, Wide(name), RRF_RT_REG_SZ, nullptr, text.data(), &size);
+    // Expanded, a text can be longer than the system says beforehand.
+    LSTATUS status = ERROR_MORE_DATA;
+    for (size_t room = 256; status == ERROR_MORE_DATA && room <= longestText; room *= 2) {
+        std::vector<wchar_t> text(room);
+        DWORD size = static_cast<DWORD>(room * sizeof(wchar_t));
+        status = RegGetValueW(key_, nullptr, Wide(name), RRF_RT_REG_SZ, nullptr, text.data(), &size);
         if (status == ERROR_SUCCESS)
             return QString::fromWCharArray(text.data());
-        if (status != ERROR_MORE_DATA)
-            return {};
     }
+    return {};
 }
 
 bool RegistryKey::Write(const QString& name, quint32 value) const {
