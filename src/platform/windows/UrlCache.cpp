@@ -1,7 +1,6 @@
 #include "UrlCache.h"
 
-#include <cstddef>
-#include <vector>
+#include "UrlCacheWalk.h"
 
 // After windows.h, which it does not include.
 #include <windows.h>
@@ -11,52 +10,34 @@ namespace Brindle {
 
 namespace {
 
-// Walks the cache. Each entry is asked for twice: without a buffer for its size, then for itself.
-class CacheEntries {
+class WinInetCache : public UrlCacheCalls {
 public:
-    ~CacheEntries() {
-        if (search_ != nullptr)
-            FindCloseUrlCache(search_);
-    }
-    CacheEntries() = default;
-    CacheEntries(const CacheEntries&) = delete;
-    CacheEntries& operator=(const CacheEntries&) = delete;
-
-    bool First() {
-        DWORD size = 0;
-        if (FindFirstUrlCacheEntryW(nullptr, nullptr, &size) != nullptr || GetLastError() != ERROR_INSUFFICIENT_BUFFER)
-            return false;
-        search_ = FindFirstUrlCacheEntryW(nullptr, Room(size), &size);
-        return search_ != nullptr;
+    Search FindFirst(void* entry, quint32& size) override {
+        DWORD bytes = size;
+        const HANDLE search = FindFirstUrlCacheEntryW(nullptr, static_cast<INTERNET_CACHE_ENTRY_INFOW*>(entry), &bytes);
+        size = bytes;
+        return search;
     }
 
-    bool Next() {
-        DWORD size = 0;
-        if (FindNextUrlCacheEntryW(search_, nullptr, &size) != 0 || GetLastError() != ERROR_INSUFFICIENT_BUFFER)
-            return false;
-        return FindNextUrlCacheEntryW(search_, Room(size), &size) != 0;
+    bool FindNext(Search search, void* entry, quint32& size) override {
+        DWORD bytes = size;
+        const BOOL found = FindNextUrlCacheEntryW(search, static_cast<INTERNET_CACHE_ENTRY_INFOW*>(entry), &bytes);
+        size = bytes;
+        return found != FALSE;
     }
 
-    const wchar_t* Address() const {
-        return reinterpret_cast<const INTERNET_CACHE_ENTRY_INFOW*>(buffer_.data())->lpszSourceUrlName;
+    void Delete(const void* entry) override {
+        DeleteUrlCacheEntryW(static_cast<const INTERNET_CACHE_ENTRY_INFOW*>(entry)->lpszSourceUrlName);
     }
 
-private:
-    INTERNET_CACHE_ENTRY_INFOW* Room(DWORD size) {
-        buffer_.resize(size);
-        return reinterpret_cast<INTERNET_CACHE_ENTRY_INFOW*>(buffer_.data());
-    }
-
-    HANDLE search_ = nullptr;
-    std::vector<std::byte> buffer_; // allocated for any type
+    void Close(Search search) override { FindCloseUrlCache(search); }
 };
 
 } // namespace
 
 void ClearWinInetCache() {
-    CacheEntries entries;
-    for (bool found = entries.First(); found; found = entries.Next())
-        DeleteUrlCacheEntryW(entries.Address());
+    WinInetCache cache;
+    EmptyUrlCache(cache);
 }
 
 } // namespace Brindle
