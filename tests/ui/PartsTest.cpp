@@ -18,9 +18,10 @@ namespace Brindle::Test {
 namespace {
 
 TEST(BrowserEmulationTest, FollowsTheStartOfTheVersion) {
-    const std::pair<QStringView, quint32> cases[]{{u"", 11001},        {u"0", 11001},         {u"1", 11001},
-                                                  {u"8.0.6001", 8888}, {u"9.0.8112", 9999},   {u"9.11.17763", 11001},
-                                                  {u"10.0", 10001},    {u"11.0.9600", 11001}, {u"12", 12001}};
+    const std::pair<QStringView, quint32> cases[]{
+        {u"", 11001},     {u"0", 11001},       {u"1", 11001},         {u"7.0", 11001},  {u"8.0", 8888},
+        {u"9.0", 9999},   {u"9.0.8112", 9999}, {u"9.10", 9999},       {u"9.11", 11001}, {u"9.11.17763", 11001},
+        {u"10.0", 10001}, {u"11.0", 11001},    {u"11.0.9600", 11001}, {u"12", 12001},   {u"13", 11001}};
     for (const auto& [version, value] : cases)
         EXPECT_EQ(EmulationValue(version), value) << version.toString().toStdString();
 
