@@ -4,6 +4,7 @@
 #include "Text.h"
 
 #include <QElapsedTimer>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
@@ -89,6 +90,13 @@ bool NamesNoCoding(const QByteArray& contentEncoding) {
         static const std::set<QByteArray> codings{"gzip", "x-gzip", "deflate", "br", "zstd", "compress", "x-compress"};
         return codings.count(name.trimmed()) > 0;
     });
+}
+
+// UTF-8 or, as header values were long ago, Latin-1.
+QString HeaderText(const QByteArray& value) {
+    QStringDecoder decode(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    const QString text = decode(value);
+    return decode.hasError() ? QString::fromLatin1(value) : text;
 }
 
 bool IsRedirect(int status) {
@@ -391,14 +399,14 @@ private:
     }
 
     void FollowRedirect() {
-        const Url next = ParseUrl(location_, url_);
-        if (!next)
-            return Fail(HttpFailure::Other, QStringLiteral("redirected to what is no address"));
         if (redirects_.size() >= redirectLimit)
             return Fail(HttpFailure::Other, QStringLiteral("more than %1 redirects").arg(redirectLimit));
-        // An absolute location is handed on as the server wrote it.
-        const QByteArray resolved = Part(next, CURLUPART_URL);
-        redirects_.push_back(QString::fromUtf8(HasScheme(location_) ? location_ : resolved));
+        const Url next = ParseUrl(location_, url_);
+        const QByteArray resolved = next ? Part(next, CURLUPART_URL) : QByteArray();
+        // What cannot be followed, and an absolute location, is handed on as the server wrote it.
+        redirects_.push_back(HeaderText(!next || HasScheme(location_) ? location_ : resolved));
+        if (!next)
+            return Fail(HttpFailure::Other, QStringLiteral("redirected to what is no address"));
         Reset(easy_);
         Begin(resolved);
     }

@@ -112,6 +112,8 @@ TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
             return LoopbackServer::Answer{Http("", "302 Found", "Location: ?n=2\r\n")};
         if (request.startsWith("GET /ftp"))
             return LoopbackServer::Answer{Http("", "302 Found", "Location: ftp://127.0.0.1/x\r\n")};
+        if (request.startsWith("GET /nowhere"))
+            return LoopbackServer::Answer{Http("", "302 Found", "Location: http://a b/caf\xE9\r\n")};
         return LoopbackServer::Answer{Http("end")};
     });
     ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/1"), page, false));
@@ -132,6 +134,9 @@ TEST_F(Fetching, FollowsRedirectsAndKeepsTheLastTarget) {
     EXPECT_EQ(server.Requests().size() - before, 21);
     EXPECT_TRUE(bench.State.CurrRedirect.endsWith(u"/loop"));
     EXPECT_FALSE(fetcher.DirectDownloadURL(QString(server.Base() + u"/ftp"), page, false));
+    EXPECT_EQ(bench.State.CurrRedirect, u"ftp://127.0.0.1/x"_s); // the target is known though nothing can come of it
+    EXPECT_FALSE(fetcher.DirectDownloadURL(QString(server.Base() + u"/nowhere"), page, false));
+    EXPECT_EQ(bench.State.CurrRedirect, u"http://a b/caf\u00E9"_s);
     EXPECT_EQ(page, u"end"_s);
 }
 
