@@ -17,7 +17,8 @@ public:
     Arena(const PageBounds& bounds, qsizetype pageSize)
         : memoryLeft_(bounds.ParserMemory),
           deadline_(std::clock() +
-                    (bounds.ParserMs + bounds.ParserMsPerMiB * (pageSize >> 20)) * CLOCKS_PER_SEC / 1000) {}
+                    static_cast<std::clock_t>((bounds.ParserMs + bounds.ParserMsPerMiB * (pageSize >> 20)) *
+                                              CLOCKS_PER_SEC / 1000)) {}
     ~Arena() {
         for (void* block : blocks_)
             std::free(block);

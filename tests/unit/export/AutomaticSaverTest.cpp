@@ -16,7 +16,9 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+#ifdef Q_OS_UNIX
 using Test::FileSizeLimit;
+#endif
 using Test::HarvestBench;
 using Test::OutputUntilKilled;
 

@@ -16,7 +16,9 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+#ifdef Q_OS_UNIX
 using Test::FileSizeLimit;
+#endif
 using Test::HarvestBench;
 
 std::string FileText(const QString& fileName) {

@@ -1,8 +1,10 @@
 #include <QCoreApplication>
 
+#include <gtest/gtest.h>
+
+#ifdef Q_OS_LINUX
 #include <cstring>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <netdb.h>
 #include <thread>
 
@@ -15,6 +17,7 @@ extern "C" int getaddrinfo(const char* name, const char* service, const addrinfo
     }
     return real(name, service, hints, result);
 }
+#endif
 
 // Transfers need Qt's event loop.
 int main(int argc, char* argv[]) {

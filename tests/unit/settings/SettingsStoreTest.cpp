@@ -18,7 +18,9 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+#ifdef Q_OS_UNIX
 using Test::FileSizeLimit;
+#endif
 using Test::OutputUntilKilled;
 
 QByteArray FileBytes(const QString& fileName) {
