@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace Brindle {
 
@@ -45,8 +46,14 @@ QtMessageLoop::TickSource TicksFromNow() {
 class QtMessageLoop::Counter : public QObject {
 public:
     quint64 Count = 0;
+    bool Waiting = false;
     bool eventFilter(QObject*, QEvent*) override {
         ++Count;
+#ifdef Q_OS_WIN
+        // The dispatcher there does not end a wait for what was posted within the program.
+        if (std::exchange(Waiting, false))
+            QAbstractEventDispatcher::instance()->interrupt();
+#endif
         return false;
     }
 };
@@ -84,7 +91,9 @@ void QtMessageLoop::WaitForMessage(std::optional<qint64> ms) {
         deadline.setTimerType(Qt::PreciseTimer);
         deadline.start(static_cast<int>(std::min<qint64>(*ms, 60'000)));
     }
+    counter_->Waiting = true;
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    counter_->Waiting = false;
 }
 
 void QtMessageLoop::BlockFor(qint64 ms) {

@@ -67,7 +67,11 @@ TEST(QtMessageLoop, WaitsWithoutUsingTheProcessorAndWakesForMessages) {
     const double used = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     EXPECT_GE(loop.TickCount(), 200U);
     EXPECT_GT(ticks, 0);
+#ifdef Q_OS_UNIX
     EXPECT_LT(used, 0.1); // a busy loop would have used all of it
+#else
+    (void)used; // the clock of the program is the clock on the wall there
+#endif
     timer->SetEnabled(false);
     QTimer::singleShot(0, [&] { loop.Quit(); });
     Delay(loop, 3'600'000); // returns because of the message
@@ -92,7 +96,7 @@ TEST(QtMessageLoop, DeliversWhatWasPostedTogetherWithTheEventThatWaits) {
     QMetaObject::invokeMethod(
         &receiver, [&] { answered = true; }, Qt::QueuedConnection);
     while (!answered)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        loop.WaitForMessage({});
     EXPECT_TRUE(answeredInTime);
 }
 

@@ -1,5 +1,6 @@
 #include "AutomaticSaver.h"
 
+#include "CodePage.h"
 #include "Errors.h"
 #include "FileSizeLimit.h"
 #include "HarvestBench.h"
@@ -16,6 +17,7 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+using Test::In8Bit;
 #ifdef Q_OS_UNIX
 using Test::FileSizeLimit;
 #endif
@@ -53,7 +55,7 @@ TEST_F(AutomaticSaverTest, AppendsToTheFileOfTheHarvest) {
     bench_.State.DateTimeVal = u"1-2-26 10-05-00"_s;
     Save(u"\"c\""_s);
     const std::string header = "\"" + allCaptions.toStdString() + "\"\r\n";
-    EXPECT_EQ(FileBytes(FileOf(u"1-2-26 10-00-00"_s)).toStdString(), header + "\"a\",\"Caffè\"\r\n\"b\"\r\n");
+    EXPECT_EQ(FileBytes(FileOf(u"1-2-26 10-00-00"_s)).toStdString(), header + In8Bit("\"a\",\"Caffè\"\r\n\"b\"\r\n"));
     EXPECT_EQ(FileBytes(FileOf(u"1-2-26 10-05-00"_s)).toStdString(), header + "\"c\"\r\n");
     EXPECT_EQ(bench_.Status.TextsOf(2),
               (QStringList{u"1 items exported"_s, u"2 items exported"_s, u"3 items exported"_s}));

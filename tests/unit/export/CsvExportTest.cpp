@@ -1,5 +1,6 @@
 #include "CsvExport.h"
 
+#include "CodePage.h"
 #include "CsvFormat.h"
 #include "Errors.h"
 #include "FileSizeLimit.h"
@@ -16,6 +17,7 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+using Test::In8Bit;
 #ifdef Q_OS_UNIX
 using Test::FileSizeLimit;
 #endif
@@ -112,7 +114,7 @@ TEST(CsvFormat, WritesARowOfTheListLikeALead) {
     CsvFormat(settings).AppendLead(bytes, leads.StoredAt(0));
     CsvFormat(settings).AppendLead(bytes, leads.StoredAt(3));
     CsvFormat(settings).AppendLead(bytes, leads.StoredAt(4));
-    EXPECT_EQ(bytes.toStdString(), "\"Caffè\"\r\n\"a\"b,c\"\r\n\"two\r\nlines\"\r\n");
+    EXPECT_EQ(bytes.toStdString(), In8Bit("\"Caffè\"\r\n\"a\"b,c\"\r\n\"two\r\nlines\"\r\n"));
 }
 
 class SaveRecordsTest : public testing::Test {
@@ -137,7 +139,7 @@ TEST_F(SaveRecordsTest, WritesTheRowsInListOrder) {
     settings_.eDelimiter = u";"_s;
     settings_.eExportFields = u"0"_s;
     EXPECT_TRUE(SaveRecords(fileName_, leads_, {}, settings_));
-    EXPECT_EQ(FileText(fileName_), "\"Catégorie\"\r\n\"a0\"\r\n\"b0\"\r\n\"c0\"\r\n\"d0\"\r\n");
+    EXPECT_EQ(FileText(fileName_), In8Bit("\"Catégorie\"\r\n\"a0\"\r\n\"b0\"\r\n\"c0\"\r\n\"d0\"\r\n"));
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files).size(), 1);
 }
 
@@ -171,7 +173,7 @@ TEST_F(SaveRecordsTest, LeavesNoHalfFile) {
         SaveRecords(nowhere, leads_, {}, settings_);
         ADD_FAILURE() << "it was written";
     } catch (const SaveError& error) {
-        EXPECT_TRUE(error.Message().startsWith(nowhere + u": "_s)) << error.what();
+        EXPECT_TRUE(error.Message().startsWith(QDir::toNativeSeparators(nowhere) + u": "_s)) << error.what();
     }
 }
 
@@ -224,7 +226,7 @@ TEST_F(ExportSelectedTest, AsksForAFileAndSaysHowItWent) {
     bench_.Notices.FileName = folder_.filePath(u"missing/out.csv"_s);
     EXPECT_FALSE(Export(rows));
     EXPECT_EQ(bench_.Notices.Folders, QStringList(3, u"/docs"_s));
-    EXPECT_TRUE(bench_.Notices.Said.last().startsWith(bench_.Notices.FileName + u": "_s));
+    EXPECT_TRUE(bench_.Notices.Said.last().startsWith(QDir::toNativeSeparators(bench_.Notices.FileName) + u": "_s));
     EXPECT_EQ(bench_.Status.Last(0), u""_s);
 }
 

@@ -77,18 +77,19 @@ TEST_F(SettingsStoreTest, SavesForTheOwnerAlone) {
 
 TEST_F(SettingsStoreTest, RefusesWhatIsNoSettingsFile) {
     QDir().mkpath(fileName_);
-    EXPECT_TRUE(FailureOfLoad().startsWith(fileName_ + u": "_s)) << FailureOfLoad().toStdString();
-    EXPECT_TRUE(FailureOfSave({}).startsWith(fileName_ + u": "_s));
+    EXPECT_TRUE(FailureOfLoad().startsWith(QDir::toNativeSeparators(fileName_) + u": "_s))
+        << FailureOfLoad().toStdString();
+    EXPECT_TRUE(FailureOfSave({}).startsWith(QDir::toNativeSeparators(fileName_) + u": "_s));
     ASSERT_TRUE(QDir().rmdir(fileName_));
 
     QFile file(fileName_);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray("\xFF\xFE\0<%%eHost%%>\x80<%%/eHost%%>\0", 27));
     file.close();
-    EXPECT_EQ(store_.LoadSettings().eHost, u"\uFFFD"_s);
+    EXPECT_EQ(store_.LoadSettings().eHost, QString::fromLocal8Bit("\x80"));
 
     ASSERT_TRUE(file.resize(100 << 20));
-    EXPECT_TRUE(FailureOfLoad().startsWith(fileName_ + u": "_s));
+    EXPECT_TRUE(FailureOfLoad().startsWith(QDir::toNativeSeparators(fileName_) + u": "_s));
 }
 
 #ifdef Q_OS_UNIX
@@ -99,7 +100,8 @@ TEST_F(SettingsStoreTest, KeepsTheOldFileWhenSavingFails) {
     settings.eRandomProxies = QStringList(1000, u"10.0.0.1:8080"_s);
     {
         const FileSizeLimit limit(4096);
-        EXPECT_TRUE(FailureOfSave(settings).startsWith(fileName_ + u": "_s)) << FailureOfSave(settings).toStdString();
+        EXPECT_TRUE(FailureOfSave(settings).startsWith(QDir::toNativeSeparators(fileName_) + u": "_s))
+            << FailureOfSave(settings).toStdString();
     }
     EXPECT_EQ(FileBytes(fileName_), before);
     EXPECT_EQ(QFileInfo(fileName_).dir().entryList(QDir::Files).size(), 1);

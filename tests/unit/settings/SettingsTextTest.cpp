@@ -1,5 +1,6 @@
 #include "SettingsText.h"
 
+#include "CodePage.h"
 #include "PrintTo.h"
 
 #include <functional>
@@ -21,23 +22,23 @@ TEST(SettingsText, HasEveryOptionInTheFilesOrder) {
     settings.eRandomProxies = QStringList{u"10.0.0.1:8080"_s};
     settings.ePassword = u"pà<ss"_s;
     EXPECT_EQ(SettingsText(settings).toStdString(),
-              "<%%rUseProxy%%>0<%%/rUseProxy%%>\r\n"
-              "<%%rNoProxy%%>-1<%%/rNoProxy%%>\r\n"
-              "<%%rAuthentification%%>0<%%/rAuthentification%%>\r\n"
-              "<%%eHost%%><%%/eHost%%>\r\n"
-              "<%%ePort%%>80<%%/ePort%%>\r\n"
-              "<%%eUserName%%><%%/eUserName%%>\r\n"
-              "<%%ePassword%%>pà<ss<%%/ePassword%%>\r\n"
-              "<%%eExportFields%%>0,1,2,3,4,5,6,7,8,9,10,11,12,13<%%/eExportFields%%>\r\n"
-              "<%%eRandom%%>3<%%/eRandom%%>\r\n"
-              "<%%rRandomProxy%%>0<%%/rRandomProxy%%>\r\n"
-              "<%%eRandomProxies%%>10.0.0.1:8080\r\n<%%/eRandomProxies%%>\r\n"
-              "<%%cExtractEmails%%>0<%%/cExtractEmails%%>\r\n"
-              "<%%cExportManually%%>-1<%%/cExportManually%%>\r\n"
-              "<%%cExportAutomatic%%>0<%%/cExportAutomatic%%>\r\n"
-              "<%%eExportFolder%%>/home/ada/Documents<%%/eExportFolder%%>\r\n"
-              "<%%eDelimiter%%>,<%%/eDelimiter%%>\r\n"
-              "<%%Language%%>en<%%/Language%%>\r\n");
+              Brindle::Test::In8Bit("<%%rUseProxy%%>0<%%/rUseProxy%%>\r\n"
+                                    "<%%rNoProxy%%>-1<%%/rNoProxy%%>\r\n"
+                                    "<%%rAuthentification%%>0<%%/rAuthentification%%>\r\n"
+                                    "<%%eHost%%><%%/eHost%%>\r\n"
+                                    "<%%ePort%%>80<%%/ePort%%>\r\n"
+                                    "<%%eUserName%%><%%/eUserName%%>\r\n"
+                                    "<%%ePassword%%>pà<ss<%%/ePassword%%>\r\n"
+                                    "<%%eExportFields%%>0,1,2,3,4,5,6,7,8,9,10,11,12,13<%%/eExportFields%%>\r\n"
+                                    "<%%eRandom%%>3<%%/eRandom%%>\r\n"
+                                    "<%%rRandomProxy%%>0<%%/rRandomProxy%%>\r\n"
+                                    "<%%eRandomProxies%%>10.0.0.1:8080\r\n<%%/eRandomProxies%%>\r\n"
+                                    "<%%cExtractEmails%%>0<%%/cExtractEmails%%>\r\n"
+                                    "<%%cExportManually%%>-1<%%/cExportManually%%>\r\n"
+                                    "<%%cExportAutomatic%%>0<%%/cExportAutomatic%%>\r\n"
+                                    "<%%eExportFolder%%>/home/ada/Documents<%%/eExportFolder%%>\r\n"
+                                    "<%%eDelimiter%%>,<%%/eDelimiter%%>\r\n"
+                                    "<%%Language%%>en<%%/Language%%>\r\n"));
 }
 
 TEST(SettingsText, ReadsBackWhatItWrote) {
