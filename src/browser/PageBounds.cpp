@@ -180,11 +180,16 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
     MarkupScanner scanner(html, MarkupScanner::Reading::Page);
     QString aliased;
     qsizetype copied = 0;
+    std::vector<qsizetype> valueless; // where attributes of the tag end that can repeat another and have no value
     while (scanner.NextTag()) {
         int attributes = 0;
-        while (scanner.NextAttribute())
+        valueless.clear();
+        while (scanner.NextAttribute()) {
             if (++attributes > bounds.Attributes)
                 Refuse(QStringLiteral("has a tag with more than %1 attributes").arg(bounds.Attributes));
+            if (attributes > 1 && !scanner.Closing() && scanner.Current().Quoting == MarkupScanner::Quote::NoValue)
+                valueless.push_back(scanner.Current().End);
+        }
         if (!scanner.Closed())
             break;
         const quint64 id = IdOf({scanner.Name().utf16(), static_cast<size_t>(scanner.Name().size())});
@@ -201,6 +206,12 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
             if (!scanner.Closing())
                 aliased.append(u' ' + QLatin1String(aliasAttribute) + u'=' + scanner.Name().toString().toLower());
             copied = scanner.NameEnd();
+        }
+        // Otherwise the name of a repeated one is put in front of the name of the next.
+        for (const qsizetype end : valueless) {
+            aliased.append(QStringView(html).mid(copied, end - copied));
+            aliased.append(u"=\"\"");
+            copied = end;
         }
         head.Add(id, scanner.Closing());
     }

@@ -55,6 +55,8 @@ const BodyCase bodyCases[] = {
     {"Comments", u"<!-- a --><body><!--b--><!c><?d><!---->", u"<!--b--><!--c--><!--?d--><!---->"},
     {"BehindTheBody", u"<body>a</body><!--b--></html>c", u"ac"},
     {"RepeatedAttributes", u"<body class=a><p id=1 ID=2></p><body class=b lang=c>", u"<p id=\"1\"></p>"},
+    {"RepeatedAttributesWithoutValue", u"<input checked Checked name=a checked/value=b disabled name>",
+     u"<input checked=\"\" name=\"a\" value=\"b\" disabled=\"\">"},
     {"LineEndsAndZeros", u"<pre>\n\na\r\nb\rc</pre>\u2400d<p title='\u2400'>",
      u"<pre>\na\nb\nc</pre>d<p title=\"\ufffd\"></p>"},
     {"EmptyEndTag", u"a</></><x-y>b</x-y>", u"a<x-y>b</x-y>"},
