@@ -1,5 +1,7 @@
 #include "TextDecoder.h"
 
+#include "CharacterSets.h"
+
 #include <QStringDecoder>
 
 #include <array>
@@ -130,10 +132,10 @@ std::optional<QString> DecodeByLabel(const QByteArray& label, const QByteArray& 
     const QByteArray name = UsualName(label);
     if (name == "windows-1252")
         return DecodeWindows1252(bytes);
-    QStringDecoder decode(name.constData(), QStringConverter::Flag::Stateless);
-    if (!decode.isValid())
-        return std::nullopt;
-    return WithoutMark(decode(bytes));
+    std::optional<QString> text = DecodeCharacterSet(name, bytes);
+    if (text)
+        text = WithoutMark(*std::move(text));
+    return text;
 }
 
 std::optional<QString> DecodeByMark(const QByteArray& bytes) {
