@@ -2,6 +2,7 @@
 
 #include "CharacterSets.h"
 
+#include <QByteArrayList>
 #include <QStringDecoder>
 
 #include <array>
@@ -148,88 +149,128 @@ std::optional<QString> DecodeByMark(const QByteArray& bytes) {
     return std::nullopt;
 }
 
-// One attribute of a tag at `at`, lower-cased; the name is empty at the tag's end.
 struct Attribute {
-    QByteArray Name;
+    QByteArray Name; // empty: the tag's end
     QByteArray Value;
 };
 
-Attribute NextAttribute(const QByteArray& text, qsizetype& at) {
-    const auto more = [&] { return at < text.size(); };
-    while (more() && (IsSpace(text[at]) || text[at] == '/'))
-        ++at;
+// The attribute of a tag at `at`, lower-cased; nothing when the text ends inside it.
+std::optional<Attribute> NextAttribute(const QByteArray& text, qsizetype& at) {
+    const auto skip = [&](auto matches) {
+        const qsizetype begin = at;
+        while (at < text.size() && matches(text[at]))
+            ++at;
+        return text.sliced(begin, at - begin).toLower();
+    };
+    const auto ended = [&] { return at >= text.size(); };
     Attribute attribute;
-    if (!more() || text[at] == '>')
+    skip([](char c) { return IsSpace(c) || c == '/'; });
+    if (ended())
+        return std::nullopt;
+    if (text[at] == '>')
         return attribute;
-    while (more() && !IsSpace(text[at]) && text[at] != '/' && text[at] != '>' &&
-           (text[at] != '=' || attribute.Name.isEmpty()))
-        attribute.Name += text[at++];
-    while (more() && IsSpace(text[at]))
+    const char first = text[at++]; // even a "="
+    attribute.Name =
+        QByteArray(1, first).toLower() + skip([](char c) { return !IsSpace(c) && c != '/' && c != '>' && c != '='; });
+    skip(IsSpace);
+    if (ended())
+        return std::nullopt;
+    if (text[at] != '=')
+        return attribute;
+    ++at;
+    skip(IsSpace);
+    if (ended())
+        return std::nullopt;
+    if (const char quote = text[at]; quote == '"' || quote == '\'') {
         ++at;
-    if (more() && text[at] == '=') {
+        attribute.Value = skip([quote](char c) { return c != quote; });
+        if (ended())
+            return std::nullopt;
         ++at;
-        while (more() && IsSpace(text[at]))
-            ++at;
-        if (more() && (text[at] == '"' || text[at] == '\'')) {
-            const char quote = text[at++];
-            while (more() && text[at] != quote)
-                attribute.Value += text[at++];
-            ++at;
-        } else {
-            while (more() && !IsSpace(text[at]) && text[at] != '>')
-                attribute.Value += text[at++];
+    } else {
+        attribute.Value = skip([](char c) { return !IsSpace(c) && c != '>'; });
+        if (ended())
+            return std::nullopt;
+    }
+    return attribute;
+}
+
+bool IsKnown(const QByteArray& label) {
+    return DecodeByLabel(label, {}).has_value();
+}
+
+// The label that the attributes of a <meta> give, empty when there is none of use; nothing when the text ends inside.
+std::optional<QByteArray> LabelOfMeta(const QByteArray& text, qsizetype& at) {
+    QByteArrayList seen;
+    std::optional<QByteArray> label;
+    bool isContentType = false;
+    bool hasToBe = false;
+    for (;;) {
+        const std::optional<Attribute> attribute = NextAttribute(text, at);
+        if (!attribute)
+            return std::nullopt;
+        if (attribute->Name.isEmpty())
+            break;
+        if (seen.contains(attribute->Name))
+            continue;
+        seen.append(attribute->Name);
+        if (attribute->Name == "charset") {
+            label = attribute->Value.trimmed();
+            hasToBe = false;
+        } else if (attribute->Name == "http-equiv") {
+            isContentType = attribute->Value == "content-type";
+        } else if (attribute->Name == "content" && !label) {
+            const QByteArray charset = CharsetOf(attribute->Value);
+            if (IsKnown(charset)) {
+                label = charset;
+                hasToBe = true;
+            }
         }
     }
-    attribute.Name = attribute.Name.toLower();
-    attribute.Value = attribute.Value.toLower();
-    return attribute;
+    return label && IsKnown(*label) && (isContentType || !hasToBe) ? *label : QByteArray();
+}
+
+bool IsMetaTag(QByteArrayView lowered) {
+    return lowered.startsWith("<meta") && lowered.size() > 5 && (IsSpace(lowered[5]) || lowered[5] == '/');
+}
+
+bool IsTag(QByteArrayView lowered) {
+    const qsizetype name = lowered.startsWith("</") ? 2 : 1;
+    return lowered.size() > name && lowered[name] >= 'a' && lowered[name] <= 'z';
 }
 
 // The label that a <meta> at the page's beginning gives.
 QByteArray MetaCharset(const QByteArray& bytes) {
-    const QByteArray head = bytes.left(1024);
-    const QByteArray lowered = head.toLower();
+    const QByteArray head = bytes.left(1024).toLower();
     qsizetype at = 0;
-    while ((at = lowered.indexOf('<', at)) >= 0) {
-        if (lowered.sliced(at).startsWith("<!--")) {
-            const qsizetype end = lowered.indexOf("-->", at + 2);
+    while ((at = head.indexOf('<', at)) >= 0) {
+        const QByteArrayView rest = QByteArrayView(head).sliced(at);
+        if (rest.startsWith("<!--")) {
+            const qsizetype end = head.indexOf("-->", at + 2);
             if (end < 0)
                 return {};
             at = end + 3;
-            continue;
+        } else if (IsMetaTag(rest)) {
+            at += 5;
+            const std::optional<QByteArray> label = LabelOfMeta(head, at);
+            // A page whose <meta> could be read as ASCII is not in UTF-16, whatever it says.
+            if (!label || !label->isEmpty())
+                return label && label->startsWith("utf-16") ? QByteArray("utf-8") : label.value_or(QByteArray());
+        } else if (IsTag(rest)) {
+            // Passed attribute by attribute, so that a "<" inside a value does not count.
+            while (at < head.size() && !IsSpace(head[at]) && head[at] != '>')
+                ++at;
+            for (auto attribute = NextAttribute(head, at); !attribute || !attribute->Name.isEmpty();
+                 attribute = NextAttribute(head, at))
+                if (!attribute)
+                    return {};
+        } else if (rest.startsWith("<!") || rest.startsWith("</") || rest.startsWith("<?")) {
+            at = head.indexOf('>', at);
+            if (at < 0)
+                return {};
+        } else {
+            ++at;
         }
-        ++at;
-        const bool isMeta = lowered.sliced(at).startsWith("meta") && at + 4 < lowered.size() &&
-                            (IsSpace(lowered[at + 4]) || lowered[at + 4] == '/');
-        if (!isMeta) {
-            // Other tags are passed attribute by attribute, so that a "<" inside a value does not count.
-            if (at < lowered.size() && ((lowered[at] >= 'a' && lowered[at] <= 'z') || lowered[at] == '/')) {
-                while (at < lowered.size() && !IsSpace(lowered[at]) && lowered[at] != '>')
-                    ++at;
-                while (!NextAttribute(head, at).Name.isEmpty()) {
-                }
-            }
-            continue;
-        }
-        at += 4;
-        QByteArray charset;
-        QByteArray content;
-        bool isContentType = false;
-        for (Attribute a = NextAttribute(head, at); !a.Name.isEmpty(); a = NextAttribute(head, at)) {
-            if (a.Name == "charset")
-                charset = a.Value.trimmed();
-            else if (a.Name == "content")
-                content = CharsetOf(a.Value);
-            else if (a.Name == "http-equiv")
-                isContentType = a.Value == "content-type";
-        }
-        if (charset.isEmpty() && isContentType)
-            charset = content;
-        // A page whose <meta> could be read as ASCII is not in UTF-16, whatever it says.
-        if (charset.startsWith("utf-16"))
-            charset = "utf-8";
-        if (!charset.isEmpty())
-            return charset;
     }
     return {};
 }

@@ -42,6 +42,11 @@ TEST(DecodePage, ChoosesTheCharacterSetInOrder) {
         {"<!-- <meta charset=windows-1251> -->\xC3\xA9", "", u"<!-- <meta charset=windows-1251> -->\u00E9"_s},
         {"<meta charset=utf-16>\xC3\xA9", "", u"<meta charset=utf-16>\u00E9"_s},
         {"<meta charset=no-such-set>\xE9", "", u"<meta charset=no-such-set>\u00E9"_s},
+        {"<! <meta charset=windows-1251>\xC3\xA9", "", u"<! <meta charset=windows-1251>\u00E9"_s},
+        {"<meta charset=windows-1251 \xC3\xA9", "", u"<meta charset=windows-1251 \u00E9"_s}, // never ends
+        {"<meta charset=utf-8 charset=windows-1251>\xC3\xA9", "", u"<meta charset=utf-8 charset=windows-1251>\u00E9"_s},
+        {"<meta charset=no-such-set><meta charset=windows-1251>\xC0", "",
+         u"<meta charset=no-such-set><meta charset=windows-1251>\u0410"_s},
         {e8, "text/html; charset=no-such-set", u"\u00E9"_s},
         {QByteArray(1100, ' ') + "<meta charset=windows-1251>\xC3\xA9", "",
          QString(1100, u' ') + u"<meta charset=windows-1251>\u00E9"}, // too far down
