@@ -5,6 +5,9 @@
 #ifdef BRINDLE_HAS_WEBENGINE
 #include "WebEngineBrowser.h"
 #endif
+#ifdef BRINDLE_HAS_IE
+#include "IeBrowser.h"
+#endif
 
 #include <QPointer>
 
@@ -41,6 +44,18 @@ ShownBrowser CreateStaticBrowser(MessageLoop&, const QString&) {
 #ifdef BRINDLE_HAS_WEBENGINE
 ShownBrowser CreateWebEngineBrowser(MessageLoop& loop, const QString& profileFolder) {
     auto browser = std::make_unique<WebEngineBrowser>(loop, profileFolder);
+    QWidget* const view = browser->Widget();
+    return {std::move(browser), view};
+}
+#endif
+
+#ifdef BRINDLE_HAS_IE
+bool SystemHasPageEngine() {
+    return IeControl::PageEngineInstalled();
+}
+
+ShownBrowser CreateIeBrowser(MessageLoop&, const QString&) {
+    auto browser = std::make_unique<IeBrowser>();
     QWidget* const view = browser->Widget();
     return {std::move(browser), view};
 }

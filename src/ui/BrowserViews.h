@@ -40,4 +40,12 @@ ShownBrowser CreateStaticBrowser(MessageLoop& loop, const QString& profileFolder
 ShownBrowser CreateWebEngineBrowser(MessageLoop& loop, const QString& profileFolder);
 #endif
 
+#ifdef BRINDLE_HAS_IE
+/// Whether the system's web browser control can show pages; a Windows without its browser has the control alone.
+bool SystemHasPageEngine();
+
+/// The system's web browser control. Cookies and cache are the system's; the folder is not used.
+ShownBrowser CreateIeBrowser(MessageLoop& loop, const QString& profileFolder);
+#endif
+
 } // namespace Brindle

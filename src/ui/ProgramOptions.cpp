@@ -2,6 +2,17 @@
 
 namespace Brindle {
 
+namespace {
+
+#ifdef BRINDLE_HAS_IE
+constexpr auto webEngine = u"Windows' web browser control (default where Windows has\n"
+                           u"                         a page engine for it)";
+#else
+constexpr auto webEngine = u"the Chromium engine (default where it is built in)";
+#endif
+
+} // namespace
+
 ProgramOptions ParseProgramOptions(const QStringList& arguments) {
     ProgramOptions options;
     qsizetype at = 0;
@@ -40,17 +51,18 @@ ProgramOptions ParseProgramOptions(const QStringList& arguments) {
 
 QString ProgramHelp() {
     return QStringLiteral(
-        "Usage: brindle [options]\n"
-        "Turns online business directories into sales leads.\n"
-        "\n"
-        "  --demo                 open the window on invented directories served by the program itself\n"
-        "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
-        "  --settings FILE        settings file instead of the user's\n"
-        "  --browser static|web   web: the Chromium engine (default where it is built in);\n"
-        "                         static: pages without scripts, shown as text\n"
-        "  --pace N               every wait times N, 0 to 1; default 1\n"
-        "  --version              print the version\n"
-        "  --help                 print this text\n");
+               "Usage: brindle [options]\n"
+               "Turns online business directories into sales leads.\n"
+               "\n"
+               "  --demo                 open the window on invented directories served by the program itself\n"
+               "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
+               "  --settings FILE        settings file instead of the user's\n"
+               "  --browser static|web   web: %1;\n"
+               "                         static: pages without scripts, shown as text\n"
+               "  --pace N               every wait times N, 0 to 1; default 1\n"
+               "  --version              print the version\n"
+               "  --help                 print this text\n")
+        .arg(QString::fromUtf16(webEngine));
 }
 
 } // namespace Brindle

@@ -56,9 +56,12 @@ bool HasDisplay() {
 }
 
 BrowserFactory BrowserOf(ProgramOptions::Engine engine) {
-#ifdef BRINDLE_HAS_WEBENGINE
+#if defined(BRINDLE_HAS_WEBENGINE)
     if (engine != ProgramOptions::Engine::Static)
         return CreateWebEngineBrowser;
+#elif defined(BRINDLE_HAS_IE)
+    if (engine == ProgramOptions::Engine::Web || (engine == ProgramOptions::Engine::Best && SystemHasPageEngine()))
+        return CreateIeBrowser;
 #else
     if (engine == ProgramOptions::Engine::Web)
         throw OptionError(QStringLiteral("--browser web: this program was built without the Chromium engine"));

@@ -1,0 +1,52 @@
+#include "IeDocument.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+namespace {
+
+// Calls a member by its name; an empty value when there is no object, no such member, or the call fails.
+ComValue Invoke(const ComPointer<IDispatch>& object, const wchar_t* name, WORD how, VARIANT* argument = nullptr) {
+    ComValue result;
+    auto* member = const_cast<wchar_t*>(name);
+    DISPID id = DISPID_UNKNOWN;
+    if (!object || FAILED(object->GetIDsOfNames(IID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id)))
+        return result;
+    DISPPARAMS arguments{argument, nullptr, argument ? 1u : 0u, 0};
+    if (FAILED(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &arguments, result.Get(), nullptr, nullptr)))
+        return {};
+    return result;
+}
+
+ComValue Property(const ComPointer<IDispatch>& object, const wchar_t* name) {
+    return Invoke(object, name, DISPATCH_PROPERTYGET);
+}
+
+} // namespace
+
+QString IeDocument::BodyOuterHtml() const {
+    const ComValue html = Property(Property(document_, L"body").Object(), L"outerHTML");
+    return html.TextLength() > LongestPage ? QString() : html.Text();
+}
+
+int IeDocument::LinkCount() const {
+    return std::max(0, Property(Property(document_, L"links").Object(), L"length").Number());
+}
+
+QString IeDocument::LinkInnerText(int index) const {
+    return Property(Link(index), L"innerText").Text();
+}
+
+void IeDocument::ClickLink(int index) const {
+    Invoke(Link(index), L"click", DISPATCH_METHOD);
+}
+
+ComPointer<IDispatch> IeDocument::Link(int index) const {
+    if (index < 0) // the collection takes it for the last one, or fails, by its version
+        return {};
+    ComValue place(index);
+    return Invoke(Property(document_, L"links").Object(), L"item", DISPATCH_METHOD, place.Get()).Object();
+}
+
+} // namespace Brindle
