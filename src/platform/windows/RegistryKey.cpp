@@ -36,9 +36,9 @@ RegistryKey::~RegistryKey() {
 
 RegistryKey::RegistryKey(RegistryKey&& other) noexcept : key_(std::exchange(other.key_, nullptr)) {}
 
-QString RegistryKey::Text(const QString& name) const {
+std::optional<QString> RegistryKey::Text(const QString& name) const {
     if (key_ == nullptr)
-        return {};
+        return std::nullopt;
     // Expanded, a text can be longer than the system says beforehand.
     LSTATUS status = ERROR_MORE_DATA;
     for (size_t room = 256; status == ERROR_MORE_DATA && room <= longestText; room *= 2) {
@@ -48,7 +48,7 @@ QString RegistryKey::Text(const QString& name) const {
         if (status == ERROR_SUCCESS)
             return QString::fromWCharArray(text.data());
     }
-    return {};
+    return std::nullopt;
 }
 
 bool RegistryKey::Write(const QString& name, quint32 value) const {

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <windows.h>
 
 namespace Brindle {
@@ -20,9 +21,9 @@ public:
     RegistryKey& operator=(const RegistryKey&) = delete;
 
     bool IsOpen() const { return key_ != nullptr; }
-    /// A text value with its environment variables expanded; the key's default value when the name is empty. Empty when
-    /// the key is not open, or holds no such text.
-    QString Text(const QString& name) const;
+    /// A text value with its environment variables expanded; the key's default value when the name is empty. Nothing
+    /// when the key is not open, or holds no such text.
+    std::optional<QString> Text(const QString& name) const;
     /// A 32-bit number; false when it cannot be written.
     bool Write(const QString& name, quint32 value) const;
 

@@ -25,8 +25,11 @@ QString SpecialFolder(int id) {
     return QString::fromWCharArray(path.data());
 }
 
-QString OrZero(const QString& version) {
-    return version.isEmpty() ? QStringLiteral("0") : version;
+const QString unknown = QStringLiteral("0");
+
+// A text of the registry; what stands for it where there is none.
+QString RegistryText(HKEY root, const QString& key, const QString& name, const QString& otherwise) {
+    return RegistryKey::Open(root, key).Text(name).value_or(otherwise);
 }
 
 class WindowsPlatform : public Platform {
@@ -40,8 +43,7 @@ public:
     }
 
     bool OpenInDefaultBrowser(const QString& url) override {
-        const QString command =
-            RegistryKey::Open(HKEY_CLASSES_ROOT, QStringLiteral("http\\shell\\open\\command")).Text(QString());
+        const QString command = RegistryText(HKEY_CLASSES_ROOT, QStringLiteral("http\\shell\\open\\command"), {}, {});
         if (command.isEmpty())
             return false;
         const QString program = BrowserProgram(command);
@@ -55,13 +57,12 @@ public:
     // newer engines leave at 9.11 for old callers' sake.
     QString BrowserEngineVersion() override {
         const QString engine = QStringLiteral("Software\\Microsoft\\Internet Explorer");
-        QString version = OrZero(RegistryKey::Open(HKEY_LOCAL_MACHINE, engine).Text(QStringLiteral("svcVersion")));
-        if (version == u"0")
-            version = FileVersion(EngineExecutable(
-                RegistryKey::Open(HKEY_CLASSES_ROOT, QStringLiteral("Applications\\iexplore.exe\\shell\\open\\command"))
-                    .Text(QString())));
-        if (version == u"0")
-            version = OrZero(RegistryKey::Open(HKEY_LOCAL_MACHINE, engine).Text(QStringLiteral("Version")));
+        QString version = RegistryText(HKEY_LOCAL_MACHINE, engine, QStringLiteral("svcVersion"), unknown);
+        if (version == unknown)
+            version = FileVersion(EngineExecutable(RegistryText(
+                HKEY_CLASSES_ROOT, QStringLiteral("Applications\\iexplore.exe\\shell\\open\\command"), {}, {})));
+        if (version == unknown)
+            version = RegistryText(HKEY_LOCAL_MACHINE, engine, QStringLiteral("Version"), unknown);
         return version;
     }
 

@@ -64,6 +64,7 @@ TEST(RegistryKey, ReadsTextsOfBothKinds) {
     SetText(testKey, nullptr, REG_SZ, u"\"C:\\fox.exe\" -url \"%1\""_s);
     SetText(testKey, L"expanded", REG_EXPAND_SZ, u"%SystemRoot%\\%SystemRoot%\\x"_s);
     const QString longText = QString(700, u'\u00E8') + u'x';
+    SetText(testKey, L"empty", REG_SZ, QString());
     SetText(testKey, L"long", REG_SZ, longText);
     ASSERT_TRUE(RegistryKey::Create(HKEY_CURRENT_USER, testKey).Write(u"number"_s, 7));
     const RegistryKey key = RegistryKey::Open(HKEY_CURRENT_USER, testKey);
@@ -72,11 +73,12 @@ TEST(RegistryKey, ReadsTextsOfBothKinds) {
     ASSERT_FALSE(root.isEmpty());
     EXPECT_EQ(key.Text(u"expanded"_s), root + u'\\' + root + u"\\x"_s);
     EXPECT_EQ(key.Text(u"long"_s), longText);
-    EXPECT_EQ(key.Text(u"number"_s), QString());
-    EXPECT_EQ(key.Text(u"none"_s), QString());
+    EXPECT_EQ(key.Text(u"empty"_s), QString());
+    EXPECT_EQ(key.Text(u"number"_s), std::nullopt) << "no text";
+    EXPECT_EQ(key.Text(u"none"_s), std::nullopt);
     const RegistryKey missing = RegistryKey::Open(HKEY_CURRENT_USER, testKey + u"\\none"_s);
     EXPECT_FALSE(missing.IsOpen());
-    EXPECT_EQ(missing.Text(QString()), QString());
+    EXPECT_EQ(missing.Text(QString()), std::nullopt);
     EXPECT_FALSE(RegistryKey::Open(HKEY_CURRENT_USER, testKey + u"\\none"_s).IsOpen()) << "reading made it";
 }
 
