@@ -86,14 +86,15 @@ private:
 
     void LeadKept(const Lead& lead) {
         session_.Report.Add(lead);
-        // Leads that are saved automatically are not held back as duplicates, so a page that is read again brings them
-        // again; they are new only once.
-        const QString key = lead.DetailsLink.isEmpty() ? AutomaticLine(lead) : UpperTrimmed(lead.DetailsLink);
+        // Leads that are saved automatically and leads without a link are not held back as duplicates, so a page that
+        // is read again brings them again; they are new only once.
+        const QString key = UpperTrimmed(lead.DetailsLink);
         const qsizetype before = seen_.size();
-        if (session_.Options.cExportAutomatic)
-            seen_.insert(key);
-        if (!session_.Options.cExportAutomatic || seen_.size() > before)
+        if (key.isEmpty() || session_.Options.cExportAutomatic)
+            seen_.insert(key.isEmpty() ? AutomaticLine(lead) : key);
+        else
             ++newLeads_;
+        newLeads_ += seen_.size() - before;
         if (!output_.Error().isEmpty())
             session_.State.ShouldStop = true;
         session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());

@@ -3,6 +3,8 @@
 #include <QDir>
 
 #include <algorithm>
+#include <httplib.h>
+#include <thread>
 
 namespace Brindle::Test {
 namespace {
@@ -91,6 +93,33 @@ TEST_F(HarvestOptionsTest, TellsOnStandardErrorHowItGoes) {
     for (const QString& caption : EnglishCaptions())
         EXPECT_TRUE(outcome.Err.contains(caption.toUtf8())) << caption.toStdString();
     EXPECT_TRUE(RunCli(Harvest(canada, {QStringLiteral("--quiet")})).Err.isEmpty());
+}
+
+// The page announces a next one but has no link to it, and its lead has no link that would hold it back when the page
+// is read again.
+TEST_F(DemoFixture, EndsWhenAPageComesAgainWithLeadsThatHaveNoLink) {
+    httplib::Server server;
+    server.Get("/", [](const httplib::Request&, httplib::Response& response) {
+        response.set_content("<body class=listing-top><h2 class=\"org fn\"><a>Bar</a></h2><p id=footer>Successivo",
+                             "text/html");
+    });
+    const QString base = QStringLiteral("http://127.0.0.1:%1").arg(server.bind_to_any_port("127.0.0.1"));
+    std::thread serving([&] { server.listen_after_bind(); });
+    const QString sites =
+        Write(QStringLiteral("own.ini"),
+              QStringLiteral("[map]\nbase=http://maps.test\n[KVPE001001]\nbase=%1\nlabel=Italy\n").arg(base).toUtf8());
+    const Outcome outcome =
+        RunCli({QStringLiteral("harvest"), QStringLiteral("--sites"), sites, QStringLiteral("--site"),
+                QStringLiteral("KVPE001001"), QStringLiteral("--start"), base + u'/', QStringLiteral("--pace"),
+                QStringLiteral("0"), QStringLiteral("--format"), QStringLiteral("jsonl")},
+               10'000);
+    server.stop();
+    serving.join();
+    ASSERT_EQ(outcome.Status, 0) << outcome.Err.right(300).toStdString();
+    Lead lead;
+    lead.Name = QStringLiteral("Bar");
+    lead.Country = QStringLiteral("Italy");
+    ExpectSameLeads(LeadsOfJsonl(outcome.Out), {lead, lead});
 }
 
 } // namespace
