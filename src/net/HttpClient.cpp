@@ -247,6 +247,10 @@ private:
             request_.CaFile.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(request_.CaFile.toUtf8());
         if (!caFile.isEmpty())
             Set(CURLOPT_CAINFO, caFile.constData());
+#ifdef Q_OS_WIN
+        else
+            Set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA)); // the system's certificate store
+#endif
         ConfigureProxy();
         Set(CURLOPT_ERRORBUFFER, errorText_);
         errorText_[0] = 0;
