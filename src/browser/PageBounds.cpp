@@ -99,9 +99,12 @@ QStringView AliasOf(quint64 id, bool inHead) {
     // Scripts run in the browsers of today, so noscript is raw text. The parser has two elements that are.
     if (id == IdOf(u"noscript"))
         return inHead ? u"noframes" : u"noembed";
-    // Both end a paragraph as a section does.
-    if (id == IdOf(u"main") || id == IdOf(u"dialog"))
-        return u"section";
+    // Both end a paragraph. Each has a name that pages of today hardly have, so that no end tag of another element ends
+    // it.
+    if (id == IdOf(u"main"))
+        return u"hgroup";
+    if (id == IdOf(u"dialog"))
+        return u"dir";
     if (id == IdOf(u"menuitem") || id == IdOf(u"isindex"))
         return u"brindle-unknown"; // once an element without end tag and one that stood for a form
     return {};
