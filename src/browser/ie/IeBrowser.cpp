@@ -7,19 +7,11 @@
 #include "MarkupFormText.h"
 #include "PageAddress.h"
 
-#include <utility>
-
 namespace Brindle {
 
 namespace {
 
 constexpr int idleCheckMs = 1000;
-
-// Addresses that bring up a document; the others run a script, write a mail, or show the engine's own messages.
-bool BringsPage(const QString& address) {
-    const QString scheme = SchemeOf(address);
-    return scheme == u"http" || scheme == u"https" || scheme == u"about" || scheme == u"file";
-}
 
 } // namespace
 
@@ -40,41 +32,45 @@ QWidget* IeBrowser::Widget() const {
     return view_;
 }
 
-bool IeBrowser::MakeControl() {
+QString IeBrowser::MakeControl() {
     if (control_)
-        return true;
+        return {};
+    if (!IeControl::PageEngineInstalled())
+        return QStringLiteral("Windows has no page engine for its web browser control");
     control_ = IeControl::Create(*this);
     if (!control_)
-        return false;
+        return QStringLiteral("Windows has no web browser control");
     control_->Site().Pages().Login().SetProxyLogin(proxy_);
     control_->SetUserAgent(userAgent_);
-    if (view_)
-        view_->Show(control_.get());
-    return true;
+    if (view_ && !view_->Show(control_.get()))
+        return QStringLiteral("the web browser control cannot be shown in this window");
+    return {};
 }
 
 void IeBrowser::Navigate(const QString& address) {
     const QString target = TypedAddress(address);
-    lastError_.clear();
-    if (!MakeControl())
-        return Fail(target, QStringLiteral("this system has no web browser control"));
-    if (!IeControl::PageEngineInstalled())
-        return Fail(target, QStringLiteral("this system has no page engine for its web browser control"));
-    if (BringsPage(target))
-        Leave();
-    if (!control_->Navigate(target))
-        Fail(target, QStringLiteral("the web browser control does not take this address"));
+    navigation_.Begin(target);
+    QString problem = MakeControl();
+    if (problem.isEmpty() && !control_->Navigate(target))
+        problem = QStringLiteral("the web browser control does not take this address");
+    if (problem.isEmpty())
+        return Watch();
+    navigation_.Fail(target, problem);
+    navigation_.End();
+    if (view_)
+        view_->SetNote(LastError());
+    TellComplete();
 }
 
 void IeBrowser::Stop() {
     if (control_)
         control_->Stop();
-    Arrive();
+    navigation_.End();
 }
 
 void IeBrowser::Refresh() {
-    if (!failedAddress_.isEmpty())
-        Navigate(QString(failedAddress_));
+    if (const QString missing = navigation_.ShownInPlaceOf(); !missing.isEmpty())
+        Navigate(missing);
     else if (control_)
         control_->Refresh();
 }
@@ -90,7 +86,7 @@ void IeBrowser::GoForward() {
 }
 
 bool IeBrowser::Busy() const {
-    return leaving_ || (control_ && control_->Busy());
+    return navigation_.Leaving() || (control_ && control_->Busy());
 }
 
 QString IeBrowser::LocationAddress() const {
@@ -132,40 +128,36 @@ void IeBrowser::SetUserAgent(const QString& userAgent) {
 }
 
 void IeBrowser::NavigationBegins(const QString& address, bool wholePage) {
-    if (!wholePage || !BringsPage(address))
+    if (!wholePage)
         return;
-    lastError_.clear();
-    failing_.clear();
-    Leave();
+    navigation_.Begin(address);
+    Watch();
 }
 
 void IeBrowser::NavigationShows(const QString&, bool wholePage) {
     if (!wholePage)
         return;
-    failedAddress_ = std::exchange(failing_, {});
-    Arrive();
-    Tell([this] { Q_EMIT NavigateComplete(LocationAddress()); });
+    navigation_.Show();
+    TellComplete();
 }
 
 void IeBrowser::DocumentLoaded(const QString&, bool wholePage) {
     if (wholePage)
-        Arrive();
+        navigation_.End();
 }
 
 void IeBrowser::NavigationFails(const QString& address, qint32 status, bool wholePage) {
     // What a server answers with an error status is a page too.
-    if (!wholePage || status > 0)
-        return;
-    failing_ = address;
-    lastError_ = address + QStringLiteral(": ") + LoaderErrorText(status);
+    if (wholePage && status <= 0)
+        navigation_.Fail(address, LoaderErrorText(status));
 }
 
 void IeBrowser::FileRefused() {
-    Arrive();
+    navigation_.End();
 }
 
 void IeBrowser::WindowWanted(const QString& address) {
-    if (BringsPage(address) && SchemeOf(address) != u"about")
+    if (IeNavigation::BringsPage(address) && SchemeOf(address) != u"about")
         Tell([this, address] { Navigate(address); });
 }
 
@@ -174,40 +166,33 @@ void IeBrowser::Progress(qint64 progress, qint64 maximum) {
 }
 
 IeDocument IeBrowser::Document() const {
-    const bool readable = control_ && !leaving_ && failedAddress_.isEmpty();
-    return readable ? control_->Document() : IeDocument({});
+    return control_ && navigation_.HasPage() ? control_->Document() : IeDocument({});
 }
 
-void IeBrowser::Leave() {
-    leaving_ = true;
-    idle_.start();
-}
-
-void IeBrowser::Arrive() {
-    leaving_ = false;
-    idle_.stop();
+void IeBrowser::Watch() {
+    if (navigation_.Leaving())
+        idle_.start();
 }
 
 // A navigation can end without a word: the server sends no page, the address is a place on the page that is shown.
 void IeBrowser::GiveUpWhenIdle() {
-    if (control_ && control_->Busy())
+    if (navigation_.Leaving() && control_ && control_->Busy())
         return;
-    Arrive();
+    idle_.stop();
+    if (!navigation_.Leaving())
+        return;
+    navigation_.End();
     Q_EMIT NavigateComplete(LocationAddress());
-}
-
-void IeBrowser::Fail(const QString& address, const QString& reason) {
-    Arrive();
-    lastError_ = address + QStringLiteral(": ") + reason;
-    if (view_)
-        view_->SetNote(lastError_);
-    Tell([this] { Q_EMIT NavigateComplete(LocationAddress()); });
 }
 
 // The control speaks up in the middle of its own work and waits for the answer. Whoever listens may handle messages and
 // read the page meanwhile, so they are told afterwards.
 void IeBrowser::Tell(std::function<void()> what) {
     QMetaObject::invokeMethod(this, std::move(what), Qt::QueuedConnection);
+}
+
+void IeBrowser::TellComplete() {
+    Tell([this] { Q_EMIT NavigateComplete(LocationAddress()); });
 }
 
 } // namespace Brindle

@@ -2,6 +2,7 @@
 
 #include "EmbeddedBrowser.h"
 #include "IeControl.h"
+#include "IeNavigation.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -46,7 +47,7 @@ public:
     /// The pages are kept in the system's URL cache, which is the whole system's and emptied as such; this browser has
     /// none of its own.
     void ClearCache() override {}
-    QString LastError() const override { return lastError_; }
+    QString LastError() const override { return navigation_.LastError(); }
     bool RunsScripts() const override { return true; }
 
 private:
@@ -58,24 +59,21 @@ private:
     void WindowWanted(const QString& address) override;
     void Progress(qint64 progress, qint64 maximum) override;
 
-    bool MakeControl();
+    /// Makes the control when there is none yet; why it cannot be, empty when it is there.
+    QString MakeControl();
     IeDocument Document() const;
-    void Leave();
-    void Arrive();
+    void Watch();
     void GiveUpWhenIdle();
-    void Fail(const QString& address, const QString& reason);
     void Tell(std::function<void()> what);
+    void TellComplete();
 
     OleScope ole_;
     std::unique_ptr<IeControl> control_;
     QPointer<IeWidget> view_;
     BrowserProxy proxy_;
     QString userAgent_;
-    QString lastError_;
-    QString failedAddress_; // what the page that the engine shows instead stands for; empty when it shows a page
-    QString failing_;       // the navigation under way has failed; the engine's own page is still to come
-    bool leaving_ = false;
-    QTimer idle_; // runs while `leaving_`
+    IeNavigation navigation_;
+    QTimer idle_; // runs while a page is being left
 };
 
 } // namespace Brindle

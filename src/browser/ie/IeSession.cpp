@@ -6,10 +6,19 @@
 
 namespace Brindle {
 
+namespace {
+
+QByteArray UserAgentInForce() {
+    QByteArray text(1024, '\0');
+    auto size = static_cast<DWORD>(text.size());
+    return SUCCEEDED(ObtainUserAgentString(0, text.data(), &size)) ? QByteArray(text.constData()) : QByteArray();
+}
+
+} // namespace
+
 bool SetSessionUserAgent(const QString& userAgent) {
-    if (userAgent.isEmpty())
-        return SUCCEEDED(UrlMkSetSessionOption(URLMON_OPTION_USERAGENT_REFRESH, nullptr, 0, 0));
-    QByteArray text = userAgent.toLatin1();
+    static const QByteArray systemsOwn = UserAgentInForce();
+    QByteArray text = userAgent.isEmpty() ? systemsOwn : userAgent.toLatin1();
     return SUCCEEDED(UrlMkSetSessionOption(URLMON_OPTION_USERAGENT, text.data(), static_cast<DWORD>(text.size()), 0));
 }
 
