@@ -207,7 +207,9 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
             aliased.append(QStringView(html).mid(copied, scanner.NameBegin() - copied));
             aliased.append(alias);
             if (!scanner.Closing())
-                aliased.append(u' ' + QLatin1String(aliasAttribute) + u'=' + scanner.Name().toString().toLower());
+                // In quotes: a "/" may come next.
+                aliased.append(u' ' + QLatin1String(aliasAttribute) + u"=\"" + scanner.Name().toString().toLower() +
+                               u'"');
             copied = scanner.NameEnd();
         }
         // Otherwise the name of a repeated one is put in front of the name of the next.

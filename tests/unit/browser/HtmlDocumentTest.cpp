@@ -40,6 +40,8 @@ const BodyCase bodyCases[] = {
     {"NoscriptInHeadIsNotOfTheBody", u"<head><noscript><link></noscript><link></head><p>x", u"<p>x</p>"},
     {"ElementsThatChangedSince", u"<p>a<dialog open>b</dialog><menuitem>c</menuitem><isindex>",
      u"<p>a</p><dialog open=\"\">b</dialog><menuitem>c</menuitem><isindex></isindex>"},
+    {"SlashBehindAnElementName", u"<main/>a</main><noscript/><b></noscript>c",
+     u"<main>a</main><noscript><b></noscript>c"},
     {"SectionLeftOpenInMain", u"<main>a<section>b</main><section>c<main>d</section>e</main>f",
      u"<main>a<section>b</section></main><section>c<main>d</main></section>ef"},
     {"Misnested", u"<b>1<i>2</b>3</i><a href=x>4<a href=y>5",
