@@ -1,10 +1,8 @@
 #include "IeBrowser.h"
 
-#include "HtmlDocument.h"
 #include "IeError.h"
 #include "IeSession.h"
 #include "IeWidget.h"
-#include "MarkupFormText.h"
 #include "PageAddress.h"
 
 namespace Brindle {
@@ -94,11 +92,7 @@ QString IeBrowser::LocationAddress() const {
 }
 
 QString IeBrowser::BodyOuterHtml(MarkupForm form) {
-    const QString html = Document().BodyOuterHtml();
-    // The engine serialises a page that it shows as its predecessors did in their way too.
-    if (form == MarkupForm::Standard && html.startsWith(u"<BODY"))
-        return HtmlDocument(html).BodyOuterHtml(form);
-    return InMarkupForm(html, form);
+    return Document().BodyOuterHtml(form);
 }
 
 int IeBrowser::LinkCount() {
@@ -110,6 +104,7 @@ QString IeBrowser::LinkInnerText(int index) {
 }
 
 void IeBrowser::ClickLink(int index) {
+    clicked_ = true;
     Document().ClickLink(index);
 }
 
@@ -138,6 +133,7 @@ void IeBrowser::NavigationShows(const QString&, bool wholePage) {
     if (!wholePage)
         return;
     navigation_.Show();
+    clicked_ = false;
     TellComplete();
 }
 
@@ -156,8 +152,8 @@ void IeBrowser::FileRefused() {
     navigation_.End();
 }
 
-void IeBrowser::WindowWanted(const QString& address) {
-    if (IeNavigation::BringsPage(address) && SchemeOf(address) != u"about")
+void IeBrowser::WindowWanted(const QString& address, bool byUser) {
+    if ((byUser || clicked_) && IeNavigation::BringsPage(address) && SchemeOf(address) != u"about")
         Tell([this, address] { Navigate(address); });
 }
 

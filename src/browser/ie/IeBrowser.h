@@ -18,7 +18,8 @@ class IeWidget;
 /// first navigation, so that what it reads of the registry once can be written before.
 ///
 /// While a navigation that it was told of, or that a click began, has not brought up its page, the page that is being
-/// left is not read any more: the document is empty then. So it is while the engine shows a message of its own.
+/// left is not read any more: the document is empty then. So it is while the engine shows a message of its own. What a
+/// click wants to open in a window of its own opens in this one; windows that pages open unasked are dropped.
 class IeBrowser final : public EmbeddedBrowser, private IeListener {
     Q_OBJECT
 
@@ -56,7 +57,7 @@ private:
     void DocumentLoaded(const QString& address, bool wholePage) override;
     void NavigationFails(const QString& address, qint32 status, bool wholePage) override;
     void FileRefused() override;
-    void WindowWanted(const QString& address) override;
+    void WindowWanted(const QString& address, bool byUser) override;
     void Progress(qint64 progress, qint64 maximum) override;
 
     /// Makes the control when there is none yet; why it cannot be, empty when it is there.
@@ -73,7 +74,8 @@ private:
     BrowserProxy proxy_;
     QString userAgent_;
     IeNavigation navigation_;
-    QTimer idle_; // runs while a page is being left
+    bool clicked_ = false; // a link, since the page came
+    QTimer idle_;          // runs while a page is being left
 };
 
 } // namespace Brindle

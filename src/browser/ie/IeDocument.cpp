@@ -1,5 +1,9 @@
 #include "IeDocument.h"
 
+#include "Errors.h"
+#include "HtmlDocument.h"
+#include "MarkupFormText.h"
+
 #include <algorithm>
 
 namespace Brindle {
@@ -23,11 +27,25 @@ ComValue Property(const ComPointer<IDispatch>& object, const wchar_t* name) {
     return Invoke(object, name, DISPATCH_PROPERTYGET);
 }
 
+QString InStandardForm(const QString& html) {
+    try {
+        return HtmlDocument(html).BodyOuterHtml(MarkupForm::Standard);
+    } catch (const Failure&) { // nested beyond all measure
+        return {};
+    }
+}
+
 } // namespace
 
-QString IeDocument::BodyOuterHtml() const {
-    const ComValue html = Property(Property(document_, L"body").Object(), L"outerHTML");
-    return html.TextLength() > LongestPage ? QString() : html.Text();
+QString IeDocument::BodyOuterHtml(MarkupForm form) const {
+    const ComValue value = Property(Property(document_, L"body").Object(), L"outerHTML");
+    if (value.TextLength() > LongestPage)
+        return {};
+    const QString html = value.Text();
+    // A page that asks to be shown as an old engine would show it is written as that one would write it.
+    if (form == MarkupForm::Standard && html.startsWith(u"<BODY"))
+        return InStandardForm(html);
+    return InMarkupForm(html, form);
 }
 
 int IeDocument::LinkCount() const {

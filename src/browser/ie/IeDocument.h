@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ComPointer.h"
+#include "MarkupForm.h"
 
 namespace Brindle {
 
@@ -14,8 +15,8 @@ public:
     /// `document` may be none.
     explicit IeDocument(ComPointer<IDispatch> document) : document_(std::move(document)) {}
 
-    /// document.body.outerHTML, as the engine writes it.
-    QString BodyOuterHtml() const;
+    /// document.body.outerHTML in a markup form, whichever of its own ways of writing the engine has chosen.
+    QString BodyOuterHtml(MarkupForm form) const;
     /// document.links.length
     int LinkCount() const;
     /// document.links.item(index).innerText, 0-based; empty beyond the last one.

@@ -2,6 +2,7 @@
 
 #include <exdispid.h>
 #include <ocidl.h>
+#include <shobjidl.h>
 namespace Brindle {
 
 // The arguments of an event in the order in which they are documented; they arrive in reverse.
@@ -99,7 +100,7 @@ HRESULT IeEvents::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARI
         return S_OK;
     case DISPID_NEWWINDOW3:
         arguments.Cancel(1);
-        listener_->WindowWanted(arguments.Text(4));
+        listener_->WindowWanted(arguments.Text(4), (arguments.Number(2) & (NWMF_USERINITED | NWMF_USERREQUESTED)) != 0);
         return S_OK;
     case DISPID_NEWWINDOW2: // comes without an address, after the one with it
     case DISPID_WINDOWCLOSING:

@@ -21,8 +21,8 @@ public:
     virtual void NavigationFails(const QString& address, qint32 status, bool wholePage) = 0;
     /// An address leads to a file that is no page; it is not stored.
     virtual void FileRefused() = 0;
-    /// A page has asked for a window of its own, which was refused it.
-    virtual void WindowWanted(const QString& address) = 0;
+    /// A page has asked for a window of its own, which was refused it; `byUser`: the user has clicked for it.
+    virtual void WindowWanted(const QString& address, bool byUser) = 0;
     virtual void Progress(qint64 progress, qint64 maximum) = 0;
 };
 

@@ -22,7 +22,7 @@ public:
     void DocumentLoaded(const QString& address, bool page) override { Note(u"loaded", address, page); }
     void NavigationFails(const QString& address, qint32, bool page) override { Note(u"fails", address, page); }
     void FileRefused() override {}
-    void WindowWanted(const QString&) override {}
+    void WindowWanted(const QString&, bool) override {}
     void Progress(qint64, qint64) override {}
 
 private:

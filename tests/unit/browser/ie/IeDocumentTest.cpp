@@ -52,7 +52,7 @@ TEST(IeDocument, ReadsBodyAndLinks) {
     const QString html = QStringLiteral("<body>\u00e9\U0001F600") + QChar(0) + QStringLiteral("x</body>");
     Page page({QStringLiteral("Avanti \u203a"), QString(), QStringLiteral("3")}, html);
     const IeDocument document = page.Read();
-    EXPECT_EQ(document.BodyOuterHtml(), html);
+    EXPECT_EQ(document.BodyOuterHtml(MarkupForm::Standard), html);
     EXPECT_EQ(document.LinkCount(), 3);
     EXPECT_EQ(document.LinkInnerText(0), QStringLiteral("Avanti \u203a"));
     EXPECT_EQ(document.LinkInnerText(1), QString());
@@ -60,6 +60,16 @@ TEST(IeDocument, ReadsBodyAndLinks) {
     document.ClickLink(2);
     document.ClickLink(0);
     EXPECT_EQ(page.Clicked, (std::vector<int>{2, 0}));
+}
+
+TEST(IeDocument, GivesTheFormThatIsAskedForWhateverTheEngineWrites) {
+    const QString standard = QStringLiteral("<body><h3 class=\"a\">b</h3></body>");
+    const QString legacy = QStringLiteral("<BODY><H3 class=a>b</H3></BODY>");
+    for (const QString& html : {standard, legacy}) {
+        const Page page({}, html);
+        EXPECT_EQ(page.Read().BodyOuterHtml(MarkupForm::Standard), standard);
+        EXPECT_EQ(page.Read().BodyOuterHtml(MarkupForm::Legacy), legacy);
+    }
 }
 
 TEST(IeDocument, BeyondTheLinksThereIsNothing) {
@@ -102,14 +112,14 @@ TEST(IeDocument, WhateverFailsGivesNothing) {
             const std::wstring member = step.Member;
             const bool ofBody = member == L"body" || member == L"outerHTML";
             const bool ofLinks = member == L"links";
-            EXPECT_EQ(document.BodyOuterHtml().isEmpty(), ofBody);
+            EXPECT_EQ(document.BodyOuterHtml(MarkupForm::Standard).isEmpty(), ofBody);
             EXPECT_EQ(document.LinkCount(), ofLinks || member == L"length" ? 0 : 1);
             EXPECT_EQ(document.LinkInnerText(0).isEmpty(), ofLinks || member == L"item" || member == L"innerText");
             document.ClickLink(0);
             EXPECT_EQ(page.Clicked.size(), member == L"links" || member == L"item" ? 0u : 1u);
         }
     const IeDocument none{{}};
-    EXPECT_EQ(none.BodyOuterHtml(), QString());
+    EXPECT_EQ(none.BodyOuterHtml(MarkupForm::Standard), QString());
     EXPECT_EQ(none.LinkCount(), 0);
     EXPECT_EQ(none.LinkInnerText(0), QString());
     none.ClickLink(0);
@@ -119,7 +129,7 @@ TEST(IeDocument, LetsGoOfAllThatItTook) {
     Page page({QStringLiteral("1")});
     {
         const IeDocument document = page.Read();
-        document.BodyOuterHtml();
+        document.BodyOuterHtml(MarkupForm::Standard);
         document.LinkCount();
         document.LinkInnerText(0);
         document.ClickLink(0);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <olectl.h>
+#include <shobjidl.h>
 #include <vector>
 
 namespace Brindle {
@@ -28,7 +29,9 @@ public:
         Note(u"fails", address + u' ' + QString::number(status), wholePage);
     }
     void FileRefused() override { Heard += QStringLiteral("file refused"); }
-    void WindowWanted(const QString& address) override { Heard += QStringLiteral("window wanted ") + address; }
+    void WindowWanted(const QString& address, bool byUser) override {
+        Heard += QStringLiteral("window wanted ") + address + (byUser ? u" by user" : u" unasked");
+    }
     void Progress(qint64 progress, qint64 maximum) override {
         Heard += QStringLiteral("progress %1 of %2").arg(progress).arg(maximum);
     }
@@ -180,14 +183,12 @@ TEST_F(IeEventsTest, RefusesWindowsAndFiles) {
         EXPECT_EQ(cancel != VARIANT_FALSE, cancels);
         EXPECT_EQ(Told.Heard, heard);
     };
-    expect("window", DISPID_NEWWINDOW3,
-           EventArguments()
-               .Object(nullptr)
-               .Cancel(cancel)
-               .Number(6)
-               .Text(QStringLiteral("http://from.example/"))
-               .Text(Address),
-           true, {QStringLiteral("window wanted ") + Address});
+    const QString opener = QStringLiteral("http://from.example/");
+    for (const auto& [flags, by] : {std::pair<long, QString>{NWMF_FIRST | NWMF_USERINITED, QStringLiteral(" by user")},
+                                    {NWMF_FIRST, QStringLiteral(" unasked")}})
+        expect("window", DISPID_NEWWINDOW3,
+               EventArguments().Object(nullptr).Cancel(cancel).Number(flags).Text(opener).Text(Address), true,
+               {QStringLiteral("window wanted ") + Address + by});
     expect("window without an address", DISPID_NEWWINDOW2, EventArguments().Object(nullptr).Cancel(cancel), true, {});
     expect("closing", DISPID_WINDOWCLOSING, EventArguments().Bool(false).Cancel(cancel), true, {});
     expect("page", DISPID_FILEDOWNLOAD, EventArguments().Bool(true).Cancel(cancel), false, {});
