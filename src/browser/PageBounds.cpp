@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <gumbo.h>
 #include <iterator>
 #include <string_view>
 #include <unordered_map>
@@ -52,6 +53,7 @@ constexpr NameSet ofHead({u"base", u"basefont", u"bgsound", u"head", u"html", u"
 // Counts how deep the elements of a page lie in each other.
 class NestingCount {
 public:
+    bool IsOpen(quint64 id) const { return open_.contains(id); }
     /// Takes the next tag; the number of elements that are open then.
     qsizetype Add(quint64 id, bool closing) {
         if (uncounted.Contains(id))
@@ -108,6 +110,12 @@ QStringView AliasOf(quint64 id, bool inHead) {
     if (id == IdOf(u"menuitem") || id == IdOf(u"isindex"))
         return u"brindle-unknown"; // once an element without end tag and one that stood for a form
     return {};
+}
+
+// The parser takes all elements that it does not know for the same one.
+bool IsKnown(QStringView name) {
+    const QByteArray utf8 = name.toUtf8();
+    return gumbo_tagn_enum(utf8.constData(), static_cast<unsigned>(utf8.size())) != GUMBO_TAG_UNKNOWN;
 }
 
 [[noreturn]] void Refuse(const QString& reason) {
@@ -196,13 +204,15 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
         if (!scanner.Closed())
             break;
         const quint64 id = IdOf({scanner.Name().utf16(), static_cast<size_t>(scanner.Name().size())});
+        const bool endsNothing = scanner.Closing() && !nesting.IsOpen(id) && !IsKnown(scanner.Name());
         if (nesting.Add(id, scanner.Closing()) > bounds.Depth)
             Refuse(QStringLiteral("has more than %1 elements nested in each other").arg(bounds.Depth));
-        if (scanner.Closing() && id == IdOf(u"form")) {
-            // Otherwise the text before it comes to stand behind the form.
+        if (endsNothing || (scanner.Closing() && id == IdOf(u"form"))) {
+            // Otherwise the end tag of an unknown element ends another one, and the text before that of a form comes
+            // to stand behind the form.
             aliased.append(QStringView(html).mid(copied, scanner.TagBegin() - copied));
             aliased.append(QStringLiteral("<!--") + QLatin1String(flushComment) + QStringLiteral("-->"));
-            copied = scanner.TagBegin();
+            copied = endsNothing ? scanner.Position() : scanner.TagBegin();
         } else if (const QStringView alias = AliasOf(id, head.InHead()); !alias.isEmpty()) {
             aliased.append(QStringView(html).mid(copied, scanner.NameBegin() - copied));
             aliased.append(alias);

@@ -28,9 +28,9 @@ struct PreparedPage {
 };
 
 /// Makes a page ready in one pass: elements go under the name of one that the parser reads by the right rules, with
-/// `aliasAttribute`, `flushComment` stands before the end of a form, attributes without a value get an empty one, and
-/// control characters, which the parser would replace, are moved out of its sight. Throws `Failure` with one line when
-/// the page is beyond its bounds.
+/// `aliasAttribute`, `flushComment` stands before the end of a form and for the end tag of an unknown element that was
+/// not begun, attributes without a value get an empty one, and control characters, which the parser would replace, are
+/// moved out of its sight. Throws `Failure` with one line when the page is beyond its bounds.
 PreparedPage Prepare(const QString& html, const PageBounds& bounds);
 
 /// The text with its control characters back in their places.

@@ -44,6 +44,8 @@ const BodyCase bodyCases[] = {
      u"<main>a</main><noscript><b></noscript>c"},
     {"SectionLeftOpenInMain", u"<main>a<section>b</main><section>c<main>d</section>e</main>f",
      u"<main>a<section>b</section></main><section>c<main>d</main></section>ef"},
+    {"EndTagOfAnotherUnknownElement", u"<b<i>a</x-y>b<X-Y>c</x-y>d<pre></z>\n</pre>",
+     u"<b<i>ab<x-y>c</x-y>d<pre>\n</pre></b<i>"},
     {"Misnested", u"<b>1<i>2</b>3</i><a href=x>4<a href=y>5",
      u"<b>1<i>2</i></b><i>3</i><a href=\"x\">4</a><a href=\"y\">5</a>"},
     {"FosterParents", u"<table>a<tr><td>b</td>c</tr></table>", u"ac<table><tbody><tr><td>b</td></tr></tbody></table>"},
