@@ -118,7 +118,7 @@ TEST_P(BadInputTest, SaysInOneLineWhatIsWrong) {
     EXPECT_FALSE(lines.isEmpty());
     const bool told = std::any_of(lines.begin(), lines.end(), [&](const QString& line) {
         return std::all_of(input.Said.begin(), input.Said.end(),
-                           [&](const QString& text) { return line.contains(resolved(text)); });
+                           [&](const QString& text) { return QDir::fromNativeSeparators(line).contains(resolved(text)); });
     });
     EXPECT_TRUE(told) << outcome.Err.toStdString();
 }

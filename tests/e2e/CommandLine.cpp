@@ -103,7 +103,7 @@ QByteArray CsvOf(const std::vector<Lead>& leads, char delimiter) {
             fields.append(lead.At(column));
         text += u'"' + fields.join(separator) + u"\"\r\n";
     }
-    return text.toUtf8();
+    return text.toLocal8Bit();
 }
 
 QByteArray FileContent(const QString& fileName) {

@@ -34,8 +34,8 @@ TEST_F(CommandsTest, ParseReadsSavedPagesAsOneHarvest) {
         for (int page = 1; page <= 3; ++page) {
             QString address = Server().FirstResultPage(site.Code, site.Layout);
             address.replace(QStringLiteral("page=1"), QStringLiteral("page=%1").arg(page));
-            const Outcome fetched = RunCli({QStringLiteral("fetch"), QStringLiteral("--pace"), QStringLiteral("0"),
-                                            QStringLiteral("--utf8"), address});
+            const Outcome fetched =
+                RunCli({QStringLiteral("fetch"), QStringLiteral("--pace"), QStringLiteral("0"), address});
             ASSERT_EQ(fetched.Status, 0) << fetched.Err.toStdString();
             ASSERT_TRUE(fetched.Out.contains("<body")) << fetched.Out.toStdString();
             files.append(Write(QStringLiteral("page%1-%2.html").arg(site.Layout).arg(page), fetched.Out));

@@ -8,7 +8,9 @@
 // Both pages of the settings dialog in every language, as PNG files.
 int main(int argc, char** argv) {
     using namespace Brindle;
+#ifndef Q_OS_WIN // which has no other platform than its own
     qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
     QApplication app(argc, argv);
     const QDir folder(QCoreApplication::arguments().value(1, QStringLiteral(".")));
     for (const QString& code :
