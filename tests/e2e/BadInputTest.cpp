@@ -117,8 +117,9 @@ TEST_P(BadInputTest, SaysInOneLineWhatIsWrong) {
     const QStringList lines = outcome.ErrText().split(u'\n', Qt::SkipEmptyParts);
     EXPECT_FALSE(lines.isEmpty());
     const bool told = std::any_of(lines.begin(), lines.end(), [&](const QString& line) {
-        return std::all_of(input.Said.begin(), input.Said.end(),
-                           [&](const QString& text) { return QDir::fromNativeSeparators(line).contains(resolved(text)); });
+        return std::all_of(input.Said.begin(), input.Said.end(), [&](const QString& text) {
+            return QDir::fromNativeSeparators(line).contains(resolved(text));
+        });
     });
     EXPECT_TRUE(told) << outcome.Err.toStdString();
 }
