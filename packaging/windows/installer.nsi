@@ -1,6 +1,7 @@
 ; Installer of Brindle for one user, without administrator's rights:  brindle-setup.exe [/S] [/D=C:\folder]
 ; Made by `build`, which defines VERSION, PROGRAM (the folder with what is installed), ICON and OUTPUT.
 Unicode true
+Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
 ManifestDPIAware true
@@ -8,7 +9,6 @@ ManifestSupportedOS Win10
 
 !include "MUI2.nsh"
 !include "FileFunc.nsh"
-!include "x64.nsh"
 
 Name "Brindle"
 Caption "Brindle ${VERSION} Setup"
@@ -58,14 +58,6 @@ FunctionEnd
 !macroend
 !insertmacro DefineEnsureNotRunning ""
 !insertmacro DefineEnsureNotRunning "un."
-
-Function .onInit
-  ${IfNot} ${RunningX64}
-    MessageBox MB_OK|MB_ICONSTOP "Brindle needs a 64-bit Windows." /SD IDOK
-    SetErrorLevel 3
-    Quit
-  ${EndIf}
-FunctionEnd
 
 Section "Brindle"
   Call EnsureNotRunning

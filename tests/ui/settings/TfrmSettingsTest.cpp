@@ -219,7 +219,7 @@ TEST(TfrmSettings, PicksAFolder) {
     bench.SetText("edtFolder", folder.filePath(u"missing"_s));
     bench.Notices.FolderName = u"/chosen"_s;
     bench.Click("btnBrowse");
-    EXPECT_EQ(bench.Control<QLineEdit>("edtFolder")->text(), u"/chosen"_s);
+    EXPECT_EQ(bench.Control<QLineEdit>("edtFolder")->text(), QDir::toNativeSeparators(u"/chosen"_s));
     EXPECT_EQ(bench.Notices.Said, QStringList(2, u"Select a directory"_s));
     EXPECT_EQ(bench.Notices.Folders, (QStringList{folder.path(), u"/docs"_s}));
 
