@@ -1,6 +1,5 @@
 ; Installer of Brindle for one user, without administrator's rights:  brindle-setup.exe [/S] [/D=C:\folder]
 ; Made by `build`, which defines VERSION, PROGRAM (the folder with what is installed), ICON and OUTPUT.
-Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
