@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+
+namespace Brindle::Fuzz {
+
+/// Ends the run as a finding.
+inline void Require(bool holds, const char* what) {
+    if (holds)
+        return;
+    std::cerr << "Does not hold: " << what << std::endl;
+    std::abort();
+}
+
+/// The pages of an input, which are separated by NUL.
+inline QStringList PagesOf(const std::uint8_t* data, std::size_t size) {
+    return QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)).split(u'\0');
+}
+
+} // namespace Brindle::Fuzz

@@ -1,0 +1,24 @@
+#include "Errors.h"
+#include "HtmlDocument.h"
+#include "Input.h"
+#include "MarkupFormText.h"
+
+// Any text as a page: parsing ends, the serialisation is one that parsing leaves alone, and the legacy form of a legacy
+// form is itself.
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace Brindle;
+    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const QString legacy = ToLegacyForm(text);
+    Fuzz::Require(ToLegacyForm(legacy) == legacy, "the legacy form passes unchanged, as text");
+    try {
+        const HtmlDocument document(text);
+        const QString body = document.BodyOuterHtml(MarkupForm::Standard);
+        const QString old = document.BodyOuterHtml(MarkupForm::Legacy);
+        Fuzz::Require(ToLegacyForm(body) == old, "both forms are of the same page");
+        Fuzz::Require(ToLegacyForm(old) == old, "the legacy form passes unchanged");
+    } catch (const Failure&) {
+        // Beyond the bounds of what is parsed.
+    }
+    return 0;
+}
