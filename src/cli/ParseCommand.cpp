@@ -24,7 +24,7 @@ QString ReadText(const QString& fileName) {
 
 // The text that the adapter is to read.
 QString PageText(const CommandLine& line, const QString& fileName) {
-    const QString text = ReadText(fileName);
+    QString text = ReadText(fileName);
     if (line.Markup == MarkupSource::AsIs)
         return text;
     try {

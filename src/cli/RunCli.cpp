@@ -25,6 +25,7 @@ int BecomeProgram(const QString& program, const QStringList& arguments) {
     for (const QString& argument : arguments)
         texts.push_back(argument.toLocal8Bit());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (QByteArray& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

@@ -68,7 +68,7 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
 
     const auto address = [&](const QString& group, const QString& key) -> QString {
         const auto found = groups.constFind(group);
-        const QString value = found == groups.cend() ? QString() : found->value(key);
+        QString value = found == groups.cend() ? QString() : found->value(key);
         const auto problem = [&](const QString& what) {
             file.Problems.push_back(
                 {group, QStringLiteral("%1: group [%2], key %3: %4").arg(fileName, group, key, what)});

@@ -44,13 +44,13 @@ int PageNumber(const httplib::Request& request, int pages) {
 
 std::span<const Business> BusinessesOn(int page) {
     const std::span<const Business> all = std::span(businesses).subspan(featuredCount);
-    const auto from = static_cast<std::size_t>((page - 1) * businessesPerPage);
+    const auto from = static_cast<std::size_t>(page - 1) * businessesPerPage;
     return all.subspan(from, std::min<std::size_t>(businessesPerPage, all.size() - from));
 }
 
 std::span<const Person> PeopleOn(int page) {
     const std::span<const Person> all(people);
-    const auto from = static_cast<std::size_t>((page - 1) * peoplePerPage);
+    const auto from = static_cast<std::size_t>(page - 1) * peoplePerPage;
     return all.subspan(from, std::min<std::size_t>(peoplePerPage, all.size() - from));
 }
 

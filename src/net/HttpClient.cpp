@@ -77,7 +77,7 @@ QByteArray Part(const Url& url, CURLUPart part) {
     char* text = nullptr;
     if (curl_url_get(url.get(), part, &text, 0) != CURLUE_OK)
         return {};
-    const QByteArray result(text);
+    QByteArray result(text);
     curl_free(text);
     return result;
 }

@@ -201,7 +201,7 @@ HttpResponse PageFetcher::GetByTls(const QString& url) {
     request.OnlyTls12 = true;
     request.CaFile = caFile_;
     HttpClient* const outer = std::exchange(tlsClient_, &client);
-    const HttpResponse response = client.Fetch(request, loop_);
+    HttpResponse response = client.Fetch(request, loop_);
     tlsClient_ = outer;
     return response;
 }

@@ -35,7 +35,7 @@ Demo::DemoServer& DemoFixture::Server() {
 QString DemoFixture::SitesFileName() {
     static const QTemporaryDir folder;
     static const QString name = [] {
-        const QString path = folder.filePath(QStringLiteral("sites.ini"));
+        QString path = folder.filePath(QStringLiteral("sites.ini"));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly))
             throw std::runtime_error("cannot write " + path.toStdString());
