@@ -68,7 +68,7 @@ public:
         if (!nextPageLoaded && newLeads_ == 0) {
             session_.Out.Note(
                 QStringLiteral("%1: a next page is announced, but no link to it can be taken").arg(Address()));
-            ended_ = true;
+            End();
         }
         newLeads_ = 0;
         sincePage_.start();
@@ -79,9 +79,15 @@ public:
 private:
     QString Address() const { return ShownAddress(browser_.LocationAddress()); }
 
+    // The driver's next tick may be due already and come before this is heard of; it must not read another page.
+    void End() {
+        ended_ = true;
+        session_.State.ShouldStop = true;
+    }
+
     void GiveUp(const QString& reason) {
         error_ = reason;
-        ended_ = true;
+        End();
     }
 
     void LeadKept(const Lead& lead) {

@@ -214,7 +214,7 @@ QString PathOf(int layout, int number) {
 }
 
 QString LinkOf(const DemoContext& context, int layout, int number) {
-    const QString path = PathOf(layout, number);
+    QString path = PathOf(layout, number);
     switch (entries[number].Form) {
     case Shape::Absolute:
         return context.DetailsBase + path;

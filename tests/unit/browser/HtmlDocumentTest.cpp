@@ -194,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(All, Hostile, testing::ValuesIn(hostileCases), [](const
 
 TEST(HtmlDocument, LeavesTheParserWhenAPageCostsTooMuch) {
     PageBounds memory;
-    memory.ParserMemory = 4 * 1024 * 1024;
+    memory.ParserMemory = 4LL * 1024 * 1024;
     const QString page = QStringLiteral("<b>x</b>").repeated(100'000);
     EXPECT_THROW(HtmlDocument(page, memory), Failure);
     PageBounds time;

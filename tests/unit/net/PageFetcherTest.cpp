@@ -28,7 +28,7 @@ protected:
             bench.Texts.Set(slot, u"main"_s + QString::number(static_cast<int>(slot)));
     }
     QStringList Statuses() {
-        const QStringList texts = bench.Status.TextsOf(0);
+        QStringList texts = bench.Status.TextsOf(0);
         bench.Status.Panels.clear();
         return texts;
     }
