@@ -61,8 +61,8 @@ TEST(SelfTurningDirectory, ThreeHundredPagesLeaveStackAndMemoryWhereTheyWere) {
         }
         std::vector<const char*> stack;
         std::vector<size_t> memory;
-        stack.reserve(2 * pageCount);
-        memory.reserve(2 * pageCount);
+        stack.reserve(size_t{2} * pageCount);
+        memory.reserve(size_t{2} * pageCount);
         browser.OnRead = [&] {
             bench.Status.Panels = {};
             browser.Calls = {};

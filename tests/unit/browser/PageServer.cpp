@@ -19,7 +19,7 @@ QString PageServer::Address(const QString& path) const {
 }
 
 void PageServer::Answer(QTcpSocket* socket) {
-    const QByteArray request = socket->peek(64 * 1024);
+    const QByteArray request = socket->peek(64LL * 1024);
     if (!request.contains("\r\n\r\n"))
         return;
     socket->readAll();
