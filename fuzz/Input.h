@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include <cstddef>
 #include <cstdint>
@@ -18,9 +17,9 @@ inline void Require(bool holds, const char* what) {
     std::abort();
 }
 
-/// The pages of an input, which are separated by NUL.
-inline QStringList PagesOf(const std::uint8_t* data, std::size_t size) {
-    return QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)).split(u'\0');
+/// An input as a text.
+inline QString TextOf(const std::uint8_t* data, std::size_t size) {
+    return QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
 }
 
 } // namespace Brindle::Fuzz

@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace Brindle;
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const QString text = Fuzz::TextOf(data, size);
     const QString legacy = ToLegacyForm(text);
     Fuzz::Require(ToLegacyForm(legacy) == legacy, "the legacy form passes unchanged, as text");
     try {
