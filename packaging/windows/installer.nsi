@@ -1,5 +1,6 @@
 ; Installer of Brindle for one user, without administrator's rights:  brindle-setup.exe [/S] [/D=C:\folder]
-; Made by `build`, which defines VERSION, PROGRAM (the folder with what is installed), ICON and OUTPUT.
+; Made by `build`, which defines VERSION, PROGRAM (the folder with what is installed), INSTALLEDLANGUAGES (a file with a
+; line to delete each of its language files; the user may have put others beside them), ICON and OUTPUT.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -92,10 +93,7 @@ Section "Uninstall"
   Delete "$INSTDIR\brindle.exe"
   Delete "$INSTDIR\brindle-cli.exe"
   Delete "$INSTDIR\sites.ini"
-  Delete "$INSTDIR\languages\en.dat"
-  Delete "$INSTDIR\languages\es.dat"
-  Delete "$INSTDIR\languages\fr.dat"
-  Delete "$INSTDIR\languages\it.dat"
+  !include "${INSTALLEDLANGUAGES}"
   RMDir "$INSTDIR\languages"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
