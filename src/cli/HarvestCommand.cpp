@@ -95,12 +95,13 @@ private:
         // Leads that are saved automatically and leads without a link are not held back as duplicates, so a page that
         // is read again brings them again; they are new only once.
         const QString key = UpperTrimmed(lead.DetailsLink);
-        const qsizetype before = seen_.size();
-        if (key.isEmpty() || session_.Options.cExportAutomatic)
-            seen_.insert(key.isEmpty() ? AutomaticLine(lead) : key);
-        else
+        if (!key.isEmpty() && !session_.Options.cExportAutomatic) {
             ++newLeads_;
-        newLeads_ += seen_.size() - before;
+        } else {
+            const qsizetype before = seen_.size();
+            seen_.insert(key.isEmpty() ? AutomaticLine(lead) : key);
+            newLeads_ += seen_.size() - before;
+        }
         if (!output_.Error().isEmpty())
             session_.State.ShouldStop = true;
         session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());

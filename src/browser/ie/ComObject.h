@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ole2.h>
+
 namespace Brindle {
 
 /// Puts the interface that is asked for into `found`; true when it is one of these.

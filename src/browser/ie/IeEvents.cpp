@@ -3,6 +3,7 @@
 #include <exdispid.h>
 #include <ocidl.h>
 #include <shobjidl.h>
+
 namespace Brindle {
 
 // The arguments of an event in the order in which they are documented; they arrive in reverse.
