@@ -1,5 +1,5 @@
 #include "HarvestBench.h"
-#include "YellowPagesCanada.h"
+#include "adapters/YellowPagesCanada.h"
 
 #include <benchmark/benchmark.h>
 #include <ctime>

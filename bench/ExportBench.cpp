@@ -1,7 +1,7 @@
-#include "AutomaticSaver.h"
-#include "CsvExport.h"
-#include "CsvFormat.h"
 #include "HarvestBench.h"
+#include "export/AutomaticSaver.h"
+#include "export/CsvExport.h"
+#include "export/CsvFormat.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
-#include "Adapters.h"
 #include "HarvestBench.h"
-#include "HarvestDriver.h"
+#include "adapters/Adapters.h"
+#include "core/HarvestDriver.h"
 
 #include <benchmark/benchmark.h>
 

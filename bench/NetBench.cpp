@@ -1,7 +1,7 @@
-#include "EmailSearch.h"
 #include "HarvestBench.h"
-#include "PageFetcher.h"
-#include "QtMessageLoop.h"
+#include "core/QtMessageLoop.h"
+#include "net/EmailSearch.h"
+#include "net/PageFetcher.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
-#include "Canada411.h"
 #include "HarvestBench.h"
-#include "UsYellowPages.h"
-#include "YellowPagesCanada.h"
+#include "adapters/Canada411.h"
+#include "adapters/UsYellowPages.h"
+#include "adapters/YellowPagesCanada.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,11 +1,11 @@
 // What the window costs beside the engine in it. Runs itself anew for each measurement:
 //   bench_startup          time from start to the first painted window, the main window and a bare one in turn
 //   bench_startup idle     processor time of this process while a harvest waits for a results page, in ms per second
-#include "CreatePlatform.h"
-#include "DemoServer.h"
-#include "QtMessageLoop.h"
-#include "TfrmMain.h"
-#include "WebEngineStart.h"
+#include "browser/webengine/WebEngineStart.h"
+#include "core/QtMessageLoop.h"
+#include "demo/DemoServer.h"
+#include "platform/CreatePlatform.h"
+#include "ui/TfrmMain.h"
 
 #include <QApplication>
 #include <QDir>
@@ -18,6 +18,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+
+using namespace Qt::StringLiterals;
 
 using namespace Brindle;
 
@@ -67,7 +69,7 @@ struct Opened {
                   .System = *System,
                   .Sites = sites,
                   .SettingsFolder = Folder.path(),
-                  .SettingsFileName = Folder.filePath(QStringLiteral("settings.dat")),
+                  .SettingsFileName = Folder.filePath(u"settings.dat"_s),
                   .CreateBrowser = CreateWebEngineBrowser}) {}
 };
 
@@ -81,7 +83,7 @@ void ShowMain() {
 void Idle() {
     Demo::DemoServer server;
     server.Start();
-    Opened opened(SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")));
+    Opened opened(SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s));
     opened.Window.show();
     const auto runFor = [&](int seconds) {
         QElapsedTimer waited;
@@ -122,9 +124,9 @@ int main(int argc, char** argv) {
     const QByteArrayView mode(argc > 1 ? argv[1] : "");
     if (mode.isEmpty()) {
         const QCoreApplication app(argc, argv);
-        MedianOf(QStringLiteral("bare")); // the libraries come into memory
-        const double bare = MedianOf(QStringLiteral("bare"));
-        const double window = MedianOf(QStringLiteral("main"));
+        MedianOf(u"bare"_s); // the libraries come into memory
+        const double bare = MedianOf(u"bare"_s);
+        const double window = MedianOf(u"main"_s);
         std::printf("bare window %.0f ms, main window %.0f ms, %.2f times\n", bare, window, window / bare);
         return 0;
     }

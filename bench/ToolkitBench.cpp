@@ -1,6 +1,6 @@
-#include "Marker.h"
-#include "Markup.h"
-#include "WorkingText.h"
+#include "toolkit/Marker.h"
+#include "toolkit/Markup.h"
+#include "toolkit/WorkingText.h"
 
 #include <benchmark/benchmark.h>
 

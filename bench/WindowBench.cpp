@@ -1,8 +1,8 @@
 // The results list on the screen with a million leads: what a repaint, a scroll, a selection and a deletion take, and
 // what a lead costs in memory.
 #include "HarvestBench.h"
-#include "LeadListCommands.h"
-#include "LeadTableView.h"
+#include "core/LeadListCommands.h"
+#include "ui/LeadTableView.h"
 
 #include <QApplication>
 #include <QFile>
@@ -11,6 +11,8 @@
 
 #include <benchmark/benchmark.h>
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 using namespace Brindle;
 
@@ -22,24 +24,24 @@ constexpr int million = 1'000'000;
 Lead LeadOf(int number) {
     const QString id = QString::number(number).rightJustified(7, u'0');
     Lead lead;
-    lead.Category = QStringLiteral("Plumbers & Heating");
-    lead.Name = QStringLiteral("Harbourfront Bath & Kitchen ") + id;
-    lead.FullAddress = QStringLiteral("9597 chemin du Lac, Charlottetown, PE C1A 4X3");
-    lead.Street = QStringLiteral("9597 chemin du Lac");
-    lead.City = QStringLiteral("Charlottetown");
-    lead.State = QStringLiteral("PE");
-    lead.PostalCode = QStringLiteral("C1A 4X3");
-    lead.Country = QStringLiteral("Canada");
-    lead.Phone = QStringLiteral("902-555-0103");
-    lead.Website = QStringLiteral("http://www.harbourfront-bath.test/") + id;
-    lead.Email = QStringLiteral("info@harbourfront-bath.test");
-    lead.MapLink = QStringLiteral("http://maps.test/maps?q=9597+chemin+du+Lac,Canada");
-    lead.DetailsLink = QStringLiteral("http://directory.test/bus/Prince-Edward-Island/Charlottetown/") + id;
+    lead.Category = u"Plumbers & Heating"_s;
+    lead.Name = u"Harbourfront Bath & Kitchen "_s + id;
+    lead.FullAddress = u"9597 chemin du Lac, Charlottetown, PE C1A 4X3"_s;
+    lead.Street = u"9597 chemin du Lac"_s;
+    lead.City = u"Charlottetown"_s;
+    lead.State = u"PE"_s;
+    lead.PostalCode = u"C1A 4X3"_s;
+    lead.Country = u"Canada"_s;
+    lead.Phone = u"902-555-0103"_s;
+    lead.Website = u"http://www.harbourfront-bath.test/"_s + id;
+    lead.Email = u"info@harbourfront-bath.test"_s;
+    lead.MapLink = u"http://maps.test/maps?q=9597+chemin+du+Lac,Canada"_s;
+    lead.DetailsLink = u"http://directory.test/bus/Prince-Edward-Island/Charlottetown/"_s + id;
     return lead;
 }
 
 qint64 ResidentBytes() {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toLongLong() * 4096;

@@ -1,10 +1,10 @@
-#include "Adapters.h"
-#include "Errors.h"
 #include "HarvestBench.h"
-#include "HarvestDriver.h"
-#include "HtmlDocument.h"
 #include "Input.h"
-#include "Text.h"
+#include "adapters/Adapters.h"
+#include "core/Errors.h"
+#include "core/HarvestDriver.h"
+#include "page/HtmlDocument.h"
+#include "toolkit/Text.h"
 
 #include <QSet>
 

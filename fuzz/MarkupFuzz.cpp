@@ -1,7 +1,7 @@
-#include "Errors.h"
-#include "HtmlDocument.h"
 #include "Input.h"
-#include "MarkupFormText.h"
+#include "core/Errors.h"
+#include "page/HtmlDocument.h"
+#include "page/MarkupFormText.h"
 
 // Any text as a page: parsing ends, the serialisation is one that parsing leaves alone, and the legacy form of a legacy
 // form is itself.

@@ -1,8 +1,10 @@
-#include "EmailSearch.h"
 #include "Input.h"
-#include "LanguageFile.h"
-#include "SettingsText.h"
-#include "TextDecoder.h"
+#include "i18n/LanguageFile.h"
+#include "net/EmailSearch.h"
+#include "net/TextDecoder.h"
+#include "settings/SettingsText.h"
+
+using namespace Qt::StringLiterals;
 
 // The bytes of a response, of a settings file and of a language file. The first line of an input is the response's
 // content type.
@@ -22,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const LanguageFile language(text);
     Fuzz::Require(language.Missing().size() <= LanguageFile::LastMain + LanguageFile::LastSettings,
                   "tags are missed once");
-    const Settings settings = ParseSettings(text, QStringLiteral("/documents"));
+    const Settings settings = ParseSettings(text, u"/documents"_s);
     Fuzz::Require(!settings.eDelimiter.isEmpty() && !settings.eExportFolder.isEmpty(), "defaults stand in");
     SettingsText(settings);
     return 0;

@@ -1,13 +1,13 @@
-#include "Adapters.h"
+#include "adapters/Adapters.h"
 
-#include "Canada411.h"
-#include "InfobelItaly.h"
-#include "PagineBianche.h"
-#include "PagineMail.h"
-#include "Trovanumeri.h"
-#include "UsYellowPages.h"
-#include "Virgilio.h"
-#include "YellowPagesCanada.h"
+#include "adapters/Canada411.h"
+#include "adapters/InfobelItaly.h"
+#include "adapters/PagineBianche.h"
+#include "adapters/PagineMail.h"
+#include "adapters/Trovanumeri.h"
+#include "adapters/UsYellowPages.h"
+#include "adapters/Virgilio.h"
+#include "adapters/YellowPagesCanada.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SiteAdapter.h"
+#include "core/SiteAdapter.h"
 
 #include <span>
 

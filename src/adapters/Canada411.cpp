@@ -1,9 +1,9 @@
-#include "Canada411.h"
+#include "adapters/Canada411.h"
 
-#include "FieldTable.h"
-#include "ListingSteps.h"
-#include "Markup.h"
-#include "Text.h"
+#include "adapters/FieldTable.h"
+#include "adapters/ListingSteps.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,7 +1,7 @@
-#include "FieldTable.h"
+#include "adapters/FieldTable.h"
 
-#include "ListingSteps.h"
-#include "Markup.h"
+#include "adapters/ListingSteps.h"
+#include "toolkit/Markup.h"
 
 namespace Brindle {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Lead.h"
-#include "Marker.h"
-#include "WorkingText.h"
+#include "core/Lead.h"
+#include "toolkit/Marker.h"
+#include "toolkit/WorkingText.h"
 
 #include <QString>
 #include <QStringView>

@@ -1,9 +1,9 @@
-#include "InfobelItaly.h"
+#include "adapters/InfobelItaly.h"
 
-#include "FieldTable.h"
-#include "ItalianSites.h"
-#include "Markup.h"
-#include "Text.h"
+#include "adapters/FieldTable.h"
+#include "adapters/ItalianSites.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Harvest.h"
+#include "core/Harvest.h"
 
 namespace Brindle {
 

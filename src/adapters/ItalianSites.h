@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ListingSteps.h"
+#include "adapters/ListingSteps.h"
 
 namespace Brindle {
 

@@ -1,13 +1,15 @@
-#include "ListingSteps.h"
+#include "adapters/ListingSteps.h"
 
-#include "Errors.h"
-#include "LeadListCommands.h"
-#include "Markup.h"
-#include "Text.h"
+#include "core/Errors.h"
+#include "core/LeadListCommands.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,7 +33,7 @@ void SaveOrList(Harvest& harvest, const Lead& lead, const QString& key) {
     if (!harvest.Options.cExportAutomatic)
         return List(harvest, lead, key);
     try {
-        harvest.Saver.AutomaticSave(harvest.Options.eExportFolder, QStringLiteral("Results"), AutomaticLine(lead));
+        harvest.Saver.AutomaticSave(harvest.Options.eExportFolder, u"Results"_s, AutomaticLine(lead));
     } catch (const SaveError& error) {
         // The lead must not be lost: the list keeps it, and the harvest ends before another one fails.
         List(harvest, lead, key);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Harvest.h"
-#include "Lead.h"
-#include "Marker.h"
-#include "WorkingText.h"
+#include "core/Harvest.h"
+#include "core/Lead.h"
+#include "toolkit/Marker.h"
+#include "toolkit/WorkingText.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Harvest.h"
-#include "Lead.h"
+#include "core/Harvest.h"
+#include "core/Lead.h"
 
 namespace Brindle {
 

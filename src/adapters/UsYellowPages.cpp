@@ -1,10 +1,10 @@
-#include "UsYellowPages.h"
+#include "adapters/UsYellowPages.h"
 
-#include "Errors.h"
-#include "FieldTable.h"
-#include "ListingSteps.h"
-#include "Markup.h"
-#include "Text.h"
+#include "adapters/FieldTable.h"
+#include "adapters/ListingSteps.h"
+#include "core/Errors.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,10 +1,10 @@
-#include "Virgilio.h"
+#include "adapters/Virgilio.h"
 
-#include "Delay.h"
-#include "FieldTable.h"
-#include "ItalianSites.h"
-#include "Markup.h"
-#include "Text.h"
+#include "adapters/FieldTable.h"
+#include "adapters/ItalianSites.h"
+#include "core/Delay.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Lead.h"
-#include "SiteAdapter.h"
+#include "core/Lead.h"
+#include "core/SiteAdapter.h"
 
 namespace Brindle {
 

@@ -1,8 +1,8 @@
-#include "YellowPagesCanada.h"
+#include "adapters/YellowPagesCanada.h"
 
-#include "ListingSteps.h"
-#include "Markup.h"
-#include "Text.h"
+#include "adapters/ListingSteps.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

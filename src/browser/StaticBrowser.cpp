@@ -1,15 +1,17 @@
-#include "StaticBrowser.h"
+#include "browser/StaticBrowser.h"
 
-#include "Errors.h"
-#include "MarkupFormText.h"
-#include "PageAddress.h"
-#include "TextDecoder.h"
+#include "core/Errors.h"
+#include "net/TextDecoder.h"
+#include "page/MarkupFormText.h"
+#include "page/PageAddress.h"
 
 #include <QLocale>
 
 #include <algorithm>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,7 +21,7 @@ constexpr auto blankPage = u"about:blank";
 
 QString AcceptedLanguages() {
     const QString name = QLocale::system().bcp47Name();
-    return name == u"C" || name == u"en" || name.isEmpty() ? QStringLiteral("en-US,en;q=0.9") : name + u",en;q=0.8";
+    return name == u"C" || name == u"en" || name.isEmpty() ? u"en-US,en;q=0.9"_s : name + u",en;q=0.8";
 }
 
 QString OwnAgent() {
@@ -28,8 +30,7 @@ QString OwnAgent() {
 
 // Text that is no markup is shown as engines show it.
 QString PlainTextPage(const QString& text) {
-    return QStringLiteral("<pre style=\"word-wrap: break-word; white-space: pre-wrap;\">") + text.toHtmlEscaped() +
-           QStringLiteral("</pre>");
+    return u"<pre style=\"word-wrap: break-word; white-space: pre-wrap;\">"_s + text.toHtmlEscaped() + u"</pre>"_s;
 }
 
 QByteArray MediaType(const QByteArray& contentType) {
@@ -63,7 +64,7 @@ void StaticBrowser::Open(const QString& address, const QString& referer) {
         historyTarget_ = -1;
         ShowBlank();
     } else if (scheme != u"http" && scheme != u"https") {
-        lastError_ = address + QStringLiteral(": not an http or https address");
+        lastError_ = address + u": not an http or https address"_s;
     } else if (address.contains(u'#') && WithoutFragment(address) == WithoutFragment(document_.Address) && !Busy() &&
                lastError_.isEmpty()) {
         // Another place on the same page.
@@ -124,12 +125,12 @@ void StaticBrowser::Load(const QString& address, const QString& referer, bool re
     expectedSize_ = 0;
     HttpRequest request = template_;
     request.Url = WithoutFragment(address).toString();
-    request.Headers = {QStringLiteral("Accept: text/html,application/xhtml+xml,application/xml;q=0.9,*/*;q=0.8"),
-                       QStringLiteral("Accept-Language: ") + AcceptedLanguages()};
+    request.Headers = {u"Accept: text/html,application/xhtml+xml,application/xml;q=0.9,*/*;q=0.8"_s,
+                       u"Accept-Language: "_s + AcceptedLanguages()};
     if (!referer.isEmpty())
-        request.Headers.append(QStringLiteral("Referer: ") + referer);
+        request.Headers.append(u"Referer: "_s + referer);
     if (reload)
-        request.Headers.append(QStringLiteral("Cache-Control: no-cache"));
+        request.Headers.append(u"Cache-Control: no-cache"_s);
     const quint64 load = ++loads_;
     transfer_ = client_.Start(request, [this, load] {
         // The transfer ends with this call, so it is not to be destroyed within it.
@@ -151,7 +152,7 @@ void StaticBrowser::Loaded() {
     Document document;
     document.Address = loading_;
     if (!response.Complete()) {
-        lastError_ = shown + QStringLiteral(": ") + response.Error;
+        lastError_ = shown + u": "_s + response.Error;
         document.Parsed.emplace();
     } else if (response.Status == 204 || response.Status == 205) {
         // No content: the page that is shown stays.
@@ -167,7 +168,7 @@ void StaticBrowser::Loaded() {
         } else if (type.startsWith("text/") || type.endsWith("json")) {
             document.Source = PlainTextPage(DecodePage(response.Body, response.ContentType));
         } else {
-            lastError_ = shown + QStringLiteral(": no page but ") + QString::fromLatin1(type);
+            lastError_ = shown + u": no page but "_s + QString::fromLatin1(type);
             document.Parsed.emplace();
         }
     }
@@ -214,7 +215,7 @@ const HtmlDocument& StaticBrowser::Parsed() {
         try {
             document_.Parsed.emplace(document_.Source);
         } catch (const Failure& failure) {
-            lastError_ = ShownAddress(document_.Address) + QStringLiteral(": ") + failure.Message();
+            lastError_ = ShownAddress(document_.Address) + u": "_s + failure.Message();
             document_.Parsed.emplace();
         }
         document_.Source.clear();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "HtmlDocument.h"
-#include "HttpClient.h"
+#include "core/EmbeddedBrowser.h"
+#include "net/HttpClient.h"
+#include "page/HtmlDocument.h"
 
 #include <QTimer>
 

@@ -1,10 +1,12 @@
-#include "CommandLine.h"
+#include "cli/CommandLine.h"
 
 #include <array>
 #include <cmath>
 #include <functional>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,7 +16,13 @@ constexpr unsigned Of(Command command) {
 
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned leadCommands = Of(Command::Harvest) | Of(Command::Parse);
-constexpr unsigned pacedCommands = leadCommands | Of(Command::Emails) | Of(Command::Fetch);
+constexpr unsigned fetchCommands = leadCommands | Of(Command::Emails) | Of(Command::Fetch);
+constexpr unsigned manySearchCommands = Of(Command::Run) | Of(Command::Work);
+constexpr unsigned pacedCommands = fetchCommands | manySearchCommands;
+constexpr unsigned exportCommands = leadCommands | Of(Command::Leads) | Of(Command::Merge);
+constexpr unsigned pageCommands = Of(Command::Parse) | Of(Command::Next) | Of(Command::Explain) | Of(Command::Teach);
+constexpr unsigned storeCommands =
+    leadCommands | manySearchCommands | Of(Command::Searches) | Of(Command::Leads) | Of(Command::Status);
 
 struct CommandName {
     QStringView Name;
@@ -23,7 +31,7 @@ struct CommandName {
     int MostArguments; // -1: any number
 };
 
-constexpr std::array<CommandName, 8> commandNames{{
+constexpr std::array<CommandName, 18> commandNames{{
     {u"sites", Command::Sites, 0, 0},
     {u"harvest", Command::Harvest, 0, 0},
     {u"parse", Command::Parse, 1, -1},
@@ -32,16 +40,24 @@ constexpr std::array<CommandName, 8> commandNames{{
     {u"demo", Command::Demo, 0, 0},
     {u"settings", Command::Settings, 0, 0},
     {u"language", Command::Language, 1, 1},
+    {u"next", Command::Next, 1, 1},
+    {u"explain", Command::Explain, 1, 1},
+    {u"teach", Command::Teach, 1, 1},
+    {u"run", Command::Run, 1, 1},
+    {u"work", Command::Work, 0, 0},
+    {u"searches", Command::Searches, 1, -1},
+    {u"leads", Command::Leads, 0, 0},
+    {u"status", Command::Status, 0, 0},
+    {u"merge", Command::Merge, 1, -1},
+    {u"diagnose", Command::Diagnose, 0, 0},
 }};
 
 double Number(const QString& option, const QString& text, double least, double most) {
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
     if (!isNumber || !std::isfinite(number) || number < least || number > most)
-        throw UsageError(QStringLiteral("%1: \u201C%2\u201D is no number from %3 to %4")
-                             .arg(option, text)
-                             .arg(least)
-                             .arg(most, 0, 'g', 10));
+        throw UsageError(
+            u"%1: \u201C%2\u201D is no number from %3 to %4"_s.arg(option, text).arg(least).arg(most, 0, 'g', 10));
     return number;
 }
 
@@ -49,11 +65,32 @@ int WholeNumber(const QString& option, const QString& text, int least, int most)
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     if (!isNumber || number < least || number > most)
-        throw UsageError(QStringLiteral("%1: \u201C%2\u201D is no whole number from %3 to %4")
-                             .arg(option, text)
-                             .arg(least)
-                             .arg(most));
+        throw UsageError(
+            u"%1: \u201C%2\u201D is no whole number from %3 to %4"_s.arg(option, text).arg(least).arg(most));
     return number;
+}
+
+LeadFormat FormatNamed(const QString& text) {
+    if (text == u"csv")
+        return LeadFormat::Csv;
+    if (text == u"csv-sheet")
+        return LeadFormat::CsvSheet;
+    if (text == u"jsonl")
+        return LeadFormat::JsonLines;
+    if (text == u"xlsx")
+        return LeadFormat::Workbook;
+    if (text == u"vcf")
+        return LeadFormat::VCard;
+    throw UsageError(u"--format: \u201C%1\u201D is none of csv, csv-sheet, jsonl, xlsx, vcf"_s.arg(text));
+}
+
+LeadFormat FormatBySuffix(const QString& fileName) {
+    for (const auto& [suffix, format] :
+         {std::pair(u".jsonl"_s, LeadFormat::JsonLines), std::pair(u".xlsx"_s, LeadFormat::Workbook),
+          std::pair(u".vcf"_s, LeadFormat::VCard)})
+        if (fileName.endsWith(suffix, Qt::CaseInsensitive))
+            return format;
+    return LeadFormat::Csv;
 }
 
 // Which of two words an option was given.
@@ -62,8 +99,7 @@ bool IsSecond(const QString& option, const QString& text, QStringView first, QSt
         return false;
     if (text == second)
         return true;
-    throw UsageError(
-        QStringLiteral("%1: \u201C%2\u201D is neither %3 nor %4").arg(option, text).arg(first).arg(second));
+    throw UsageError(u"%1: \u201C%2\u201D is neither %3 nor %4"_s.arg(option, text).arg(first).arg(second));
 }
 
 struct Option {
@@ -79,39 +115,57 @@ const std::vector<Option>& Options() {
         {u"--settings", everyCommand, true, [](CommandLine& line, const QString& v) { line.SettingsFileName = v; }},
         {u"--set", everyCommand, true, [](CommandLine& line, const QString& v) { line.Overrides.append(v); }},
         {u"--quiet", everyCommand, false, [](CommandLine& line, const QString&) { line.Quiet = true; }},
-        {u"--site", leadCommands, true, [](CommandLine& line, const QString& v) { line.Site = v; }},
+        {u"--site", leadCommands | Of(Command::Leads), true,
+         [](CommandLine& line, const QString& v) { line.Site = v; }},
         {u"--start", Of(Command::Harvest), true, [](CommandLine& line, const QString& v) { line.Start = v; }},
         {u"--demo", Of(Command::Harvest), false, [](CommandLine& line, const QString&) { line.OnDemo = true; }},
         {u"--browser", Of(Command::Harvest), true,
          [](CommandLine& line, const QString& v) {
-             line.Browser =
-                 IsSecond(QStringLiteral("--browser"), v, u"static", u"web") ? BrowserKind::Web : BrowserKind::Static;
+             line.Browser = IsSecond(u"--browser"_s, v, u"static", u"web") ? BrowserKind::Web : BrowserKind::Static;
          }},
-        {u"--out", leadCommands, true, [](CommandLine& line, const QString& v) { line.OutFileName = v; }},
-        {u"--format", leadCommands, true,
-         [](CommandLine& line, const QString& v) {
-             line.Format =
-                 IsSecond(QStringLiteral("--format"), v, u"csv", u"jsonl") ? LeadFormat::JsonLines : LeadFormat::Csv;
-         }},
+        {u"--out", exportCommands | Of(Command::Teach), true,
+         [](CommandLine& line, const QString& v) { line.OutFileName = v; }},
+        {u"--format", exportCommands, true, [](CommandLine& line, const QString& v) { line.Format = FormatNamed(v); }},
         {u"--pace", pacedCommands, true,
-         [](CommandLine& line, const QString& v) { line.Pace = Number(QStringLiteral("--pace"), v, 0, 1); }},
+         [](CommandLine& line, const QString& v) { line.Pace = Number(u"--pace"_s, v, 0, 1); }},
         {u"--max-pages", Of(Command::Harvest), true,
          [](CommandLine& line, const QString& v) {
-             line.MaxPages = WholeNumber(QStringLiteral("--max-pages"), v, 1, 1'000'000'000);
+             line.MaxPages = WholeNumber(u"--max-pages"_s, v, 1, 1'000'000'000);
          }},
-        {u"--patience", Of(Command::Harvest), true,
-         [](CommandLine& line, const QString& v) {
-             line.PatienceSeconds = Number(QStringLiteral("--patience"), v, 0, 1'000'000);
-         }},
+        {u"--patience", fetchCommands, true,
+         [](CommandLine& line, const QString& v) { line.PatienceSeconds = Number(u"--patience"_s, v, 0, 1'000'000); }},
         {u"--variant", Of(Command::Parse), true,
-         [](CommandLine& line, const QString& v) { line.Variant = WholeNumber(QStringLiteral("--variant"), v, 1, 2); }},
+         [](CommandLine& line, const QString& v) { line.Variant = WholeNumber(u"--variant"_s, v, 1, 2); }},
         {u"--markup", Of(Command::Parse), true,
          [](CommandLine& line, const QString& v) {
-             line.Markup =
-                 IsSecond(QStringLiteral("--markup"), v, u"as-is", u"site") ? MarkupSource::Site : MarkupSource::AsIs;
+             line.Markup = IsSecond(u"--markup"_s, v, u"as-is", u"site") ? MarkupSource::Site : MarkupSource::AsIs;
          }},
         {u"--direct", Of(Command::Fetch), false, [](CommandLine& line, const QString&) { line.Direct = true; }},
         {u"--utf8", Of(Command::Fetch), false, [](CommandLine& line, const QString&) { line.Utf8 = true; }},
+        {u"--recipe", leadCommands, true, [](CommandLine& line, const QString& v) { line.RecipeFileName = v; }},
+        {u"--url", pageCommands, true, [](CommandLine& line, const QString& v) { line.PageUrl = v; }},
+        {u"--what", Of(Command::Harvest), true, [](CommandLine& line, const QString& v) { line.What = v; }},
+        {u"--place", Of(Command::Harvest), true, [](CommandLine& line, const QString& v) { line.Place = v; }},
+        {u"--details", leadCommands, false, [](CommandLine& line, const QString&) { line.Details = true; }},
+        {u"--example", Of(Command::Teach), true, [](CommandLine& line, const QString& v) { line.Examples.append(v); }},
+        {u"--columns", exportCommands, true,
+         [](CommandLine& line, const QString& v) { line.Columns = v.split(u',', Qt::SkipEmptyParts); }},
+        {u"--check-mx", exportCommands, false, [](CommandLine& line, const QString&) { line.CheckMx = true; }},
+        {u"--store", storeCommands, true, [](CommandLine& line, const QString& v) { line.Store = v; }},
+        {u"--since", Of(Command::Leads), true, [](CommandLine& line, const QString& v) { line.Since = v; }},
+        {u"--new", Of(Command::Leads), false, [](CommandLine& line, const QString&) { line.OnlyNew = true; }},
+        {u"--find", Of(Command::Leads), true, [](CommandLine& line, const QString& v) { line.Find = v; }},
+        {u"--jobs", manySearchCommands, true,
+         [](CommandLine& line, const QString& v) { line.Jobs = WholeNumber(u"--jobs"_s, v, 1, 1000); }},
+        {u"--limit-per-host", manySearchCommands, true,
+         [](CommandLine& line, const QString& v) {
+             line.LimitPerHost = WholeNumber(u"--limit-per-host"_s, v, 1, 1000);
+         }},
+        {u"--ignore-robots", manySearchCommands, false,
+         [](CommandLine& line, const QString&) { line.IgnoreRobots = true; }},
+        {u"--wait", Of(Command::Work), false, [](CommandLine& line, const QString&) { line.Wait = true; }},
+        {u"--json", Of(Command::Status) | Of(Command::Searches), false,
+         [](CommandLine& line, const QString&) { line.Json = true; }},
     };
     return options;
 }
@@ -119,17 +173,27 @@ const std::vector<Option>& Options() {
 void CheckArguments(const CommandLine& line, const CommandName& command) {
     const auto count = line.Arguments.size();
     if (count < command.FewestArguments)
-        throw UsageError(QStringLiteral("%1: something is missing behind the command").arg(command.Name));
+        throw UsageError(u"%1: something is missing behind the command"_s.arg(command.Name));
     if (command.MostArguments >= 0 && count > command.MostArguments)
-        throw UsageError(QStringLiteral("%1: \u201C%2\u201D is one argument too many")
-                             .arg(command.Name)
+        throw UsageError(u"%1: \u201C%2\u201D is one argument too many"_s.arg(command.Name)
                              .arg(line.Arguments[command.MostArguments]));
-    if ((Of(line.What) & leadCommands) != 0 && line.Site.isEmpty())
-        throw UsageError(QStringLiteral("%1: --site CODE is missing").arg(command.Name));
-    if (line.What == Command::Harvest && line.Start.isEmpty() && !line.OnDemo)
-        throw UsageError(QStringLiteral("harvest: --start URL is missing"));
+    if ((Of(line.Name) & leadCommands) != 0) {
+        if (line.Site.isEmpty() && line.RecipeFileName.isEmpty())
+            throw UsageError(u"%1: --site CODE is missing"_s.arg(command.Name));
+        if (!line.Site.isEmpty() && !line.RecipeFileName.isEmpty())
+            throw UsageError(u"%1: --site and --recipe do not go together"_s.arg(command.Name));
+    }
+    const bool searched = !line.What.isEmpty() || !line.Place.isEmpty();
+    if (line.Name == Command::Harvest && line.Start.isEmpty() && !line.OnDemo && !searched)
+        throw UsageError(u"harvest: --start URL is missing"_s);
+    if (searched && !line.Start.isEmpty())
+        throw UsageError(u"harvest: --start and --what, --place do not go together"_s);
+    if ((Of(line.Name) & (pageCommands & ~Of(Command::Parse))) != 0 && line.PageUrl.isEmpty())
+        throw UsageError(u"%1: --url URL is missing"_s.arg(command.Name));
+    if (line.Name == Command::Teach && line.Examples.isEmpty())
+        throw UsageError(u"teach: --example CAPTION=TEXT is missing"_s);
     if (line.OnDemo && line.SitesFileName)
-        throw UsageError(QStringLiteral("harvest: --demo brings its own sites file, --sites cannot go with it"));
+        throw UsageError(u"harvest: --demo brings its own sites file, --sites cannot go with it"_s);
 }
 
 } // namespace
@@ -151,8 +215,8 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
                 if (row.Name == argument)
                     command = &row;
             if (!command)
-                throw UsageError(QStringLiteral("unknown command \u201C%1\u201D").arg(argument));
-            line.What = command->What;
+                throw UsageError(u"unknown command \u201C%1\u201D"_s.arg(argument));
+            line.Name = command->What;
             continue;
         }
         if (argument == u"--") {
@@ -160,11 +224,11 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
             continue;
         }
         if (argument == u"--help" || argument == u"-h") {
-            line.What = Command::Help;
+            line.Name = Command::Help;
             return line;
         }
         if (argument == u"--version") {
-            line.What = Command::Version;
+            line.Name = Command::Version;
             return line;
         }
         const qsizetype equals = argument.indexOf(u'=');
@@ -174,75 +238,74 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
             if (row.Name == name)
                 option = &row;
         if (!option)
-            throw UsageError(QStringLiteral("unknown option \u201C%1\u201D").arg(name));
+            throw UsageError(u"unknown option \u201C%1\u201D"_s.arg(name));
         QString value;
         if (!option->HasValue) {
             if (equals >= 0)
-                throw UsageError(QStringLiteral("%1 takes no value").arg(name));
+                throw UsageError(u"%1 takes no value"_s.arg(name));
         } else if (equals >= 0) {
             value = argument.sliced(equals + 1);
         } else {
             if (++i == arguments.size())
-                throw UsageError(QStringLiteral("%1: its value is missing").arg(name));
+                throw UsageError(u"%1: its value is missing"_s.arg(name));
             value = arguments[i];
         }
         formatGiven = formatGiven || name == u"--format";
         given.emplace_back(option, value);
     }
     if (!command)
-        throw UsageError(QStringLiteral("no command"));
+        throw UsageError(u"no command"_s);
     for (const auto& [option, value] : given) {
-        if ((option->Commands & Of(line.What)) == 0)
-            throw UsageError(QStringLiteral("%1 does not go with %2").arg(option->Name).arg(command->Name));
+        if ((option->Commands & Of(line.Name)) == 0)
+            throw UsageError(u"%1 does not go with %2"_s.arg(option->Name).arg(command->Name));
         option->Apply(line, value);
     }
-    if (!formatGiven && line.OutFileName.endsWith(u".jsonl", Qt::CaseInsensitive))
-        line.Format = LeadFormat::JsonLines;
+    if (!formatGiven)
+        line.Format = FormatBySuffix(line.OutFileName);
     CheckArguments(line, *command);
     return line;
 }
 
 QString UsageText() {
-    return QStringLiteral(
-               "Brindle %1: turns online business directories into sales leads\n"
-               "\n"
-               "brindle-cli sites                             the directories: code, base address, label\n"
-               "brindle-cli harvest --site CODE --start URL   walk the result pages from URL on, write the leads\n"
-               "brindle-cli parse   --site CODE PAGE...       read saved result pages, in the order given, as one "
-               "harvest\n"
-               "brindle-cli emails  URL                       the addresses of one business website, joined by \";\"\n"
-               "brindle-cli fetch   URL                       one page through the page fetcher, to standard output\n"
-               "brindle-cli demo                              serve the demo directories until Ctrl-C; prints their "
-               "sites file\n"
-               "brindle-cli settings                          the settings in force, in the format of the settings "
-               "file\n"
-               "brindle-cli language FILE                     what each tag of a language file reads as\n"
-               "\n"
-               "all commands\n"
-               "  --sites FILE         deployment file instead of the installed one\n"
-               "  --settings FILE      settings file instead of the user's; it is read, never written\n"
-               "  --set KEY=VALUE      override one setting by its key in the settings file; repeatable\n"
-               "  --quiet              no progress on standard error\n"
-               "harvest\n"
-               "  --demo               harvest from demo directories in this process; --start may be left out\n"
-               "  --browser static|web fetch and parse (default), or the Chromium engine\n"
-               "  --max-pages N        stop after N result pages\n"
-               "  --patience S         give up when no results page came up for S seconds (60)\n"
-               "harvest, parse\n"
-               "  --out FILE           where the leads go (standard output)\n"
-               "  --format csv|jsonl   by the suffix of FILE, else csv\n"
-               "parse\n"
-               "  --variant 1|2        read the pages in this layout, without asking for the list markers\n"
-               "  --markup as-is|site  the text as it stands, or a whole document delivered as the browser would "
-               "(site)\n"
-               "fetch\n"
-               "  --direct             a single attempt without delay or choice of a proxy\n"
-               "  --utf8               decode the body once more as UTF-8\n"
-               "harvest, parse, emails, fetch\n"
-               "  --pace N             every wait times N, 0 to 1 (1)\n"
-               "\n"
-               "exit status: 0 done, 1 the work failed, 2 wrong usage, 130 stopped by Ctrl-C\n")
-        .arg(QStringLiteral(BRINDLE_VERSION));
+    return u"Brindle %1: turns online business directories into sales leads\n"
+           "\n"
+           "brindle-cli sites                             the directories: code, base address, label\n"
+           "brindle-cli harvest --site CODE --start URL   walk the result pages from URL on, write the leads\n"
+           "brindle-cli parse   --site CODE PAGE...       read saved result pages, in the order given, as one "
+           "harvest\n"
+           "brindle-cli emails  URL                       the addresses of one business website, joined by \";\"\n"
+           "brindle-cli fetch   URL                       one page through the page fetcher, to standard output\n"
+           "brindle-cli demo                              serve the demo directories until Ctrl-C; prints their "
+           "sites file\n"
+           "brindle-cli settings                          the settings in force, in the format of the settings "
+           "file\n"
+           "brindle-cli language FILE                     what each tag of a language file reads as\n"
+           "\n"
+           "all commands\n"
+           "  --sites FILE         deployment file instead of the installed one\n"
+           "  --settings FILE      settings file instead of the user's; it is read, never written\n"
+           "  --set KEY=VALUE      override one setting by its key in the settings file; repeatable\n"
+           "  --quiet              no progress on standard error\n"
+           "harvest\n"
+           "  --demo               harvest from demo directories in this process; --start may be left out\n"
+           "  --browser static|web fetch and parse (default), or the Chromium engine\n"
+           "  --max-pages N        stop after N result pages\n"
+           "  --patience S         give up when no results page came up for S seconds (60)\n"
+           "harvest, parse\n"
+           "  --out FILE           where the leads go (standard output)\n"
+           "  --format csv|jsonl   by the suffix of FILE, else csv\n"
+           "parse\n"
+           "  --variant 1|2        read the pages in this layout, without asking for the list markers\n"
+           "  --markup as-is|site  the text as it stands, or a whole document delivered as the browser would "
+           "(site)\n"
+           "fetch\n"
+           "  --direct             a single attempt without delay or choice of a proxy\n"
+           "  --utf8               decode the body once more as UTF-8\n"
+           "harvest, parse, emails, fetch\n"
+           "  --pace N             every wait times N, 0 to 1 (1)\n"
+           "\n"
+           "exit status: 0 done, 1 the work failed, 2 wrong usage, 130 stopped by Ctrl-C\n"_s.arg(
+               QStringLiteral(BRINDLE_VERSION));
 }
 
 } // namespace Brindle

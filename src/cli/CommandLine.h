@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Errors.h"
+#include "core/Errors.h"
 
 #include <QString>
 #include <QStringList>
@@ -14,15 +14,36 @@ class UsageError : public Failure {
     using Failure::Failure;
 };
 
-enum class Command { Sites, Harvest, Parse, Emails, Fetch, Demo, Settings, Language, Help, Version };
+enum class Command {
+    Sites,
+    Harvest,
+    Parse,
+    Emails,
+    Fetch,
+    Demo,
+    Settings,
+    Language,
+    Next,
+    Explain,
+    Teach,
+    Run,
+    Work,
+    Searches,
+    Leads,
+    Status,
+    Merge,
+    Diagnose,
+    Help,
+    Version
+};
 
-enum class LeadFormat { Csv, JsonLines };
+enum class LeadFormat { Csv, CsvSheet, JsonLines, Workbook, VCard };
 enum class BrowserKind { Static, Web };
 enum class MarkupSource { AsIs, Site };
 
 /// What the command line asks for.
 struct CommandLine {
-    Command What = Command::Help;
+    Command Name = Command::Help;
     QStringList Arguments; ///< what stands beside the options: addresses, pages, a language file
 
     std::optional<QString> SitesFileName;
@@ -43,6 +64,24 @@ struct CommandLine {
     MarkupSource Markup = MarkupSource::Site;
     bool Direct = false;
     bool Utf8 = false;
+
+    QString RecipeFileName;
+    QString PageUrl; ///< the address under which the pages were saved
+    QString What;    ///< of a search instead of a start address
+    QString Place;
+    bool Details = false; ///< read each record's own page too
+    QStringList Examples; ///< CAPTION=TEXT each, in order
+    QStringList Columns;  ///< further columns by name, in order
+    bool CheckMx = false;
+    QString Store; ///< a file or a postgresql address; empty: none was given
+    QString Since; ///< a date
+    bool OnlyNew = false;
+    QString Find;
+    int Jobs = 1;
+    int LimitPerHost = 0; ///< 0: no limit of its own
+    bool IgnoreRobots = false;
+    bool Wait = false;
+    bool Json = false; ///< status and searches: JSON lines, for monitoring
 };
 
 /// Reads the arguments behind the program's name. Throws `UsageError`.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CommandLine.h"
-#include "Console.h"
-#include "RunCli.h"
+#include "cli/CommandLine.h"
+#include "cli/Console.h"
+#include "cli/RunCli.h"
 
 namespace Brindle {
 

@@ -1,8 +1,10 @@
-#include "Console.h"
+#include "cli/Console.h"
 
-#include "StandardStreams.h"
+#include "platform/StandardStreams.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -32,7 +34,7 @@ Console::~Console() {
 
 void Console::Error(const QString& message) {
     ClearLiveLine();
-    Write(QStringLiteral("brindle-cli: ") + OneLine(message) + u'\n');
+    Write(u"brindle-cli: "_s + OneLine(message) + u'\n');
 }
 
 void Console::Note(const QString& message) {
@@ -54,20 +56,19 @@ void Console::ShowProgress(qint64 pages, qint64 leads, const QString& address) {
         return;
     sinceDrawn_.start();
     const qint64 seconds = sinceStart_.elapsed() / 1000;
-    const QString line = QStringLiteral("%1:%2  %3 pages  %4 leads  %5")
-                             .arg(seconds / 60)
+    const QString line = u"%1:%2  %3 pages  %4 leads  %5"_s.arg(seconds / 60)
                              .arg(seconds % 60, 2, 10, QLatin1Char('0'))
                              .arg(pages)
                              .arg(leads)
                              .arg(OneLine(address));
-    Write(u'\r' + line.left(78) + QStringLiteral("\x1B[K"));
+    Write(u'\r' + line.left(78) + u"\x1B[K"_s);
     liveLineShown_ = true;
 }
 
 void Console::ClearLiveLine() {
     if (!liveLineShown_)
         return;
-    Write(QStringLiteral("\r\x1B[K"));
+    Write(u"\r\x1B[K"_s);
     liveLineShown_ = false;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "StatusView.h"
+#include "core/Dialogs.h"
+#include "core/StatusView.h"
 
 #include <QElapsedTimer>
 #include <QString>

@@ -1,22 +1,24 @@
-#include "Adapters.h"
-#include "Commands.h"
-#include "CustomProxy.h"
-#include "HarvestDriver.h"
-#include "HttpClient.h"
-#include "LeadOutput.h"
-#include "Session.h"
-#include "StaticBrowser.h"
-#include "Text.h"
+#include "adapters/Adapters.h"
+#include "browser/StaticBrowser.h"
+#include "cli/Commands.h"
+#include "cli/LeadOutput.h"
+#include "cli/Session.h"
+#include "core/HarvestDriver.h"
+#include "net/CustomProxy.h"
+#include "net/HttpClient.h"
+#include "toolkit/Text.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSet>
 
 #ifdef BRINDLE_HAS_DEMO
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 #endif
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -43,8 +45,8 @@ public:
         session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
         if (mayComplete && waited < line_.PatienceSeconds)
             return;
-        QString reason = QStringLiteral("no results page of %1: %2")
-                             .arg(session_.State.CurrID, MissingListMarkers(page, session_.State.CurrID));
+        QString reason =
+            u"no results page of %1: %2"_s.arg(session_.State.CurrID, MissingListMarkers(page, session_.State.CurrID));
         if (!browser_.LastError().isEmpty())
             reason = browser_.LastError();
         GiveUp(ContainsExact(reason, Address()) ? reason : Address() + u": " + reason);
@@ -53,8 +55,7 @@ public:
     void PageRead() override {
         ++pages_;
         sincePage_.start();
-        session_.Out.Note(QStringLiteral("page %1: %2 leads, %3 in all, %4")
-                              .arg(pages_)
+        session_.Out.Note(u"page %1: %2 leads, %3 in all, %4"_s.arg(pages_)
                               .arg(newLeads_)
                               .arg(session_.Report.Count())
                               .arg(Address()));
@@ -66,8 +67,7 @@ public:
 
     void RoundEnded(bool nextPageLoaded) override {
         if (!nextPageLoaded && newLeads_ == 0) {
-            session_.Out.Note(
-                QStringLiteral("%1: a next page is announced, but no link to it can be taken").arg(Address()));
+            session_.Out.Note(u"%1: a next page is announced, but no link to it can be taken"_s.arg(Address()));
             End();
         }
         newLeads_ = 0;
@@ -150,7 +150,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
     browser->Stop();
 
     session.Out.Report(session.Report.Text());
-    session.Out.Note(QStringLiteral("%1 s").arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
+    session.Out.Note(u"%1 s"_s.arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
     for (const QString& error : {watch.Error(), output.Error()})
         if (!error.isEmpty())
             session.Out.Error(error);
@@ -163,16 +163,16 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
 int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
     Demo::DemoServer server;
     server.Start();
-    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")));
+    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s));
     session.SelectSite(line.Site);
     const QString start = line.Start.isEmpty() ? server.FirstResultPage(line.Site) : line.Start;
     if (start.isEmpty())
-        throw Failure(QStringLiteral("there is no demo directory of %1").arg(line.Site));
+        throw Failure(u"there is no demo directory of %1"_s.arg(line.Site));
     return HarvestFrom(line, session, start, webBrowser);
 }
 #else
 int HarvestDemo(const CommandLine&, Console&, const WebBrowserFactory&) {
-    throw Failure(QStringLiteral("this installation has no demo directories"));
+    throw Failure(u"this installation has no demo directories"_s);
 }
 #endif
 

@@ -1,6 +1,8 @@
-#include "JsonLine.h"
+#include "cli/JsonLine.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,7 +47,7 @@ void AppendString(QString& to, const QString& text) {
 } // namespace
 
 QByteArray JsonLine(const Lead& lead) {
-    QString line = QStringLiteral("{");
+    QString line = u"{"_s;
     for (int column = 0; column < FieldCount; ++column) {
         if (column > 0)
             line += u", ";

@@ -1,6 +1,6 @@
-#include "LeadOutput.h"
+#include "cli/LeadOutput.h"
 
-#include "JsonLine.h"
+#include "cli/JsonLine.h"
 
 #include <QDir>
 
@@ -14,6 +14,8 @@
 #endif
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,7 +35,7 @@ int StandardOutput() {
 LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings)
     : leads_(leads),
       file_(fileName),
-      shownName_(fileName.isEmpty() ? QStringLiteral("standard output") : QDir::toNativeSeparators(fileName)),
+      shownName_(fileName.isEmpty() ? u"standard output"_s : QDir::toNativeSeparators(fileName)),
       format_(format),
       automatic_(settings.cExportAutomatic),
       csv_(settings) {
@@ -42,7 +44,7 @@ LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat form
     const bool opened =
         fileName.isEmpty() ? file_.open(StandardOutput(), mode) : file_.open(mode | QIODevice::Truncate);
     if (!opened)
-        throw Failure(QStringLiteral("%1: %2").arg(shownName_, file_.errorString()));
+        throw Failure(u"%1: %2"_s.arg(shownName_, file_.errorString()));
     leads_.AddObserver(this);
 }
 
@@ -74,7 +76,7 @@ void LeadOutput::Write(const QByteArray& bytes) {
     if (!error_.isEmpty())
         return;
     if (file_.write(bytes) != bytes.size())
-        error_ = QStringLiteral("%1: %2").arg(shownName_, file_.errorString());
+        error_ = u"%1: %2"_s.arg(shownName_, file_.errorString());
 }
 
 } // namespace Brindle

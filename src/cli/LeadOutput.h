@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CommandLine.h"
-#include "CsvFormat.h"
-#include "LeadList.h"
+#include "cli/CommandLine.h"
+#include "core/LeadList.h"
+#include "export/CsvFormat.h"
 
 #include <QFile>
 

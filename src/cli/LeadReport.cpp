@@ -1,6 +1,8 @@
-#include "LeadReport.h"
+#include "cli/LeadReport.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 void LeadReport::Add(const Lead& lead) {
     ++leads_;
@@ -10,12 +12,11 @@ void LeadReport::Add(const Lead& lead) {
 }
 
 QString LeadReport::Text() const {
-    QString text = QStringLiteral("%1 %2\n").arg(leads_).arg(leads_ == 1 ? u"lead" : u"leads");
+    QString text = u"%1 %2\n"_s.arg(leads_).arg(leads_ == 1 ? u"lead" : u"leads");
     if (leads_ == 0)
         return text;
     for (int column = 0; column < FieldCount; ++column)
-        text += QStringLiteral("  %1 %2 of %3\n")
-                    .arg(EnglishCaptions()[column], -13)
+        text += u"  %1 %2 of %3\n"_s.arg(EnglishCaptions()[column], -13)
                     .arg(filled_.at(static_cast<size_t>(column)), 6)
                     .arg(leads_);
     return text;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Lead.h"
+#include "core/Lead.h"
 
 #include <QString>
 

@@ -1,15 +1,15 @@
-#include "Commands.h"
-#include "CreatePlatform.h"
-#include "LanguageFile.h"
-#include "Session.h"
-#include "SettingsText.h"
+#include "cli/Commands.h"
+#include "cli/Session.h"
+#include "i18n/LanguageFile.h"
+#include "platform/CreatePlatform.h"
+#include "settings/SettingsText.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
 #ifdef BRINDLE_HAS_DEMO
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 #endif
 
 #include <cstdio>
@@ -21,6 +21,8 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A character that no address holds: what is still there afterwards was never written.
@@ -28,10 +30,10 @@ const QString unwritten(QChar(0xFFFF));
 
 // A text on one line of a table.
 QString Escaped(QString text) {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\\n"));
-    text.replace(u'\n', QStringLiteral("\\n"));
-    text.replace(u'\r', QStringLiteral("\\n"));
-    text.replace(u'\t', QStringLiteral("\\t"));
+    text.replace(u"\r\n"_s, u"\\n"_s);
+    text.replace(u'\n', u"\\n"_s);
+    text.replace(u'\r', u"\\n"_s);
+    text.replace(u'\t', u"\\t"_s);
     return text;
 }
 
@@ -43,7 +45,7 @@ void WriteToStandardOutput(const QByteArray& bytes) {
 #endif
     const auto size = static_cast<size_t>(bytes.size());
     if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
-        throw Failure(QStringLiteral("standard output: cannot be written"));
+        throw Failure(u"standard output: cannot be written"_s);
 }
 
 int RunSites(const CommandLine& line, Console& console) {
@@ -92,7 +94,7 @@ int RunLanguage(const CommandLine& line, Console& console) {
     const QString& fileName = line.Arguments.first();
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     file.close();
     const LanguageFile language(ReadLanguageText(fileName));
     QString lines;
@@ -106,7 +108,7 @@ int RunLanguage(const CommandLine& line, Console& console) {
         add(u"settings", number, language.Settings(number));
     WriteToStandardOutput(lines.toUtf8());
     for (const QString& tag : language.Missing())
-        console.Error(QStringLiteral("%1: %2 not found").arg(QDir::toNativeSeparators(fileName), tag));
+        console.Error(u"%1: %2 not found"_s.arg(QDir::toNativeSeparators(fileName), tag));
     return language.Missing().isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
 }
 
@@ -118,15 +120,14 @@ int RunDemo(const CommandLine& line, Console& console) {
     WriteToStandardOutput(server.SitesIni().toUtf8());
     for (const QString& code : server.SiteCodes())
         for (int layout = 1; layout <= server.LayoutCount(code); ++layout)
-            console.Note(
-                QStringLiteral("%1 layout %2: %3").arg(code).arg(layout).arg(server.FirstResultPage(code, layout)));
+            console.Note(u"%1 layout %2: %3"_s.arg(code).arg(layout).arg(server.FirstResultPage(code, layout)));
     while (!session.CtrlC.Happened())
         session.Loop.WaitForMessage(std::nullopt);
     return ExitStatus::Interrupted;
 }
 #else
 int RunDemo(const CommandLine&, Console&) {
-    throw Failure(QStringLiteral("this installation has no demo directories"));
+    throw Failure(u"this installation has no demo directories"_s);
 }
 #endif
 

@@ -1,15 +1,17 @@
-#include "Adapters.h"
-#include "Commands.h"
-#include "HarvestDriver.h"
-#include "HtmlDocument.h"
-#include "LeadOutput.h"
-#include "Session.h"
-#include "TextDecoder.h"
+#include "adapters/Adapters.h"
+#include "cli/Commands.h"
+#include "cli/LeadOutput.h"
+#include "cli/Session.h"
+#include "core/HarvestDriver.h"
+#include "net/TextDecoder.h"
+#include "page/HtmlDocument.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,7 +20,7 @@ QString ReadText(const QString& fileName) {
     const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
     const QByteArray bytes = opened ? file.readAll() : QByteArray();
     if (!opened || file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     return DecodePage(bytes);
 }
 
@@ -30,7 +32,7 @@ QString PageText(const CommandLine& line, const QString& fileName) {
     try {
         return BodyOfPage(text, MarkupFormOf(line.Site));
     } catch (const Failure& failure) {
-        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), failure.Message()));
+        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), failure.Message()));
     }
 }
 
@@ -43,8 +45,8 @@ void ReadPage(Session& session, const CommandLine& line, const QString& fileName
     } else {
         const QString missing = MissingListMarkers(page, state.CurrID);
         if (!missing.isEmpty())
-            throw Failure(QStringLiteral("%1: no results page of %2: %3")
-                              .arg(QDir::toNativeSeparators(fileName), state.CurrID, missing));
+            throw Failure(
+                u"%1: no results page of %2: %3"_s.arg(QDir::toNativeSeparators(fileName), state.CurrID, missing));
         MarkerSet markers;
         GetInitTokens(page, state.CurrID, markers, state.CurrSite);
     }
@@ -69,9 +71,7 @@ int RunParse(const CommandLine& line, Console& console) {
             break;
         try {
             ReadPage(session, line, fileName);
-            console.Note(QStringLiteral("%1: %2 leads so far")
-                             .arg(QDir::toNativeSeparators(fileName))
-                             .arg(session.Report.Count()));
+            console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
         } catch (const Failure& failure) {
             console.Error(failure.Message());
             status = ExitStatus::Failed;

@@ -1,7 +1,7 @@
-#include "RunCli.h"
+#include "cli/RunCli.h"
 
-#include "Commands.h"
-#include "Session.h"
+#include "cli/Commands.h"
+#include "cli/Session.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -15,6 +15,8 @@
 #endif
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,7 +32,7 @@ int BecomeProgram(const QString& program, const QStringList& arguments) {
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
     execv(pointers[0], pointers.data());
-    throw Failure(QStringLiteral("%1: cannot be started").arg(program));
+    throw Failure(u"%1: cannot be started"_s.arg(program));
 }
 #else
 int BecomeProgram(const QString& program, const QStringList& arguments) {
@@ -39,17 +41,17 @@ int BecomeProgram(const QString& program, const QStringList& arguments) {
 #endif
 
 int RunWithEngine(const QStringList& arguments) {
-    QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/brindle-cli-web");
+    QString program = QCoreApplication::applicationDirPath() + u"/brindle-cli-web"_s;
 #ifdef Q_OS_WIN
-    program += QStringLiteral(".exe");
+    program += u".exe"_s;
 #endif
     if (!QFileInfo::exists(program))
-        throw Failure(QStringLiteral("--browser web: this installation has no browser engine"));
+        throw Failure(u"--browser web: this installation has no browser engine"_s);
     return BecomeProgram(program, arguments);
 }
 
 int Run(const CommandLine& line, const QStringList& arguments, Console& console, const WebBrowserFactory& webBrowser) {
-    switch (line.What) {
+    switch (line.Name) {
     case Command::Sites:
         return RunSites(line, console);
     case Command::Harvest:
@@ -74,6 +76,17 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Version:
         WriteToStandardOutput("Brindle " BRINDLE_VERSION "\n");
         return ExitStatus::Done;
+    case Command::Next:
+    case Command::Explain:
+    case Command::Teach:
+    case Command::Run:
+    case Command::Work:
+    case Command::Searches:
+    case Command::Leads:
+    case Command::Status:
+    case Command::Merge:
+    case Command::Diagnose:
+        break;
     }
     return ExitStatus::WrongUsage;
 }
@@ -88,7 +101,7 @@ int RunCli(const QStringList& arguments, const WebBrowserFactory& webBrowser) {
         Console console(quiet);
         return Run(line, arguments, console, webBrowser);
     } catch (const UsageError& error) {
-        Console(quiet).Error(error.Message() + QStringLiteral(" (brindle-cli --help shows the usage)"));
+        Console(quiet).Error(error.Message() + u" (brindle-cli --help shows the usage)"_s);
         return ExitStatus::WrongUsage;
     } catch (const Failure& failure) {
         Console(quiet).Error(failure.Message());

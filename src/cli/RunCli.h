@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "MessageLoop.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/MessageLoop.h"
 
 #include <QStringList>
 

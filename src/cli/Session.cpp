@@ -1,10 +1,10 @@
-#include "Session.h"
+#include "cli/Session.h"
 
-#include "CreatePlatform.h"
-#include "LanguageFile.h"
-#include "SettingsStore.h"
-#include "SettingsText.h"
-#include "TickCount.h"
+#include "i18n/LanguageFile.h"
+#include "platform/CreatePlatform.h"
+#include "platform/TickCount.h"
+#include "settings/SettingsStore.h"
+#include "settings/SettingsText.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -12,27 +12,28 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 Settings LoadSettingsInForce(const CommandLine& line, Platform& platform) {
     const QString fileName =
-        line.SettingsFileName.value_or(QDir(platform.SettingsFolder()).filePath(QStringLiteral("settings.dat")));
+        line.SettingsFileName.value_or(QDir(platform.SettingsFolder()).filePath(u"settings.dat"_s));
     if (line.SettingsFileName && !QFileInfo::exists(fileName))
-        throw Failure(QStringLiteral("%1: no such file").arg(QDir::toNativeSeparators(fileName)));
+        throw Failure(u"%1: no such file"_s.arg(QDir::toNativeSeparators(fileName)));
     Settings settings = SettingsStore(fileName, platform.GetDocumentsFolder()).LoadSettings();
     for (const QString& assignment : line.Overrides) {
         const qsizetype equals = assignment.indexOf(u'=');
         if (equals < 0)
-            throw UsageError(QStringLiteral("--set: \u201C%1\u201D is not of the form KEY=VALUE").arg(assignment));
+            throw UsageError(u"--set: \u201C%1\u201D is not of the form KEY=VALUE"_s.arg(assignment));
         QString reason;
         if (!SetOption(settings, assignment.first(equals), assignment.sliced(equals + 1), platform.GetDocumentsFolder(),
                        reason))
-            throw UsageError(QStringLiteral("--set: %1").arg(reason));
+            throw UsageError(u"--set: %1"_s.arg(reason));
     }
     return settings;
 }
 
 SitesFile LoadSites(const CommandLine& line) {
-    return SitesFile::Load(
-        line.SitesFileName.value_or(QCoreApplication::applicationDirPath() + QStringLiteral("/sites.ini")));
+    return SitesFile::Load(line.SitesFileName.value_or(QCoreApplication::applicationDirPath() + u"/sites.ini"_s));
 }
 
 Session::Session(const CommandLine& line, Console& console, SitesFile sites)
@@ -54,7 +55,7 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
       }) {
     Loop.SetPace(line.Pace);
     const LanguageFile language(ReadLanguageText(LanguageFileName(Options.Language)));
-    language.FillMessages(Texts, 0, QStringLiteral("Brindle"));
+    language.FillMessages(Texts, 0, u"Brindle"_s);
     if (!language.IsEmpty())
         Leads.Captions = language.ColumnCaptions();
     Job.LeadKept = [this](const Lead& lead) { Report.Add(lead); };
@@ -62,8 +63,7 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
 
 void Session::SelectSite(const QString& siteCode) {
     if (!KnownSiteCodes().contains(siteCode))
-        throw UsageError(
-            QStringLiteral("--site: \u201C%1\u201D is no site code; brindle-cli sites lists them").arg(siteCode));
+        throw UsageError(u"--site: \u201C%1\u201D is no site code; brindle-cli sites lists them"_s.arg(siteCode));
     const QStringList problems = Sites.ProblemsOf(siteCode);
     for (qsizetype i = 0; i + 1 < problems.size(); ++i)
         Out.Error(problems[i]);

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "AutomaticSaver.h"
-#include "CommandLine.h"
-#include "Console.h"
-#include "EmailHarvester.h"
-#include "Harvest.h"
-#include "Interrupt.h"
-#include "LeadReport.h"
-#include "PageFetcher.h"
-#include "Platform.h"
-#include "QtMessageLoop.h"
-#include "SitesFile.h"
+#include "cli/CommandLine.h"
+#include "cli/Console.h"
+#include "cli/Interrupt.h"
+#include "cli/LeadReport.h"
+#include "core/Harvest.h"
+#include "core/Platform.h"
+#include "core/QtMessageLoop.h"
+#include "core/SitesFile.h"
+#include "export/AutomaticSaver.h"
+#include "net/EmailHarvester.h"
+#include "net/PageFetcher.h"
 
 #include <memory>
 

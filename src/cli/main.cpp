@@ -1,4 +1,4 @@
-#include "RunCli.h"
+#include "cli/RunCli.h"
 
 #include <QCoreApplication>
 

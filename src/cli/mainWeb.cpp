@@ -1,6 +1,6 @@
-#include "RunCli.h"
-#include "WebEngineBrowser.h"
-#include "WebEngineStart.h"
+#include "browser/webengine/WebEngineBrowser.h"
+#include "browser/webengine/WebEngineStart.h"
+#include "cli/RunCli.h"
 
 #include <QApplication>
 

@@ -1,4 +1,4 @@
-#include "Delay.h"
+#include "core/Delay.h"
 
 namespace Brindle {
 

@@ -1,4 +1,4 @@
-#include "DuplicateKeys.h"
+#include "core/DuplicateKeys.h"
 
 #include <QRandomGenerator>
 

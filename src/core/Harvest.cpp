@@ -1,4 +1,4 @@
-#include "Harvest.h"
+#include "core/Harvest.h"
 
 #include <QDateTime>
 #include <QLocale>

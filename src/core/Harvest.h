@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "LeadList.h"
-#include "MessageLoop.h"
-#include "MessageTexts.h"
-#include "Services.h"
-#include "Settings.h"
-#include "SiteCatalogue.h"
-#include "StatusView.h"
+#include "core/Dialogs.h"
+#include "core/LeadList.h"
+#include "core/MessageLoop.h"
+#include "core/MessageTexts.h"
+#include "core/Services.h"
+#include "core/Settings.h"
+#include "core/SiteCatalogue.h"
+#include "core/StatusView.h"
 
 #include <QString>
 

@@ -1,13 +1,15 @@
-#include "HarvestDriver.h"
+#include "core/HarvestDriver.h"
 
-#include "Delay.h"
-#include "Marker.h"
-#include "Text.h"
+#include "core/Delay.h"
+#include "toolkit/Marker.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <exception>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -180,7 +182,7 @@ void HarvestDriver::Tick() {
     const QString link = NextPageLink(page);
     if (!link.isEmpty()) {
         harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
-        browser_.Navigate(QStringLiteral("about:blank"));
+        browser_.Navigate(u"about:blank"_s);
         Delay(harvest_.Loop, 2000);
         if (harvest_.Loop.Quitting())
             return;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "Harvest.h"
-#include "SiteAdapter.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/Harvest.h"
+#include "core/SiteAdapter.h"
 
 #include <memory>
 #include <span>

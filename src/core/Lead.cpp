@@ -1,6 +1,8 @@
-#include "Lead.h"
+#include "core/Lead.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,20 +23,18 @@ QString& Lead::At(int column) {
 
 const QStringList& EnglishCaptions() {
     static const QStringList captions{
-        QStringLiteral("Category"),    QStringLiteral("Business Name"), QStringLiteral("Full Address"),
-        QStringLiteral("Address"),     QStringLiteral("City"),          QStringLiteral("State"),
-        QStringLiteral("Postal Code"), QStringLiteral("Country"),       QStringLiteral("Phone"),
-        QStringLiteral("Fax"),         QStringLiteral("Website"),       QStringLiteral("Email"),
-        QStringLiteral("Map Link"),    QStringLiteral("Details Link"),
+        u"Category"_s, u"Business Name"_s, u"Full Address"_s, u"Address"_s,      u"City"_s,
+        u"State"_s,    u"Postal Code"_s,   u"Country"_s,      u"Phone"_s,        u"Fax"_s,
+        u"Website"_s,  u"Email"_s,         u"Map Link"_s,     u"Details Link"_s,
     };
     return captions;
 }
 
 QString AutomaticLine(const Lead& lead) {
-    QString line = QStringLiteral("\"");
+    QString line = u"\""_s;
     for (int column = 0; column < FieldCount; ++column) {
         if (column > 0)
-            line += QStringLiteral("\",\"");
+            line += u"\",\""_s;
         line += lead.At(column);
     }
     line += u'"';

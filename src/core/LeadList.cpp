@@ -1,4 +1,4 @@
-#include "LeadList.h"
+#include "core/LeadList.h"
 
 #include <algorithm>
 #include <cstring>

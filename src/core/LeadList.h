@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DuplicateKeys.h"
-#include "Lead.h"
+#include "core/DuplicateKeys.h"
+#include "core/Lead.h"
 
 #include <QStringList>
 

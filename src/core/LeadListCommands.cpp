@@ -1,6 +1,6 @@
-#include "LeadListCommands.h"
+#include "core/LeadListCommands.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "LeadList.h"
-#include "MessageLoop.h"
-#include "MessageTexts.h"
-#include "StatusView.h"
+#include "core/Dialogs.h"
+#include "core/LeadList.h"
+#include "core/MessageLoop.h"
+#include "core/MessageTexts.h"
+#include "core/StatusView.h"
 
 #include <span>
 

@@ -1,6 +1,6 @@
-#include "MessageTexts.h"
+#include "core/MessageTexts.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 namespace Brindle {
 

@@ -1,4 +1,4 @@
-#include "QtMessageLoop.h"
+#include "core/QtMessageLoop.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>

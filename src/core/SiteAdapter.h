@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "Harvest.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/Harvest.h"
 
 #include <QString>
 

@@ -1,12 +1,14 @@
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,8 +44,8 @@ std::span<const ListMarkers> SetsOf(QStringView siteCode) {
 }
 
 MarkerSet Assigned(const ListMarkers& row) {
-    return {row.InitList.toString(), row.EndList.toString(),      QStringLiteral("href=\""),
-            QStringLiteral("\""),    row.NextPageText.toString(), row.NextPageDisabled.toString()};
+    return {row.InitList.toString(),     row.EndList.toString(),         u"href=\""_s, u"\""_s,
+            row.NextPageText.toString(), row.NextPageDisabled.toString()};
 }
 
 } // namespace
@@ -95,13 +97,13 @@ QString MissingListMarkers(const QString& page, QStringView siteCode) {
         QStringList missing;
         for (const QStringView marker : {row.InitList, row.EndList})
             if (!ContainsFolded(page, marker))
-                missing.append(QStringLiteral("\u201C%1\u201D").arg(marker));
+                missing.append(u"\u201C%1\u201D"_s.arg(marker));
         if (missing.isEmpty())
             return {};
-        const QString list = missing.join(QStringLiteral(" and "));
-        layouts.append(sets.size() == 1 ? list : QStringLiteral("layout %1: %2").arg(row.Variant).arg(list));
+        const QString list = missing.join(u" and "_s);
+        layouts.append(sets.size() == 1 ? list : u"layout %1: %2"_s.arg(row.Variant).arg(list));
     }
-    return QStringLiteral("missing list marker ") + layouts.join(QStringLiteral("; "));
+    return u"missing list marker "_s + layouts.join(u"; "_s);
 }
 
 SiteCatalogue::SiteCatalogue(std::vector<SiteEntry> entries, QString mapBase)

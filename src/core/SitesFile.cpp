@@ -1,7 +1,7 @@
-#include "SitesFile.h"
+#include "core/SitesFile.h"
 
-#include "Errors.h"
-#include "Text.h"
+#include "core/Errors.h"
+#include "toolkit/Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,11 +9,13 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Group = QHash<QString, QString>;
 
-const QString mapGroup = QStringLiteral("map");
+const QString mapGroup = u"map"_s;
 
 QStringView WithoutComment(QStringView line) {
     for (qsizetype i = 0; i < line.size(); ++i)
@@ -54,11 +56,9 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
         }
         const qsizetype equals = line.indexOf(u'=');
         if (equals <= 0 || current.isEmpty()) {
-            const QString where = current.isEmpty() ? QStringLiteral("before the first group")
-                                                    : QStringLiteral("group [%1]").arg(current);
+            const QString where = current.isEmpty() ? u"before the first group"_s : u"group [%1]"_s.arg(current);
             file.Problems.push_back(
-                {current, QStringLiteral("%1: line %2, %3: \u201C%4\u201D is not of the form key=value")
-                              .arg(fileName)
+                {current, u"%1: line %2, %3: \u201C%4\u201D is not of the form key=value"_s.arg(fileName)
                               .arg(lineNumber)
                               .arg(where, line.left(60))});
             continue;
@@ -70,57 +70,55 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
         const auto found = groups.constFind(group);
         QString value = found == groups.cend() ? QString() : found->value(key);
         const auto problem = [&](const QString& what) {
-            file.Problems.push_back(
-                {group, QStringLiteral("%1: group [%2], key %3: %4").arg(fileName, group, key, what)});
+            file.Problems.push_back({group, u"%1: group [%2], key %3: %4"_s.arg(fileName, group, key, what)});
             return QString();
         };
         if (value.isEmpty())
-            return problem(found == groups.cend() ? QStringLiteral("missing, as is the group")
-                                                  : QStringLiteral("missing"));
+            return problem(found == groups.cend() ? u"missing, as is the group"_s : u"missing"_s);
         if (!IsWebAddress(value))
-            return problem(QStringLiteral("\u201C%1\u201D is no http or https address").arg(value.left(60)));
+            return problem(u"\u201C%1\u201D is no http or https address"_s.arg(value.left(60)));
         return value;
     };
 
-    file.MapBase = address(mapGroup, QStringLiteral("base"));
+    file.MapBase = address(mapGroup, u"base"_s);
     for (const QString& code : KnownSiteCodes()) {
         SiteEntry entry;
         entry.Code = code;
-        entry.Base = address(code, QStringLiteral("base"));
+        entry.Base = address(code, u"base"_s);
         const Group group = groups.value(code);
-        entry.Label = group.value(QStringLiteral("label"));
+        entry.Label = group.value(u"label"_s);
         if (entry.Label.isEmpty() && groups.contains(code))
-            file.Problems.push_back({code, QStringLiteral("%1: group [%2], key label: missing").arg(fileName, code)});
+            file.Problems.push_back({code, u"%1: group [%2], key label: missing"_s.arg(fileName, code)});
         if (entry.Base.isEmpty() || entry.Label.isEmpty()) {
             file.DisabledSites.append(code);
             continue;
         }
-        entry.DetailsBase = group.value(QStringLiteral("details_base"), entry.Base);
-        entry.OwnHost = group.value(QStringLiteral("own_host"));
-        entry.RedirectHost = group.value(QStringLiteral("redirect_host"));
-        entry.ContactEmail = group.value(QStringLiteral("contact_email"));
-        entry.AdvertUrl = group.value(QStringLiteral("advert_url"));
+        entry.DetailsBase = group.value(u"details_base"_s, entry.Base);
+        entry.OwnHost = group.value(u"own_host"_s);
+        entry.RedirectHost = group.value(u"redirect_host"_s);
+        entry.ContactEmail = group.value(u"contact_email"_s);
+        entry.AdvertUrl = group.value(u"advert_url"_s);
         file.Sites.push_back(std::move(entry));
     }
-    file.BrowserUserAgent = groups.value(QStringLiteral("browser")).value(QStringLiteral("user_agent"));
-    const Group publisher = groups.value(QStringLiteral("publisher"));
-    file.PublisherUpdates = publisher.value(QStringLiteral("updates"));
-    file.PublisherNews = publisher.value(QStringLiteral("news"));
-    file.PublisherHelp = publisher.value(QStringLiteral("help"));
+    file.BrowserUserAgent = groups.value(u"browser"_s).value(u"user_agent"_s);
+    const Group publisher = groups.value(u"publisher"_s);
+    file.PublisherUpdates = publisher.value(u"updates"_s);
+    file.PublisherNews = publisher.value(u"news"_s);
+    file.PublisherHelp = publisher.value(u"help"_s);
     return file;
 }
 
 SitesFile SitesFile::Load(const QString& fileName) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     // A deployment file has a few kilobytes; what is far beyond that is some other file.
     constexpr qint64 limit = 1 << 20;
     const QByteArray text = file.read(limit + 1);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     if (text.size() > limit)
-        throw Failure(QStringLiteral("%1: too large for a sites file").arg(QDir::toNativeSeparators(fileName)));
+        throw Failure(u"%1: too large for a sites file"_s.arg(QDir::toNativeSeparators(fileName)));
     return Parse(text, QDir::toNativeSeparators(fileName));
 }
 

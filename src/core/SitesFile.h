@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
 
 #include <QByteArray>
 #include <QString>

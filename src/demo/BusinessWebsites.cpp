@@ -1,14 +1,16 @@
-#include "BusinessWebsites.h"
+#include "demo/BusinessWebsites.h"
 
-#include "DemoPage.h"
+#include "demo/DemoPage.h"
 
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
 namespace {
 
-const Look look{QStringLiteral("Business website"), QStringLiteral("#37526b"), QStringLiteral("en"), {}};
+const Look look{u"Business website"_s, u"#37526b"_s, u"en"_s, {}};
 
 constexpr QStringView pageTemplate = uR"(<body>
 <div class="masthead"><span class="brand">{{name}}</span> <a href="{{start}}">Home</a></div>
@@ -51,7 +53,7 @@ QString NameOf(const QString& slug) {
 }
 
 QString Address(QStringView user, const QString& slug) {
-    return user + QStringLiteral("@") + slug + QStringLiteral(".example");
+    return user + u"@"_s + slug + u".example"_s;
 }
 
 void Serve(httplib::Server& server, const QString& base, WebsiteKind kind, QStringView page, QStringView content) {
@@ -119,7 +121,7 @@ us.</p>)");
     Serve(server, base, WebsiteKind::Large, u"survey/", u"<h1>Two questions</h1><p>Answers to {{sales}}</p>");
 
     server.Get("/maps", [](const httplib::Request& request, httplib::Response& response) {
-        SendPage(response, Document(look, QStringLiteral("Map"),
+        SendPage(response, Document(look, u"Map"_s,
                                     Fill(u"<body><div class=\"masthead\"><span class=\"brand\">Map</span></div>"
                                          u"<div class=\"search\">You are looking for: <b>{{query}}</b></div></body>",
                                          {{u"query", Parameter(request, "q")}})));

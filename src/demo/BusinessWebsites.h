@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DemoDirectory.h"
+#include "demo/DemoDirectory.h"
 
 #include <QString>
 

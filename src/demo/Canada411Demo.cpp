@@ -1,10 +1,12 @@
-#include "DemoLinks.h"
-#include "DemoPage.h"
-#include "Directories.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoLinks.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -139,9 +141,9 @@ constexpr int pageCount = (static_cast<int>(std::size(entries)) + entriesPerPage
 constexpr int pageWithoutTerm = 3; // its search form is another one
 constexpr QStringView term = u"Garden & Home";
 
-const Look look{QStringLiteral("Ring Canada"), QStringLiteral("#a3262a"), QStringLiteral("en"), QStringLiteral(R"(
+const Look look{u"Ring Canada"_s, u"#a3262a"_s, u"en"_s, uR"(
 .ltitle a { font-size: 1.1em } .pager a, .pager b { margin-right: .8em } .listing p { margin: .2em 0 }
-)")};
+)"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="ring">
 <div class="masthead"><span class="brand">Ring Canada</span> <a href="/">Home</a></div>
@@ -205,14 +207,14 @@ Entry Printed(Entry entry) {
 QString PathOf(int number) {
     const Entry& entry = entries[number];
     if (entry.Kind == Who::Person)
-        return QStringLiteral("/person/%1-%2").arg(SlugOf(entry.Name)).arg(number);
-    return QStringLiteral("/business/profile/%1?from=list&lang=en").arg(number);
+        return u"/person/%1-%2"_s.arg(SlugOf(entry.Name)).arg(number);
+    return u"/business/profile/%1?from=list&lang=en"_s.arg(number);
 }
 
 QString ListingOf(const DemoContext& context, int number) {
     const Entry& entry = entries[number];
     const bool picture = entry.Form == Shape::NoListedName || entry.Form == Shape::Nameless;
-    const QString name = picture ? QStringLiteral("<img src=\"/logo.png\" alt=\"\">") : EscapeHtml(entry.Name);
+    const QString name = picture ? u"<img src=\"/logo.png\" alt=\"\">"_s : EscapeHtml(entry.Name);
     return Fill(listingTemplate,
                 {{u"number", number},
                  {u"link", entry.Form == Shape::Absolute ? context.Base + PathOf(number) : PathOf(number)},
@@ -221,14 +223,12 @@ QString ListingOf(const DemoContext& context, int number) {
 }
 
 QString PagerOf(int page) {
-    const auto link = [](int to) { return QStringLiteral("/search?q=Garden%20%26%20Home&amp;page=%1").arg(to); };
+    const auto link = [](int to) { return u"/search?q=Garden%20%26%20Home&amp;page=%1"_s.arg(to); };
     QString html;
     for (int i = 1; i <= pageCount; ++i)
-        html += i == page ? QStringLiteral("<b>%1</b> ").arg(i)
-                          : QStringLiteral("<a href=\"%1\">%2</a> ").arg(link(i)).arg(i);
-    return html + (page < pageCount
-                       ? QStringLiteral("<a href=\"%1\" class=\"button_next\">Next</a>").arg(link(page + 1))
-                       : QStringLiteral("<span class=\"button_next disabled\">Next</span>"));
+        html += i == page ? u"<b>%1</b> "_s.arg(i) : u"<a href=\"%1\">%2</a> "_s.arg(link(i)).arg(i);
+    return html + (page < pageCount ? u"<a href=\"%1\" class=\"button_next\">Next</a>"_s.arg(link(page + 1))
+                                    : u"<span class=\"button_next disabled\">Next</span>"_s);
 }
 
 QString ResultPage(const DemoContext& context, int page) {
@@ -242,7 +242,7 @@ QString ResultPage(const DemoContext& context, int page) {
     }
     const QString form =
         page == pageWithoutTerm ? otherFormTemplate.toString() : Fill(formTemplate, {{u"term", term.toString()}});
-    return Frame(term + QStringLiteral(" in Canada"),
+    return Frame(term + u" in Canada"_s,
                  Fill(resultsTemplate, {{u"form", RawHtml{form}},
                                         {u"count", static_cast<int>(std::size(entries))},
                                         {u"page", page},
@@ -279,7 +279,7 @@ QString PersonPage(const Entry& entry) {
 }
 
 QString BusinessNameOf(const Entry& entry) {
-    return entry.Form == Shape::Renamed ? entry.Name + QStringLiteral(" Limited") : entry.Name.toString();
+    return entry.Form == Shape::Renamed ? entry.Name + u" Limited"_s : entry.Name.toString();
 }
 
 QString BusinessPage(const DemoContext& context, const Entry& entry) {
@@ -305,7 +305,7 @@ PlantedLead PlantedOf(const DemoContext& context, int number) {
     Lead& lead = planted.Fields;
     lead.Category = term.toString();
     lead.Name = entry.Name.toString();
-    lead.Country = QStringLiteral("Canada");
+    lead.Country = u"Canada"_s;
     lead.DetailsLink = context.Base + PathOf(number);
     if (entry.Form == Shape::Gone || entry.Form == Shape::Fails)
         return planted;
@@ -350,10 +350,9 @@ public:
             const int number = PathGroup(request, 1).toInt();
             const int count = static_cast<int>(std::size(entries));
             if (number >= count || entries[number].Form == Shape::Gone)
-                return SendPage(response, Frame(QStringLiteral("Not found"), QStringLiteral("<h1>Not found</h1>"), 0),
-                                404);
+                return SendPage(response, Frame(u"Not found"_s, u"<h1>Not found</h1>"_s, 0), 404);
             if (entries[number].Form == Shape::Fails)
-                return SendPage(response, Frame(QStringLiteral("Error"), QStringLiteral("<h1>Try again</h1>"), 0), 500);
+                return SendPage(response, Frame(u"Error"_s, u"<h1>Try again</h1>"_s, 0), 500);
             const Entry entry = Printed(entries[number]);
             const QString content = entry.Kind == Who::Person ? PersonPage(entry) : BusinessPage(context, entry);
             SendPage(response, Frame(entry.Name.toString(), content, number));
@@ -361,8 +360,7 @@ public:
         server.Get("/business/profile/(\\d{1,4})", details);
         server.Get("/person/[-a-z]+-(\\d{1,4})", details);
         server.Get("/add", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response,
-                     Frame(QStringLiteral("Add your business"), QStringLiteral("<h1>Add your business</h1>"), 0));
+            SendPage(response, Frame(u"Add your business"_s, u"<h1>Add your business</h1>"_s, 0));
         });
     }
 

@@ -1,6 +1,6 @@
-#include "DemoLinks.h"
+#include "demo/DemoLinks.h"
 
-#include "BusinessWebsites.h"
+#include "demo/BusinessWebsites.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "DemoPage.h"
+#include "demo/DemoPage.h"
 
 #include <QUrl>
 

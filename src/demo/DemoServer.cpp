@@ -1,12 +1,14 @@
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 
-#include "BusinessWebsites.h"
-#include "DemoPage.h"
-#include "Directories.h"
-#include "LoopbackServers.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/BusinessWebsites.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/LoopbackServers.h"
 
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -17,7 +19,7 @@ constexpr QStringView http = u"http://";
 // The pages of a site without a directory.
 void AddPlainHomePage(httplib::Server& server, const QString& code) {
     server.Get("/", [code](const httplib::Request&, httplib::Response& response) {
-        SendPage(response, Document({code, QStringLiteral("#555"), QStringLiteral("en"), {}}, code,
+        SendPage(response, Document({code, u"#555"_s, u"en"_s, {}}, code,
                                     Fill(u"<body><div class=\"masthead\"><span class=\"brand\">{{code}}</span></div>"
                                          u"<div class=\"search\">Nothing is listed here yet.</div></body>",
                                          {{u"code", code}})));
@@ -36,8 +38,8 @@ void AddClickRoutes(httplib::Server& server) {
 
 QString LabelOf(QStringView code) {
     if (code.startsWith(u"KVPN001"))
-        return QStringLiteral("USA");
-    return code.startsWith(u"KVPN002") ? QStringLiteral("Canada") : QStringLiteral("Italy");
+        return u"USA"_s;
+    return code.startsWith(u"KVPN002") ? u"Canada"_s : u"Italy"_s;
 }
 
 } // namespace
@@ -48,7 +50,7 @@ QString HostOf(const QString& base) {
 
 QString ClickLink(const DemoContext& context, const QString& target) {
     QString encoded = target;
-    encoded.replace(u'%', QStringLiteral("%25")); // first: the others bring in new ones
+    encoded.replace(u'%', u"%25"_s); // first: the others bring in new ones
     for (const auto& [character, code] :
          {std::pair(u'?', "%3F"), {u'&', "%26"}, {u'=', "%3D"}, {u'#', "%23"}, {u'+', "%2B"}})
         encoded.replace(QChar(character), QLatin1String(code));
@@ -115,11 +117,11 @@ void DemoServer::Stop() {
 }
 
 QString DemoServer::SitesIni() const {
-    QString text = QStringLiteral("; The demo directories. Nothing here leaves this machine.\n[map]\nbase=") +
-                   state_->Businesses + u'\n';
+    QString text =
+        u"; The demo directories. Nothing here leaves this machine.\n[map]\nbase="_s + state_->Businesses + u'\n';
     for (const State::Site& site : state_->Sites) {
         const DemoContext& context = site.Context;
-        text += QStringLiteral("\n[%1]\nbase=%2\nlabel=%3\n").arg(site.Code, context.Base, LabelOf(site.Code));
+        text += u"\n[%1]\nbase=%2\nlabel=%3\n"_s.arg(site.Code, context.Base, LabelOf(site.Code));
         if (context.DetailsBase != context.Base)
             text += u"details_base=" + context.DetailsBase + u'\n';
         if (site.Directory)

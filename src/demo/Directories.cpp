@@ -1,4 +1,4 @@
-#include "Directories.h"
+#include "demo/Directories.h"
 
 namespace Brindle::Demo {
 

@@ -1,10 +1,12 @@
-#include "DemoPage.h"
-#include "Directories.h"
-#include "ItalianBusinesses.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/ItalianBusinesses.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -13,8 +15,7 @@ namespace {
 constexpr QStringView term = u"Officine";
 constexpr QStringView ownContact = u"assistenza@guida-italia.example";
 
-const Look look{QStringLiteral("Guida Italia"), QStringLiteral("#0b6b3a"), QStringLiteral("it"),
-                QStringLiteral(".data { margin: .2em 0 } a[disabled] { color: #999 }")};
+const Look look{u"Guida Italia"_s, u"#0b6b3a"_s, u"it"_s, u".data { margin: .2em 0 } a[disabled] { color: #999 }"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="guida">
 <div class="masthead"><span class="brand">Guida Italia</span> <a href="/">Home</a></div>
@@ -103,8 +104,8 @@ QString ResultPage(const DemoContext& context, int layout, int page) {
         html += u"<a href=\"" + link(i) + u"\">" + QString::number(i) + u"</a> ";
     // On the last page the link is there too, but disabled.
     html += page < ItalianPageCount() ? u"<a class=\"prec\" href=\"" + link(page + 1) + u"\">successivo</a>"
-                                      : QStringLiteral("<a class=\"prec\" disabled>successivo</a>");
-    return Frame(QStringLiteral("Officine in Italia"), html + AdvertBox(context.Businesses, page) + u"</div>", page);
+                                      : u"<a class=\"prec\" disabled>successivo</a>"_s;
+    return Frame(u"Officine in Italia"_s, html + AdvertBox(context.Businesses, page) + u"</div>", page);
 }
 
 PlantedLead PlantedOf(const DemoContext& context, int layout, int n) {
@@ -114,7 +115,7 @@ PlantedLead PlantedOf(const DemoContext& context, int layout, int n) {
     if (layout == 1)
         lead.Category = term.toString();
     lead.Name = NameOf(n);
-    lead.Country = QStringLiteral("Italy");
+    lead.Country = u"Italy"_s;
     lead.Street = b.Street.toString();
     lead.City = b.Town.toString();
     lead.FullAddress = lead.Street;
@@ -142,14 +143,14 @@ public:
     QStringView Code() const override { return SiteCode::InfobelItaly; }
     int LayoutCount() const override { return 2; }
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext&) const override {
-        return {{QStringLiteral("contact_email"), ownContact.toString()}};
+        return {{u"contact_email"_s, ownContact.toString()}};
     }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {
             SendPage(response, Frame(look.Brand,
-                                     QStringLiteral("<form action=\"/it/italy/officine\"><input id=\"search-field\" "
-                                                    "name=\"q\" value=\"\"> <button>Cerca</button></form>"),
+                                     u"<form action=\"/it/italy/officine\"><input id=\"search-field\" "
+                                     "name=\"q\" value=\"\"> <button>Cerca</button></form>"_s,
                                      0));
         });
         server.Get("/it/italy/(officine|persone)/?(\\d*)",
@@ -159,7 +160,7 @@ public:
                        SendPage(response, ResultPage(context, layout, page));
                    });
         server.Get("/it/italy/azienda/[-a-z0-9]+", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(QStringLiteral("Azienda"), QStringLiteral("<p>Scheda dell'azienda</p>"), 0));
+            SendPage(response, Frame(u"Azienda"_s, u"<p>Scheda dell'azienda</p>"_s, 0));
         });
     }
 

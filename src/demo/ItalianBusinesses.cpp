@@ -1,4 +1,4 @@
-#include "ItalianBusinesses.h"
+#include "demo/ItalianBusinesses.h"
 
 namespace Brindle::Demo {
 

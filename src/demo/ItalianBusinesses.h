@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DemoLinks.h"
+#include "demo/DemoLinks.h"
 
 #include <QString>
 #include <QStringView>

@@ -1,6 +1,6 @@
-#include "LoopbackServers.h"
+#include "demo/LoopbackServers.h"
 
-#include "DemoPage.h"
+#include "demo/DemoPage.h"
 
 #include <condition_variable>
 #include <deque>
@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -107,13 +109,12 @@ QString LoopbackServers::Add() {
     http.set_keep_alive_max_count(1);
     http.set_keep_alive_timeout(1);
     http.set_error_handler([](const httplib::Request&, httplib::Response& response) {
-        SendPage(response, QStringLiteral("<!DOCTYPE html><title>Not here</title><h1>There is nothing here</h1>"),
-                 response.status);
+        SendPage(response, u"<!DOCTYPE html><title>Not here</title><h1>There is nothing here</h1>"_s, response.status);
     });
     const int port = http.bind_to_any_port("127.0.0.1");
     if (port <= 0)
         throw std::runtime_error("no free port on 127.0.0.1");
-    server->Base = QStringLiteral("http://127.0.0.1:%1").arg(port);
+    server->Base = u"http://127.0.0.1:%1"_s.arg(port);
     running_->Servers.push_back(std::move(server));
     return running_->Servers.back()->Base;
 }

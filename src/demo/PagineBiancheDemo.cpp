@@ -1,10 +1,12 @@
-#include "DemoPage.h"
-#include "Directories.h"
-#include "ItalianBusinesses.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/ItalianBusinesses.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -12,8 +14,7 @@ namespace {
 
 constexpr QStringView term = u"Idraulici";
 
-const Look look{QStringLiteral("Elenco Bianco"), QStringLiteral("#1d4f8c"), QStringLiteral("it"),
-                QStringLiteral(".vcard h2 { font-size: 1.1em }")};
+const Look look{u"Elenco Bianco"_s, u"#1d4f8c"_s, u"it"_s, u".vcard h2 { font-size: 1.1em }"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="elenco">
 <div class="masthead"><span class="brand">Elenco Bianco</span> <a href="/">Home</a></div>
@@ -64,7 +65,7 @@ QString Frame(const QString& title, const QString& content, int number) {
 }
 
 QString ResultPage(const DemoContext& context, int page) {
-    QString html = QStringLiteral("<div class=\"page\"><div class=\"listing-top\">Pagina %1</div>\n").arg(page);
+    QString html = u"<div class=\"page\"><div class=\"listing-top\">Pagina %1</div>\n"_s.arg(page);
     for (const int n : NumbersOnPage(page)) {
         const ItalianBusiness& business = ItalianBusinesses()[n];
         html += Fill(listingTemplate, {{u"number", n},
@@ -74,10 +75,10 @@ QString ResultPage(const DemoContext& context, int page) {
     }
     html += AdvertBox(context.Businesses, page);
     for (int i = 1; i <= ItalianPageCount(); ++i)
-        html += QStringLiteral("<a href=\"/ricerca?qs=Idraulici&amp;pag=%1\">%1</a> ").arg(i);
+        html += u"<a href=\"/ricerca?qs=Idraulici&amp;pag=%1\">%1</a> "_s.arg(i);
     if (page < ItalianPageCount())
-        html += QStringLiteral("<a href=\"/ricerca?qs=Idraulici&amp;pag=%1\">Successivo</a>").arg(page + 1);
-    return Frame(term + QStringLiteral(" in Italia"), html + u"</div>", page);
+        html += u"<a href=\"/ricerca?qs=Idraulici&amp;pag=%1\">Successivo</a>"_s.arg(page + 1);
+    return Frame(term + u" in Italia"_s, html + u"</div>", page);
 }
 
 // The texts stand unescaped: an apostrophe is itself.
@@ -93,7 +94,7 @@ QString DetailsPage(const DemoContext& context, int n) {
     if (const QString website = AddressOf(context, b.Site, b.Name); !website.isEmpty())
         html += u"<p><a class=\"site-tooltip\" href=\"" + website + u"\">Sito web</a></p>\n";
     if (HasContactForm(n))
-        html += QStringLiteral("<p class=\"web-contatti\"><a href=\"/scrivi/%1\">Scrivi</a></p>\n").arg(n);
+        html += u"<p class=\"web-contatti\"><a href=\"/scrivi/%1\">Scrivi</a></p>\n"_s.arg(n);
     if (HasEmailOnPage(n))
         html += u"<p><a href=\"mailto:" + EmailOnPage(n) + u"\">Posta</a></p>\n";
     return Frame(NameOnPage(n), html + u"</div>", n);
@@ -102,7 +103,7 @@ QString DetailsPage(const DemoContext& context, int n) {
 QString ContactForm(int n) {
     const QString form = u"<form method=\"post\"><input type=\"hidden\" name=\"dest_em\" value=\"" +
                          ItalianBusinesses()[n].Email + u"\"><textarea name=\"testo\"></textarea></form>";
-    return Frame(QStringLiteral("Scrivi"), form, n);
+    return Frame(u"Scrivi"_s, form, n);
 }
 
 PlantedLead PlantedOf(const DemoContext& context, int n) {
@@ -111,20 +112,20 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
     Lead& lead = planted.Fields;
     lead.Category = term.toString();
     lead.Name = b.Name.toString();
-    lead.Country = QStringLiteral("Italy");
+    lead.Country = u"Italy"_s;
     lead.DetailsLink = context.Base + u'/' + PathOf(n);
     if (IsGone(n))
         return planted;
     lead.Name = NameOnPage(n);
     lead.Street = b.Street.toString();
-    lead.City = b.Town + QStringLiteral(" "); // the blank before the parenthesis stays
+    lead.City = b.Town + u" "_s; // the blank before the parenthesis stays
     lead.State = b.Province.toString();
     lead.PostalCode = b.PostalCode.toString();
     lead.Phone = b.Phone.toString();
     if (!b.Fax.isEmpty())
         lead.Fax = u' ' + b.Fax; // the fax is not trimmed
     lead.Website = AddressOf(context, b.Site, b.Name);
-    lead.FullAddress = b.Street + u" - " + b.PostalCode + u' ' + b.Town + QStringLiteral("  (") + b.Province + u')';
+    lead.FullAddress = b.Street + u" - " + b.PostalCode + u' ' + b.Town + u"  ("_s + b.Province + u')';
     lead.MapLink = MapLinkOf(context, lead.FullAddress, u"Italy");
     lead.Email = HasEmailOnPage(n) ? EmailOnPage(n) : b.Email.toString();
     planted.FoundEmails = EmailsBehind(b.Site, b.Name);
@@ -137,20 +138,19 @@ public:
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(look.Brand, QStringLiteral("<p>Che cosa cerchi?</p>"), 0));
+            SendPage(response, Frame(look.Brand, u"<p>Che cosa cerchi?</p>"_s, 0));
         });
         server.Get("/ricerca", [context](const httplib::Request& request, httplib::Response& response) {
             SendPage(response,
                      ResultPage(context, std::clamp(Parameter(request, "pag").toInt(), 1, ItalianPageCount())));
         });
-        server.Get(
-            "/scheda/[-a-z0-9]+-(\\d{1,3})", [context](const httplib::Request& request, httplib::Response& response) {
-                const int n = PathGroup(request, 1).toInt();
-                if (n >= static_cast<int>(ItalianBusinesses().size()) || IsGone(n))
-                    return SendPage(response,
-                                    Frame(QStringLiteral("Non trovato"), QStringLiteral("<p>Non trovato</p>"), 0), 404);
-                SendPage(response, DetailsPage(context, n));
-            });
+        server.Get("/scheda/[-a-z0-9]+-(\\d{1,3})",
+                   [context](const httplib::Request& request, httplib::Response& response) {
+                       const int n = PathGroup(request, 1).toInt();
+                       if (n >= static_cast<int>(ItalianBusinesses().size()) || IsGone(n))
+                           return SendPage(response, Frame(u"Non trovato"_s, u"<p>Non trovato</p>"_s, 0), 404);
+                       SendPage(response, DetailsPage(context, n));
+                   });
         server.Get("/scrivi/(\\d{1,3})", [](const httplib::Request& request, httplib::Response& response) {
             const int last = static_cast<int>(ItalianBusinesses().size()) - 1;
             SendPage(response, ContactForm(std::min(PathGroup(request, 1).toInt(), last)));

@@ -1,18 +1,19 @@
-#include "DemoPage.h"
-#include "Directories.h"
-#include "ItalianBusinesses.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/ItalianBusinesses.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
 namespace {
 
-const Look look{
-    QStringLiteral("Pagine Aperte"), QStringLiteral("#7a3e12"), QStringLiteral("it"),
-    QStringLiteral(".itemBoxWrap { border-top: 1px solid #ccc } .pagination li { display: inline; margin: .3em }")};
+const Look look{u"Pagine Aperte"_s, u"#7a3e12"_s, u"it"_s,
+                u".itemBoxWrap { border-top: 1px solid #ccc } .pagination li { display: inline; margin: .3em }"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="aperte">
 <div class="masthead"><span class="brand">Pagine Aperte</span> <a href="/">Home</a></div>
@@ -48,7 +49,7 @@ bool HasNoPhone(int n) {
 
 QString StreetOf(int n) {
     const QStringView street = ItalianBusinesses()[n].Street;
-    return HasTwoNumbers(n) ? street + QStringLiteral(" casella 10250") : street.toString();
+    return HasTwoNumbers(n) ? street + u" casella 10250"_s : street.toString();
 }
 
 QString AddressTextOf(int n) {
@@ -79,21 +80,19 @@ QString Frame(const QString& title, const QString& content, int number) {
 // Every page number but the current one is a link; the bar ends with a link to the following page, on the last page to
 // the first.
 QString PaginationOf(int page) {
-    const auto address = [](int to) { return QStringLiteral("/cerca?cosa=tutto&amp;pag=%1").arg(to); };
-    QString html = QStringLiteral("<ul class=\"pagination\">");
+    const auto address = [](int to) { return u"/cerca?cosa=tutto&amp;pag=%1"_s.arg(to); };
+    QString html = u"<ul class=\"pagination\">"_s;
     for (int i = 1; i <= ItalianPageCount(); ++i)
-        html += i == page
-                    ? QStringLiteral("<li><strong>%1</strong></li>").arg(i)
-                    : QStringLiteral("<li><a title=\"Vai a pagina %1\" href=\"%2\">%1</a></li>").arg(i).arg(address(i));
+        html += i == page ? u"<li><strong>%1</strong></li>"_s.arg(i)
+                          : u"<li><a title=\"Vai a pagina %1\" href=\"%2\">%1</a></li>"_s.arg(i).arg(address(i));
     const int next = page < ItalianPageCount() ? page + 1 : 1;
-    return html + QStringLiteral("<li><a title=\"Vai a pagina %1\" href=\"%2\"><big>&raquo;</big></a></li></ul>")
-                      .arg(next)
-                      .arg(address(next));
+    return html + u"<li><a title=\"Vai a pagina %1\" href=\"%2\"><big>&raquo;</big></a></li></ul>"_s.arg(next).arg(
+                      address(next));
 }
 
 QString ListingOf(const DemoContext& context, int n) {
     const ItalianBusiness& b = ItalianBusinesses()[n];
-    QString contacts = HasNoPhone(n) ? QStringLiteral("Telefono su richiesta") : u"Tel: " + b.Phone + u' ';
+    QString contacts = HasNoPhone(n) ? u"Telefono su richiesta"_s : u"Tel: " + b.Phone + u' ';
     if (!HasNoPhone(n) && !b.Fax.isEmpty())
         contacts += u"Fax: " + b.Fax;
     const QString website = WebsiteLinkOf(context, n);
@@ -111,13 +110,11 @@ QString ListingOf(const DemoContext& context, int n) {
 }
 
 QString ResultPage(const DemoContext& context, int page) {
-    QString html =
-        QStringLiteral("<div class=\"page\"><div class=\"search-title\">Risultati, pagina %1</div>\n").arg(page);
+    QString html = u"<div class=\"page\"><div class=\"search-title\">Risultati, pagina %1</div>\n"_s.arg(page);
     for (const int n : NumbersOnPage(page))
         html += ListingOf(context, n);
-    html += QStringLiteral("<table class=\"legend\"><tr><td>Voci in ordine di rilevanza</td></tr></table>\n");
-    return Frame(QStringLiteral("Risultati"),
-                 html + PaginationOf(page) + AdvertBox(context.Businesses, page) + u"</div>", page);
+    html += u"<table class=\"legend\"><tr><td>Voci in ordine di rilevanza</td></tr></table>\n"_s;
+    return Frame(u"Risultati"_s, html + PaginationOf(page) + AdvertBox(context.Businesses, page) + u"</div>", page);
 }
 
 PlantedLead PlantedOf(const DemoContext& context, int n) {
@@ -126,7 +123,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
     Lead& lead = planted.Fields;
     lead.Category = categories[n % 4].toString();
     lead.Name = b.Name.toString();
-    lead.Country = QStringLiteral("Italy");
+    lead.Country = u"Italy"_s;
     lead.DetailsLink = context.Base + PathOf(n);
     lead.FullAddress = AddressTextOf(n);
     lead.MapLink = MapLinkOf(context, lead.FullAddress, u"Italy");
@@ -159,14 +156,14 @@ public:
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(look.Brand, QStringLiteral("<p>Cerca un'azienda.</p>"), 0));
+            SendPage(response, Frame(look.Brand, u"<p>Cerca un'azienda.</p>"_s, 0));
         });
         server.Get("/cerca", [context](const httplib::Request& request, httplib::Response& response) {
             SendPage(response,
                      ResultPage(context, std::clamp(Parameter(request, "pag").toInt(), 1, ItalianPageCount())));
         });
         server.Get("/azienda/[-a-z0-9]+\\.html", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(QStringLiteral("Azienda"), QStringLiteral("<p>Scheda dell'azienda</p>"), 0));
+            SendPage(response, Frame(u"Azienda"_s, u"<p>Scheda dell'azienda</p>"_s, 0));
         });
     }
 

@@ -1,10 +1,12 @@
-#include "DemoPage.h"
-#include "Directories.h"
-#include "ItalianBusinesses.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/ItalianBusinesses.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -12,9 +14,8 @@ namespace {
 
 constexpr QStringView term = u"Ottici in Italia";
 
-const Look look{
-    QStringLiteral("Numeri Subito"), QStringLiteral("#5b4a00"), QStringLiteral("it"),
-    QStringLiteral("table.voce { border-collapse: collapse; margin: .6em 0 } table.voce td { padding: .2em .6em }")};
+const Look look{u"Numeri Subito"_s, u"#5b4a00"_s, u"it"_s,
+                u"table.voce { border-collapse: collapse; margin: .6em 0 } table.voce td { padding: .2em .6em }"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="numeri">
 <div class="masthead"><span class="brand">Numeri Subito</span> <a href="/">Home</a></div>
@@ -67,7 +68,7 @@ QString ListingOf(int n) {
     if (HasSecondPhone(n))
         cells += Cell(u"Tel: " + b.Fax);
     cells += Cell(HasNoStreet(n) ? QString() : b.Street.toString());
-    const QString email = b.Email.isEmpty() ? QStringLiteral("nessuna posta") : b.Email.toString();
+    const QString email = b.Email.isEmpty() ? u"nessuna posta"_s : b.Email.toString();
     // The name's first blank never breaks a line; the link of some has a blank in it.
     QString link = PathOf(n);
     if (n % 10 == 6)
@@ -84,14 +85,14 @@ QString ResultPage(const DemoContext& context, int page) {
     for (const int n : NumbersOnPage(page)) {
         html += ListingOf(n);
         if (++shown == 8) // a paid entry, which has no details
-            html += QStringLiteral("<table class=\"voce\"><tbody><tr><td height=\"24\"><a style=\"font-size: 20px;\" "
-                                   "href=\"/sponsor/1\">Offerta del giorno</a></td></tr></tbody></table>\n");
+            html += u"<table class=\"voce\"><tbody><tr><td height=\"24\"><a style=\"font-size: 20px;\" "
+                    "href=\"/sponsor/1\">Offerta del giorno</a></td></tr></tbody></table>\n"_s;
     }
     html += AdvertBox(context.Businesses, page);
     for (int i = 1; i <= ItalianPageCount(); ++i)
-        html += QStringLiteral("<a href=\"/cerca?chi=ottici&amp;pag=%1\">%1</a> ").arg(i);
+        html += u"<a href=\"/cerca?chi=ottici&amp;pag=%1\">%1</a> "_s.arg(i);
     if (page < ItalianPageCount())
-        html += QStringLiteral("<a href=\"/cerca?chi=ottici&amp;pag=%1\">Avanti &gt;&gt;</a>").arg(page + 1);
+        html += u"<a href=\"/cerca?chi=ottici&amp;pag=%1\">Avanti &gt;&gt;</a>"_s.arg(page + 1);
     return Frame(term.toString(), html + u"</div>", page);
 }
 
@@ -101,7 +102,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
     Lead& lead = planted.Fields;
     lead.Category = term.toString();
     lead.Name = EscapeHtml(NameOf(n)); // names are taken as the markup has them
-    lead.Country = QStringLiteral("Italy");
+    lead.Country = u"Italy"_s;
     lead.DetailsLink = context.Base + PathOf(n);
     lead.Street = HasNoStreet(n) ? QString() : b.Street.toString();
     lead.State = b.Province.toString();
@@ -132,14 +133,14 @@ public:
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(look.Brand, QStringLiteral("<p>Chi cerchi?</p>"), 0));
+            SendPage(response, Frame(look.Brand, u"<p>Chi cerchi?</p>"_s, 0));
         });
         server.Get("/cerca", [context](const httplib::Request& request, httplib::Response& response) {
             SendPage(response,
                      ResultPage(context, std::clamp(Parameter(request, "pag").toInt(), 1, ItalianPageCount())));
         });
         server.Get("/dettagli/[-a-z0-9]+", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(QStringLiteral("Dettagli"), QStringLiteral("<p>Dettagli</p>"), 0));
+            SendPage(response, Frame(u"Dettagli"_s, u"<p>Dettagli</p>"_s, 0));
         });
     }
 

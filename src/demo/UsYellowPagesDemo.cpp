@@ -1,10 +1,12 @@
-#include "DemoLinks.h"
-#include "DemoPage.h"
-#include "Directories.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoLinks.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -140,9 +142,9 @@ constexpr int pageWithoutForm = 3;
 constexpr QStringView term = u"Florists";
 constexpr QStringView secondLine = u"Suite 12";
 
-const Look look{QStringLiteral("Blue Book USA"), QStringLiteral("#1d4f91"), QStringLiteral("en"), QStringLiteral(R"(
+const Look look{u"Blue Book USA"_s, u"#1d4f91"_s, u"en"_s, uR"(
 .n { font-size: 1.1em } .n p { margin: 0 } .pager a, .pager b { margin-right: .8em } .serp-list-item.paid { opacity: .8 }
-)")};
+)"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="{{kind}}">
 <div class="masthead"><span class="brand">Blue Book USA</span> <a href="{{home}}/">Home</a></div>
@@ -239,19 +241,18 @@ QString PagerOf(int layout, int page) {
     };
     QString html;
     for (int i = 1; i <= pageCount; ++i)
-        html += i == page ? QStringLiteral("<b>%1</b> ").arg(i) : link(i, QString::number(i));
-    return html + (page < pageCount ? link(page + 1, QStringLiteral("Next")) : QStringLiteral("<i>No more pages</i>"));
+        html += i == page ? u"<b>%1</b> "_s.arg(i) : link(i, QString::number(i));
+    return html + (page < pageCount ? link(page + 1, u"Next"_s) : u"<i>No more pages</i>"_s);
 }
 
 QString ListingOf(const DemoContext& context, int layout, int number) {
     const Entry& entry = entries[number];
     const bool picture = entry.Form == Shape::NoListedName || entry.Form == Shape::Nameless;
-    return Fill(
-        layout == 1 ? listing1Template : listing2Template,
-        {{u"number", number},
-         {u"link", LinkOf(context, layout, number)},
-         {u"name", RawHtml{picture ? QStringLiteral("<img src=\"/logo.png\" alt=\"\">") : EscapeHtml(entry.Name)}},
-         {u"city", entry.City.toString()}});
+    return Fill(layout == 1 ? listing1Template : listing2Template,
+                {{u"number", number},
+                 {u"link", LinkOf(context, layout, number)},
+                 {u"name", RawHtml{picture ? u"<img src=\"/logo.png\" alt=\"\">"_s : EscapeHtml(entry.Name)}},
+                 {u"city", entry.City.toString()}});
 }
 
 QString ResultPage(const DemoContext& context, int layout, int page) {
@@ -268,8 +269,7 @@ QString ResultPage(const DemoContext& context, int layout, int page) {
                                   {u"entries", RawHtml{listings}},
                                   {u"pager", RawHtml{PagerOf(layout, page)}},
                                   {u"advert", RawHtml{AdvertBox(context.Businesses, page)}}});
-    return Frame(context, layout == 1 ? u"business-serp" : u"people", term + QStringLiteral(" in the USA"), content,
-                 page);
+    return Frame(context, layout == 1 ? u"business-serp" : u"people", term + u" in the USA"_s, content, page);
 }
 
 // An element of a details page; nothing for an empty text. The texts stand unescaped: "&" before a blank is itself.
@@ -305,22 +305,21 @@ QString DetailsPage1(const DemoContext& context, const Entry& entry) {
 
 // "(515) 555-0100" as it stands in a link to a telephone.
 QString Dialled(QStringView phone) {
-    return phone.toString().remove(u'(').replace(QStringLiteral(") "), QStringLiteral("-"));
+    return phone.toString().remove(u'(').replace(u") "_s, u"-"_s);
 }
 
 QStringList PhonesOf(const Entry& entry) {
     if (entry.Phone.isEmpty())
         return {};
     const QString phone = Dialled(entry.Phone);
-    return entry.Form == Shape::ManyPhones
-               ? QStringList{phone, QStringLiteral("800-555-0199"), QStringLiteral("888-555-0123")}
-               : QStringList{phone};
+    return entry.Form == Shape::ManyPhones ? QStringList{phone, u"800-555-0199"_s, u"888-555-0123"_s}
+                                           : QStringList{phone};
 }
 
 QString DetailsPage2(const DemoContext& context, const Entry& entry) {
     QString phones;
     for (const QString& phone : PhonesOf(entry))
-        phones += QStringLiteral("<li><a href=\"tel:%1\">%1</a></li>\n").arg(phone);
+        phones += u"<li><a href=\"tel:%1\">%1</a></li>\n"_s.arg(phone);
     QString location;
     if (!entry.City.isEmpty())
         location = entry.City + (entry.Form == Shape::NoComma ? u" " : u", ") + entry.State +
@@ -343,7 +342,7 @@ PlantedLead PlantedOf(const DemoContext& context, int layout, int number) {
     if (layout == 1)
         lead.Category = term.toString();
     lead.Name = entry.Name.toString();
-    lead.Country = QStringLiteral("United States");
+    lead.Country = u"United States"_s;
     lead.DetailsLink = DetailsLinkOf(context, layout, number);
     if (entry.Form == Shape::Gone || entry.Form == Shape::Fails)
         return planted;
@@ -353,7 +352,7 @@ PlantedLead PlantedOf(const DemoContext& context, int layout, int number) {
     lead.City = entry.City.toString();
     lead.State = entry.State.toString();
     lead.PostalCode = entry.Zip.toString();
-    lead.Phone = layout == 1 ? entry.Phone.toString() : PhonesOf(entry).join(QStringLiteral(", "));
+    lead.Phone = layout == 1 ? entry.Phone.toString() : PhonesOf(entry).join(u", "_s);
     if (entry.Form != Shape::Withheld) {
         lead.FullAddress = lead.Street;
         if (!lead.City.isEmpty())
@@ -381,9 +380,9 @@ void AddDetails(httplib::Server& server, const DemoContext& context, int layout)
             SendPage(response, Frame(context, u"error", message, u"<h1>" + message + u"</h1>", 0), status);
         };
         if (number >= entryCount || entries[number].Form == Shape::Gone)
-            return fail(QStringLiteral("Not found"), 404);
+            return fail(u"Not found"_s, 404);
         if (entries[number].Form == Shape::Fails)
-            return fail(QStringLiteral("Out of order"), 500);
+            return fail(u"Out of order"_s, 500);
         const Entry entry = Printed(entries[number]);
         SendPage(response, Frame(context, u"details", entry.Name.toString(),
                                  layout == 1 ? DetailsPage1(context, entry) : DetailsPage2(context, entry), number));
@@ -397,8 +396,7 @@ public:
     bool HasDetailsServer() const override { return true; }
 
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext& context) const override {
-        return {{QStringLiteral("own_host"), HostOf(context.DetailsBase)},
-                {QStringLiteral("redirect_host"), HostOf(context.Clicks)}};
+        return {{u"own_host"_s, HostOf(context.DetailsBase)}, {u"redirect_host"_s, HostOf(context.Clicks)}};
     }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
@@ -421,7 +419,7 @@ public:
     }
 
     QString FirstResultPage(const DemoContext& context, int layout) const override {
-        return context.Base + (layout == 1 ? u"/search?what=" + term.toString() : QStringLiteral("/people"));
+        return context.Base + (layout == 1 ? u"/search?what=" + term.toString() : u"/people"_s);
     }
 
     std::vector<PlantedLead> PlantedLeads(const DemoContext& context, int layout) const override {

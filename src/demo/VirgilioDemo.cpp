@@ -1,10 +1,12 @@
-#include "DemoPage.h"
-#include "Directories.h"
-#include "ItalianBusinesses.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/ItalianBusinesses.h"
 
 #include <algorithm>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 
@@ -14,8 +16,7 @@ constexpr QStringView term = u"Bar e gelaterie";
 constexpr QStringView placeholder = u"Cognome, Azienda o Parole chiave";
 constexpr int pageWithoutTerm = 3; // its search box shows the placeholder
 
-const Look look{QStringLiteral("Enea Locale"), QStringLiteral("#8c1d5b"), QStringLiteral("it"),
-                QStringLiteral("li h6 { font-size: 1em; margin: .2em 0 }")};
+const Look look{u"Enea Locale"_s, u"#8c1d5b"_s, u"it"_s, u"li h6 { font-size: 1em; margin: .2em 0 }"_s};
 
 constexpr QStringView frameTemplate = uR"(<body class="locale">
 <div class="masthead"><span class="brand">Enea Locale</span> <a href="/">Home</a></div>
@@ -66,43 +67,40 @@ QString ListingOf(const QString& link, const QString& name, const QString& addre
 }
 
 QString ResultPage(const DemoContext& context, int page) {
-    QString html =
-        QStringLiteral("<div class=\"page\"><div class=\"conteggi\">Pagina %1</div><div class=\"filtri-top\">Filtri"
-                       "</div>\n<ul>\n")
-            .arg(page);
+    QString html = u"<div class=\"page\"><div class=\"conteggi\">Pagina %1</div><div class=\"filtri-top\">Filtri"
+                   "</div>\n<ul>\n"_s.arg(page);
     for (const int n : NumbersOnPage(page)) {
         const ItalianBusiness& b = ItalianBusinesses()[n];
         html += ListingOf(DetailsAddress(context, n), b.Name.toString(), b.Street + u", " + b.Town);
         // What lies between the businesses leads nowhere.
         if (n % 7 == 2)
-            html += ListingOf(QStringLiteral("javascript:void(0)"), QStringLiteral("Mostra sulla mappa"), {});
+            html += ListingOf(u"javascript:void(0)"_s, u"Mostra sulla mappa"_s, {});
         if (n % 7 == 4)
-            html += ListingOf(DetailsAddress(context, n) + u"/social=view", QStringLiteral("Condividi"), {});
+            html += ListingOf(DetailsAddress(context, n) + u"/social=view", u"Condividi"_s, {});
         if (n % 7 == 6)
-            html += ListingOf(context.Businesses + u"/plain/fuori-elenco/", QStringLiteral("Fuori elenco"), {});
+            html += ListingOf(context.Businesses + u"/plain/fuori-elenco/", u"Fuori elenco"_s, {});
         if (n % 9 == 5)
-            html += ListingOf(context.Base + u"/scheda?n=1", QStringLiteral("Con domanda"), {});
+            html += ListingOf(context.Base + u"/scheda?n=1", u"Con domanda"_s, {});
     }
     html += u"</ul>\n" + AdvertBox(context.Businesses, page);
     for (int i = 1; i <= ItalianPageCount(); ++i)
-        html += QStringLiteral("<a href=\"/cerca?qs=bar&amp;pag=%1\">%1</a> ").arg(i);
+        html += u"<a href=\"/cerca?qs=bar&amp;pag=%1\">%1</a> "_s.arg(i);
     if (page < ItalianPageCount())
-        html += QStringLiteral("<a href=\"/cerca?qs=bar&amp;pag=%1\">Avanti \u203A</a>").arg(page + 1);
-    return Frame(QStringLiteral("Bar e gelaterie"), html + u"</div>", page,
-                 page == pageWithoutTerm ? placeholder : term);
+        html += u"<a href=\"/cerca?qs=bar&amp;pag=%1\">Avanti \u203A</a>"_s.arg(page + 1);
+    return Frame(u"Bar e gelaterie"_s, html + u"</div>", page, page == pageWithoutTerm ? placeholder : term);
 }
 
 QString LocalityOf(int n) {
     const ItalianBusiness& b = ItalianBusinesses()[n];
     if (HasTwoWordLocality(n))
-        return b.PostalCode + QStringLiteral(" Milano");
+        return b.PostalCode + u" Milano"_s;
     return b.PostalCode + u' ' + b.Town + u" (" + b.Province + u')';
 }
 
 // The texts stand unescaped: an apostrophe is itself.
 QString DetailsPage(const DemoContext& context, int n) {
     const ItalianBusiness& b = ItalianBusinesses()[n];
-    QString html = QStringLiteral("<div class=\"page\">");
+    QString html = u"<div class=\"page\">"_s;
     if (NamesCategory(n))
         html += u"<p>In: <a class=\"lc_category\" href=\"/categorie\">Caff\u00E8 <b>storici</b></a></p>\n";
     html += u"<h1 class=\"v:name\"> " + b.Name + u" </h1>\n<h3 class=\"lc_address\"><strong>" +
@@ -127,7 +125,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n, const QString& category
     Lead& lead = planted.Fields;
     lead.Category = category;
     lead.Name = b.Name.toString();
-    lead.Country = QStringLiteral("Italy");
+    lead.Country = u"Italy"_s;
     lead.DetailsLink = DetailsAddress(context, n);
     lead.Street = b.Street.toString();
     lead.PostalCode = b.PostalCode.toString();
@@ -153,25 +151,24 @@ class VirgilioDemo : public DemoDirectory {
 public:
     QStringView Code() const override { return SiteCode::Virgilio; }
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext& context) const override {
-        return {{QStringLiteral("own_host"), HostOf(context.Base)}, {QStringLiteral("advert_url"), AdvertUrl(context)}};
+        return {{u"own_host"_s, HostOf(context.Base)}, {u"advert_url"_s, AdvertUrl(context)}};
     }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {
-            SendPage(response, Frame(look.Brand, QStringLiteral("<p>Che cosa cerchi?</p>"), 0, placeholder));
+            SendPage(response, Frame(look.Brand, u"<p>Che cosa cerchi?</p>"_s, 0, placeholder));
         });
         server.Get("/cerca", [context](const httplib::Request& request, httplib::Response& response) {
             SendPage(response,
                      ResultPage(context, std::clamp(Parameter(request, "pag").toInt(), 1, ItalianPageCount())));
         });
-        server.Get(
-            "/scheda/[-a-z0-9]+-(\\d{1,3})", [context](const httplib::Request& request, httplib::Response& response) {
-                const int n = PathGroup(request, 1).toInt();
-                if (n >= static_cast<int>(ItalianBusinesses().size()) || IsGone(n))
-                    return SendPage(response,
-                                    Frame(QStringLiteral("Non trovato"), QStringLiteral("<p>Non trovato</p>"), 0), 404);
-                SendPage(response, DetailsPage(context, n));
-            });
+        server.Get("/scheda/[-a-z0-9]+-(\\d{1,3})",
+                   [context](const httplib::Request& request, httplib::Response& response) {
+                       const int n = PathGroup(request, 1).toInt();
+                       if (n >= static_cast<int>(ItalianBusinesses().size()) || IsGone(n))
+                           return SendPage(response, Frame(u"Non trovato"_s, u"<p>Non trovato</p>"_s, 0), 404);
+                       SendPage(response, DetailsPage(context, n));
+                   });
     }
 
     QString FirstResultPage(const DemoContext& context, int) const override { return context.Base + u"/cerca?qs=bar"; }
@@ -186,7 +183,7 @@ public:
             if (IsGone(n))
                 continue;
             if (NamesCategory(n))
-                category = QStringLiteral("Caff\u00E8 storici");
+                category = u"Caff\u00E8 storici"_s;
             leads.push_back(PlantedOf(context, n, category));
         }
         return leads;

@@ -1,29 +1,31 @@
-#include "BusinessWebsites.h"
-#include "DemoLinks.h"
-#include "DemoPage.h"
-#include "Directories.h"
-#include "SiteCatalogue.h"
-#include "WhitePagesCanadaPeople.h"
-#include "YellowPagesCanadaListings.h"
+#include "core/SiteCatalogue.h"
+#include "demo/BusinessWebsites.h"
+#include "demo/DemoLinks.h"
+#include "demo/DemoPage.h"
+#include "demo/Directories.h"
+#include "demo/WhitePagesCanadaPeople.h"
+#include "demo/YellowPagesCanadaListings.h"
 
 #include <algorithm>
 #include <httplib.h>
 #include <span>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Demo {
 
 namespace {
 
-const QString searchTerm = QStringLiteral("Plumbers & Heating");
-const QString peopleTerm = QStringLiteral("A to Z");
-const QString searchPlace = QStringLiteral("Toronto, ON");
+const QString searchTerm = u"Plumbers & Heating"_s;
+const QString peopleTerm = u"A to Z"_s;
+const QString searchPlace = u"Toronto, ON"_s;
 
-const Look look{QStringLiteral("Beaver Pages"), QStringLiteral("#8a1f2b"), QStringLiteral("en-CA"),
-                QStringLiteral(".listing { background: #fff; border: 1px solid #d9dce2; border-radius: 6px; "
-                               "padding: .7em 1em; margin: 0 0 .7em }\n"
-                               ".phoneNumber { float: right; font-weight: bold }\n"
-                               ".rank { float: left; margin-right: .5em }\n"
-                               ".pager { margin: .8em 0 } .pager a { margin-right: .8em }\n")};
+const Look look{u"Beaver Pages"_s, u"#8a1f2b"_s, u"en-CA"_s,
+                u".listing { background: #fff; border: 1px solid #d9dce2; border-radius: 6px; "
+                "padding: .7em 1em; margin: 0 0 .7em }\n"
+                ".phoneNumber { float: right; font-weight: bold }\n"
+                ".rank { float: left; margin-right: .5em }\n"
+                ".pager { margin: .8em 0 } .pager a { margin-right: .8em }\n"_s};
 
 // The first `featuredCount` businesses have paid to stand on top of every page.
 constexpr int featuredCount = 2;
@@ -55,18 +57,17 @@ std::span<const Person> PeopleOn(int page) {
 }
 
 QString Query(const QString& what, const QString& where, int page) {
-    return QStringLiteral("what=%1&where=%2&page=").arg(PercentEncoded(what), PercentEncoded(where)) +
-           QString::number(page);
+    return u"what=%1&where=%2&page="_s.arg(PercentEncoded(what), PercentEncoded(where)) + QString::number(page);
 }
 
 // Pages before and behind, in the three ways in which a page can link to its own site.
 QString Pager(const DemoContext& context, const QString& path, const QString& what, const QString& where, int page,
               int pages) {
     const auto link = [&](int target) {
-        const QString own[] = {context.Base, QStringLiteral("."), QString()};
+        const QString own[] = {context.Base, u"."_s, QString()};
         return EscapeHtml(QString(own[target % 3] + path + u'?' + Query(what, where, target)));
     };
-    QString html = QStringLiteral("<div class=\"pager\">");
+    QString html = u"<div class=\"pager\">"_s;
     if (page > 1)
         html += u"<a class=\"prev\" href=\"" + link(page - 1) + u"\">Previous</a> ";
     for (int other = 1; other <= pages; ++other) {
@@ -136,8 +137,7 @@ QString PhoneHtml(const Business& business) {
     if (business.PhoneForm == Phone::None)
         return {};
     return Fill(u"<div class=\"{{class}}\">{{phone}}</div>\n",
-                {{u"class", business.PhoneForm == Phone::Bare ? QStringLiteral("phoneNumber")
-                                                              : QStringLiteral("phoneNumber tracked")},
+                {{u"class", business.PhoneForm == Phone::Bare ? u"phoneNumber"_s : u"phoneNumber tracked"_s},
                  {u"phone", business.PhoneNumber.toString()}});
 }
 
@@ -154,7 +154,7 @@ QString BusinessHtml(const DemoContext& context, const Business& business, int n
         QString email = business.Email.toString();
         links += Fill(u"<a class=\"emailLink\" href=\"mailto:{{email}}?subject=Request%20from%20the%20directory\">"
                       u"E-mail</a>\n",
-                      {{u"email", email.replace(u'@', QStringLiteral("%40"))}});
+                      {{u"email", email.replace(u'@', u"%40"_s)}});
     }
     // The phone stands before the address or behind it.
     const bool phoneFirst = number % 4 != 3;
@@ -179,13 +179,12 @@ QString BusinessHtml(const DemoContext& context, const Business& business, int n
 QString SearchForm(const QString& what, const QString& where, int page) {
     if (page == 4)
         return {};
-    return Fill(uR"(<form class="search" action="/search" method="get">
+    return Fill(
+        uR"(<form class="search" action="/search" method="get">
 <input type="text" id="ypgHeaderWhat" class="what" value="{{what}}"{{more}} maxlength="150" name="what">
 <input type="text" id="ypgHeaderWhere" class="where" value="{{where}}" name="where"> <button>Find</button></form>
 )",
-                {{u"what", what},
-                 {u"where", where},
-                 {u"more", RawHtml{page == 2 ? QStringLiteral(" autocomplete=\"off\"") : QString()}}});
+        {{u"what", what}, {u"where", where}, {u"more", RawHtml{page == 2 ? u" autocomplete=\"off\""_s : QString()}}});
 }
 
 QString BusinessPage(const DemoContext& context, const QString& what, const QString& where, int page) {
@@ -202,7 +201,7 @@ QString BusinessPage(const DemoContext& context, const QString& what, const QStr
     if (page == businessPages)
         for (const std::size_t again : {5, 17})
             listings += BusinessHtml(context, businesses[again], ++number, true);
-    const QString pager = Pager(context, QStringLiteral("/search"), what, where, page, businessPages);
+    const QString pager = Pager(context, u"/search"_s, what, where, page, businessPages);
     const QString body = Fill(uR"(<body class="srp">
 {{masthead}}{{form}}<!-- <a href="/old-search">Next page</a> -->
 <div class="page"><div>
@@ -249,7 +248,7 @@ QString ShownLink(const DemoContext& context, const Person& person) {
 
 QString PersonHtml(const QString& link, const Person& person) {
     QString name = person.Name.toString();
-    name.replace(QStringLiteral("&amp;"), QStringLiteral("&")); // the list writes the name as it is
+    name.replace(u"&amp;"_s, u"&"_s); // the list writes the name as it is
     return Fill(uR"(<div class="card"><div class="listing_info"><h3><a href="{{link}}" class="fn">{{name}}</a></h3>
 <p>Details, map &amp; directions</p></div></div>
 )",
@@ -264,7 +263,7 @@ QString PeoplePage(const DemoContext& context, const QString& what, const QStrin
             PersonHtml(ClickLink(context, PersonLink(context, PeopleOn(page - 1).back())), PeopleOn(page - 1).back());
     for (const Person& person : PeopleOn(page))
         listings += PersonHtml(ShownLink(context, person), person);
-    const QString pager = Pager(context, QStringLiteral("/residential"), what, where, page, peoplePages);
+    const QString pager = Pager(context, u"/residential"_s, what, where, page, peoplePages);
     const QString body = Fill(uR"(<body class="white">
 {{masthead}}<form class="search" action="/residential" method="get"><input type="text" name="what" value="{{what}}">
 <input type="text" name="where" value="{{where}}"> <button>Find</button></form>
@@ -289,7 +288,7 @@ QString AddressBlock(const Person& person) {
         return value.isEmpty() ? QString()
                                : QString(u"<span class=\"" + name + u"\">" + EscapeHtml(value) + u"</span>" + behind);
     };
-    QString block = QStringLiteral("<div class=\"address adr\">");
+    QString block = u"<div class=\"address adr\">"_s;
     if (!person.Street.isEmpty() || person.City.isEmpty())
         block += u"<p>" + MarkupOf(person.Street, person.StreetHtml) + u"</p>\n";
     block += span(u"locality", person.City, u", ");
@@ -311,13 +310,13 @@ QString DetailsPage(const Person& person) {
     QString phone;
     if (person.PhoneForm != Number::None)
         phone = Fill(u"<ul><li class=\"single_result_phone\">{{home}}{{phone}}</li></ul>\n",
-                     {{u"home", person.PhoneForm == Number::Home ? QStringLiteral("Home ") : QString()},
+                     {{u"home", person.PhoneForm == Number::Home ? u"Home "_s : QString()},
                       {u"phone", person.PhoneNumber.toString()}});
     QString email;
     if (person.EmailPlace == Mail::Outside)
         email = Fill(u"<p><a href=\"mailto:{{email}}\">E-mail</a></p>\n", {{u"email", person.Email.toString()}});
     QString name = person.Name.toString();
-    name.replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+    name.replace(u"&amp;"_s, u"&"_s);
     const QString body = Fill(uR"(<body class="white details"><div class="masthead">
 <span class="brand">White Beaver Pages</span></div>
 <div class="page"><div class="card vcard"><h1 class="{{nameClass}}">{{name}}</h1>
@@ -339,8 +338,7 @@ public:
     bool HasDetailsServer() const override { return true; }
 
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext& context) const override {
-        return {{QStringLiteral("own_host"), HostOf(context.DetailsBase)},
-                {QStringLiteral("redirect_host"), HostOf(context.Clicks)}};
+        return {{u"own_host"_s, HostOf(context.DetailsBase)}, {u"redirect_host"_s, HostOf(context.Clicks)}};
     }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override;
@@ -372,7 +370,7 @@ void YellowPagesCanadaDemo::AddRoutes(httplib::Server& server, const DemoContext
                                    {u"what", searchTerm},
                                    {u"who", peopleTerm},
                                    {u"where", searchPlace}});
-        SendPage(response, Document(look, QStringLiteral("Beaver Pages"), body));
+        SendPage(response, Document(look, u"Beaver Pages"_s, body));
     });
     using MakePage = QString (*)(const DemoContext&, const QString&, const QString&, int);
     const auto addList = [&](const char* path, MakePage make, int pages) {
@@ -431,7 +429,7 @@ std::vector<PlantedLead> YellowPagesCanadaDemo::PlantedBusinesses(const DemoCont
         lead.City = business.City.toString();
         lead.State = business.State.toString();
         lead.PostalCode = business.PostalCode.toString();
-        lead.Country = QStringLiteral("Canada");
+        lead.Country = u"Canada"_s;
         lead.Phone = business.PhoneNumber.toString();
         if (business.Website != Site::NoScheme)
             lead.Website = WebsiteAddress(context, business);
@@ -454,7 +452,7 @@ std::vector<PlantedLead> YellowPagesCanadaDemo::PlantedPeople(const DemoContext&
         lead.City = person.City.toString();
         lead.State = person.State.toString();
         lead.PostalCode = person.PostalCode.toString();
-        lead.Country = QStringLiteral("Canada");
+        lead.Country = u"Canada"_s;
         // What remains of "Home 555..." is the blank.
         lead.Phone = (person.PhoneForm == Number::Home ? u" " : u"") + person.PhoneNumber.toString();
         // Beside an address, an e-mail is only seen inside its block.

@@ -1,14 +1,16 @@
-#include "AutomaticSaver.h"
+#include "export/AutomaticSaver.h"
 
-#include "CsvFormat.h"
-#include "Errors.h"
-#include "Markup.h"
+#include "core/Errors.h"
+#include "export/CsvFormat.h"
+#include "toolkit/Markup.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 AutomaticSaver::AutomaticSaver(HarvestState& state, const Settings& settings, const LeadList& leads,
                                const MessageTexts& texts, StatusView& status, MessageLoop& loop)
@@ -27,7 +29,7 @@ void AutomaticSaver::AutomaticSave(const QString& folder, const QString& name, c
 
 void AutomaticSaver::AppendRecord(const QString& fileName, const QString& line) const {
     QFile file(fileName);
-    const auto failed = [&] { return SaveError(QStringLiteral("%1: %2").arg(fileName, file.errorString())); };
+    const auto failed = [&] { return SaveError(u"%1: %2"_s.arg(fileName, file.errorString())); };
     constexpr QIODevice::OpenMode append = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
     // All but the first lead find the file there, so that is tried first.
     const bool exists = file.open(append | QIODevice::ExistingOnly);

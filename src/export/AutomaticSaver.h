@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Harvest.h"
-#include "Services.h"
+#include "core/Harvest.h"
+#include "core/Services.h"
 
 namespace Brindle {
 

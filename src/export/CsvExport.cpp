@@ -1,13 +1,15 @@
-#include "CsvExport.h"
+#include "export/CsvExport.h"
 
-#include "CsvFormat.h"
-#include "Errors.h"
-#include "Text.h"
+#include "core/Errors.h"
+#include "export/CsvFormat.h"
+#include "toolkit/Text.h"
 
 #include <QDir>
 #include <QSaveFile>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,7 +18,7 @@ constexpr qsizetype rowsPerReport = 5000;
 
 void WriteOut(QSaveFile& file, QByteArray& buffer) {
     if (file.write(buffer) != buffer.size())
-        throw SaveError(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
+        throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
     buffer.resize(0); // keeps its memory
 }
 
@@ -26,7 +28,7 @@ bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows ro
                  const ExportProgress& progress) {
     QSaveFile file(fileName);
     const auto failed = [&] {
-        return SaveError(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     };
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         throw failed();

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "LeadList.h"
-#include "MessageLoop.h"
-#include "MessageTexts.h"
-#include "Settings.h"
-#include "StatusView.h"
+#include "core/Dialogs.h"
+#include "core/LeadList.h"
+#include "core/MessageLoop.h"
+#include "core/MessageTexts.h"
+#include "core/Settings.h"
+#include "core/StatusView.h"
 
 #include <QString>
 

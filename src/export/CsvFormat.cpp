@@ -1,9 +1,11 @@
-#include "CsvFormat.h"
+#include "export/CsvFormat.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -112,7 +114,7 @@ void CsvFormat::AppendLead(QByteArray& to, const std::array<StoredText, FieldCou
 }
 
 QString AutomaticHeader(const QStringList& captions, const QString& delimiter) {
-    QString line = QStringLiteral("\"");
+    QString line = u"\""_s;
     for (const QString& caption : captions)
         line += caption + u'"' + delimiter + u'"';
     CutTwo(line);

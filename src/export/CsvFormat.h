@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LeadList.h"
-#include "Settings.h"
+#include "core/LeadList.h"
+#include "core/Settings.h"
 
 #include <QByteArray>
 #include <QString>

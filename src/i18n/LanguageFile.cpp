@@ -1,7 +1,7 @@
-#include "LanguageFile.h"
+#include "i18n/LanguageFile.h"
 
-#include "Text.h"
-#include "WorkingText.h"
+#include "toolkit/Text.h"
+#include "toolkit/WorkingText.h"
 
 #include <QCoreApplication>
 #include <QFile>

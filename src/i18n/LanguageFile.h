@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MessageTexts.h"
+#include "core/MessageTexts.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "CharacterSets.h"
+#include "net/CharacterSets.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "CurlLoop.h"
+#include "net/CurlLoop.h"
 
 #include <QSocketNotifier>
 

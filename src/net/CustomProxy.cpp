@@ -1,10 +1,12 @@
-#include "CustomProxy.h"
+#include "net/CustomProxy.h"
 
-#include "Markup.h"
+#include "toolkit/Markup.h"
 
 #include <QRandomGenerator>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,7 +31,7 @@ void Apply(EmbeddedBrowser& browser, Settings& settings, const QString& userAgen
 } // namespace
 
 QString BrowserUserAgent() {
-    return QStringLiteral("Mozilla/4.0 (compatible; MSIE 7.0; Windows NT 6.0; Trident/5.0)");
+    return u"Mozilla/4.0 (compatible; MSIE 7.0; Windows NT 6.0; Trident/5.0)"_s;
 }
 
 bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString& userAgent,

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "Settings.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/Settings.h"
 
 #include <functional>
 

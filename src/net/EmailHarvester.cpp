@@ -1,12 +1,14 @@
-#include "EmailHarvester.h"
+#include "net/EmailHarvester.h"
 
-#include "EmailSearch.h"
-#include "Text.h"
-#include "WorkingText.h"
+#include "net/EmailSearch.h"
+#include "toolkit/Text.h"
+#include "toolkit/WorkingText.h"
 
 #include <vector>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,14 +44,9 @@ QStringView TakeLink(WorkingText& text) {
 
 const QStringList& ContactPageWords() {
     static const QStringList words{
-        QStringLiteral("contact"),    QStringLiteral("contatto"),
-        QStringLiteral("contatti"),   QStringLiteral("support"),
-        QStringLiteral("call"),       QStringLiteral("email"),
-        QStringLiteral("directions"), QStringLiteral("customer service"),
-        QStringLiteral("help"),       QStringLiteral("client services"),
-        QStringLiteral("support"),    QStringLiteral("help"),
-        QStringLiteral("affiliates"), QStringLiteral("resellers"),
-        QStringLiteral("survey"),     QStringLiteral("about"),
+        u"contact"_s,    u"contatto"_s,         u"contatti"_s, u"support"_s,         u"call"_s,    u"email"_s,
+        u"directions"_s, u"customer service"_s, u"help"_s,     u"client services"_s, u"support"_s, u"help"_s,
+        u"affiliates"_s, u"resellers"_s,        u"survey"_s,   u"about"_s,
     };
     return words;
 }

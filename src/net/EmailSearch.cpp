@@ -1,4 +1,4 @@
-#include "EmailSearch.h"
+#include "net/EmailSearch.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
-#include "HttpClient.h"
+#include "net/HttpClient.h"
 
-#include "CurlLoop.h"
-#include "Text.h"
+#include "net/CurlLoop.h"
+#include "toolkit/Text.h"
 
 #include <QElapsedTimer>
 #include <QStringDecoder>
@@ -13,6 +13,8 @@
 #include <vector>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -169,7 +171,7 @@ public:
         if (done_)
             return;
         client_.loop_.Remove(easy_);
-        Fail(HttpFailure::Aborted, QStringLiteral("stopped"));
+        Fail(HttpFailure::Aborted, u"stopped"_s);
     }
     const HttpResponse& Response() const override { return response_; }
 
@@ -200,14 +202,14 @@ private:
     void Begin(const QByteArray& address) {
         url_ = ParseUrl(address);
         if (!url_)
-            return Fail(HttpFailure::Other, QStringLiteral("not a valid address"));
+            return Fail(HttpFailure::Other, u"not a valid address"_s);
         const QByteArray scheme = Part(url_, CURLUPART_SCHEME).toLower();
         if (scheme == "https" && !request_.AllowTls)
-            return Fail(HttpFailure::NoTlsLayer, QStringLiteral("IOHandler: this client has no TLS layer"));
+            return Fail(HttpFailure::NoTlsLayer, u"IOHandler: this client has no TLS layer"_s);
         if (scheme != "http" && scheme != "https")
-            return Fail(HttpFailure::Other, QStringLiteral("not an HTTP address"));
+            return Fail(HttpFailure::Other, u"not an HTTP address"_s);
         if (!request_.Proxy.Host.isEmpty() && (request_.Proxy.Port <= 0 || request_.Proxy.Port > 65535))
-            return Fail(HttpFailure::Other, QStringLiteral("%1 is no proxy port").arg(request_.Proxy.Port));
+            return Fail(HttpFailure::Other, u"%1 is no proxy port"_s.arg(request_.Proxy.Port));
         Configure();
         StartResponse();
         activity_.start();
@@ -378,7 +380,7 @@ private:
             return;
         }
         client_.loop_.Remove(easy_);
-        Fail(HttpFailure::Other, QStringLiteral("no answer for %1 s").arg(request_.ReadTimeoutMs / 1000));
+        Fail(HttpFailure::Other, u"no answer for %1 s"_s.arg(request_.ReadTimeoutMs / 1000));
     }
 
     void Ended(CURLcode result) {
@@ -387,7 +389,7 @@ private:
         response_.Status = static_cast<int>(status);
         response_.FinalUrl = QString::fromUtf8(Part(url_, CURLUPART_URL));
         if (tooLarge_)
-            return Fail(HttpFailure::Other, QStringLiteral("the response is too large"));
+            return Fail(HttpFailure::Other, u"the response is too large"_s);
         // Once its headers are there, what is wrong with the rest of a redirect is of no matter.
         if (IsToBeFollowed())
             return FollowRedirect();
@@ -396,7 +398,7 @@ private:
                         QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : curl_easy_strerror(result)));
         // A connection that closes inside the headers is no response, though it looks like an empty one.
         if (!headersEnded_ || status == 0)
-            return Fail(HttpFailure::Other, QStringLiteral("the response ended inside its headers"));
+            return Fail(HttpFailure::Other, u"the response ended inside its headers"_s);
         response_.ContentType = contentType_;
         response_.Body = std::exchange(body_, {});
         Finish();
@@ -404,13 +406,13 @@ private:
 
     void FollowRedirect() {
         if (redirects_.size() >= redirectLimit)
-            return Fail(HttpFailure::Other, QStringLiteral("more than %1 redirects").arg(redirectLimit));
+            return Fail(HttpFailure::Other, u"more than %1 redirects"_s.arg(redirectLimit));
         const Url next = ParseUrl(location_, url_);
         const QByteArray resolved = next ? Part(next, CURLUPART_URL) : QByteArray();
         // What cannot be followed, and an absolute location, is handed on as the server wrote it.
         redirects_.push_back(HeaderText(!next || HasScheme(location_) ? location_ : resolved));
         if (!next)
-            return Fail(HttpFailure::Other, QStringLiteral("redirected to what is no address"));
+            return Fail(HttpFailure::Other, u"redirected to what is no address"_s);
         Reset(easy_);
         Begin(resolved);
     }

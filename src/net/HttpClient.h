@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MessageLoop.h"
+#include "core/MessageLoop.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,21 +1,22 @@
-#include "PageFetcher.h"
+#include "net/PageFetcher.h"
 
-#include "Delay.h"
-#include "Markup.h"
-#include "Text.h"
-#include "TextDecoder.h"
+#include "core/Delay.h"
+#include "net/TextDecoder.h"
+#include "toolkit/Markup.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString userAgent = QStringLiteral("Mozilla/5.0 (compatible; MSIE 9.0; Windows NT 6.1; Trident/5.0)");
-const QString acceptHeader = QStringLiteral("Accept: text/html, */*");
-const QStringList noCacheHeaders{acceptHeader, QStringLiteral("Cache-Control: no-cache"),
-                                 QStringLiteral("Pragma: no-cache")};
+const QString userAgent = u"Mozilla/5.0 (compatible; MSIE 9.0; Windows NT 6.1; Trident/5.0)"_s;
+const QString acceptHeader = u"Accept: text/html, */*"_s;
+const QStringList noCacheHeaders{acceptHeader, u"Cache-Control: no-cache"_s, u"Pragma: no-cache"_s};
 
 constexpr qint64 readTimeoutMs = 40'000;
 constexpr qint64 directReadTimeoutMs = 60'000;
@@ -29,7 +30,7 @@ int PortOf(const QString& text) {
 }
 
 QString ReasonOf(const HttpResponse& response) {
-    return response.Complete() ? QStringLiteral("HTTP status %1").arg(response.Status) : response.Error;
+    return response.Complete() ? u"HTTP status %1"_s.arg(response.Status) : response.Error;
 }
 
 } // namespace
@@ -44,7 +45,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
     lastError_.clear();
     if (!StartsWithFolded(url, u"http")) {
         page.clear();
-        KeepReason(url, QStringLiteral("not an HTTP address"));
+        KeepReason(url, u"not an HTTP address"_s);
         return false;
     }
     const qint64 timeout = readTimeout_ > 0 ? readTimeout_ : readTimeoutMs;
@@ -56,7 +57,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
         if (settings_.rRandomProxy)
             ApplyNextProxy(index);
         if (state_.ShouldStop || loop_.Quitting()) {
-            KeepReason(url, QStringLiteral("stopped"));
+            KeepReason(url, u"stopped"_s);
             break;
         }
         WaitRandomDelay();
@@ -97,11 +98,11 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
     lastError_.clear();
     if (!StartsWithFolded(url, u"http")) {
         page.clear();
-        KeepReason(url, QStringLiteral("not an HTTP address"));
+        KeepReason(url, u"not an HTTP address"_s);
         return false;
     }
     if (state_.ShouldStop) {
-        KeepReason(url, QStringLiteral("stopped"));
+        KeepReason(url, u"stopped"_s);
         return false;
     }
     status_.SetPanel(0, texts_.Text(Message::DirectDownload));

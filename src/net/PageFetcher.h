@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Harvest.h"
-#include "HttpClient.h"
-#include "Services.h"
+#include "core/Harvest.h"
+#include "core/Services.h"
+#include "net/HttpClient.h"
 
 #include <QRandomGenerator>
 

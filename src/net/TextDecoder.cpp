@@ -1,6 +1,6 @@
-#include "TextDecoder.h"
+#include "net/TextDecoder.h"
 
-#include "CharacterSets.h"
+#include "net/CharacterSets.h"
 
 #include <QByteArrayList>
 #include <QStringDecoder>

@@ -1,8 +1,10 @@
-#include "BrowserCommand.h"
+#include "platform/BrowserCommand.h"
 
 #include <algorithm>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 QString BrowserProgram(const QString& command) {
     const QString lowered = command.toLower();
@@ -13,7 +15,7 @@ QString BrowserProgram(const QString& command) {
 }
 
 QString EngineExecutable(const QString& command) {
-    const QString name = QStringLiteral("iexplore.exe");
+    const QString name = u"iexplore.exe"_s;
     const QString path = command.sliced(std::min<qsizetype>(1, command.size()));
     const qsizetype end = path.indexOf(name);
     return end < 0 ? QString() : path.first(end) + name;

@@ -1,7 +1,7 @@
-#include "SettingsStore.h"
+#include "settings/SettingsStore.h"
 
-#include "Errors.h"
-#include "SettingsText.h"
+#include "core/Errors.h"
+#include "settings/SettingsText.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -10,6 +10,8 @@
 #include <QSaveFile>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,12 +40,12 @@ Settings SettingsStore::LoadSettings() const {
         return DefaultSettings(documentsFolder_);
     QFile file(fileName_);
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure(QStringLiteral("%1: %2").arg(shown, file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(shown, file.errorString()));
     const QByteArray bytes = file.read(sizeLimit + 1);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(QStringLiteral("%1: %2").arg(shown, file.errorString()));
+        throw Failure(u"%1: %2"_s.arg(shown, file.errorString()));
     if (bytes.size() > sizeLimit)
-        throw Failure(QStringLiteral("%1: too large for a settings file").arg(shown));
+        throw Failure(u"%1: too large for a settings file"_s.arg(shown));
     return ParseSettings(QString::fromLocal8Bit(bytes), documentsFolder_);
 }
 
@@ -63,7 +65,7 @@ void SettingsStore::SaveSettings(const Settings& settings) const {
         saved = file.write(bytes) == bytes.size() && file.commit();
     }
     if (!saved)
-        throw SaveError(QStringLiteral("%1: %2").arg(shown, file.errorString()));
+        throw SaveError(u"%1: %2"_s.arg(shown, file.errorString()));
 }
 
 } // namespace Brindle

@@ -1,7 +1,7 @@
-#include "SettingsText.h"
+#include "settings/SettingsText.h"
 
-#include "Text.h"
-#include "WorkingText.h"
+#include "toolkit/Text.h"
+#include "toolkit/WorkingText.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,8 @@
 #include <variant>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -111,7 +113,7 @@ bool Store(Settings& settings, const Option& option, const QString& value, const
 
 QString ValueText(const Settings& settings, const Option& option) {
     if (const auto* flag = std::get_if<bool Settings::*>(&option.Where))
-        return settings.**flag ? QStringLiteral("-1") : QStringLiteral("0");
+        return settings.**flag ? u"-1"_s : u"0"_s;
     if (const auto* text = std::get_if<QString Settings::*>(&option.Where))
         return settings.**text;
     QString lines;
@@ -158,11 +160,11 @@ bool SetOption(Settings& settings, const QString& key, const QString& value, con
                QString& reason) {
     const Option* const option = OptionOf(key);
     if (!option) {
-        reason = QStringLiteral("\u201C%1\u201D is no setting").arg(key);
+        reason = u"\u201C%1\u201D is no setting"_s.arg(key);
         return false;
     }
     if (!Store(settings, *option, value, DefaultSettings(documentsFolder))) {
-        reason = QStringLiteral("%1: \u201C%2\u201D is neither true nor false").arg(key, value);
+        reason = u"%1: \u201C%2\u201D is neither true nor false"_s.arg(key, value);
         return false;
     }
     return true;

@@ -1,4 +1,4 @@
-#include "Marker.h"
+#include "toolkit/Marker.h"
 
 #include <array>
 #include <bit>

@@ -1,6 +1,6 @@
-#include "Markup.h"
+#include "toolkit/Markup.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <array>

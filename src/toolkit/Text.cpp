@@ -1,6 +1,6 @@
-#include "Text.h"
+#include "toolkit/Text.h"
 
-#include "Marker.h"
+#include "toolkit/Marker.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "AccessKeys.h"
+#include "ui/AccessKeys.h"
 
 namespace Brindle {
 

@@ -1,11 +1,13 @@
-#include "BrowserBar.h"
+#include "ui/BrowserBar.h"
 
-#include "Icons.h"
+#include "ui/Icons.h"
 
 #include <QHBoxLayout>
 #include <QShortcut>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 BrowserBar::BrowserBar(QWidget* parent) : QWidget(parent) {
     auto* const row = new QHBoxLayout(this);
@@ -23,18 +25,17 @@ BrowserBar::BrowserBar(QWidget* parent) : QWidget(parent) {
         row->addWidget(made);
         return made;
     };
-    imgBack = button(QStringLiteral("imgBack"), Glyph::Back, QStringLiteral("Go Back"), QStringLiteral("Alt+Left"));
-    imgForward =
-        button(QStringLiteral("imgForward"), Glyph::Forward, QStringLiteral("Go Forward"), QStringLiteral("Alt+Right"));
-    imgStop = button(QStringLiteral("imgStop"), Glyph::StopLoading, QStringLiteral("Stop"), QStringLiteral("Esc"));
-    imgRefresh = button(QStringLiteral("imgRefresh"), Glyph::Refresh, QStringLiteral("Refresh"), QStringLiteral("F5"));
-    imgHome = button(QStringLiteral("imgHome"), Glyph::Home, QStringLiteral("Home"), QStringLiteral("Alt+Home"));
+    imgBack = button(u"imgBack"_s, Glyph::Back, u"Go Back"_s, u"Alt+Left"_s);
+    imgForward = button(u"imgForward"_s, Glyph::Forward, u"Go Forward"_s, u"Alt+Right"_s);
+    imgStop = button(u"imgStop"_s, Glyph::StopLoading, u"Stop"_s, u"Esc"_s);
+    imgRefresh = button(u"imgRefresh"_s, Glyph::Refresh, u"Refresh"_s, u"F5"_s);
+    imgHome = button(u"imgHome"_s, Glyph::Home, u"Home"_s, u"Alt+Home"_s);
 
     edtAddress = new QLineEdit(this);
     edtAddress->setObjectName(u"edtAddress");
-    edtAddress->setAccessibleName(QStringLiteral("Address"));
+    edtAddress->setAccessibleName(u"Address"_s);
     edtAddress->setClearButtonEnabled(true);
-    btnGo = new QPushButton(QStringLiteral("Go"), this);
+    btnGo = new QPushButton(u"Go"_s, this);
     btnGo->setObjectName(u"btnGo");
     row->addSpacing(4);
     row->addWidget(edtAddress, 1);
@@ -44,7 +45,7 @@ BrowserBar::BrowserBar(QWidget* parent) : QWidget(parent) {
     const auto go = [this] { Q_EMIT GoTo(edtAddress->text()); };
     connect(btnGo, &QPushButton::clicked, this, go);
     connect(edtAddress, &QLineEdit::returnPressed, this, go);
-    auto* const toAddress = new QShortcut(QKeySequence(QStringLiteral("Ctrl+L")), this);
+    auto* const toAddress = new QShortcut(QKeySequence(u"Ctrl+L"_s), this);
     connect(toAddress, &QShortcut::activated, edtAddress, [this] {
         edtAddress->setFocus(Qt::ShortcutFocusReason);
         edtAddress->selectAll();
@@ -53,7 +54,7 @@ BrowserBar::BrowserBar(QWidget* parent) : QWidget(parent) {
 
 void BrowserBar::SetHint(QToolButton* button, const QString& hint) {
     button->setAccessibleName(hint);
-    button->setToolTip(QStringLiteral("%1 (%2)").arg(hint, button->shortcut().toString(QKeySequence::NativeText)));
+    button->setToolTip(u"%1 (%2)"_s.arg(hint, button->shortcut().toString(QKeySequence::NativeText)));
 }
 
 } // namespace Brindle

@@ -1,8 +1,10 @@
-#include "BrowserEmulation.h"
+#include "ui/BrowserEmulation.h"
 
 #include <array>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,12 +31,10 @@ quint32 EmulationValue(QStringView engineVersion) {
 void SetIERegistryKey(const QString& engineVersion, const QString& executableName, Platform& system,
                       EmbeddedBrowser& browser) {
     if (engineVersion.startsWith(u'8'))
-        browser.SetUserAgent(QStringLiteral("Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)"));
-    system.WriteUserRegistry(
-        QStringLiteral(R"(Software\Microsoft\Internet Explorer\Main\FeatureControl\FEATURE_BROWSER_EMULATION)"),
-        executableName, EmulationValue(engineVersion));
-    system.WriteUserRegistry(QStringLiteral(R"(Software\Microsoft\Windows\CurrentVersion\Internet Settings\Zones\3)"),
-                             QStringLiteral("1609"), 0);
+        browser.SetUserAgent(u"Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)"_s);
+    system.WriteUserRegistry(uR"(Software\Microsoft\Internet Explorer\Main\FeatureControl\FEATURE_BROWSER_EMULATION)"_s,
+                             executableName, EmulationValue(engineVersion));
+    system.WriteUserRegistry(uR"(Software\Microsoft\Windows\CurrentVersion\Internet Settings\Zones\3)"_s, u"1609"_s, 0);
 }
 
 } // namespace Brindle

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "Platform.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/Platform.h"
 
 #include <QString>
 

@@ -1,12 +1,12 @@
-#include "BrowserViews.h"
+#include "ui/BrowserViews.h"
 
-#include "StaticBrowser.h"
+#include "browser/StaticBrowser.h"
 
 #ifdef BRINDLE_HAS_WEBENGINE
-#include "WebEngineBrowser.h"
+#include "browser/webengine/WebEngineBrowser.h"
 #endif
 #ifdef BRINDLE_HAS_IE
-#include "IeBrowser.h"
+#include "browser/ie/IeBrowser.h"
 #endif
 
 #include <QPointer>

@@ -1,4 +1,4 @@
-#include "DigitsEdit.h"
+#include "ui/DigitsEdit.h"
 
 #include <QLineEdit>
 

@@ -1,4 +1,4 @@
-#include "LeadTableModel.h"
+#include "ui/LeadTableModel.h"
 
 namespace Brindle {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LeadList.h"
+#include "core/LeadList.h"
 
 #include <QAbstractTableModel>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "LeadTableView.h"
+#include "ui/LeadTableView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LeadTableModel.h"
+#include "ui/LeadTableModel.h"
 
 #include <QTableView>
 

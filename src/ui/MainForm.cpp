@@ -1,6 +1,6 @@
-#include "MainForm.h"
+#include "ui/MainForm.h"
 
-#include "Icons.h"
+#include "ui/Icons.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -8,6 +8,8 @@
 #include <utility>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,7 +39,7 @@ QString WithoutColon(const QString& caption) {
 } // namespace
 
 // Alt+D leads to the address box in browsers, and people's fingers know it.
-MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView) : keys_(QStringLiteral("D")) {
+MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView) : keys_(u"D"_s) {
     auto* const centre = new QWidget(&window);
     auto* const column = new QVBoxLayout(centre);
     column->setContentsMargins(0, 0, 0, 0);
@@ -54,8 +56,8 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
     TabSheet1 = BuildBrowserPage(browserView);
     TabSheet2 = newsView;
     TabSheet2->setObjectName(u"TabSheet2");
-    pgcMain->addTab(TabSheet1, QStringLiteral("Browser"));
-    pgcMain->addTab(TabSheet2, QStringLiteral("News"));
+    pgcMain->addTab(TabSheet1, u"Browser"_s);
+    pgcMain->addTab(TabSheet2, u"News"_s);
     Splitter->addWidget(pgcMain);
     Splitter->addWidget(BuildResults(Splitter));
     Splitter->setStretchFactor(0, 3);
@@ -81,19 +83,18 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     auto* const row = new QHBoxLayout;
     row->setContentsMargins(8, 8, 8, 6);
     row->setSpacing(6);
-    lblCurrentLanguage = Label(parent, QStringLiteral("lblCurrentLanguage"), QStringLiteral("Language:"));
-    cbxLanguage = Selector(parent, QStringLiteral("cbxLanguage"));
-    cbxLanguage->addItems(
-        {QStringLiteral("English"), QStringLiteral("French"), QStringLiteral("Spanish"), QStringLiteral("Italian")});
-    lblWebsite = Label(parent, QStringLiteral("lblWebsite"), QStringLiteral("Website:"));
-    cbxWebsites = Selector(parent, QStringLiteral("cbxWebsites"));
+    lblCurrentLanguage = Label(parent, u"lblCurrentLanguage"_s, u"Language:"_s);
+    cbxLanguage = Selector(parent, u"cbxLanguage"_s);
+    cbxLanguage->addItems({u"English"_s, u"French"_s, u"Spanish"_s, u"Italian"_s});
+    lblWebsite = Label(parent, u"lblWebsite"_s, u"Website:"_s);
+    cbxWebsites = Selector(parent, u"cbxWebsites"_s);
     cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbxWebsites->setMinimumContentsLength(28);
     cbxWebsites->setMaxVisibleItems(20);
-    btnStart = Button(parent, QStringLiteral("btnStart"), QStringLiteral("Get Data"), Glyph::Start);
-    btnStop = Button(parent, QStringLiteral("btnStop"), QStringLiteral("Stop"), Glyph::Stop);
-    btnSettings = Button(parent, QStringLiteral("btnSettings"), QStringLiteral("Settings"), Glyph::Settings);
-    btnUpdates = Button(parent, QStringLiteral("btnUpdates"), QStringLiteral("Check for Updates"), Glyph::Updates);
+    btnStart = Button(parent, u"btnStart"_s, u"Get Data"_s, Glyph::Start);
+    btnStop = Button(parent, u"btnStop"_s, u"Stop"_s, Glyph::Stop);
+    btnSettings = Button(parent, u"btnSettings"_s, u"Settings"_s, Glyph::Settings);
+    btnUpdates = Button(parent, u"btnUpdates"_s, u"Check for Updates"_s, Glyph::Updates);
     QFont bold = btnStart->font();
     bold.setBold(true);
     btnStart->setFont(bold);
@@ -130,7 +131,7 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     auto* const column = new QVBoxLayout(Results);
     column->setContentsMargins(8, 4, 8, 4);
     column->setSpacing(5);
-    panResultsHeader = Label(Results, QStringLiteral("panResultsHeader"), QStringLiteral("Results"));
+    panResultsHeader = Label(Results, u"panResultsHeader"_s, u"Results"_s);
     QFont bold = panResultsHeader->font();
     bold.setBold(true);
     panResultsHeader->setFont(bold);
@@ -147,17 +148,16 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
         row->addWidget(button);
         return button;
     };
-    btnRSelectAll = add(QStringLiteral("btnRSelectAll"), QStringLiteral("Select All"), Glyph::SelectAll);
-    btnRClearSelection =
-        add(QStringLiteral("btnRClearSelection"), QStringLiteral("Clear Selection"), Glyph::ClearSelection);
-    btnRDelete = add(QStringLiteral("btnRDelete"), QStringLiteral("Delete Selected"), Glyph::Delete);
-    btnRDeleteAll = add(QStringLiteral("btnRDeleteAll"), QStringLiteral("Delete All"), Glyph::DeleteAll);
+    btnRSelectAll = add(u"btnRSelectAll"_s, u"Select All"_s, Glyph::SelectAll);
+    btnRClearSelection = add(u"btnRClearSelection"_s, u"Clear Selection"_s, Glyph::ClearSelection);
+    btnRDelete = add(u"btnRDelete"_s, u"Delete Selected"_s, Glyph::Delete);
+    btnRDeleteAll = add(u"btnRDeleteAll"_s, u"Delete All"_s, Glyph::DeleteAll);
     row->addSpacing(14);
-    btnOpenWebsite = add(QStringLiteral("btnOpenWebsite"), QStringLiteral("Open Website"), Glyph::Website);
-    btnOpenMaps = add(QStringLiteral("btnOpenMaps"), QStringLiteral("Open Maps URL"), Glyph::Map);
-    btnOpenDetails = add(QStringLiteral("btnOpenDetails"), QStringLiteral("Open Details URL"), Glyph::Details);
+    btnOpenWebsite = add(u"btnOpenWebsite"_s, u"Open Website"_s, Glyph::Website);
+    btnOpenMaps = add(u"btnOpenMaps"_s, u"Open Maps URL"_s, Glyph::Map);
+    btnOpenDetails = add(u"btnOpenDetails"_s, u"Open Details URL"_s, Glyph::Details);
     row->addStretch(1);
-    btnExportAll = add(QStringLiteral("btnExportAll"), QStringLiteral("Export Data"), Glyph::Export);
+    btnExportAll = add(u"btnExportAll"_s, u"Export Data"_s, Glyph::Export);
     column->addLayout(row);
     return Results;
 }
@@ -191,7 +191,7 @@ void MainForm::NameForScreenReaders() {
     cbxWebsites->setAccessibleName(WithoutColon(lblWebsite->text()));
     pgcMain->setAccessibleName(pgcMain->tabText(0));
     lvwItems->setAccessibleName(panResultsHeader->text());
-    Bar->edtAddress->setPlaceholderText(QStringLiteral("http://"));
+    Bar->edtAddress->setPlaceholderText(u"http://"_s);
     Status->NameGauge(WithoutColon(Status->PanelText(3)));
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "AccessKeys.h"
-#include "BrowserBar.h"
-#include "LanguageFile.h"
-#include "LeadTableView.h"
-#include "StatusBarView.h"
+#include "i18n/LanguageFile.h"
+#include "ui/AccessKeys.h"
+#include "ui/BrowserBar.h"
+#include "ui/LeadTableView.h"
+#include "ui/StatusBarView.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,10 +1,12 @@
-#include "MessageBoxDialogs.h"
+#include "ui/MessageBoxDialogs.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,9 +44,9 @@ void MessageBoxDialogs::Warn(const QString& text) {
 QString MessageBoxDialogs::AskSaveFile(const QString& title, const QString& folder) {
     if (loop_.Quitting())
         return {};
-    QFileDialog dialog(Topmost(parent_), title, folder, QStringLiteral("CSV files (*.csv)"));
+    QFileDialog dialog(Topmost(parent_), title, folder, u"CSV files (*.csv)"_s);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("csv"));
+    dialog.setDefaultSuffix(u"csv"_s);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 

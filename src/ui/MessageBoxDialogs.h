@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "MessageLoop.h"
+#include "core/Dialogs.h"
+#include "core/MessageLoop.h"
 
 class QWidget;
 

@@ -1,6 +1,8 @@
-#include "ProgramOptions.h"
+#include "ui/ProgramOptions.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,7 +20,7 @@ ProgramOptions ParseProgramOptions(const QStringList& arguments) {
     qsizetype at = 0;
     const auto value = [&] {
         if (at + 1 >= arguments.size())
-            throw OptionError(arguments[at] + QStringLiteral(": a value is missing"));
+            throw OptionError(arguments[at] + u": a value is missing"_s);
         return arguments[++at];
     };
     for (; at < arguments.size(); ++at) {
@@ -32,37 +34,35 @@ ProgramOptions ParseProgramOptions(const QStringList& arguments) {
         } else if (name == u"--browser") {
             const QString engine = value();
             if (engine != u"static" && engine != u"web")
-                throw OptionError(QStringLiteral("--browser: \u201C%1\u201D is neither static nor web").arg(engine));
+                throw OptionError(u"--browser: \u201C%1\u201D is neither static nor web"_s.arg(engine));
             options.Browser = engine == u"web" ? ProgramOptions::Engine::Web : ProgramOptions::Engine::Static;
         } else if (name == u"--pace") {
             const QString pace = value();
             bool isNumber = false;
             options.Pace = pace.toDouble(&isNumber);
             if (!isNumber || !(options.Pace >= 0 && options.Pace <= 1))
-                throw OptionError(QStringLiteral("--pace: \u201C%1\u201D is no number from 0 to 1").arg(pace));
+                throw OptionError(u"--pace: \u201C%1\u201D is no number from 0 to 1"_s.arg(pace));
         } else {
-            throw OptionError(QStringLiteral("unknown option \u201C%1\u201D; brindle --help lists them").arg(name));
+            throw OptionError(u"unknown option \u201C%1\u201D; brindle --help lists them"_s.arg(name));
         }
     }
     if (options.OnDemo && !options.SitesFileName.isEmpty())
-        throw OptionError(QStringLiteral("--demo and --sites exclude each other"));
+        throw OptionError(u"--demo and --sites exclude each other"_s);
     return options;
 }
 
 QString ProgramHelp() {
-    return QStringLiteral(
-               "Usage: brindle [options]\n"
-               "Turns online business directories into sales leads.\n"
-               "\n"
-               "  --demo                 open the window on invented directories served by the program itself\n"
-               "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
-               "  --settings FILE        settings file instead of the user's\n"
-               "  --browser static|web   web: %1;\n"
-               "                         static: pages without scripts, shown as text\n"
-               "  --pace N               every wait times N, 0 to 1; default 1\n"
-               "  --version              print the version\n"
-               "  --help                 print this text\n")
-        .arg(QString::fromUtf16(webEngine));
+    return u"Usage: brindle [options]\n"
+           "Turns online business directories into sales leads.\n"
+           "\n"
+           "  --demo                 open the window on invented directories served by the program itself\n"
+           "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
+           "  --settings FILE        settings file instead of the user's\n"
+           "  --browser static|web   web: %1;\n"
+           "                         static: pages without scripts, shown as text\n"
+           "  --pace N               every wait times N, 0 to 1; default 1\n"
+           "  --version              print the version\n"
+           "  --help                 print this text\n"_s.arg(QString::fromUtf16(webEngine));
 }
 
 } // namespace Brindle

@@ -1,4 +1,4 @@
-#include "SettingsForm.h"
+#include "ui/SettingsForm.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -9,6 +9,8 @@
 #include <utility>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,13 +39,13 @@ QString WithoutColon(const QString& caption) {
 } // namespace
 
 SettingsForm::SettingsForm(QDialog& dialog, const QStringList& columnCaptions) : dialog_(dialog) {
-    dialog.setWindowTitle(QStringLiteral("Settings"));
+    dialog.setWindowTitle(u"Settings"_s);
     pgcSettings = Named(new QTabWidget(&dialog), u"pgcSettings");
-    pgcSettings->addTab(BuildConnections(), QStringLiteral("Connections"));
-    pgcSettings->addTab(BuildData(columnCaptions), QStringLiteral("Data"));
+    pgcSettings->addTab(BuildConnections(), u"Connections"_s);
+    pgcSettings->addTab(BuildData(columnCaptions), u"Data"_s);
 
-    btnOk = Named(new QPushButton(QStringLiteral("Ok")), u"btnOk");
-    btnCancel = Named(new QPushButton(QStringLiteral("Cancel")), u"btnCancel");
+    btnOk = Named(new QPushButton(u"Ok"_s), u"btnOk");
+    btnCancel = Named(new QPushButton(u"Cancel"_s), u"btnCancel");
     auto* const buttons = new QDialogButtonBox(&dialog); // puts them in the order that the desktop has
     buttons->addButton(btnOk, QDialogButtonBox::AcceptRole);
     buttons->addButton(btnCancel, QDialogButtonBox::RejectRole);
@@ -76,34 +78,33 @@ SettingsForm::SettingsForm(QDialog& dialog, const QStringList& columnCaptions) :
 // Controls are made in the order in which Tab walks through them.
 QWidget* SettingsForm::BuildConnections() {
     auto* const page = new QWidget;
-    rbtNoProxy = Named(new QRadioButton(QStringLiteral("Don't use any proxy"), page), u"rbtNoProxy");
-    rbtProxy = Named(new QRadioButton(QStringLiteral("Use this specific proxy"), page), u"rbtProxy");
-    lblHost = Named(new QLabel(QStringLiteral("Host:"), page), u"lblHost");
+    rbtNoProxy = Named(new QRadioButton(u"Don't use any proxy"_s, page), u"rbtNoProxy");
+    rbtProxy = Named(new QRadioButton(u"Use this specific proxy"_s, page), u"rbtProxy");
+    lblHost = Named(new QLabel(u"Host:"_s, page), u"lblHost");
     edtHost = Named(new QLineEdit(page), u"edtHost");
-    lblPort = Named(new QLabel(QStringLiteral("Port:"), page), u"lblPort");
-    edtPort = Named(new QLineEdit(QStringLiteral("80"), page), u"edtPort");
-    chkAuthentification = Named(new QCheckBox(QStringLiteral("Need Authentication"), page), u"chkAuthentification");
-    lblUsername = Named(new QLabel(QStringLiteral("Username:"), page), u"lblUsername");
+    lblPort = Named(new QLabel(u"Port:"_s, page), u"lblPort");
+    edtPort = Named(new QLineEdit(u"80"_s, page), u"edtPort");
+    chkAuthentification = Named(new QCheckBox(u"Need Authentication"_s, page), u"chkAuthentification");
+    lblUsername = Named(new QLabel(u"Username:"_s, page), u"lblUsername");
     edtUsername = Named(new QLineEdit(page), u"edtUsername");
-    lblPassword = Named(new QLabel(QStringLiteral("Password:"), page), u"lblPassword");
+    lblPassword = Named(new QLabel(u"Password:"_s, page), u"lblPassword");
     edtPassword = Named(new QLineEdit(page), u"edtPassword");
-    rbtRandom = Named(
-        new QRadioButton(QStringLiteral("Use a random proxy from the following  list. Enter 1 proxy per line."), page),
-        u"rbtRandom");
+    rbtRandom = Named(new QRadioButton(u"Use a random proxy from the following  list. Enter 1 proxy per line."_s, page),
+                      u"rbtRandom");
     memRandomProxies = Named(new QPlainTextEdit(page), u"memRandomProxies");
-    lblRandomDelay = Named(new QLabel(QStringLiteral("Random delay between requests:"), page), u"lblRandomDelay");
+    lblRandomDelay = Named(new QLabel(u"Random delay between requests:"_s, page), u"lblRandomDelay");
     speRandom = Named(new DigitsEdit(page), u"speRandom");
-    lblSeconds = Named(new QLabel(QStringLiteral("seconds"), page), u"lblSeconds");
-    btnFreeProxies = Named(new QPushButton(QStringLiteral("How to protect your IP?"), page), u"btnFreeProxies");
+    lblSeconds = Named(new QLabel(u"seconds"_s, page), u"lblSeconds");
+    btnFreeProxies = Named(new QPushButton(u"How to protect your IP?"_s, page), u"btnFreeProxies");
 
     const int digit = edtPort->fontMetrics().horizontalAdvance(u'0');
     edtPort->setFixedWidth(digit * 9);
     speRandom->setFixedWidth(digit * 11);
     edtPassword->setEchoMode(QLineEdit::Password);
-    edtPassword->setStyleSheet(QStringLiteral("lineedit-password-character: 42")); // "*"
+    edtPassword->setStyleSheet(u"lineedit-password-character: 42"_s); // "*"
     memRandomProxies->setLineWrapMode(QPlainTextEdit::NoWrap);
     memRandomProxies->setTabChangesFocus(true);
-    memRandomProxies->setPlaceholderText(QStringLiteral("10.0.0.1:8080\n10.0.0.2:8080:user:password"));
+    memRandomProxies->setPlaceholderText(u"10.0.0.1:8080\n10.0.0.2:8080:user:password"_s);
     memRandomProxies->setFixedHeight(memRandomProxies->fontMetrics().lineSpacing() * 7);
 
     auto* const proxy = new QGridLayout;
@@ -144,23 +145,22 @@ QWidget* SettingsForm::BuildConnections() {
 
 QWidget* SettingsForm::BuildData(const QStringList& columnCaptions) {
     auto* const page = new QWidget;
-    lblColumns = Named(new QLabel(QStringLiteral("Columns to Export:"), page), u"lblColumns");
+    lblColumns = Named(new QLabel(u"Columns to Export:"_s, page), u"lblColumns");
     chlColumns = Named(new QListWidget(page), u"chlColumns");
-    chkExtractEmails =
-        Named(new QCheckBox(QStringLiteral("Extract emails from websites (Will slow the extraction process)"), page),
-              u"chkExtractEmails");
-    rbtExportManually = Named(new QRadioButton(QStringLiteral("Export results manually"), page), u"rbtExportManually");
-    rbtExportAutomatic = Named(new QRadioButton(QStringLiteral("Export results automatically to a folder"), page),
-                               u"rbtExportAutomatic");
+    chkExtractEmails = Named(new QCheckBox(u"Extract emails from websites (Will slow the extraction process)"_s, page),
+                             u"chkExtractEmails");
+    rbtExportManually = Named(new QRadioButton(u"Export results manually"_s, page), u"rbtExportManually");
+    rbtExportAutomatic =
+        Named(new QRadioButton(u"Export results automatically to a folder"_s, page), u"rbtExportAutomatic");
     edtFolder = Named(new QLineEdit(page), u"edtFolder");
-    btnBrowse = Named(new QPushButton(QStringLiteral("Browse"), page), u"btnBrowse");
+    btnBrowse = Named(new QPushButton(u"Browse"_s, page), u"btnBrowse");
     lblDelimiterHeader =
-        Named(new QLabel(QStringLiteral("Enter a delimiter char to separate columns when you export data. Ex: for USA "
-                                        "default char is comma (,) but in Italy is the semicolon (;)"),
+        Named(new QLabel(u"Enter a delimiter char to separate columns when you export data. Ex: for USA "
+                         "default char is comma (,) but in Italy is the semicolon (;)"_s,
                          page),
               u"lblDelimiterHeader");
-    lblDelimiter = Named(new QLabel(QStringLiteral("Delimiter Char:"), page), u"lblDelimiter");
-    edtDelimiter = Named(new QLineEdit(QStringLiteral(","), page), u"edtDelimiter");
+    lblDelimiter = Named(new QLabel(u"Delimiter Char:"_s, page), u"lblDelimiter");
+    edtDelimiter = Named(new QLineEdit(u","_s, page), u"edtDelimiter");
 
     FillColumns(columnCaptions);
     lblDelimiterHeader->setWordWrap(true);

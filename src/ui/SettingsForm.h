@@ -1,8 +1,8 @@
 #pragma once
 
-#include "AccessKeys.h"
-#include "DigitsEdit.h"
-#include "LanguageFile.h"
+#include "i18n/LanguageFile.h"
+#include "ui/AccessKeys.h"
+#include "ui/DigitsEdit.h"
 
 #include <QCheckBox>
 #include <QDialog>

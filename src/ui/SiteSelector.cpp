@@ -1,8 +1,10 @@
-#include "SiteSelector.h"
+#include "ui/SiteSelector.h"
 
-#include "Delay.h"
+#include "core/Delay.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 SiteSelector::SiteSelector(Harvest& harvest, HarvestDriver& driver, EmbeddedBrowser& browser, Platform& system)
     : harvest_(harvest), driver_(driver), browser_(browser), system_(system) {}
@@ -21,12 +23,12 @@ void SiteSelector::Change(const QString& entry) {
         driver_.Stop();
     if (replaced())
         return;
-    browser_.Navigate(QStringLiteral("about:blank"));
+    browser_.Navigate(u"about:blank"_s);
     Delay(harvest_.Loop, 500);
     if (replaced())
         return;
     // The German directory, which a deployment may still offer, does not come up with an empty cache.
-    if (!entry.contains(QStringLiteral("Germany"))) {
+    if (!entry.contains(u"Germany"_s)) {
         system_.ClearUrlCache();
         browser_.ClearCache();
     }

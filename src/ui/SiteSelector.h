@@ -1,8 +1,8 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "HarvestDriver.h"
-#include "Platform.h"
+#include "core/EmbeddedBrowser.h"
+#include "core/HarvestDriver.h"
+#include "core/Platform.h"
 
 namespace Brindle {
 

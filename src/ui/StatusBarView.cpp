@@ -1,4 +1,4 @@
-#include "StatusBarView.h"
+#include "ui/StatusBarView.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -6,6 +6,8 @@
 #include <algorithm>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -35,7 +37,7 @@ StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(n
         QLabel*& label = panels_.at(static_cast<size_t>(panel));
         const bool fitsItsText = panel == 3;
         label = fitsItsText ? new QLabel(this) : new PanelLabel(this);
-        label->setObjectName(QStringLiteral("StatusPanel%1").arg(panel));
+        label->setObjectName(u"StatusPanel%1"_s.arg(panel));
         label->setTextFormat(Qt::PlainText);
         const int width = widths.at(static_cast<size_t>(panel));
         if (width > 0)
@@ -43,9 +45,9 @@ StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(n
         addWidget(label, panel == PanelCount - 1 ? 1 : 0);
     }
     panels_.back()->setMinimumWidth(120);
-    SetPanel(1, QStringLiteral("0 items listed"));
-    SetPanel(2, QStringLiteral("0 items exported"));
-    SetPanel(3, QStringLiteral("Progress:"));
+    SetPanel(1, u"0 items listed"_s);
+    SetPanel(2, u"0 items exported"_s);
+    SetPanel(3, u"Progress:"_s);
     mainGauge_->setObjectName(u"MainGauge");
     mainGauge_->setTextVisible(false);
     mainGauge_->setRange(0, 100);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "StatusView.h"
+#include "core/StatusView.h"
 
 #include <QLabel>
 #include <QProgressBar>

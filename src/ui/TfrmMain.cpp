@@ -1,14 +1,14 @@
-#include "TfrmMain.h"
+#include "ui/TfrmMain.h"
 
-#include "Adapters.h"
-#include "BrowserEmulation.h"
-#include "CsvExport.h"
-#include "CustomProxy.h"
-#include "Delay.h"
-#include "Errors.h"
-#include "Icons.h"
-#include "LeadListCommands.h"
-#include "TfrmSettings.h"
+#include "adapters/Adapters.h"
+#include "core/Delay.h"
+#include "core/Errors.h"
+#include "core/LeadListCommands.h"
+#include "export/CsvExport.h"
+#include "net/CustomProxy.h"
+#include "ui/BrowserEmulation.h"
+#include "ui/Icons.h"
+#include "ui/TfrmSettings.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -20,12 +20,14 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int edition = 0;
 constexpr int startUpDelay = 100;
 constexpr std::array<QStringView, 4> languageCodes{u"en", u"fr", u"es", u"it"};
-const QString blank = QStringLiteral("about:blank");
+const QString blank = u"about:blank"_s;
 
 ShownBrowser NewsBrowser(const MainWindowParts& parts) {
     if (parts.Sites.PublisherNews.isEmpty())
@@ -36,20 +38,20 @@ ShownBrowser NewsBrowser(const MainWindowParts& parts) {
 } // namespace
 
 QString ProductTitle() {
-    return QStringLiteral("Brindle");
+    return u"Brindle"_s;
 }
 
 TfrmMain::TfrmMain(const MainWindowParts& parts)
     : loop_(parts.Loop),
       system_(parts.System),
       sites_(parts.Sites),
-      browser_(parts.CreateBrowser(parts.Loop, QDir(parts.SettingsFolder).filePath(QStringLiteral("browser")))),
+      browser_(parts.CreateBrowser(parts.Loop, QDir(parts.SettingsFolder).filePath(u"browser"_s))),
       news_(NewsBrowser(parts)),
       form_(*this, browser_.View, news_.View),
       messageBoxes_(this, loop_),
       notices_(parts.Notices ? *parts.Notices : messageBoxes_),
       store_(parts.SettingsFileName, system_.GetDocumentsFolder()),
-      place_(QDir(parts.SettingsFolder).filePath(QStringLiteral("window.ini"))),
+      place_(QDir(parts.SettingsFolder).filePath(u"window.ini"_s)),
       idHttp1_(state_, options_, texts_, loop_, *form_.Status),
       emails_(state_, options_, idHttp1_),
       saver_(state_, options_, leads_, texts_, *form_.Status, loop_),
@@ -116,7 +118,7 @@ void TfrmMain::FormCreate() {
     const auto code = std::find(languageCodes.begin(), languageCodes.end(), options_.Language);
     form_.cbxLanguage->setCurrentIndex(code == languageCodes.end() ? 0
                                                                    : static_cast<int>(code - languageCodes.begin()));
-    form_.cbxWebsites->addItem(QStringLiteral("Loading Websites...."));
+    form_.cbxWebsites->addItem(u"Loading Websites...."_s);
     form_.cbxWebsites->setEnabled(false);
     form_.btnStart->setEnabled(false);
     LoadLanguage(options_.Language);
@@ -126,8 +128,7 @@ void TfrmMain::FormCreate() {
 
     if (sites_.PublisherUpdates.isEmpty()) {
         form_.btnUpdates->setEnabled(false);
-        form_.btnUpdates->setToolTip(
-            QStringLiteral("No update address is configured ([publisher] updates in sites.ini)."));
+        form_.btnUpdates->setToolTip(u"No update address is configured ([publisher] updates in sites.ini)."_s);
     }
     if (!sites_.PublisherHelp.isEmpty())
         connect(new QShortcut(QKeySequence(QKeySequence::HelpContents), this), &QShortcut::activated, this,

@@ -1,18 +1,18 @@
 #pragma once
 
-#include "AutomaticSaver.h"
-#include "BrowserViews.h"
-#include "EmailHarvester.h"
-#include "HarvestDriver.h"
-#include "MainForm.h"
-#include "MessageBoxDialogs.h"
-#include "PageFetcher.h"
-#include "Platform.h"
-#include "SettingsStore.h"
-#include "SiteSelector.h"
-#include "SitesFile.h"
-#include "UpdateCheck.h"
-#include "WindowPlace.h"
+#include "core/HarvestDriver.h"
+#include "core/Platform.h"
+#include "core/SitesFile.h"
+#include "export/AutomaticSaver.h"
+#include "net/EmailHarvester.h"
+#include "net/PageFetcher.h"
+#include "settings/SettingsStore.h"
+#include "ui/BrowserViews.h"
+#include "ui/MainForm.h"
+#include "ui/MessageBoxDialogs.h"
+#include "ui/SiteSelector.h"
+#include "ui/UpdateCheck.h"
+#include "ui/WindowPlace.h"
 
 #include <QMainWindow>
 

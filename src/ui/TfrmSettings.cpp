@@ -1,7 +1,7 @@
-#include "TfrmSettings.h"
+#include "ui/TfrmSettings.h"
 
-#include "CsvFormat.h"
-#include "Markup.h"
+#include "export/CsvFormat.h"
+#include "toolkit/Markup.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -13,10 +13,12 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString ProxyPage() {
-    return QStringLiteral("https://en.wikipedia.org/wiki/Proxy_server");
+    return u"https://en.wikipedia.org/wiki/Proxy_server"_s;
 }
 
 // The lines of a text; a line end at its very end begins no other line.
@@ -132,12 +134,12 @@ void TfrmSettings::btnOkClick() {
     settings_.rRandomProxy = form_.rbtRandom->isChecked();
     settings_.rAuthentification = form_.chkAuthentification->isChecked();
     if (settings_.rUseProxy && (form_.edtHost->text().isEmpty() || form_.edtPort->text().isEmpty())) {
-        notices_.Warn(QStringLiteral("Please enter a valid proxy server address and port."));
+        notices_.Warn(u"Please enter a valid proxy server address and port."_s);
         return;
     }
     // The delay is what is tested here, not the list: an empty list is accepted.
     if (settings_.rRandomProxy && CleanMarkup(form_.speRandom->text()).isEmpty()) {
-        notices_.Warn(QStringLiteral("Please enter at least one valid proxy."));
+        notices_.Warn(u"Please enter at least one valid proxy."_s);
         return;
     }
     settings_.eHost = form_.edtHost->text();
@@ -158,7 +160,7 @@ void TfrmSettings::btnOkClick() {
 void TfrmSettings::btnBrowseClick() {
     const QString current = form_.edtFolder->text();
     const QString start = !current.isEmpty() && QFileInfo(current).isDir() ? current : system_.GetDocumentsFolder();
-    const QString chosen = notices_.AskFolder(QStringLiteral("Select a directory"), start);
+    const QString chosen = notices_.AskFolder(u"Select a directory"_s, start);
     if (!chosen.isEmpty())
         form_.edtFolder->setText(QDir::toNativeSeparators(chosen));
 }

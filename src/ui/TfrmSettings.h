@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "Platform.h"
-#include "Settings.h"
-#include "SettingsForm.h"
+#include "core/Dialogs.h"
+#include "core/Platform.h"
+#include "core/Settings.h"
+#include "ui/SettingsForm.h"
 
 #include <QDialog>
 

@@ -1,12 +1,14 @@
-#include "UpdateCheck.h"
+#include "ui/UpdateCheck.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 #include <QRegularExpression>
 #include <QScopedValueRollback>
 #include <QVersionNumber>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +25,7 @@ std::optional<Release> ParseRelease(const QString& text) {
         if (lines.size() == 2)
             break;
     }
-    static const QRegularExpression version(QStringLiteral(R"(\A\d{1,6}(\.\d{1,6}){0,3}\z)"));
+    static const QRegularExpression version(uR"(\A\d{1,6}(\.\d{1,6}){0,3}\z)"_s);
     const bool complete = lines.size() == 2 && version.match(lines[0]).hasMatch() &&
                           (StartsWithFolded(lines[1], u"http://") || StartsWithFolded(lines[1], u"https://"));
     if (!complete)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Dialogs.h"
-#include "MessageTexts.h"
-#include "Platform.h"
-#include "Services.h"
-#include "StatusView.h"
+#include "core/Dialogs.h"
+#include "core/MessageTexts.h"
+#include "core/Platform.h"
+#include "core/Services.h"
+#include "core/StatusView.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "WindowPlace.h"
+#include "ui/WindowPlace.h"
 
 #include <QHeaderView>
 #include <QMainWindow>
@@ -10,11 +10,13 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString geometryKey = QStringLiteral("Window/Geometry");
-const QString splitterKey = QStringLiteral("Window/Splitter");
-const QString columnsKey = QStringLiteral("Window/Columns");
+const QString geometryKey = u"Window/Geometry"_s;
+const QString splitterKey = u"Window/Splitter"_s;
+const QString columnsKey = u"Window/Columns"_s;
 
 } // namespace
 

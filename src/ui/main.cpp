@@ -1,15 +1,15 @@
-#include "CreatePlatform.h"
-#include "ProgramOptions.h"
-#include "QtMessageLoop.h"
-#include "StandardStreams.h"
-#include "TfrmMain.h"
-#include "TickCount.h"
+#include "core/QtMessageLoop.h"
+#include "platform/CreatePlatform.h"
+#include "platform/StandardStreams.h"
+#include "platform/TickCount.h"
+#include "ui/ProgramOptions.h"
+#include "ui/TfrmMain.h"
 
 #ifdef BRINDLE_HAS_DEMO
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 #endif
 #ifdef BRINDLE_HAS_WEBENGINE
-#include "WebEngineStart.h"
+#include "browser/webengine/WebEngineStart.h"
 #endif
 
 #include <QApplication>
@@ -21,6 +21,7 @@
 #include <optional>
 
 using namespace Brindle;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,7 +30,7 @@ constexpr int wrongUsage = 2;
 
 // One line about why the program ends; in a box of its own where nobody would see the line.
 void Report(const QString& reason) {
-    WriteTo(StandardStream::Error, QStringLiteral("brindle: %1\n").arg(reason));
+    WriteTo(StandardStream::Error, u"brindle: %1\n"_s.arg(reason));
     if (HasStandardError())
         return;
     int count = 0;
@@ -64,7 +65,7 @@ BrowserFactory BrowserOf(ProgramOptions::Engine engine) {
         return CreateIeBrowser;
 #else
     if (engine == ProgramOptions::Engine::Web)
-        throw OptionError(QStringLiteral("--browser web: this program was built without the Chromium engine"));
+        throw OptionError(u"--browser web: this program was built without the Chromium engine"_s);
 #endif
     return CreateStaticBrowser;
 }
@@ -75,20 +76,19 @@ using DemoServers = std::unique_ptr<Demo::DemoServer>;
 SitesFile StartDemo(DemoServers& servers) {
     servers = std::make_unique<Demo::DemoServer>();
     servers->Start();
-    return SitesFile::Parse(servers->SitesIni().toUtf8(), QStringLiteral("demo"));
+    return SitesFile::Parse(servers->SitesIni().toUtf8(), u"demo"_s);
 }
 #else
 using DemoServers = int;
 
 SitesFile StartDemo(DemoServers&) {
-    throw OptionError(QStringLiteral("--demo: this program was built without the demo directories"));
+    throw OptionError(u"--demo: this program was built without the demo directories"_s);
 }
 #endif
 
 SitesFile LoadSites(const ProgramOptions& options) {
-    const QString fileName = options.SitesFileName.isEmpty()
-                                 ? QCoreApplication::applicationDirPath() + QStringLiteral("/sites.ini")
-                                 : options.SitesFileName;
+    const QString fileName = options.SitesFileName.isEmpty() ? QCoreApplication::applicationDirPath() + u"/sites.ini"_s
+                                                             : options.SitesFileName;
     return SitesFile::Load(fileName);
 }
 
@@ -105,9 +105,8 @@ int Run(const ProgramOptions& options) {
                      .System = *system,
                      .Sites = std::move(sites),
                      .SettingsFolder = folder,
-                     .SettingsFileName = options.SettingsFileName.isEmpty()
-                                             ? QDir(folder).filePath(QStringLiteral("settings.dat"))
-                                             : options.SettingsFileName,
+                     .SettingsFileName = options.SettingsFileName.isEmpty() ? QDir(folder).filePath(u"settings.dat"_s)
+                                                                            : options.SettingsFileName,
                      .CreateBrowser = BrowserOf(options.Browser)});
     window.show();
     return QApplication::exec();
@@ -124,11 +123,12 @@ int main(int argc, char** argv) {
         if (Asks(argc, argv, "--version"))
             return WriteTo(StandardStream::Output, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
         if (!HasDisplay() && !Asks(argc, argv, "-platform"))
-            throw Failure(QStringLiteral("there is no display for the window; brindle-cli works without one"));
+            throw Failure(u"there is no display for the window; brindle-cli works without one"_s);
 #ifdef BRINDLE_HAS_WEBENGINE
         if (!Asks(argc, argv, "static"))
             PrepareWebEngine();
 #endif
+
         QApplication app(argc, argv); // takes the toolkit's own options out of the arguments
         return Run(ParseProgramOptions(QCoreApplication::arguments().mid(1)));
     } catch (const OptionError& error) {

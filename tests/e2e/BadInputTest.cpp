@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 namespace {
 
@@ -21,11 +23,11 @@ void PrintTo(const BadInput& input, std::ostream* out) {
 
 // Words of the arguments and messages that are only known once the demo runs.
 QString Resolved(QString text, const QString& folder, const QString& sitesFile, Demo::DemoServer& server) {
-    text.replace(QStringLiteral("{folder}"), folder);
-    text.replace(QStringLiteral("{sites}"), sitesFile);
-    text.replace(QStringLiteral("{start}"), server.FirstResultPage(u"KVPN002001"));
-    text.replace(QStringLiteral("{longname}"), QString(70, u'n'));
-    text.replace(QStringLiteral("{businesses}"), server.Businesses());
+    text.replace(u"{folder}"_s, folder);
+    text.replace(u"{sites}"_s, sitesFile);
+    text.replace(u"{start}"_s, server.FirstResultPage(u"KVPN002001"));
+    text.replace(u"{longname}"_s, QString(70, u'n'));
+    text.replace(u"{businesses}"_s, server.Businesses());
     return text;
 }
 
@@ -93,18 +95,18 @@ class BadInputTest : public DemoFixture, public testing::WithParamInterface<BadI
 
 TEST_P(BadInputTest, SaysInOneLineWhatIsWrong) {
     const BadInput& input = GetParam();
-    Write(QStringLiteral("hello.html"), "<html><body><h1>Hello</h1></body></html>");
+    Write(u"hello.html"_s, "<html><body><h1>Hello</h1></body></html>");
     const QByteArray sites = Server().SitesIni().toUtf8();
     const qsizetype group = sites.indexOf("[KVPN002001]");
     const auto without = [&](const char* key) {
         const qsizetype from = sites.indexOf(key, group);
         return QByteArray(sites).remove(from, sites.indexOf('\n', from) - from);
     };
-    Write(QStringLiteral("nobase.ini"), without("base="));
-    Write(QStringLiteral("nolabel.ini"), without("label="));
+    Write(u"nobase.ini"_s, without("base="));
+    Write(u"nolabel.ini"_s, without("label="));
 
     const auto resolved = [&](const QString& text) {
-        return Resolved(text, Path(QStringLiteral(".")).chopped(2), SitesFileName(), Server());
+        return Resolved(text, Path(u"."_s).chopped(2), SitesFileName(), Server());
     };
     QStringList arguments;
     for (const QString& argument : input.Arguments)
@@ -129,11 +131,10 @@ INSTANTIATE_TEST_SUITE_P(Inputs, BadInputTest, testing::ValuesIn(BadInputs()),
 
 // The folder of the automatic file cannot be written: the harvest ends, and the lead in hand is not lost.
 TEST_F(DemoFixture, LeadThatCannotBeSavedIsNotLost) {
-    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
-    const QString folder = Path(QStringLiteral("no/such/folder"));
-    const Outcome outcome = RunCli(
-        Harvest(canada, {QStringLiteral("--set"), QStringLiteral("cExportAutomatic=-1"), QStringLiteral("--set"),
-                         QStringLiteral("cExportManually=0"), QStringLiteral("--set"), u"eExportFolder=" + folder}));
+    const DemoSite canada{u"KVPN002001"_s, 1};
+    const QString folder = Path(u"no/such/folder"_s);
+    const Outcome outcome = RunCli(Harvest(canada, {u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s,
+                                                    u"cExportManually=0"_s, u"--set"_s, u"eExportFolder=" + folder}));
     EXPECT_EQ(outcome.Status, 1);
     EXPECT_TRUE(outcome.ErrText().contains(folder)) << outcome.Err.toStdString();
     ExpectSameLeads(LeadsOfJsonl(outcome.Out), {Planted(canada).front()});
@@ -141,12 +142,12 @@ TEST_F(DemoFixture, LeadThatCannotBeSavedIsNotLost) {
 
 // A full disk, as far as a file can play one.
 TEST_F(DemoFixture, OutputThatCannotBeWrittenIsReported) {
-    if (!QFile::exists(QStringLiteral("/dev/full")))
+    if (!QFile::exists(u"/dev/full"_s))
         GTEST_SKIP() << "no /dev/full here";
-    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
-    const Outcome outcome = RunCli(Harvest(canada, {QStringLiteral("--out"), QStringLiteral("/dev/full")}));
+    const DemoSite canada{u"KVPN002001"_s, 1};
+    const Outcome outcome = RunCli(Harvest(canada, {u"--out"_s, u"/dev/full"_s}));
     EXPECT_EQ(outcome.Status, 1);
-    EXPECT_TRUE(outcome.ErrText().contains(QStringLiteral("/dev/full"))) << outcome.Err.toStdString();
+    EXPECT_TRUE(outcome.ErrText().contains(u"/dev/full"_s)) << outcome.Err.toStdString();
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "DemoFixture.h"
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 namespace {
 
@@ -8,7 +10,7 @@ class ChromiumTest : public DemoFixture, public testing::WithParamInterface<Demo
 
 TEST_P(ChromiumTest, FindsEveryPlantedLead) {
     const DemoSite& site = GetParam();
-    const Outcome outcome = RunCli(Harvest(site, {QStringLiteral("--browser"), QStringLiteral("web")}), 280'000);
+    const Outcome outcome = RunCli(Harvest(site, {u"--browser"_s, u"web"_s}), 280'000);
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     ExpectSameLeads(LeadsOfJsonl(outcome.Out), Planted(site));
 }
@@ -17,13 +19,11 @@ INSTANTIATE_TEST_SUITE_P(Sites, ChromiumTest, testing::ValuesIn(DemoSites()),
                          [](const auto& info) { return CaseName(info.param); });
 
 TEST_F(DemoFixture, GivesUpOnAPageThatNeverBecomesAResultsPage) {
-    const Outcome outcome =
-        RunCli({QStringLiteral("harvest"), QStringLiteral("--sites"), SitesFileName(), QStringLiteral("--site"),
-                QStringLiteral("KVPN002001"), QStringLiteral("--pace"), QStringLiteral("0"),
-                QStringLiteral("--browser"), QStringLiteral("web"), QStringLiteral("--patience"), QStringLiteral("2"),
-                QStringLiteral("--start"), QString(Server().Businesses() + u"/plain/two-movers/")});
+    const Outcome outcome = RunCli({u"harvest"_s, u"--sites"_s, SitesFileName(), u"--site"_s, u"KVPN002001"_s,
+                                    u"--pace"_s, u"0"_s, u"--browser"_s, u"web"_s, u"--patience"_s, u"2"_s,
+                                    u"--start"_s, QString(Server().Businesses() + u"/plain/two-movers/")});
     EXPECT_EQ(outcome.Status, 1);
-    EXPECT_TRUE(outcome.ErrText().contains(QStringLiteral("ypgResultsTop"))) << outcome.Err.toStdString();
+    EXPECT_TRUE(outcome.ErrText().contains(u"ypgResultsTop"_s)) << outcome.Err.toStdString();
 }
 
 } // namespace

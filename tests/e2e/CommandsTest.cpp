@@ -1,8 +1,10 @@
-#include "BusinessWebsites.h"
 #include "DemoFixture.h"
-#include "SitesFile.h"
+#include "core/SitesFile.h"
+#include "demo/BusinessWebsites.h"
 
 #include <QDir>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
@@ -14,37 +16,33 @@ TEST_F(CommandsTest, SitesListsTheCatalogue) {
     QString expected;
     for (const SiteEntry& site : sites.Sites)
         expected += site.Code + u'\t' + site.Base + u'\t' + site.Label + u'\n';
-    const Outcome outcome = RunCli({QStringLiteral("sites"), QStringLiteral("--sites"), SitesFileName()});
+    const Outcome outcome = RunCli({u"sites"_s, u"--sites"_s, SitesFileName()});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     EXPECT_EQ(outcome.Out, expected.toUtf8());
 }
 
 // Without --sites the deployment file beside the program is read, whatever the current folder is.
 TEST_F(CommandsTest, SitesBesideTheProgram) {
-    const Outcome outcome = RunCli({QStringLiteral("sites")});
+    const Outcome outcome = RunCli({u"sites"_s});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     EXPECT_EQ(outcome.Out.count('\n'), KnownSiteCodes().size());
 }
 
 // Pages that were saved one by one and read again are one harvest.
 TEST_F(CommandsTest, ParseReadsSavedPagesAsOneHarvest) {
-    for (const DemoSite& site :
-         {DemoSite{QStringLiteral("KVPN002001"), 1}, DemoSite{QStringLiteral("KVPN002001"), 2}}) {
+    for (const DemoSite& site : {DemoSite{u"KVPN002001"_s, 1}, DemoSite{u"KVPN002001"_s, 2}}) {
         QStringList files;
         for (int page = 1; page <= 3; ++page) {
             QString address = Server().FirstResultPage(site.Code, site.Layout);
-            address.replace(QStringLiteral("page=1"), QStringLiteral("page=%1").arg(page));
-            const Outcome fetched =
-                RunCli({QStringLiteral("fetch"), QStringLiteral("--pace"), QStringLiteral("0"), address});
+            address.replace(u"page=1"_s, u"page=%1"_s.arg(page));
+            const Outcome fetched = RunCli({u"fetch"_s, u"--pace"_s, u"0"_s, address});
             ASSERT_EQ(fetched.Status, 0) << fetched.Err.toStdString();
             ASSERT_TRUE(fetched.Out.contains("<body")) << fetched.Out.toStdString();
-            files.append(Write(QStringLiteral("page%1-%2.html").arg(site.Layout).arg(page), fetched.Out));
+            files.append(Write(u"page%1-%2.html"_s.arg(site.Layout).arg(page), fetched.Out));
         }
-        const Outcome outcome =
-            RunCli(QStringList{QStringLiteral("parse"), QStringLiteral("--sites"), SitesFileName(),
-                               QStringLiteral("--site"), site.Code, QStringLiteral("--pace"), QStringLiteral("0"),
-                               QStringLiteral("--format"), QStringLiteral("jsonl")} +
-                   files);
+        const Outcome outcome = RunCli(QStringList{u"parse"_s, u"--sites"_s, SitesFileName(), u"--site"_s, site.Code,
+                                                   u"--pace"_s, u"0"_s, u"--format"_s, u"jsonl"_s} +
+                                       files);
         ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
         std::vector<Lead> planted = Planted(site);
         planted.resize(site.Layout == 1 ? 2 + 3 * 22 : 3 * 20);
@@ -56,10 +54,9 @@ TEST_F(CommandsTest, EmailsOfAWebsite) {
     const Demo::DemoContext context{{}, {}, {}, Server().Businesses(), {}};
     using Demo::WebsiteKind;
     for (const WebsiteKind kind : {WebsiteKind::Plain, WebsiteKind::Start, WebsiteKind::Contact, WebsiteKind::Large}) {
-        const QString slug = QStringLiteral("blue-door");
+        const QString slug = u"blue-door"_s;
         const QString website = Demo::WebsiteOf(context, kind, slug);
-        const Outcome outcome = RunCli({QStringLiteral("emails"), QStringLiteral("--pace"), QStringLiteral("0"),
-                                        QStringLiteral("--set"), QStringLiteral("cExtractEmails=-1"), website});
+        const Outcome outcome = RunCli({u"emails"_s, u"--pace"_s, u"0"_s, u"--set"_s, u"cExtractEmails=-1"_s, website});
         EXPECT_EQ(outcome.Status, 0) << website.toStdString() << ": " << outcome.Err.toStdString();
         EXPECT_EQ(outcome.Out, Demo::EmailsOn(kind, slug).toUtf8() + '\n') << website.toStdString();
     }

@@ -1,11 +1,13 @@
 #include "DemoFixture.h"
 
-#include "Directories.h"
 #include "PrintTo.h"
+#include "demo/Directories.h"
 
 #include <QFile>
 
 #include <stdexcept>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 
@@ -35,7 +37,7 @@ Demo::DemoServer& DemoFixture::Server() {
 QString DemoFixture::SitesFileName() {
     static const QTemporaryDir folder;
     static const QString name = [] {
-        QString path = folder.filePath(QStringLiteral("sites.ini"));
+        QString path = folder.filePath(u"sites.ini"_s);
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly))
             throw std::runtime_error("cannot write " + path.toStdString());
@@ -53,17 +55,17 @@ QString DemoFixture::Write(const QString& name, const QByteArray& content) const
 }
 
 QStringList DemoFixture::Harvest(const DemoSite& site, const QStringList& more) {
-    QStringList arguments{QStringLiteral("harvest"),
-                          QStringLiteral("--sites"),
+    QStringList arguments{u"harvest"_s,
+                          u"--sites"_s,
                           SitesFileName(),
-                          QStringLiteral("--site"),
+                          u"--site"_s,
                           site.Code,
-                          QStringLiteral("--start"),
+                          u"--start"_s,
                           Server().FirstResultPage(site.Code, site.Layout),
-                          QStringLiteral("--pace"),
-                          QStringLiteral("0"),
-                          QStringLiteral("--format"),
-                          QStringLiteral("jsonl")};
+                          u"--pace"_s,
+                          u"0"_s,
+                          u"--format"_s,
+                          u"jsonl"_s};
     return arguments + more;
 }
 

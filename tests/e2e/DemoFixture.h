@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CommandLine.h"
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 
 #include <QTemporaryDir>
 

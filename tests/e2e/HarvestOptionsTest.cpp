@@ -6,10 +6,12 @@
 #include <httplib.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 namespace {
 
-const DemoSite canada{QStringLiteral("KVPN002001"), 1};
+const DemoSite canada{u"KVPN002001"_s, 1};
 
 class HarvestOptionsTest : public DemoFixture {};
 
@@ -17,39 +19,38 @@ class HarvestOptionsTest : public DemoFixture {};
 TEST_F(HarvestOptionsTest, WritesTheFormatThatTheFileNameAsksFor) {
     const std::vector<Lead> planted = Planted(canada);
     QStringList arguments = Harvest(canada);
-    arguments.remove(arguments.indexOf(QStringLiteral("--format")), 2);
+    arguments.remove(arguments.indexOf(u"--format"_s), 2);
     const auto runTo = [&](const QString& file) {
-        const Outcome outcome = RunCli(arguments + QStringList{QStringLiteral("--out"), file});
+        const Outcome outcome = RunCli(arguments + QStringList{u"--out"_s, file});
         EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
         EXPECT_TRUE(outcome.Out.isEmpty());
         return FileContent(file);
     };
-    EXPECT_EQ(runTo(Path(QStringLiteral("leads.csv"))), CsvOf(planted));
-    ExpectSameLeads(LeadsOfJsonl(runTo(Path(QStringLiteral("leads.jsonl")))), planted);
-    EXPECT_EQ(runTo(Path(QStringLiteral("leads"))), CsvOf(planted));
+    EXPECT_EQ(runTo(Path(u"leads.csv"_s)), CsvOf(planted));
+    ExpectSameLeads(LeadsOfJsonl(runTo(Path(u"leads.jsonl"_s))), planted);
+    EXPECT_EQ(runTo(Path(u"leads"_s)), CsvOf(planted));
     EXPECT_EQ(RunCli(arguments).Out, CsvOf(planted));
 }
 
 TEST_F(HarvestOptionsTest, ReplacesAnOlderFile) {
-    const QString file = Write(QStringLiteral("old.csv"), QByteArray(1 << 20, 'x'));
-    QStringList arguments = Harvest(canada, {QStringLiteral("--out"), file});
-    arguments.remove(arguments.indexOf(QStringLiteral("--format")), 2);
+    const QString file = Write(u"old.csv"_s, QByteArray(1 << 20, 'x'));
+    QStringList arguments = Harvest(canada, {u"--out"_s, file});
+    arguments.remove(arguments.indexOf(u"--format"_s), 2);
     ASSERT_EQ(RunCli(arguments).Status, 0);
     EXPECT_EQ(FileContent(file), CsvOf(Planted(canada)));
 }
 
 TEST_F(HarvestOptionsTest, ColumnsAndDelimiterAreThoseOfTheSettings) {
-    QStringList arguments = Harvest(canada, {QStringLiteral("--set"), QStringLiteral("eDelimiter=;"),
-                                             QStringLiteral("--set"), QStringLiteral("eExportFields=8,5")});
-    arguments[arguments.indexOf(QStringLiteral("jsonl"))] = QStringLiteral("csv");
-    QString expected = QStringLiteral("\"State\";\"Phone\"\r\n");
+    QStringList arguments = Harvest(canada, {u"--set"_s, u"eDelimiter=;"_s, u"--set"_s, u"eExportFields=8,5"_s});
+    arguments[arguments.indexOf(u"jsonl"_s)] = u"csv"_s;
+    QString expected = u"\"State\";\"Phone\"\r\n"_s;
     for (const Lead& lead : Planted(canada))
         expected += u'"' + lead.State + u"\";\"" + lead.Phone + u"\"\r\n";
     EXPECT_EQ(RunCli(arguments).Out, expected.toUtf8());
 }
 
 TEST_F(HarvestOptionsTest, EndsAfterTheNumberOfPagesThatWasAskedFor) {
-    const Outcome outcome = RunCli(Harvest(canada, {QStringLiteral("--max-pages"), QStringLiteral("2")}));
+    const Outcome outcome = RunCli(Harvest(canada, {u"--max-pages"_s, u"2"_s}));
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     // Two on top of every page and 22 of its own.
     std::vector<Lead> planted = Planted(canada);
@@ -59,16 +60,14 @@ TEST_F(HarvestOptionsTest, EndsAfterTheNumberOfPagesThatWasAskedFor) {
 
 // What is saved as it is found stands in the folder, and only there. No duplicates are sorted out on this way.
 TEST_F(HarvestOptionsTest, AutomaticSavingWritesItsOwnFile) {
-    ASSERT_TRUE(QDir().mkpath(Path(QStringLiteral("auto"))));
+    ASSERT_TRUE(QDir().mkpath(Path(u"auto"_s)));
     const Outcome outcome =
-        RunCli(Harvest(canada, {QStringLiteral("--set"), QStringLiteral("cExportAutomatic=-1"), QStringLiteral("--set"),
-                                QStringLiteral("cExportManually=0"), QStringLiteral("--set"),
-                                u"eExportFolder=" + Path(QStringLiteral("auto")), QStringLiteral("--out"),
-                                Path(QStringLiteral("out.csv"))}));
+        RunCli(Harvest(canada, {u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s, u"cExportManually=0"_s, u"--set"_s,
+                                u"eExportFolder=" + Path(u"auto"_s), u"--out"_s, Path(u"out.csv"_s)}));
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
-    const QStringList files = QDir(Path(QStringLiteral("auto"))).entryList(QDir::Files);
+    const QStringList files = QDir(Path(u"auto"_s)).entryList(QDir::Files);
     ASSERT_EQ(files.size(), 1);
-    EXPECT_TRUE(files.first().startsWith(QStringLiteral("Results ")) && files.first().endsWith(QStringLiteral(".csv")))
+    EXPECT_TRUE(files.first().startsWith(u"Results "_s) && files.first().endsWith(u".csv"_s))
         << files.first().toStdString();
     QList<QByteArray> lines = FileContent(Path(u"auto/" + files.first())).split('\n');
     EXPECT_GT(lines.size(), static_cast<qsizetype>(Planted(canada).size()) + 2);
@@ -81,7 +80,7 @@ TEST_F(HarvestOptionsTest, AutomaticSavingWritesItsOwnFile) {
             once.append(line);
         }
     EXPECT_EQ(once, CsvOf(Planted(canada)).split('\n'));
-    const QString out = Path(QStringLiteral("out.csv"));
+    const QString out = Path(u"out.csv"_s);
     EXPECT_TRUE(!QFile::exists(out) || FileContent(out).isEmpty());
 }
 
@@ -92,7 +91,7 @@ TEST_F(HarvestOptionsTest, TellsOnStandardErrorHowItGoes) {
     EXPECT_TRUE(outcome.Err.contains(Server().FirstResultPage(canada.Code).toUtf8())) << outcome.Err.toStdString();
     for (const QString& caption : EnglishCaptions())
         EXPECT_TRUE(outcome.Err.contains(caption.toUtf8())) << caption.toStdString();
-    EXPECT_TRUE(RunCli(Harvest(canada, {QStringLiteral("--quiet")})).Err.isEmpty());
+    EXPECT_TRUE(RunCli(Harvest(canada, {u"--quiet"_s})).Err.isEmpty());
 }
 
 // The page announces a next one but has no link to it, and its lead has no link that would hold it back when the page
@@ -103,22 +102,19 @@ TEST_F(DemoFixture, EndsWhenAPageComesAgainWithLeadsThatHaveNoLink) {
         response.set_content("<body class=listing-top><h2 class=\"org fn\"><a>Bar</a></h2><p id=footer>Successivo",
                              "text/html");
     });
-    const QString base = QStringLiteral("http://127.0.0.1:%1").arg(server.bind_to_any_port("127.0.0.1"));
+    const QString base = u"http://127.0.0.1:%1"_s.arg(server.bind_to_any_port("127.0.0.1"));
     std::thread serving([&] { server.listen_after_bind(); });
     const QString sites =
-        Write(QStringLiteral("own.ini"),
-              QStringLiteral("[map]\nbase=http://maps.test\n[KVPE001001]\nbase=%1\nlabel=Italy\n").arg(base).toUtf8());
-    const Outcome outcome =
-        RunCli({QStringLiteral("harvest"), QStringLiteral("--sites"), sites, QStringLiteral("--site"),
-                QStringLiteral("KVPE001001"), QStringLiteral("--start"), base + u'/', QStringLiteral("--pace"),
-                QStringLiteral("0"), QStringLiteral("--format"), QStringLiteral("jsonl")},
-               10'000);
+        Write(u"own.ini"_s, u"[map]\nbase=http://maps.test\n[KVPE001001]\nbase=%1\nlabel=Italy\n"_s.arg(base).toUtf8());
+    const Outcome outcome = RunCli({u"harvest"_s, u"--sites"_s, sites, u"--site"_s, u"KVPE001001"_s, u"--start"_s,
+                                    base + u'/', u"--pace"_s, u"0"_s, u"--format"_s, u"jsonl"_s},
+                                   10'000);
     server.stop();
     serving.join();
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.right(300).toStdString();
     Lead lead;
-    lead.Name = QStringLiteral("Bar");
-    lead.Country = QStringLiteral("Italy");
+    lead.Name = u"Bar"_s;
+    lead.Country = u"Italy"_s;
     ExpectSameLeads(LeadsOfJsonl(outcome.Out), {lead, lead});
 }
 

@@ -1,7 +1,9 @@
 #include "DemoFixture.h"
-#include "SiteCatalogue.h"
+#include "core/SiteCatalogue.h"
 
 #include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
@@ -14,7 +16,7 @@ TEST_P(HarvestTest, FindsEveryPlantedLead) {
     const auto& [site, emailSearch] = GetParam();
     QStringList more;
     if (emailSearch)
-        more << QStringLiteral("--set") << QStringLiteral("cExtractEmails=-1");
+        more << u"--set"_s << u"cExtractEmails=-1"_s;
     const Outcome outcome = RunCli(Harvest(site, more));
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     ExpectSameLeads(LeadsOfJsonl(outcome.Out), Planted(site, emailSearch));
@@ -43,15 +45,14 @@ TEST_F(DemoFixture, HarvestsAllEightDirectories) {
 class OwnDemoTest : public DemoFixture, public testing::WithParamInterface<DemoSite> {};
 
 QString WithoutPorts(QString text) {
-    static const QRegularExpression port(QStringLiteral("127\\.0\\.0\\.1:\\d+"));
-    return text.replace(port, QStringLiteral("demo"));
+    static const QRegularExpression port(u"127\\.0\\.0\\.1:\\d+"_s);
+    return text.replace(port, u"demo"_s);
 }
 
 TEST_P(OwnDemoTest, HarvestsFromItsOwnProcess) {
     const DemoSite& site = GetParam();
     const Outcome outcome =
-        RunCli({QStringLiteral("harvest"), QStringLiteral("--demo"), QStringLiteral("--site"), site.Code,
-                QStringLiteral("--pace"), QStringLiteral("0"), QStringLiteral("--format"), QStringLiteral("jsonl")});
+        RunCli({u"harvest"_s, u"--demo"_s, u"--site"_s, site.Code, u"--pace"_s, u"0"_s, u"--format"_s, u"jsonl"_s});
     ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     RecordProperty("milliseconds", static_cast<int>(outcome.Milliseconds));
     std::vector<Lead> found = LeadsOfJsonl(outcome.Out);

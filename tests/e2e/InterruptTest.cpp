@@ -1,10 +1,12 @@
 #include "DemoFixture.h"
-#include "SitesFile.h"
+#include "core/SitesFile.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
 
 #include <signal.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
@@ -35,11 +37,11 @@ protected:
 };
 
 TEST_F(InterruptTest, HarvestKeepsTheLeadsSoFar) {
-    const DemoSite canada{QStringLiteral("KVPN002001"), 1};
-    const QString file = Path(QStringLiteral("leads.jsonl"));
-    QStringList arguments = Harvest(canada, {QStringLiteral("--out"), file});
+    const DemoSite canada{u"KVPN002001"_s, 1};
+    const QString file = Path(u"leads.jsonl"_s);
+    QStringList arguments = Harvest(canada, {u"--out"_s, file});
     // Slow enough not to end by itself, quick enough for a first page soon.
-    arguments[arguments.indexOf(QStringLiteral("--pace")) + 1] = QStringLiteral("0.3");
+    arguments[arguments.indexOf(u"--pace"_s) + 1] = u"0.3"_s;
     QProcess process;
     ASSERT_TRUE(RunUntil(process, arguments, [&] { return QFile::exists(file) && FileContent(file).count('\n') >= 3; }))
         << process.readAllStandardError().toStdString();
@@ -53,9 +55,8 @@ TEST_F(InterruptTest, HarvestKeepsTheLeadsSoFar) {
 
 // Killed, a program cannot write what it still holds.
 TEST_F(InterruptTest, WritesEveryLeadAtOnceToStandardOutput) {
-    QStringList arguments =
-        Harvest({QStringLiteral("KVPN002001"), 1}, {QStringLiteral("--format"), QStringLiteral("jsonl")});
-    arguments[arguments.indexOf(QStringLiteral("--pace")) + 1] = QStringLiteral("0.3");
+    QStringList arguments = Harvest({u"KVPN002001"_s, 1}, {u"--format"_s, u"jsonl"_s});
+    arguments[arguments.indexOf(u"--pace"_s) + 1] = u"0.3"_s;
     QProcess process;
     QByteArray printed;
     ASSERT_TRUE(RunUntil(process, arguments, [&] {
@@ -71,19 +72,16 @@ TEST_F(InterruptTest, WritesEveryLeadAtOnceToStandardOutput) {
 TEST_F(InterruptTest, DemoServesUntilItIsEnded) {
     QProcess process;
     QByteArray printed;
-    ASSERT_TRUE(RunUntil(process, {QStringLiteral("demo")},
+    ASSERT_TRUE(RunUntil(process, {u"demo"_s},
                          [&] {
                              printed += process.readAllStandardOutput();
                              return printed.contains("[KVPE001005]") && printed.endsWith('\n') &&
-                                    SitesFile::Parse(printed, QStringLiteral("demo")).Problems.empty();
+                                    SitesFile::Parse(printed, u"demo"_s).Problems.empty();
                          }))
         << printed.toStdString() << process.readAllStandardError().toStdString();
-    const SitesFile sites = SitesFile::Parse(printed, QStringLiteral("demo"));
+    const SitesFile sites = SitesFile::Parse(printed, u"demo"_s);
     for (const SiteEntry& site : sites.Sites)
-        EXPECT_EQ(
-            RunCli({QStringLiteral("fetch"), QStringLiteral("--pace"), QStringLiteral("0"), QString(site.Base + u'/')})
-                .Status,
-            0)
+        EXPECT_EQ(RunCli({u"fetch"_s, u"--pace"_s, u"0"_s, QString(site.Base + u'/')}).Status, 0)
             << site.Code.toStdString();
     EXPECT_EQ(Interrupted(process), 130);
 }

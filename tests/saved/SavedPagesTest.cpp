@@ -1,9 +1,9 @@
-#include "Adapters.h"
 #include "HarvestBench.h"
-#include "HarvestDriver.h"
-#include "HtmlDocument.h"
 #include "PrintTo.h"
-#include "SitesFile.h"
+#include "adapters/Adapters.h"
+#include "core/HarvestDriver.h"
+#include "core/SitesFile.h"
+#include "page/HtmlDocument.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,8 @@
 #include "HarvestBench.h"
 
-#include "Errors.h"
+#include "core/Errors.h"
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 
@@ -47,14 +49,14 @@ SiteCatalogue TestCatalogue() {
     std::vector<SiteEntry> entries;
     for (const QString& code : KnownSiteCodes())
         entries.push_back({.Code = code,
-                           .Base = QStringLiteral("http://") + code.toLower() + QStringLiteral(".test"),
-                           .Label = QStringLiteral("Test"),
-                           .DetailsBase = QStringLiteral("http://details.test"),
-                           .OwnHost = QStringLiteral("own.test"),
-                           .RedirectHost = QStringLiteral("clicks.test"),
-                           .ContactEmail = QStringLiteral("info@directory.test"),
-                           .AdvertUrl = QStringLiteral("http://adverts.test/free")});
-    return SiteCatalogue(std::move(entries), QStringLiteral("http://maps.test"));
+                           .Base = u"http://"_s + code.toLower() + u".test"_s,
+                           .Label = u"Test"_s,
+                           .DetailsBase = u"http://details.test"_s,
+                           .OwnHost = u"own.test"_s,
+                           .RedirectHost = u"clicks.test"_s,
+                           .ContactEmail = u"info@directory.test"_s,
+                           .AdvertUrl = u"http://adverts.test/free"_s});
+    return SiteCatalogue(std::move(entries), u"http://maps.test"_s);
 }
 
 HarvestBench::HarvestBench(QStringView siteCode, int layoutVariant, quint32 startTick)
@@ -65,10 +67,10 @@ HarvestBench::HarvestBench(QStringView siteCode, int layoutVariant, quint32 star
     State.CurrSite = layoutVariant;
     if (const SiteEntry* const site = Catalogue.Find(siteCode))
         State.SelectedEntry = site->DisplayEntry();
-    Texts.Set(Message::ListCount, QStringLiteral("[VAR1] items listed"));
-    Texts.Set(Message::ExportedCount, QStringLiteral("[VAR1] items exported"));
-    Texts.Set(Message::Request, QStringLiteral("Loading"));
-    Texts.Set(Message::HarvestFinished, QStringLiteral("Finished"));
+    Texts.Set(Message::ListCount, u"[VAR1] items listed"_s);
+    Texts.Set(Message::ExportedCount, u"[VAR1] items exported"_s);
+    Texts.Set(Message::Request, u"Loading"_s);
+    Texts.Set(Message::HarvestFinished, u"Finished"_s);
 }
 
 std::vector<Lead> HarvestBench::AllLeads() const {

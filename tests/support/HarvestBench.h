@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Harvest.h"
 #include "VirtualLoop.h"
+#include "core/Harvest.h"
 
 #include <QHash>
 #include <QStringList>

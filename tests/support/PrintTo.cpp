@@ -1,12 +1,14 @@
 #include "PrintTo.h"
 
+using namespace Qt::StringLiterals;
+
 QT_BEGIN_NAMESPACE
 void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';
 }
 
 void PrintTo(const QStringList& texts, std::ostream* out) {
-    *out << '[' << texts.join(QStringLiteral(" | ")).toStdString() << ']';
+    *out << '[' << texts.join(u" | "_s).toStdString() << ']';
 }
 QT_END_NAMESPACE
 

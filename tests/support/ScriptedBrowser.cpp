@@ -1,9 +1,11 @@
 #include "ScriptedBrowser.h"
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 
 void ScriptedBrowser::Navigate(const QString& address) {
-    Calls.append(QStringLiteral("navigate ") + address);
+    Calls.append(u"navigate "_s + address);
     address_ = address;
     Q_EMIT NavigateComplete(address);
 }
@@ -20,19 +22,18 @@ QString ScriptedBrowser::LinkInnerText(int index) {
 }
 
 void ScriptedBrowser::ClickLink(int index) {
-    Calls.append(QStringLiteral("click %1").arg(index));
+    Calls.append(u"click %1"_s.arg(index));
     const QList<Link> links = LinksOf.value(address_);
     if (index >= 0 && index < links.size())
         address_ = links[index].Address;
 }
 
 void ScriptedBrowser::SetProxy(const BrowserProxy& proxy) {
-    Calls.append(
-        QStringLiteral("proxy %1:%2 %3 %4").arg(proxy.Host).arg(proxy.Port).arg(proxy.UserName, proxy.Password));
+    Calls.append(u"proxy %1:%2 %3 %4"_s.arg(proxy.Host).arg(proxy.Port).arg(proxy.UserName, proxy.Password));
 }
 
 void ScriptedBrowser::SetUserAgent(const QString& userAgent) {
-    Calls.append(QStringLiteral("agent ") + userAgent);
+    Calls.append(u"agent "_s + userAgent);
 }
 
 } // namespace Brindle::Test

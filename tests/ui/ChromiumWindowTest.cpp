@@ -1,14 +1,16 @@
 // The window with the real Chromium engine on the demo directories.
 #include "PrintTo.h"
-#include "QtMessageLoop.h"
-#include "WebEngineStart.h"
 #include "WindowFixture.h"
+#include "browser/webengine/WebEngineStart.h"
+#include "core/QtMessageLoop.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
@@ -23,7 +25,7 @@ protected:
     void Open() {
         Server.Start();
         Loop.SetPace(0.01);
-        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), QStringLiteral("demo")),
+        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), u"demo"_s),
                                           CreateWebEngineBrowser);
         Run->Show();
         // The engine's first page takes it some hundred milliseconds, which are none at this pace.
@@ -70,7 +72,7 @@ TEST_P(ChromiumHarvestTest, ListsEveryPlantedLead) {
     Harvest();
     EXPECT_EQ(Run->ShownLeads(), Server.PlantedLeads(code, layout));
     EXPECT_EQ(Run->Panel(0), QString::fromUtf16(endText));
-    EXPECT_EQ(Run->Panel(1), QStringLiteral("%1 items listed").arg(Run->Window->Leads().Count()));
+    EXPECT_EQ(Run->Panel(1), u"%1 items listed"_s.arg(Run->Window->Leads().Count()));
     EXPECT_EQ(Run->Control<QProgressBar>(u"MainGauge")->value(), 0);
 }
 
@@ -92,7 +94,7 @@ TEST_F(ChromiumWindowTest, SelectsDeletesAndHarvestsAgain) {
     ASSERT_EQ(Run->Window->Leads().Count(), all);
     Run->Items().selectRow(2);
     Run->Click(u"btnRDelete");
-    EXPECT_EQ(Run->Panel(1), QStringLiteral("%1 items listed").arg(all - 1));
+    EXPECT_EQ(Run->Panel(1), u"%1 items listed"_s.arg(all - 1));
     // Only what was deleted is found again.
     ASSERT_TRUE(Run->GoTo(firstPage));
     Harvest();
@@ -161,7 +163,7 @@ TEST_P(ChromiumCloseTest, EndsAtOnce) {
         Run->Click(u"btnStart");
         return ExpectQuickEnd([&] { return !window.State().Parsing; });
     case Moment::Fetch: // details pages are fetched, with a delay before each
-        window.Options().eRandom = QStringLiteral("100");
+        window.Options().eRandom = u"100"_s;
         [[fallthrough]];
     case Moment::NextPageWait:
         Run->Click(u"btnStart");

@@ -1,18 +1,20 @@
 // The parts of the window that need no window.
-#include "AccessKeys.h"
-#include "BrowserEmulation.h"
 #include "HarvestBench.h"
-#include "LeadTableModel.h"
 #include "PrintTo.h"
-#include "ProgramOptions.h"
 #include "ScriptedBrowser.h"
-#include "StatusBarView.h"
-#include "UpdateCheck.h"
 #include "WindowFixture.h"
+#include "ui/AccessKeys.h"
+#include "ui/BrowserEmulation.h"
+#include "ui/LeadTableModel.h"
+#include "ui/ProgramOptions.h"
+#include "ui/StatusBarView.h"
+#include "ui/UpdateCheck.h"
 
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
@@ -27,9 +29,9 @@ TEST(BrowserEmulationTest, FollowsTheStartOfTheVersion) {
 
     ScriptedBrowser browser;
     RecordingPlatform system;
-    SetIERegistryKey(QStringLiteral("8.0"), QStringLiteral("brindle.exe"), system, browser);
-    EXPECT_EQ(browser.Calls, QStringList{QStringLiteral("agent Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)")});
-    EXPECT_EQ(system.Written[0], QStringLiteral("FEATURE_BROWSER_EMULATION|brindle.exe|8888"));
+    SetIERegistryKey(u"8.0"_s, u"brindle.exe"_s, system, browser);
+    EXPECT_EQ(browser.Calls, QStringList{u"agent Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)"_s});
+    EXPECT_EQ(system.Written[0], u"FEATURE_BROWSER_EMULATION|brindle.exe|8888"_s);
 }
 
 TEST(LeadTableModelTest, GivesTheLeadsOfAPageToTheViewTogether) {
@@ -42,22 +44,22 @@ TEST(LeadTableModelTest, GivesTheLeadsOfAPageToTheViewTogether) {
     model.ShowPending();
     EXPECT_EQ(inserted.size(), 1);
     EXPECT_EQ(model.rowCount(), 30);
-    EXPECT_EQ(model.index(29, 1).data().toString(), QStringLiteral("29"));
+    EXPECT_EQ(model.index(29, 1).data().toString(), u"29"_s);
     // A deletion with leads that the view does not know of yet.
-    leads.Append({.Name = QStringLiteral("last")});
+    leads.Append({.Name = u"last"_s});
     const std::vector<qsizetype> rows{0, 29};
     leads.Remove(rows);
     EXPECT_EQ(model.rowCount(), 29);
-    EXPECT_EQ(model.index(28, 1).data().toString(), QStringLiteral("last"));
+    EXPECT_EQ(model.index(28, 1).data().toString(), u"last"_s);
     // Leads of a page that takes long come by themselves.
-    leads.Append({.Name = QStringLiteral("late")});
+    leads.Append({.Name = u"late"_s});
     EXPECT_TRUE(inserted.wait());
     EXPECT_EQ(model.rowCount(), 30);
 }
 
 TEST(StatusBarViewTest, ScalesTheProgress) {
     StatusBarView bar;
-    const auto* const gauge = bar.findChild<QProgressBar*>(QStringLiteral("MainGauge"));
+    const auto* const gauge = bar.findChild<QProgressBar*>(u"MainGauge"_s);
     struct Case {
         qint64 Maximum, Position;
         double Share;
@@ -75,29 +77,28 @@ TEST(StatusBarViewTest, ScalesTheProgress) {
 }
 
 TEST(AccessKeysTest, TakesLettersInTurn) {
-    QString taken = QStringLiteral("D");
+    QString taken = u"D"_s;
     QString keys;
     for (const QStringView caption : {u"Delete Selected", u"Stop", u"Delete All", u"Tous", u"Étage", u""}) {
         const QChar key = TakeAccessKey(caption.toString(), taken);
         keys += key.isNull() ? u'-' : key;
     }
-    EXPECT_EQ(keys, QStringLiteral("STAOG-"));
+    EXPECT_EQ(keys, u"STAOG-"_s);
 }
 
 TEST(ProgramOptionsTest, ReadsAndRefuses) {
     const ProgramOptions options = ParseProgramOptions(
-        {QStringLiteral("--demo"), QStringLiteral("--browser"), QStringLiteral("static"), QStringLiteral("--settings"),
-         QStringLiteral("a.dat"), QStringLiteral("--pace"), QStringLiteral("0.5")});
+        {u"--demo"_s, u"--browser"_s, u"static"_s, u"--settings"_s, u"a.dat"_s, u"--pace"_s, u"0.5"_s});
     EXPECT_TRUE(options.OnDemo);
     EXPECT_EQ(options.Browser, ProgramOptions::Engine::Static);
-    EXPECT_EQ(options.SettingsFileName, QStringLiteral("a.dat"));
+    EXPECT_EQ(options.SettingsFileName, u"a.dat"_s);
     EXPECT_EQ(options.Pace, 0.5);
-    for (const QStringList& wrong : {QStringList{QStringLiteral("--site")},
-                                     {QStringLiteral("--sites")},
-                                     {QStringLiteral("page.html")},
-                                     {QStringLiteral("--browser"), QStringLiteral("text")},
-                                     {QStringLiteral("--pace"), QStringLiteral("2")},
-                                     {QStringLiteral("--demo"), QStringLiteral("--sites"), QStringLiteral("a.ini")}})
+    for (const QStringList& wrong : {QStringList{u"--site"_s},
+                                     {u"--sites"_s},
+                                     {u"page.html"_s},
+                                     {u"--browser"_s, u"text"_s},
+                                     {u"--pace"_s, u"2"_s},
+                                     {u"--demo"_s, u"--sites"_s, u"a.ini"_s}})
         EXPECT_THROW(ParseProgramOptions(wrong), OptionError) << wrong.join(u' ').toStdString();
 }
 
@@ -121,15 +122,14 @@ TEST(UpdateCheckTest, OffersANewerRelease) {
     };
     for (const UpdateCase& c : cases) {
         HarvestBench bench(SiteCode::UsYellowPages);
-        bench.Texts.Set(Message::UpdateNone, QStringLiteral("none"));
-        bench.Texts.Set(Message::UpdateAvailable, QStringLiteral("new [VAR1]"));
-        bench.Texts.Set(Message::UpdateFailed, QStringLiteral("failed"));
-        const QString address = QStringLiteral("http://publisher.test/release");
+        bench.Texts.Set(Message::UpdateNone, u"none"_s);
+        bench.Texts.Set(Message::UpdateAvailable, u"new [VAR1]"_s);
+        bench.Texts.Set(Message::UpdateFailed, u"failed"_s);
+        const QString address = u"http://publisher.test/release"_s;
         if (c.Page)
             bench.Pages.Pages.insert(address, QString::fromUtf16(c.Page));
         RecordingPlatform system;
-        UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system}, address,
-                          QStringLiteral("3.16"));
+        UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system}, address, u"3.16"_s);
         check.Run(true);
         EXPECT_EQ(bench.Notices.Said, QStringList{QString::fromUtf16(c.Said)});
         EXPECT_EQ(system.Opened.size(), c.Opened ? 1 : 0);

@@ -1,13 +1,15 @@
 // Makes the pictures of the window for the documentation: scripts/make-pictures.
-#include "QtMessageLoop.h"
-#include "WebEngineStart.h"
 #include "WindowFixture.h"
+#include "browser/webengine/WebEngineStart.h"
+#include "core/QtMessageLoop.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 using namespace Brindle;
 using namespace Brindle::Test;
@@ -31,11 +33,11 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     server.Start();
     QtMessageLoop loop;
     loop.SetPace(0.05);
-    WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")), CreateWebEngineBrowser);
+    WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s), CreateWebEngineBrowser);
     run.Window->resize(1280, 800);
     run.Show();
     const auto name = [&](const char16_t* what) {
-        return folder.filePath(QString::fromUtf16(what) + suffix + QStringLiteral(".png"));
+        return folder.filePath(QString::fromUtf16(what) + suffix + u".png"_s);
     };
     if (!language.isEmpty())
         run.Choose(u"cbxLanguage", language.toInt());
@@ -43,7 +45,7 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.ChooseSite(site, server);
     Picture(run, name(u"start"));
     run.GoTo(server.FirstResultPage(site));
-    run.Window->Options().eRandom = QStringLiteral("1");
+    run.Window->Options().eRandom = u"1"_s;
     run.Loop.SetPace(1.0);
     run.Click(u"btnStart");
     run.Until([&] { return run.Window->Leads().Count() > 0 && !run.Panel(0).isEmpty(); });
@@ -63,7 +65,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     try {
-        MakePictures(QDir(arguments.value(1, QStringLiteral("."))), arguments.value(2), arguments.value(3));
+        MakePictures(QDir(arguments.value(1, u"."_s)), arguments.value(2), arguments.value(3));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

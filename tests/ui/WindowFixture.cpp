@@ -4,6 +4,8 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 
 WindowRun::WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& createBrowser) : Loop(loop) {
@@ -12,7 +14,7 @@ WindowRun::WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& c
                         .System = System,
                         .Sites = std::move(sites),
                         .SettingsFolder = System.SettingsFolder(),
-                        .SettingsFileName = QDir(System.SettingsFolder()).filePath(QStringLiteral("settings.dat")),
+                        .SettingsFileName = QDir(System.SettingsFolder()).filePath(u"settings.dat"_s),
                         .CreateBrowser = createBrowser,
                         .Notices = &Notices});
 }
@@ -57,7 +59,7 @@ void WindowRun::Choose(const char16_t* selector, int index) const {
 }
 
 void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) {
-    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo"));
+    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s);
     const SiteCatalogue catalogue = sites.Catalogue();
     const QString entry = catalogue.Find(code)->DisplayEntry();
     // The waits of a change are there for the engine: it drops a page that is asked for while another one begins.
@@ -72,7 +74,7 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
                        Window->ewbMain().LocationAddress().startsWith(base);
             },
             20))
-        throw std::runtime_error(QStringLiteral("the home page %1 has not come up: at %2, %3, %4")
+        throw std::runtime_error(u"the home page %1 has not come up: at %2, %3, %4"_s
                                      .arg(base, Window->ewbMain().LocationAddress(),
                                           Window->ewbMain().Busy() ? u"busy" : u"idle", Window->ewbMain().LastError())
                                      .toStdString());

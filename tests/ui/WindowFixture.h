@@ -1,8 +1,8 @@
 #pragma once
 
-#include "DemoServer.h"
 #include "HarvestBench.h"
-#include "TfrmMain.h"
+#include "demo/DemoServer.h"
+#include "ui/TfrmMain.h"
 
 #include <QTemporaryDir>
 

@@ -11,17 +11,19 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 namespace {
 
-const QString first = QStringLiteral("http://kvpn001001.test");
-const QString second = QStringLiteral("http://kvpn002001.test");
+const QString first = u"http://kvpn001001.test"_s;
+const QString second = u"http://kvpn002001.test"_s;
 
 SitesFile TestSites() {
-    QString ini = QStringLiteral("[map]\nbase=http://maps.test\n");
+    QString ini = u"[map]\nbase=http://maps.test\n"_s;
     for (const QString& code : KnownSiteCodes())
-        ini += QStringLiteral("[%1]\nbase=http://%2.test\nlabel=Test\n").arg(code, code.toLower());
-    return SitesFile::Parse(ini.toUtf8(), QStringLiteral("test"));
+        ini += u"[%1]\nbase=http://%2.test\nlabel=Test\n"_s.arg(code, code.toLower());
+    return SitesFile::Parse(ini.toUtf8(), u"test"_s);
 }
 
 // The window with pages that the test writes, on a clock of its own.
@@ -48,7 +50,7 @@ protected:
             const QString n = QString::number(i);
             Lead lead;
             lead.Name = u"Name " + n;
-            lead.City = QStringLiteral("Città\tdi\nCastello");
+            lead.City = u"Città\tdi\nCastello"_s;
             lead.Website = u"http://web.test/" + n;
             lead.MapLink = u"http://map.test/" + n;
             lead.DetailsLink = u"http://details.test/" + n;
@@ -69,27 +71,26 @@ protected:
 
 TEST_F(WindowTest, StartsInItsOrder) {
     Create();
-    EXPECT_EQ(Run->Window->windowTitle(), QStringLiteral("Brindle 3.16"));
+    EXPECT_EQ(Run->Window->windowTitle(), u"Brindle 3.16"_s);
     ASSERT_EQ(Run->System.Written.size(), 2);
     EXPECT_TRUE(Run->System.Written[0].startsWith(u"FEATURE_BROWSER_EMULATION|"));
     EXPECT_TRUE(Run->System.Written[0].endsWith(u"|11001"));
-    EXPECT_EQ(Run->System.Written[1], QStringLiteral("3|1609|0"));
+    EXPECT_EQ(Run->System.Written[1], u"3|1609|0"_s);
     EXPECT_TRUE(QDir(Run->System.SettingsFolder()).exists());
     const auto* const sites = Run->Control<QComboBox>(u"cbxWebsites");
     EXPECT_EQ(sites->count(), 1);
-    EXPECT_EQ(sites->currentText(), QStringLiteral("Loading Websites...."));
+    EXPECT_EQ(sites->currentText(), u"Loading Websites...."_s);
     EXPECT_FALSE(sites->isEnabled());
     EXPECT_FALSE(Run->Control<QWidget>(u"btnStart")->isEnabled());
     EXPECT_EQ(Run->Panel(0), QString());
-    EXPECT_EQ(Run->Panel(1), QStringLiteral("0 items listed"));
-    EXPECT_EQ(Run->Panel(2), QStringLiteral("0 items exported"));
-    EXPECT_EQ(Run->Panel(3), QStringLiteral("Progress:"));
-    EXPECT_FALSE(Browser->Calls.filter(QStringLiteral("proxy")).isEmpty());
-    EXPECT_TRUE(Browser->Calls.filter(QStringLiteral("navigate")).isEmpty());
+    EXPECT_EQ(Run->Panel(1), u"0 items listed"_s);
+    EXPECT_EQ(Run->Panel(2), u"0 items exported"_s);
+    EXPECT_EQ(Run->Panel(3), u"Progress:"_s);
+    EXPECT_FALSE(Browser->Calls.filter(u"proxy"_s).isEmpty());
+    EXPECT_TRUE(Browser->Calls.filter(u"navigate"_s).isEmpty());
 
     Run->Show();
-    EXPECT_EQ(Browser->Calls.filter(QStringLiteral("navigate")),
-              (QStringList{QStringLiteral("navigate about:blank"), u"navigate " + first}));
+    EXPECT_EQ(Browser->Calls.filter(u"navigate"_s), (QStringList{u"navigate about:blank"_s, u"navigate " + first}));
     EXPECT_EQ(sites->count(), 8);
     EXPECT_TRUE(sites->isEnabled());
     EXPECT_TRUE(Run->Control<QWidget>(u"btnStart")->isEnabled());
@@ -105,9 +106,9 @@ TEST_F(WindowTest, BrowserBarDrivesTheBrowser) {
     Open();
     auto* const address = Run->Control<QLineEdit>(u"edtAddress");
     EXPECT_EQ(address->text(), first);
-    address->setText(QStringLiteral("http://a.test"));
+    address->setText(u"http://a.test"_s);
     Run->Click(u"btnGo");
-    address->setText(QStringLiteral("http://b.test"));
+    address->setText(u"http://b.test"_s);
     QTest::keyClick(address, Qt::Key_Return);
     for (const char16_t* button : {u"imgStop", u"imgRefresh", u"imgHome"})
         Run->Click(button);
@@ -115,10 +116,8 @@ TEST_F(WindowTest, BrowserBarDrivesTheBrowser) {
     Run->Click(u"imgBack");
     Browser->IsBusy = false;
     Run->Click(u"imgForward");
-    EXPECT_EQ(Browser->Calls,
-              (QStringList{QStringLiteral("navigate http://a.test"), QStringLiteral("navigate http://b.test"),
-                           QStringLiteral("stop"), QStringLiteral("refresh"), u"navigate " + first,
-                           QStringLiteral("stop"), QStringLiteral("back"), QStringLiteral("forward")}));
+    EXPECT_EQ(Browser->Calls, (QStringList{u"navigate http://a.test"_s, u"navigate http://b.test"_s, u"stop"_s,
+                                           u"refresh"_s, u"navigate " + first, u"stop"_s, u"back"_s, u"forward"_s}));
     EXPECT_EQ(address->text(), first);
 }
 
@@ -126,8 +125,7 @@ TEST_F(WindowTest, ChangeOfSiteClearsTheBrowserAndOpensTheNewSite) {
     Open();
     const qint64 begin = Loop.Now();
     Run->Choose(u"cbxWebsites", 1);
-    EXPECT_EQ(Browser->Calls, (QStringList{QStringLiteral("navigate about:blank"), QStringLiteral("clear cache"),
-                                           u"navigate " + second}));
+    EXPECT_EQ(Browser->Calls, (QStringList{u"navigate about:blank"_s, u"clear cache"_s, u"navigate " + second}));
     EXPECT_EQ(Loop.Now() - begin, 1000);
     EXPECT_EQ(Run->System.CachesCleared, 1);
     EXPECT_EQ(Run->Window->State().CurrID, SiteCode::YellowPagesCanada);
@@ -136,7 +134,7 @@ TEST_F(WindowTest, ChangeOfSiteClearsTheBrowserAndOpensTheNewSite) {
     Browser->Calls.clear();
     Loop.Post(Loop.Now() + 700, [this] { Run->Choose(u"cbxWebsites", 0); });
     Run->Choose(u"cbxWebsites", 2);
-    EXPECT_EQ(Browser->Calls.filter(QStringLiteral("http")), QStringList{u"navigate " + first});
+    EXPECT_EQ(Browser->Calls.filter(u"http"_s), QStringList{u"navigate " + first});
     EXPECT_EQ(Run->Window->State().CurrID, SiteCode::UsYellowPages);
 }
 
@@ -147,7 +145,7 @@ TEST_F(WindowTest, ChangeOfSiteStopsTheHarvest) {
     Run->Choose(u"cbxWebsites", 1);
     EXPECT_FALSE(Run->Window->Driver().Running());
     EXPECT_FALSE(Run->Window->State().Parsing);
-    EXPECT_EQ(Browser->Calls.count(QStringLiteral("stop")), 2);
+    EXPECT_EQ(Browser->Calls.count(u"stop"_s), 2);
     EXPECT_EQ(Run->Window->State().CurrID, SiteCode::YellowPagesCanada);
 }
 
@@ -163,10 +161,10 @@ TEST_F(WindowTest, SelectsAndDeletes) {
     EXPECT_EQ(leads.Count(), 6);
     Run->Notices.Answer = true;
     QTest::keyClick(&Run->Items(), Qt::Key_Delete);
-    EXPECT_EQ(Run->Notices.Said.count(QStringLiteral("Do you really want to delete the selected results?")), 2);
+    EXPECT_EQ(Run->Notices.Said.count(u"Do you really want to delete the selected results?"_s), 2);
     ASSERT_EQ(Run->ShownLeads().size(), 4U);
-    EXPECT_EQ(Run->ShownLeads()[1].Name, QStringLiteral("Name 3"));
-    EXPECT_EQ(Run->Panel(1), QStringLiteral("4 items listed"));
+    EXPECT_EQ(Run->ShownLeads()[1].Name, u"Name 3"_s);
+    EXPECT_EQ(Run->Panel(1), u"4 items listed"_s);
     EXPECT_FALSE(leads.DuplicatedItems.Contains(u"HTTP://DETAILS.TEST/1"));
     EXPECT_TRUE(leads.DuplicatedItems.Contains(u"HTTP://DETAILS.TEST/3"));
     EXPECT_TRUE(Run->Items().SelectedRows().empty());
@@ -174,7 +172,7 @@ TEST_F(WindowTest, SelectsAndDeletes) {
     EXPECT_EQ(leads.Count(), 0);
     EXPECT_EQ(leads.DuplicatedItems.Count(), 0);
     EXPECT_EQ(Run->Items().model()->rowCount(), 0);
-    EXPECT_EQ(Run->Panel(1), QStringLiteral("0 items listed"));
+    EXPECT_EQ(Run->Panel(1), u"0 items listed"_s);
 }
 
 TEST_F(WindowTest, OpensTheLinksOfTheSelectedRow) {
@@ -187,8 +185,8 @@ TEST_F(WindowTest, OpensTheLinksOfTheSelectedRow) {
     SelectRows(2, 3);
     for (const char16_t* button : {u"btnOpenWebsite", u"btnOpenMaps", u"btnOpenDetails"})
         Run->Click(button);
-    EXPECT_EQ(Run->System.Opened, (QStringList{QStringLiteral("http://web.test/2"), QStringLiteral("http://map.test/2"),
-                                               QStringLiteral("http://details.test/2")}));
+    EXPECT_EQ(Run->System.Opened,
+              (QStringList{u"http://web.test/2"_s, u"http://map.test/2"_s, u"http://details.test/2"_s}));
 }
 
 TEST_F(WindowTest, CopiesAndExportsTheSelectedRows) {
@@ -203,7 +201,7 @@ TEST_F(WindowTest, CopiesAndExportsTheSelectedRows) {
     QFile file(Run->Notices.FileName);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().count("\"Name "), 2);
-    EXPECT_EQ(Run->Panel(0), QStringLiteral("The selected rows have been exported."));
+    EXPECT_EQ(Run->Panel(0), u"The selected rows have been exported."_s);
     EXPECT_TRUE(Run->Control<QWidget>(u"btnRDelete")->isEnabled());
 
     QTest::keyClick(&Run->Items(), Qt::Key_C, Qt::ControlModifier);
@@ -219,7 +217,7 @@ TEST_F(WindowTest, HeaderClickDoesNothing) {
     AddLeads(3);
     QHeaderView* const header = Run->Items().horizontalHeader();
     QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionPosition(1) + 20, 8));
-    EXPECT_EQ(Run->ShownLeads()[0].Name, QStringLiteral("Name 0"));
+    EXPECT_EQ(Run->ShownLeads()[0].Name, u"Name 0"_s);
     EXPECT_TRUE(Run->Items().SelectedRows().empty());
 }
 
@@ -254,9 +252,8 @@ TEST_F(WindowTest, LanguageChangesEveryCaptionAtOnce) {
             same += english[i] == translated[i] ? 1 : 0;
         EXPECT_LE(same, 6) << language;
     }
-    EXPECT_EQ(Caption(u"btnRDeleteAll"),
-              LanguageFile(ReadLanguageText(LanguageFileName(QStringLiteral("it")))).Main(38));
-    QFile settings(QDir(Run->System.SettingsFolder()).filePath(QStringLiteral("settings.dat")));
+    EXPECT_EQ(Caption(u"btnRDeleteAll"), LanguageFile(ReadLanguageText(LanguageFileName(u"it"_s))).Main(38));
+    QFile settings(QDir(Run->System.SettingsFolder()).filePath(u"settings.dat"_s));
     ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
     EXPECT_TRUE(settings.readAll().contains("<%%Language%%>it<%%/Language%%>"));
     Run->Choose(u"cbxLanguage", 0);
@@ -296,17 +293,12 @@ TEST_F(WindowTest, TabOrderFollowsTheLayout) {
             !at->objectName().startsWith(u"qt_"))
             order.append(at->objectName());
     }
-    const QStringList wanted{QStringLiteral("cbxLanguage"),    QStringLiteral("cbxWebsites"),
-                             QStringLiteral("btnStart"),       QStringLiteral("btnStop"),
-                             QStringLiteral("btnSettings"),    QStringLiteral("btnUpdates"),
-                             QStringLiteral("imgBack"),        QStringLiteral("imgForward"),
-                             QStringLiteral("imgStop"),        QStringLiteral("imgRefresh"),
-                             QStringLiteral("imgHome"),        QStringLiteral("edtAddress"),
-                             QStringLiteral("btnGo"),          QStringLiteral("lvwItems"),
-                             QStringLiteral("btnRSelectAll"),  QStringLiteral("btnRClearSelection"),
-                             QStringLiteral("btnRDelete"),     QStringLiteral("btnRDeleteAll"),
-                             QStringLiteral("btnOpenWebsite"), QStringLiteral("btnOpenMaps"),
-                             QStringLiteral("btnOpenDetails"), QStringLiteral("btnExportAll")};
+    const QStringList wanted{u"cbxLanguage"_s,    u"cbxWebsites"_s,   u"btnStart"_s,       u"btnStop"_s,
+                             u"btnSettings"_s,    u"btnUpdates"_s,    u"imgBack"_s,        u"imgForward"_s,
+                             u"imgStop"_s,        u"imgRefresh"_s,    u"imgHome"_s,        u"edtAddress"_s,
+                             u"btnGo"_s,          u"lvwItems"_s,      u"btnRSelectAll"_s,  u"btnRClearSelection"_s,
+                             u"btnRDelete"_s,     u"btnRDeleteAll"_s, u"btnOpenWebsite"_s, u"btnOpenMaps"_s,
+                             u"btnOpenDetails"_s, u"btnExportAll"_s};
     QStringList found;
     for (const QString& name : order)
         if (wanted.contains(name))
@@ -320,7 +312,7 @@ TEST_F(WindowTest, RemembersItsSplitterAndColumns) {
     Run->Items().setColumnWidth(4, 177);
     const QList<int> sizes = Run->Control<QSplitter>(u"splMain")->sizes();
     Run->Window->close();
-    const QString file = QDir(Run->System.SettingsFolder()).filePath(QStringLiteral("window.ini"));
+    const QString file = QDir(Run->System.SettingsFolder()).filePath(u"window.ini"_s);
     QSplitter splitter(Qt::Vertical);
     splitter.setHandleWidth(Run->Control<QSplitter>(u"splMain")->handleWidth());
     splitter.addWidget(new QWidget);
@@ -341,7 +333,7 @@ class CloseTest : public WindowTest, public testing::WithParamInterface<int> {};
 
 TEST_P(CloseTest, EndsEveryWaitAtOnce) {
     Open();
-    Browser->Pages.insert(first, QStringLiteral("<body>business-serp <a href=\"/next\">Next</a> footer-wrapper Next<"));
+    Browser->Pages.insert(first, u"<body>business-serp <a href=\"/next\">Next</a> footer-wrapper Next<"_s);
     Run->Click(u"btnStart");
     qint64 closedAt = -1;
     Loop.Post(Loop.Now() + GetParam(), [&] {

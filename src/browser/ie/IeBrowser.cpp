@@ -1,11 +1,13 @@
-#include "IeBrowser.h"
+#include "browser/ie/IeBrowser.h"
 
-#include "IeError.h"
-#include "IeSession.h"
-#include "IeWidget.h"
-#include "PageAddress.h"
+#include "browser/ie/IeError.h"
+#include "browser/ie/IeSession.h"
+#include "browser/ie/IeWidget.h"
+#include "page/PageAddress.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -34,14 +36,14 @@ QString IeBrowser::MakeControl() {
     if (control_)
         return {};
     if (!IeControl::PageEngineInstalled())
-        return QStringLiteral("Windows has no page engine for its web browser control");
+        return u"Windows has no page engine for its web browser control"_s;
     control_ = IeControl::Create(*this);
     if (!control_)
-        return QStringLiteral("Windows has no web browser control");
+        return u"Windows has no web browser control"_s;
     control_->Site().Pages().Login().SetProxyLogin(proxy_);
     control_->SetUserAgent(userAgent_);
     if (view_ && !view_->Show(control_.get()))
-        return QStringLiteral("the web browser control cannot be shown in this window");
+        return u"the web browser control cannot be shown in this window"_s;
     return {};
 }
 
@@ -50,7 +52,7 @@ void IeBrowser::Navigate(const QString& address) {
     navigation_.Begin(target);
     QString problem = MakeControl();
     if (problem.isEmpty() && !control_->Navigate(target))
-        problem = QStringLiteral("the web browser control does not take this address");
+        problem = u"the web browser control does not take this address"_s;
     if (problem.isEmpty())
         return Watch();
     navigation_.Fail(target, problem);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
-#include "IeControl.h"
-#include "IeNavigation.h"
+#include "browser/ie/IeControl.h"
+#include "browser/ie/IeNavigation.h"
+#include "core/EmbeddedBrowser.h"
 
 #include <QPointer>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "IeControl.h"
+#include "browser/ie/IeControl.h"
 
 #include <mshtmdid.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "IeDocument.h"
-#include "IeEvents.h"
-#include "IeSite.h"
+#include "browser/ie/IeDocument.h"
+#include "browser/ie/IeEvents.h"
+#include "browser/ie/IeSite.h"
 
 #include <memory>
 

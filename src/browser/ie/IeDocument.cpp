@@ -1,8 +1,8 @@
-#include "IeDocument.h"
+#include "browser/ie/IeDocument.h"
 
-#include "Errors.h"
-#include "HtmlDocument.h"
-#include "MarkupFormText.h"
+#include "core/Errors.h"
+#include "page/HtmlDocument.h"
+#include "page/MarkupFormText.h"
 
 #include <algorithm>
 

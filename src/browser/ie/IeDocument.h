@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ComPointer.h"
-#include "MarkupForm.h"
+#include "browser/ie/ComPointer.h"
+#include "core/MarkupForm.h"
 
 namespace Brindle {
 

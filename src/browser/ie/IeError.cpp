@@ -1,9 +1,11 @@
-#include "IeError.h"
+#include "browser/ie/IeError.h"
 
 #include <ole2.h>
 #include <urlmon.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -39,8 +41,7 @@ QString LoaderErrorText(qint32 error) {
     for (const Meaning& meaning : meanings)
         if (meaning.Error == error)
             return meaning.Text.toString();
-    return QStringLiteral("the page could not be loaded (error %1)")
-        .arg(static_cast<quint32>(error), 8, 16, QLatin1Char('0'));
+    return u"the page could not be loaded (error %1)"_s.arg(static_cast<quint32>(error), 8, 16, QLatin1Char('0'));
 }
 
 } // namespace Brindle

@@ -1,4 +1,4 @@
-#include "IeEvents.h"
+#include "browser/ie/IeEvents.h"
 
 #include <exdispid.h>
 #include <ocidl.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ComObject.h"
-#include "ComPointer.h"
+#include "browser/ie/ComObject.h"
+#include "browser/ie/ComPointer.h"
 
 #include <exdisp.h>
 

@@ -1,4 +1,4 @@
-#include "IeLogin.h"
+#include "browser/ie/IeLogin.h"
 
 #include <cstring>
 #include <objbase.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ComObject.h"
-#include "EmbeddedBrowser.h"
+#include "browser/ie/ComObject.h"
+#include "core/EmbeddedBrowser.h"
 
 #include <urlmon.h>
 

@@ -1,10 +1,12 @@
-#include "IeNavigation.h"
+#include "browser/ie/IeNavigation.h"
 
-#include "PageAddress.h"
+#include "page/PageAddress.h"
 
 #include <utility>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 bool IeNavigation::BringsPage(const QString& address) {
     const QString scheme = SchemeOf(address);
@@ -21,7 +23,7 @@ void IeNavigation::Begin(const QString& address) {
 
 void IeNavigation::Fail(const QString& address, const QString& reason) {
     failed_ = address;
-    lastError_ = address + QStringLiteral(": ") + reason;
+    lastError_ = address + u": "_s + reason;
 }
 
 void IeNavigation::Show() {

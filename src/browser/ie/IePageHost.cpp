@@ -1,4 +1,4 @@
-#include "IePageHost.h"
+#include "browser/ie/IePageHost.h"
 
 #include <idispids.h>
 #include <mshtmdid.h>

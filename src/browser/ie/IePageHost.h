@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ComObject.h"
-#include "ComPointer.h"
-#include "IeLogin.h"
+#include "browser/ie/ComObject.h"
+#include "browser/ie/ComPointer.h"
+#include "browser/ie/IeLogin.h"
 
 #include <docobj.h>
 #include <mshtmhst.h>

@@ -1,4 +1,4 @@
-#include "IeSession.h"
+#include "browser/ie/IeSession.h"
 
 #include <ole2.h>
 #include <urlmon.h>

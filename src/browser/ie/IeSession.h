@@ -1,6 +1,6 @@
 #pragma once
 
-#include "EmbeddedBrowser.h"
+#include "core/EmbeddedBrowser.h"
 
 namespace Brindle {
 

@@ -1,4 +1,4 @@
-#include "IeSite.h"
+#include "browser/ie/IeSite.h"
 
 namespace Brindle {
 

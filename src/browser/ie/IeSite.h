@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ComObject.h"
-#include "ComPointer.h"
-#include "IePageHost.h"
+#include "browser/ie/ComObject.h"
+#include "browser/ie/ComPointer.h"
+#include "browser/ie/IePageHost.h"
 
 #include <functional>
 #include <ocidl.h>

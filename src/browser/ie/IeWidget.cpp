@@ -1,6 +1,6 @@
-#include "IeWidget.h"
+#include "browser/ie/IeWidget.h"
 
-#include "IeControl.h"
+#include "browser/ie/IeControl.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,8 +1,8 @@
-#include "WebEngineBrowser.h"
+#include "browser/webengine/WebEngineBrowser.h"
 
-#include "MarkupFormText.h"
-#include "PageAddress.h"
-#include "WebEnginePage.h"
+#include "browser/webengine/WebEnginePage.h"
+#include "page/MarkupFormText.h"
+#include "page/PageAddress.h"
 
 #include <QAction>
 #include <QElapsedTimer>
@@ -24,6 +24,8 @@
 #endif
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -82,9 +84,9 @@ std::unique_ptr<QWebEngineProfile> MadeProfile(const QString& folder) {
     const QuietStart quiet;
     if (folder.isEmpty())
         return std::make_unique<QWebEngineProfile>();
-    auto profile = std::make_unique<QWebEngineProfile>(QStringLiteral("brindle"));
+    auto profile = std::make_unique<QWebEngineProfile>(u"brindle"_s);
     profile->setPersistentStoragePath(folder);
-    profile->setCachePath(folder + QStringLiteral("/cache"));
+    profile->setCachePath(folder + u"/cache"_s);
     profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
     return profile;
 }
@@ -138,7 +140,7 @@ QWidget* WebEngineBrowser::Widget() const {
 void WebEngineBrowser::Navigate(const QString& address) {
     const QUrl url(TypedAddress(address));
     if (!url.isValid()) {
-        lastError_ = address + QStringLiteral(": not an address");
+        lastError_ = address + u": not an address"_s;
         return;
     }
     Load([this, url] { page_->load(url); });
@@ -217,9 +219,8 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
         return;
     }
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
-        lastError_ =
-            info.url().toString(QUrl::FullyEncoded) + QStringLiteral(": ") +
-            (info.errorString().isEmpty() ? QStringLiteral("the page could not be loaded") : info.errorString());
+        lastError_ = info.url().toString(QUrl::FullyEncoded) + u": "_s +
+                     (info.errorString().isEmpty() ? u"the page could not be loaded"_s : info.errorString());
         gone_ = info.isErrorPage();
     }
     // What is shown now is the document, whether or not a new one came.
@@ -232,7 +233,7 @@ void WebEngineBrowser::OnRendererGone() {
     hung_ = false;
     if (const std::function<void()> begin = std::exchange(afterEnd_, nullptr))
         return begin();
-    lastError_ = LocationAddress() + QStringLiteral(": the page's process has ended");
+    lastError_ = LocationAddress() + u": the page's process has ended"_s;
     EndBusy();
 }
 
@@ -304,7 +305,7 @@ std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script, Asked 
         const qint64 left = patienceMs - waited.elapsed();
         if (left <= 0) {
             hung_ = true;
-            lastError_ = LocationAddress() + QStringLiteral(": the page does not answer");
+            lastError_ = LocationAddress() + u": the page does not answer"_s;
             return std::nullopt;
         }
         if (loop_.Quitting())

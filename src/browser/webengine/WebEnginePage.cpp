@@ -1,4 +1,4 @@
-#include "WebEnginePage.h"
+#include "browser/webengine/WebEnginePage.h"
 
 #include <QAuthenticator>
 #include <QWebEngineFullScreenRequest>
@@ -8,10 +8,12 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profile, nullptr) {
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl target = request.requestedUrl();
-        if (!target.isEmpty() && target.scheme() != QStringLiteral("about"))
+        if (!target.isEmpty() && target.scheme() != u"about"_s)
             load(target);
     });
     // An authenticator without a name gives up, and the page that goes with the refusal is shown.

@@ -1,4 +1,4 @@
-#include "WebEngineStart.h"
+#include "browser/webengine/WebEngineStart.h"
 
 #include <QByteArray>
 #include <QByteArrayList>

@@ -1,9 +1,11 @@
-#include "CreatePlatform.h"
+#include "platform/CreatePlatform.h"
 
 #include <QProcess>
 #include <QStandardPaths>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,13 +20,13 @@ public:
     }
 
     bool OpenInDefaultBrowser(const QString& url) override {
-        const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+        const QString opener = QStandardPaths::findExecutable(u"xdg-open"_s);
         return !opener.isEmpty() && QProcess::startDetached(opener, {url});
     }
 
     void ClearUrlCache() override {} // the browser's own cache is the only one here
 
-    QString BrowserEngineVersion() override { return QStringLiteral("0"); }
+    QString BrowserEngineVersion() override { return u"0"_s; }
 
     void WriteUserRegistry(const QString&, const QString&, quint32) override {}
 };

@@ -1,6 +1,6 @@
-#include "RegistryKey.h"
+#include "platform/windows/RegistryKey.h"
 
-#include "WideText.h"
+#include "platform/windows/WideText.h"
 
 #include <utility>
 #include <vector>

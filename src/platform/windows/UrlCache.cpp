@@ -1,6 +1,6 @@
-#include "UrlCache.h"
+#include "platform/windows/UrlCache.h"
 
-#include "UrlCacheWalk.h"
+#include "platform/UrlCacheWalk.h"
 
 // After windows.h, which it does not include.
 #include <windows.h>

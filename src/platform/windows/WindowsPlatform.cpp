@@ -1,16 +1,18 @@
-#include "BrowserCommand.h"
-#include "CreatePlatform.h"
-#include "FileVersion.h"
-#include "RegistryKey.h"
-#include "Text.h"
-#include "UrlCache.h"
-#include "WideText.h"
+#include "platform/BrowserCommand.h"
+#include "platform/CreatePlatform.h"
+#include "platform/windows/FileVersion.h"
+#include "platform/windows/RegistryKey.h"
+#include "platform/windows/UrlCache.h"
+#include "platform/windows/WideText.h"
+#include "toolkit/Text.h"
 
 #include <array>
 #include <shellapi.h>
 #include <shlobj.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,7 +27,7 @@ QString SpecialFolder(int id) {
     return QString::fromWCharArray(path.data());
 }
 
-const QString unknown = QStringLiteral("0");
+const QString unknown = u"0"_s;
 
 // A text of the registry; what stands for it where there is none.
 QString RegistryText(HKEY root, const QString& key, const QString& name, const QString& otherwise) {
@@ -37,13 +39,13 @@ public:
     QString GetDocumentsFolder() override { return SpecialFolder(documents); }
 
     QString SettingsFolder() override {
-        QString folder = SpecialFolder(applicationData) + QStringLiteral("\\Norvane Software\\Brindle");
+        QString folder = SpecialFolder(applicationData) + u"\\Norvane Software\\Brindle"_s;
         ReplaceAll(folder, u"\\\\", u"\\");
         return folder;
     }
 
     bool OpenInDefaultBrowser(const QString& url) override {
-        const QString command = RegistryText(HKEY_CLASSES_ROOT, QStringLiteral("http\\shell\\open\\command"), {}, {});
+        const QString command = RegistryText(HKEY_CLASSES_ROOT, u"http\\shell\\open\\command"_s, {}, {});
         if (command.isEmpty())
             return false;
         const QString program = BrowserProgram(command);
@@ -56,13 +58,13 @@ public:
     // What the engine says of itself; then what its program carries; then what the system was told at set-up, which
     // newer engines leave at 9.11 for old callers' sake.
     QString BrowserEngineVersion() override {
-        const QString engine = QStringLiteral("Software\\Microsoft\\Internet Explorer");
-        QString version = RegistryText(HKEY_LOCAL_MACHINE, engine, QStringLiteral("svcVersion"), unknown);
+        const QString engine = u"Software\\Microsoft\\Internet Explorer"_s;
+        QString version = RegistryText(HKEY_LOCAL_MACHINE, engine, u"svcVersion"_s, unknown);
         if (version == unknown)
-            version = FileVersion(EngineExecutable(RegistryText(
-                HKEY_CLASSES_ROOT, QStringLiteral("Applications\\iexplore.exe\\shell\\open\\command"), {}, {})));
+            version = FileVersion(EngineExecutable(
+                RegistryText(HKEY_CLASSES_ROOT, u"Applications\\iexplore.exe\\shell\\open\\command"_s, {}, {})));
         if (version == unknown)
-            version = RegistryText(HKEY_LOCAL_MACHINE, engine, QStringLiteral("Version"), unknown);
+            version = RegistryText(HKEY_LOCAL_MACHINE, engine, u"Version"_s, unknown);
         return version;
     }
 

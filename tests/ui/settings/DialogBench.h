@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HarvestBench.h"
-#include "TfrmSettings.h"
+#include "ui/TfrmSettings.h"
 
 namespace Brindle::Test {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HarvestBench.h"
-#include "Lead.h"
+#include "core/Lead.h"
 
 #include <QHash>
 #include <QString>

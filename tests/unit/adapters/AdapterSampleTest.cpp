@@ -1,9 +1,9 @@
 #include "AdapterSample.h"
 
-#include "Adapters.h"
-#include "HarvestDriver.h"
 #include "PrintTo.h"
-#include "Text.h"
+#include "adapters/Adapters.h"
+#include "core/HarvestDriver.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

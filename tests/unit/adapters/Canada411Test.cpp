@@ -1,4 +1,4 @@
-#include "Canada411.h"
+#include "adapters/Canada411.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

@@ -1,7 +1,7 @@
-#include "FieldTable.h"
+#include "adapters/FieldTable.h"
 
-#include "Markup.h"
 #include "PrintTo.h"
+#include "toolkit/Markup.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "InfobelItaly.h"
+#include "adapters/InfobelItaly.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

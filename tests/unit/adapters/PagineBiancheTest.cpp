@@ -1,4 +1,4 @@
-#include "PagineBianche.h"
+#include "adapters/PagineBianche.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

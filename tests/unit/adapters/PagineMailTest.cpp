@@ -1,4 +1,4 @@
-#include "PagineMail.h"
+#include "adapters/PagineMail.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

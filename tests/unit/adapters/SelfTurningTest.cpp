@@ -1,7 +1,7 @@
-#include "Adapters.h"
 #include "HarvestBench.h"
-#include "HarvestDriver.h"
 #include "ScriptedBrowser.h"
+#include "adapters/Adapters.h"
+#include "core/HarvestDriver.h"
 
 #include <gtest/gtest.h>
 

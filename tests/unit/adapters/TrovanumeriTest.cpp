@@ -1,4 +1,4 @@
-#include "Trovanumeri.h"
+#include "adapters/Trovanumeri.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

@@ -1,8 +1,8 @@
-#include "UsYellowPages.h"
+#include "adapters/UsYellowPages.h"
 
 #include "AdapterSample.h"
-#include "Errors.h"
 #include "PrintTo.h"
+#include "core/Errors.h"
 
 #include <gtest/gtest.h>
 

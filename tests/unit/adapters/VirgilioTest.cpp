@@ -1,4 +1,4 @@
-#include "Virgilio.h"
+#include "adapters/Virgilio.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

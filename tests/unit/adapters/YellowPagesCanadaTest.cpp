@@ -1,4 +1,4 @@
-#include "YellowPagesCanada.h"
+#include "adapters/YellowPagesCanada.h"
 
 #include "AdapterSample.h"
 #include "PrintTo.h"

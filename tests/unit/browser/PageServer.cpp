@@ -2,6 +2,8 @@
 
 #include <QTcpSocket>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 
 PageServer::PageServer() {
@@ -15,7 +17,7 @@ PageServer::PageServer() {
 }
 
 QString PageServer::Address(const QString& path) const {
-    return QStringLiteral("http://127.0.0.1:%1").arg(serverPort()) + path;
+    return u"http://127.0.0.1:%1"_s.arg(serverPort()) + path;
 }
 
 void PageServer::Answer(QTcpSocket* socket) {

@@ -1,9 +1,9 @@
-#include "StaticBrowser.h"
+#include "browser/StaticBrowser.h"
 
-#include "PageAddress.h"
 #include "PageServer.h"
 #include "PrintTo.h"
-#include "QtMessageLoop.h"
+#include "core/QtMessageLoop.h"
+#include "page/PageAddress.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 using Test::PageServer;
@@ -44,10 +46,10 @@ TEST(PageAddress, LinksAreResolvedAsBrowsersDo) {
 }
 
 TEST(PageAddress, TypedOnesGetAScheme) {
-    EXPECT_EQ(TypedAddress(QStringLiteral(" www.a.b/c ")), QStringLiteral("http://www.a.b/c"));
-    EXPECT_EQ(TypedAddress(QStringLiteral("localhost:8080/c")), QStringLiteral("http://localhost:8080/c"));
-    EXPECT_EQ(TypedAddress(QStringLiteral("HTTPS://a.b")), QStringLiteral("HTTPS://a.b"));
-    EXPECT_EQ(TypedAddress(QStringLiteral("about:blank")), QStringLiteral("about:blank"));
+    EXPECT_EQ(TypedAddress(u" www.a.b/c "_s), u"http://www.a.b/c"_s);
+    EXPECT_EQ(TypedAddress(u"localhost:8080/c"_s), u"http://localhost:8080/c"_s);
+    EXPECT_EQ(TypedAddress(u"HTTPS://a.b"_s), u"HTTPS://a.b"_s);
+    EXPECT_EQ(TypedAddress(u"about:blank"_s), u"about:blank"_s);
     EXPECT_EQ(TypedAddress(QString()), QString());
 }
 
@@ -55,8 +57,8 @@ TEST(PageAddress, TheRefererTellsNoMoreThanItShould) {
     const auto referer = [](const char* from, const char* to) {
         return RefererFor(QString::fromLatin1(from), QString::fromLatin1(to));
     };
-    EXPECT_EQ(referer("http://a.b/c?d#e", "http://a.b/f"), QStringLiteral("http://a.b/c?d"));
-    EXPECT_EQ(referer("https://a.b/c", "https://d.e/f"), QStringLiteral("https://a.b/"));
+    EXPECT_EQ(referer("http://a.b/c?d#e", "http://a.b/f"), u"http://a.b/c?d"_s);
+    EXPECT_EQ(referer("https://a.b/c", "https://d.e/f"), u"https://a.b/"_s);
     EXPECT_EQ(referer("https://a.b/c", "http://a.b/f"), QString());
     EXPECT_EQ(referer("http://u:p@a.b/c", "http://u:p@a.b/f"), QString());
     EXPECT_EQ(referer("about:blank", "http://a.b/f"), QString());
@@ -106,29 +108,29 @@ TEST_F(StaticPages, AreEmptyUntilLoadedAndThenKnown) {
     EXPECT_TRUE(Browser.Busy());
     EXPECT_EQ(Body(), QString());
     ASSERT_TRUE(Settles());
-    EXPECT_EQ(Body(), QStringLiteral("<body><p id=\"a\">\u00e8</p></body>"));
-    EXPECT_EQ(Browser.BodyOuterHtml(MarkupForm::Legacy), QStringLiteral("<BODY><P id=a>\u00e8</P></BODY>"));
+    EXPECT_EQ(Body(), u"<body><p id=\"a\">\u00e8</p></body>"_s);
+    EXPECT_EQ(Browser.BodyOuterHtml(MarkupForm::Legacy), u"<BODY><P id=a>\u00e8</P></BODY>"_s);
     EXPECT_EQ(Browser.LocationAddress(), Server.Address());
     EXPECT_EQ(Completed, QStringList{Server.Address()});
-    Browser.Navigate(QStringLiteral("about:blank"));
+    Browser.Navigate(u"about:blank"_s);
     EXPECT_FALSE(Browser.Busy());
-    EXPECT_EQ(Body(), QStringLiteral("<body></body>"));
-    EXPECT_EQ(Browser.LocationAddress(), QStringLiteral("about:blank"));
+    EXPECT_EQ(Body(), u"<body></body>"_s);
+    EXPECT_EQ(Browser.LocationAddress(), u"about:blank"_s);
 }
 
 TEST_F(StaticPages, RedirectsCookiesAndBaseAreFollowed) {
     Server.Headers["/start"] = "Status: 302 Found\r\nLocation: /dir/page?x=1\r\nSet-Cookie: seen=yes\r\n";
     Server.Pages["/dir/page?x=1"] = "<base href=\"/other/\"><a href=next>n</a><a href='#part'>p</a>";
     Server.Pages["/other/next"] = "<p>arrived";
-    ASSERT_TRUE(Load(QStringLiteral("/start")));
-    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/dir/page?x=1")));
+    ASSERT_TRUE(Load(u"/start"_s));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(u"/dir/page?x=1"_s));
     Browser.ClickLink(0);
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"arrived"));
     const QByteArray request = Server.Requests.last();
     EXPECT_TRUE(request.startsWith("GET /other/next "));
     EXPECT_TRUE(request.contains("\r\nCookie: seen=yes\r\n"));
-    const QByteArray from = Server.Address(QStringLiteral("/dir/page?x=1")).toLatin1();
+    const QByteArray from = Server.Address(u"/dir/page?x=1"_s).toLatin1();
     EXPECT_TRUE(request.contains(QByteArray("\r\nReferer: " + from + "\r\n")));
 }
 
@@ -136,16 +138,16 @@ TEST_F(StaticPages, LinksAreClickedAsInAPage) {
     Server.Pages["/"] = "<a href='javascript:x()'>a</a><a href='mailto:a@b'>b</a><a href='#c'>c</a>"
                         "<a href='/file' download>d</a><a href='/next' target=_blank> Avanti \n\u203a</a>";
     Server.Pages["/next"] = "<p>next";
-    ASSERT_TRUE(Load(QStringLiteral("/")));
+    ASSERT_TRUE(Load(u"/"_s));
     ASSERT_EQ(Browser.LinkCount(), 5);
-    EXPECT_EQ(Browser.LinkInnerText(4), QStringLiteral("Avanti \u203a"));
+    EXPECT_EQ(Browser.LinkInnerText(4), u"Avanti \u203a"_s);
     EXPECT_EQ(Browser.LinkInnerText(5), QString());
     EXPECT_EQ(Browser.LinkInnerText(-1), QString());
     for (const int index : {-1, 0, 1, 2, 3, 5})
         Browser.ClickLink(index);
     EXPECT_FALSE(Browser.Busy());
     EXPECT_EQ(Server.Requests.size(), 1);
-    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/#c")));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(u"/#c"_s));
     Browser.ClickLink(4);
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"next"));
@@ -166,9 +168,9 @@ TEST_F(StaticPages, HistoryIsWalked) {
     Browser.GoForward();
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"page /2"));
-    Browser.Navigate(QStringLiteral("about:blank"));
+    Browser.Navigate(u"about:blank"_s);
     Browser.GoForward();
-    EXPECT_EQ(Browser.LocationAddress(), QStringLiteral("about:blank"));
+    EXPECT_EQ(Browser.LocationAddress(), u"about:blank"_s);
     Browser.GoBack();
     ASSERT_TRUE(Settles());
     Server.Pages["/2"] = "<p>new";
@@ -181,73 +183,72 @@ TEST_F(StaticPages, HistoryIsWalked) {
 TEST_F(StaticPages, StopKeepsThePageBefore) {
     Server.Pages["/"] = "<p>before";
     Server.Pages["/slow"] = "<p>slow";
-    ASSERT_TRUE(Load(QStringLiteral("/")));
-    Browser.Navigate(Server.Address(QStringLiteral("/slow")));
+    ASSERT_TRUE(Load(u"/"_s));
+    Browser.Navigate(Server.Address(u"/slow"_s));
     EXPECT_EQ(Body(), QString());
     Browser.Stop();
     EXPECT_FALSE(Browser.Busy());
     EXPECT_TRUE(Body().contains(u"before"));
     // Another load right after: the end of the one that was dropped changes nothing.
-    Browser.Navigate(Server.Address(QStringLiteral("/slow")));
-    ASSERT_TRUE(Load(QStringLiteral("/")));
+    Browser.Navigate(Server.Address(u"/slow"_s));
+    ASSERT_TRUE(Load(u"/"_s));
     EXPECT_TRUE(Body().contains(u"before"));
 }
 
 TEST_F(StaticPages, FailuresAreNamedInOneLine) {
-    ASSERT_TRUE(Load(QStringLiteral("/missing")));
+    ASSERT_TRUE(Load(u"/missing"_s));
     EXPECT_TRUE(Body().contains(u"missing")) << "the page of a 404 is a page";
     EXPECT_EQ(Browser.LastError(), QString());
 
     Server.Pages["/deep"] = QByteArray("<div>").repeated(100'000);
-    ASSERT_TRUE(Load(QStringLiteral("/deep")));
+    ASSERT_TRUE(Load(u"/deep"_s));
     EXPECT_EQ(Body(), QString());
-    EXPECT_TRUE(Browser.LastError().startsWith(Server.Address(QStringLiteral("/deep: "))));
+    EXPECT_TRUE(Browser.LastError().startsWith(Server.Address(u"/deep: "_s)));
 
     Server.Pages["/pdf"] = "%PDF";
     Server.Headers["/pdf"] = "Content-Type: application/pdf\r\n";
-    ASSERT_TRUE(Load(QStringLiteral("/pdf")));
+    ASSERT_TRUE(Load(u"/pdf"_s));
     EXPECT_EQ(Body(), QString());
     EXPECT_TRUE(Browser.LastError().contains(u"application/pdf"));
 
     QTcpServer closed;
     closed.listen(QHostAddress::LocalHost);
-    const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closed.serverPort());
+    const QString refused = u"http://127.0.0.1:%1/"_s.arg(closed.serverPort());
     closed.close();
     Browser.Navigate(refused);
     ASSERT_TRUE(Settles());
     EXPECT_EQ(Body(), QString());
-    EXPECT_TRUE(Browser.LastError().startsWith(refused + QStringLiteral(": "))) << Browser.LastError().toStdString();
+    EXPECT_TRUE(Browser.LastError().startsWith(refused + u": "_s)) << Browser.LastError().toStdString();
     EXPECT_FALSE(Browser.LastError().contains(u'\n'));
     EXPECT_EQ(Browser.LocationAddress(), refused);
     EXPECT_EQ(Completed.last(), refused);
 
-    Browser.Navigate(QStringLiteral("ftp://a.b/"));
+    Browser.Navigate(u"ftp://a.b/"_s);
     EXPECT_TRUE(Browser.LastError().startsWith(u"ftp://a.b/"));
-    ASSERT_TRUE(Load(QStringLiteral("/missing")));
+    ASSERT_TRUE(Load(u"/missing"_s));
     EXPECT_EQ(Browser.LastError(), QString());
 }
 
 TEST_F(StaticPages, CharactersSetsAndPlainTextAreRead) {
     Server.Pages["/latin"] = "<p>\xe8";
     Server.Headers["/latin"] = "Content-Type: text/html; charset=iso-8859-1\r\n";
-    ASSERT_TRUE(Load(QStringLiteral("/latin")));
+    ASSERT_TRUE(Load(u"/latin"_s));
     EXPECT_TRUE(Body().contains(QChar(0xe8)));
     Server.Pages["/text"] = "a <b>";
     Server.Headers["/text"] = "Content-Type: text/plain\r\n";
-    ASSERT_TRUE(Load(QStringLiteral("/text")));
+    ASSERT_TRUE(Load(u"/text"_s));
     EXPECT_TRUE(Body().contains(u"a &lt;b&gt;</pre>"));
     Server.Headers["/none"] = "Status: 204 No Content\r\n";
-    ASSERT_TRUE(Load(QStringLiteral("/none")));
+    ASSERT_TRUE(Load(u"/none"_s));
     EXPECT_TRUE(Body().contains(u"a &lt;b&gt;</pre>"));
 }
 
 TEST_F(StaticPages, AgentAndProxyAreUsed) {
     PageServer proxy;
     proxy.Pages["http://directory.example/list"] = "<p>by proxy";
-    Browser.SetUserAgent(QStringLiteral("Agent/1"));
-    Browser.SetProxy(
-        {QStringLiteral("127.0.0.1"), proxy.serverPort(), QStringLiteral("user"), QStringLiteral("secret")});
-    Browser.Navigate(QStringLiteral("http://directory.example/list"));
+    Browser.SetUserAgent(u"Agent/1"_s);
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), u"user"_s, u"secret"_s});
+    Browser.Navigate(u"http://directory.example/list"_s);
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"by proxy"));
     EXPECT_TRUE(proxy.Requests.last().contains("Proxy-Authorization: Basic dXNlcjpzZWNyZXQ=\r\n"));
@@ -259,9 +260,9 @@ TEST_F(StaticPages, AListenerMayNavigateOnAtOnce) {
     Server.Pages["/2"] = "<p>two";
     QObject::connect(&Browser, &EmbeddedBrowser::NavigateComplete, [this](const QString& address) {
         if (address.endsWith(u"/1"))
-            Browser.Navigate(Server.Address(QStringLiteral("/2")));
+            Browser.Navigate(Server.Address(u"/2"_s));
     });
-    ASSERT_TRUE(Load(QStringLiteral("/1")));
+    ASSERT_TRUE(Load(u"/1"_s));
     EXPECT_TRUE(Body().contains(u"two"));
 }
 

@@ -1,7 +1,7 @@
-#include "Errors.h"
 #include "PrintTo.h"
-#include "SiteCatalogue.h"
-#include "SitesFile.h"
+#include "core/Errors.h"
+#include "core/SiteCatalogue.h"
+#include "core/SitesFile.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
-#include "Delay.h"
+#include "core/Delay.h"
 
-#include "QtMessageLoop.h"
 #include "VirtualLoop.h"
+#include "core/QtMessageLoop.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -1,9 +1,9 @@
-#include "HarvestDriver.h"
+#include "core/HarvestDriver.h"
 
-#include "Errors.h"
 #include "HarvestBench.h"
 #include "PrintTo.h"
 #include "ScriptedBrowser.h"
+#include "core/Errors.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "HarvestBench.h"
-#include "LeadListCommands.h"
 #include "PrintTo.h"
+#include "core/LeadListCommands.h"
 
 #include <gtest/gtest.h>
 #include <random>

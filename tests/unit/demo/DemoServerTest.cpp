@@ -1,14 +1,16 @@
-#include "DemoServer.h"
+#include "demo/DemoServer.h"
 
-#include "DemoDirectory.h"
 #include "PrintTo.h"
-#include "SitesFile.h"
+#include "core/SitesFile.h"
+#include "demo/DemoDirectory.h"
 
 #include <QUrl>
 
 #include <chrono>
 #include <gtest/gtest.h>
 #include <httplib.h>
+
+using namespace Qt::StringLiterals;
 
 namespace Brindle::Demo {
 namespace {
@@ -23,7 +25,7 @@ httplib::Result Get(const QString& address) {
 TEST(DemoServer, ItsSitesFileIsCompleteAndEveryHomePageAnswers) {
     DemoServer server;
     server.Start();
-    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo"));
+    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s);
     EXPECT_TRUE(sites.Problems.empty());
     ASSERT_EQ(sites.Sites.size(), static_cast<std::size_t>(KnownSiteCodes().size()));
     for (const SiteEntry& site : sites.Sites) {
@@ -51,7 +53,7 @@ TEST(DemoServer, EndsWhileAClientHoldsAConnection) {
 TEST(DemoServer, ClicksLeadToTheirTarget) {
     DemoServer server;
     server.Start();
-    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), QStringLiteral("demo")).Catalogue();
+    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s).Catalogue();
     const SiteEntry& site = *catalogue.Find(SiteCode::YellowPagesCanada);
     const DemoContext context{site.Base, site.DetailsBase, u"http://" + site.RedirectHost, {}, {}};
     const QString target = site.DetailsBase + u"/details/a-b?from=list&at=1+1#top";

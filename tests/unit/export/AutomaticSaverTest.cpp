@@ -1,11 +1,11 @@
-#include "AutomaticSaver.h"
+#include "export/AutomaticSaver.h"
 
 #include "CodePage.h"
-#include "Errors.h"
 #include "FileSizeLimit.h"
 #include "HarvestBench.h"
 #include "KilledProgram.h"
 #include "PrintTo.h"
+#include "core/Errors.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,11 +1,11 @@
-#include "CsvExport.h"
+#include "export/CsvExport.h"
 
 #include "CodePage.h"
-#include "CsvFormat.h"
-#include "Errors.h"
 #include "FileSizeLimit.h"
 #include "HarvestBench.h"
 #include "PrintTo.h"
+#include "core/Errors.h"
+#include "export/CsvFormat.h"
 
 #include <QDir>
 #include <QFile>

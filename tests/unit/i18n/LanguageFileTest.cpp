@@ -1,7 +1,7 @@
-#include "LanguageFile.h"
+#include "i18n/LanguageFile.h"
 
-#include "Lead.h"
 #include "PrintTo.h"
+#include "core/Lead.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "CustomProxy.h"
+#include "net/CustomProxy.h"
 
 #include "PrintTo.h"
 #include "ScriptedBrowser.h"

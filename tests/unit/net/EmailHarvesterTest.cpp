@@ -1,8 +1,8 @@
-#include "EmailHarvester.h"
+#include "net/EmailHarvester.h"
 
-#include "EmailSearch.h"
 #include "HarvestBench.h"
 #include "PrintTo.h"
+#include "net/EmailSearch.h"
 
 #include <QRegularExpression>
 

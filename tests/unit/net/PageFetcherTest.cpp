@@ -1,4 +1,4 @@
-#include "PageFetcher.h"
+#include "net/PageFetcher.h"
 
 #include "HarvestBench.h"
 #include "LoopbackServer.h"

@@ -1,4 +1,4 @@
-#include "TextDecoder.h"
+#include "net/TextDecoder.h"
 
 #include "PrintTo.h"
 

@@ -1,8 +1,8 @@
 #include "HarvestBench.h"
 #include "LoopbackServer.h"
-#include "PageFetcher.h"
 #include "PrintTo.h"
 #include "TlsServer.h"
+#include "net/PageFetcher.h"
 
 #include <gtest/gtest.h>
 

@@ -6,6 +6,8 @@
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
 
+using namespace Qt::StringLiterals;
+
 namespace Brindle::Test {
 
 namespace {
@@ -52,7 +54,7 @@ TestAuthority::~TestAuthority() {
 }
 
 QString TestAuthority::CaFile() const {
-    return folder_.filePath(QStringLiteral("authority.pem"));
+    return folder_.filePath(u"authority.pem"_s);
 }
 
 std::pair<X509*, EVP_PKEY*> TestAuthority::Issue(long validFrom, long validTo) const {

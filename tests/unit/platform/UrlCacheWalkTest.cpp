@@ -1,4 +1,4 @@
-#include "UrlCacheWalk.h"
+#include "platform/UrlCacheWalk.h"
 
 #include "PrintTo.h"
 

@@ -1,10 +1,10 @@
-#include "SettingsStore.h"
+#include "settings/SettingsStore.h"
 
-#include "Errors.h"
 #include "FileSizeLimit.h"
 #include "KilledProgram.h"
 #include "PrintTo.h"
-#include "SettingsText.h"
+#include "core/Errors.h"
+#include "settings/SettingsText.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "SettingsText.h"
+#include "settings/SettingsText.h"
 
 #include "CodePage.h"
 #include "PrintTo.h"

@@ -1,7 +1,7 @@
-#include "Markup.h"
+#include "toolkit/Markup.h"
 
 #include "PrintTo.h"
-#include "Text.h"
+#include "toolkit/Text.h"
 
 #include <gtest/gtest.h>
 

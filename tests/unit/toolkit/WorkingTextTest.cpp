@@ -1,4 +1,4 @@
-#include "WorkingText.h"
+#include "toolkit/WorkingText.h"
 
 #include "PrintTo.h"
 

@@ -1,8 +1,8 @@
-#include "IeBrowser.h"
+#include "browser/ie/IeBrowser.h"
 
-#include "IeWidget.h"
 #include "PrintTo.h"
-#include "QtMessageLoop.h"
+#include "browser/ie/IeWidget.h"
+#include "core/QtMessageLoop.h"
 
 #include <QStringList>
 #include <QVBoxLayout>
@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 // What happened in a control, in words.
@@ -80,11 +82,11 @@ TEST(IeControl, TellsOfTheNavigationThatItBegins) {
     const std::unique_ptr<IeControl> control = IeControl::Create(listener);
     ASSERT_TRUE(control);
     window.Pages->Show(control.get());
-    EXPECT_TRUE(control->Navigate(QStringLiteral("about:blank")));
+    EXPECT_TRUE(control->Navigate(u"about:blank"_s));
     QtMessageLoop loop;
     for (int rounds = 0; rounds < 200 && listener.Heard.isEmpty(); ++rounds)
         loop.WaitForMessage(10);
-    EXPECT_EQ(listener.Heard.value(0), QStringLiteral("begins about:blank page"));
+    EXPECT_EQ(listener.Heard.value(0), u"begins about:blank page"_s);
     control->Stop();
     control->Refresh();
     control->GoBack();
@@ -101,8 +103,8 @@ TEST(IeControl, CannotBeShownInNoWindow) {
 }
 
 TEST(IeNavigation, WhatIsLeftIsNotReadAndWhatFailedIsNoPage) {
-    const QString first = QStringLiteral("http://a.example/");
-    const QString second = QStringLiteral("https://b.example/");
+    const QString first = u"http://a.example/"_s;
+    const QString second = u"https://b.example/"_s;
     IeNavigation navigation;
     EXPECT_TRUE(navigation.HasPage());
     navigation.Begin(first);
@@ -112,12 +114,12 @@ TEST(IeNavigation, WhatIsLeftIsNotReadAndWhatFailedIsNoPage) {
 
     // The server is not there: the engine shows its own message, until another page comes.
     navigation.Begin(second);
-    navigation.Fail(second, QStringLiteral("gone"));
-    navigation.Begin(QStringLiteral("res://ieframe.dll/dnserror.htm"));
+    navigation.Fail(second, u"gone"_s);
+    navigation.Begin(u"res://ieframe.dll/dnserror.htm"_s);
     navigation.Show();
     EXPECT_FALSE(navigation.HasPage());
     EXPECT_EQ(navigation.ShownInPlaceOf(), second);
-    EXPECT_EQ(navigation.LastError(), QStringLiteral("https://b.example/: gone"));
+    EXPECT_EQ(navigation.LastError(), u"https://b.example/: gone"_s);
     navigation.Begin(first);
     EXPECT_EQ(navigation.LastError(), QString());
     navigation.Show();
@@ -127,8 +129,8 @@ TEST(IeNavigation, WhatIsLeftIsNotReadAndWhatFailedIsNoPage) {
     navigation.Begin(second);
     navigation.End();
     EXPECT_TRUE(navigation.HasPage());
-    navigation.Begin(QStringLiteral("javascript:void(0)"));
-    navigation.Begin(QStringLiteral("mailto:a@b.example"));
+    navigation.Begin(u"javascript:void(0)"_s);
+    navigation.Begin(u"mailto:a@b.example"_s);
     EXPECT_TRUE(navigation.HasPage());
 }
 
@@ -152,17 +154,16 @@ TEST(IeBrowser, AnswersWithoutAPage) {
         EXPECT_FALSE(browser.Busy());
     };
     expectEmpty();
-    browser.SetProxy({QStringLiteral("127.0.0.1"), 9, QStringLiteral("u"), QStringLiteral("p")});
+    browser.SetProxy({u"127.0.0.1"_s, 9, u"u"_s, u"p"_s});
     browser.SetProxy({});
-    browser.SetUserAgent(QStringLiteral("Agent/1"));
+    browser.SetUserAgent(u"Agent/1"_s);
     browser.Widget()->show();
     if (IeControl::PageEngineInstalled())
         GTEST_SKIP() << "this system has a page engine";
-    browser.Navigate(QStringLiteral("about:blank"));
+    browser.Navigate(u"about:blank"_s);
     loop.ProcessMessages();
     EXPECT_EQ(completed.size(), 1);
-    EXPECT_EQ(browser.LastError(),
-              QStringLiteral("about:blank: Windows has no page engine for its web browser control"));
+    EXPECT_EQ(browser.LastError(), u"about:blank: Windows has no page engine for its web browser control"_s);
     expectEmpty();
     browser.SetUserAgent({});
 }
@@ -172,13 +173,13 @@ TEST(IeBrowser, GoesBeforeOrAfterItsView) {
         QWidget window;
         IeBrowser browser;
         browser.Widget()->setParent(&window);
-        browser.Navigate(QStringLiteral("about:blank"));
+        browser.Navigate(u"about:blank"_s);
     }
     {
         IeBrowser browser;
         QWidget window;
         browser.Widget()->setParent(&window);
-        browser.Navigate(QStringLiteral("about:blank"));
+        browser.Navigate(u"about:blank"_s);
     }
 }
 

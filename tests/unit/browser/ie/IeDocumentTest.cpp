@@ -1,12 +1,14 @@
-#include "IeDocument.h"
+#include "browser/ie/IeDocument.h"
 
-#include "IeError.h"
 #include "PrintTo.h"
 #include "ScriptedObject.h"
+#include "browser/ie/IeError.h"
 
 #include <gtest/gtest.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 using Test::ScriptedObject;
@@ -19,7 +21,7 @@ struct Page {
     std::vector<ComPointer<ScriptedObject>> Link;
     std::vector<int> Clicked;
 
-    explicit Page(const QStringList& texts = {}, const QString& html = QStringLiteral("<body></body>")) {
+    explicit Page(const QStringList& texts = {}, const QString& html = u"<body></body>"_s) {
         Body->Set(L"outerHTML", html);
         for (const QString& text : texts) {
             Link.push_back(ScriptedObject::Make());
@@ -49,22 +51,22 @@ struct Page {
 };
 
 TEST(IeDocument, ReadsBodyAndLinks) {
-    const QString html = QStringLiteral("<body>\u00e9\U0001F600") + QChar(0) + QStringLiteral("x</body>");
-    Page page({QStringLiteral("Avanti \u203a"), QString(), QStringLiteral("3")}, html);
+    const QString html = u"<body>\u00e9\U0001F600"_s + QChar(0) + u"x</body>"_s;
+    Page page({u"Avanti \u203a"_s, QString(), u"3"_s}, html);
     const IeDocument document = page.Read();
     EXPECT_EQ(document.BodyOuterHtml(MarkupForm::Standard), html);
     EXPECT_EQ(document.LinkCount(), 3);
-    EXPECT_EQ(document.LinkInnerText(0), QStringLiteral("Avanti \u203a"));
+    EXPECT_EQ(document.LinkInnerText(0), u"Avanti \u203a"_s);
     EXPECT_EQ(document.LinkInnerText(1), QString());
-    EXPECT_EQ(document.LinkInnerText(2), QStringLiteral("3"));
+    EXPECT_EQ(document.LinkInnerText(2), u"3"_s);
     document.ClickLink(2);
     document.ClickLink(0);
     EXPECT_EQ(page.Clicked, (std::vector<int>{2, 0}));
 }
 
 TEST(IeDocument, GivesTheFormThatIsAskedForWhateverTheEngineWrites) {
-    const QString standard = QStringLiteral("<body><h3 class=\"a\">b</h3></body>");
-    const QString legacy = QStringLiteral("<BODY><H3 class=a>b</H3></BODY>");
+    const QString standard = u"<body><h3 class=\"a\">b</h3></body>"_s;
+    const QString legacy = u"<BODY><H3 class=a>b</H3></BODY>"_s;
     for (const QString& html : {standard, legacy}) {
         const Page page({}, html);
         EXPECT_EQ(page.Read().BodyOuterHtml(MarkupForm::Standard), standard);
@@ -73,7 +75,7 @@ TEST(IeDocument, GivesTheFormThatIsAskedForWhateverTheEngineWrites) {
 }
 
 TEST(IeDocument, BeyondTheLinksThereIsNothing) {
-    Page page({QStringLiteral("1")});
+    Page page({u"1"_s});
     for (const int index : {-1, 1, 1000}) {
         EXPECT_EQ(page.Read().LinkInnerText(index), QString());
         page.Read().ClickLink(index);
@@ -98,7 +100,7 @@ TEST(IeDocument, WhateverFailsGivesNothing) {
                             Step{L"links", L"length"}, Step{L"links", L"item"}, Step{L"link", L"innerText"}})
         for (size_t answer = 0; answer <= std::size(answers); ++answer) {
             SCOPED_TRACE(QString::fromWCharArray(step.Member).toStdString() + " answer " + std::to_string(answer));
-            Page page({QStringLiteral("1")});
+            Page page({u"1"_s});
             const std::wstring object = step.Object;
             ScriptedObject* const changed = object == L"document" ? page.Document.Get()
                                             : object == L"body"   ? page.Body.Get()
@@ -126,7 +128,7 @@ TEST(IeDocument, WhateverFailsGivesNothing) {
 }
 
 TEST(IeDocument, LetsGoOfAllThatItTook) {
-    Page page({QStringLiteral("1")});
+    Page page({u"1"_s});
     {
         const IeDocument document = page.Read();
         document.BodyOuterHtml(MarkupForm::Standard);
@@ -145,11 +147,9 @@ TEST(IeDocument, LetsGoOfAllThatItTook) {
 }
 
 TEST(LoaderErrorText, IsOneLineForAnyError) {
-    EXPECT_EQ(LoaderErrorText(static_cast<qint32>(0x800C0005)),
-              QStringLiteral("the server or the proxy was not found"));
-    EXPECT_EQ(LoaderErrorText(static_cast<qint32>(0x80004005)),
-              QStringLiteral("the page could not be loaded (error 80004005)"));
-    EXPECT_EQ(LoaderErrorText(0), QStringLiteral("the page could not be loaded (error 00000000)"));
+    EXPECT_EQ(LoaderErrorText(static_cast<qint32>(0x800C0005)), u"the server or the proxy was not found"_s);
+    EXPECT_EQ(LoaderErrorText(static_cast<qint32>(0x80004005)), u"the page could not be loaded (error 80004005)"_s);
+    EXPECT_EQ(LoaderErrorText(0), u"the page could not be loaded (error 00000000)"_s);
 }
 
 } // namespace

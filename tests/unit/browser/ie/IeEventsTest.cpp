@@ -1,4 +1,4 @@
-#include "IeEvents.h"
+#include "browser/ie/IeEvents.h"
 
 #include "PrintTo.h"
 #include "ScriptedObject.h"
@@ -13,6 +13,8 @@
 #include <vector>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 using Test::ScriptedObject;
@@ -28,12 +30,12 @@ public:
     void NavigationFails(const QString& address, qint32 status, bool wholePage) override {
         Note(u"fails", address + u' ' + QString::number(status), wholePage);
     }
-    void FileRefused() override { Heard += QStringLiteral("file refused"); }
+    void FileRefused() override { Heard += u"file refused"_s; }
     void WindowWanted(const QString& address, bool byUser) override {
-        Heard += QStringLiteral("window wanted ") + address + (byUser ? u" by user" : u" unasked");
+        Heard += u"window wanted "_s + address + (byUser ? u" by user" : u" unasked");
     }
     void Progress(qint64 progress, qint64 maximum) override {
-        Heard += QStringLiteral("progress %1 of %2").arg(progress).arg(maximum);
+        Heard += u"progress %1 of %2"_s.arg(progress).arg(maximum);
     }
 
 private:
@@ -132,7 +134,7 @@ protected:
     Recorder Told;
     ComPointer<ScriptedControl> Control = ComPointer<ScriptedControl>::Adopt(new ScriptedControl);
     ComPointer<IeEvents> Events = ComPointer<IeEvents>::Adopt(new IeEvents(Told));
-    const QString Address = QStringLiteral("http://a.example/\u00e9?b=1&c");
+    const QString Address = u"http://a.example/\u00e9?b=1&c"_s;
 };
 
 TEST_F(IeEventsTest, TellsTheWholePageFromItsFrames) {
@@ -142,11 +144,9 @@ TEST_F(IeEventsTest, TellsTheWholePageFromItsFrames) {
         Fire(id, EventArguments().Object(static_cast<IConnectionPoint*>(Control.Get())).Text(Address).ByReference());
         Fire(id, EventArguments().Object(frame.Get()).Text(Address));
     }
-    EXPECT_EQ(
-        Told.Heard,
-        (QStringList{QStringLiteral("begins ") + Address + u" page", QStringLiteral("begins ") + Address + u" frame",
-                     QStringLiteral("shows ") + Address + u" page", QStringLiteral("shows ") + Address + u" frame",
-                     QStringLiteral("loaded ") + Address + u" page", QStringLiteral("loaded ") + Address + u" frame"}));
+    EXPECT_EQ(Told.Heard, (QStringList{u"begins "_s + Address + u" page", u"begins "_s + Address + u" frame",
+                                       u"shows "_s + Address + u" page", u"shows "_s + Address + u" frame",
+                                       u"loaded "_s + Address + u" page", u"loaded "_s + Address + u" frame"}));
 }
 
 TEST_F(IeEventsTest, TellsOfFailuresAndProgress) {
@@ -156,7 +156,7 @@ TEST_F(IeEventsTest, TellsOfFailuresAndProgress) {
                                        .Object(Identity())
                                        .Text(Address)
                                        .ByReference()
-                                       .Text(QStringLiteral("frame"))
+                                       .Text(u"frame"_s)
                                        .ByReference()
                                        .Number(status)
                                        .ByReference()
@@ -166,9 +166,9 @@ TEST_F(IeEventsTest, TellsOfFailuresAndProgress) {
     fail(static_cast<long>(0x800C0005));
     Fire(DISPID_PROGRESSCHANGE, EventArguments().Number(2500).Number(10000));
     Fire(DISPID_PROGRESSCHANGE, EventArguments().Number(-1).Number(0));
-    EXPECT_EQ(Told.Heard, (QStringList{QStringLiteral("fails ") + Address + u" 404 page",
-                                       QStringLiteral("fails ") + Address + u" -2146697211 page",
-                                       QStringLiteral("progress 2500 of 10000"), QStringLiteral("progress -1 of 0")}));
+    EXPECT_EQ(Told.Heard,
+              (QStringList{u"fails "_s + Address + u" 404 page", u"fails "_s + Address + u" -2146697211 page",
+                           u"progress 2500 of 10000"_s, u"progress -1 of 0"_s}));
     EXPECT_EQ(cancel, VARIANT_FALSE) << "the engine shows the user what is wrong";
 }
 
@@ -183,17 +183,16 @@ TEST_F(IeEventsTest, RefusesWindowsAndFiles) {
         EXPECT_EQ(cancel != VARIANT_FALSE, cancels);
         EXPECT_EQ(Told.Heard, heard);
     };
-    const QString opener = QStringLiteral("http://from.example/");
-    for (const auto& [flags, by] : {std::pair<long, QString>{NWMF_FIRST | NWMF_USERINITED, QStringLiteral(" by user")},
-                                    {NWMF_FIRST, QStringLiteral(" unasked")}})
+    const QString opener = u"http://from.example/"_s;
+    for (const auto& [flags, by] :
+         {std::pair<long, QString>{NWMF_FIRST | NWMF_USERINITED, u" by user"_s}, {NWMF_FIRST, u" unasked"_s}})
         expect("window", DISPID_NEWWINDOW3,
                EventArguments().Object(nullptr).Cancel(cancel).Number(flags).Text(opener).Text(Address), true,
-               {QStringLiteral("window wanted ") + Address + by});
+               {u"window wanted "_s + Address + by});
     expect("window without an address", DISPID_NEWWINDOW2, EventArguments().Object(nullptr).Cancel(cancel), true, {});
     expect("closing", DISPID_WINDOWCLOSING, EventArguments().Bool(false).Cancel(cancel), true, {});
     expect("page", DISPID_FILEDOWNLOAD, EventArguments().Bool(true).Cancel(cancel), false, {});
-    expect("file", DISPID_FILEDOWNLOAD, EventArguments().Bool(false).Cancel(cancel), true,
-           {QStringLiteral("file refused")});
+    expect("file", DISPID_FILEDOWNLOAD, EventArguments().Bool(false).Cancel(cancel), true, {u"file refused"_s});
 }
 
 TEST_F(IeEventsTest, MissingArgumentsAndUnknownEventsDoNoHarm) {

@@ -1,14 +1,16 @@
-#include "IePageHost.h"
+#include "browser/ie/IePageHost.h"
 
-#include "IeSession.h"
-#include "IeSite.h"
 #include "PrintTo.h"
+#include "browser/ie/IeSession.h"
+#include "browser/ie/IeSite.h"
 
 #include <gtest/gtest.h>
 #include <idispids.h>
 #include <mshtmdid.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 class IePageHostTest : public testing::Test {
@@ -68,8 +70,8 @@ TEST_F(IePageHostTest, NothingIsPutToTheUser) {
 
 TEST_F(IePageHostTest, GivesTheUserAgent) {
     Ambient(DISPID_AMBIENT_USERAGENT, DISP_E_MEMBERNOTFOUND);
-    Site->Pages().SetUserAgent(QStringLiteral("Agent/1 (a; b)"));
-    EXPECT_EQ(Ambient(DISPID_AMBIENT_USERAGENT).Text(), QStringLiteral("Agent/1 (a; b)"));
+    Site->Pages().SetUserAgent(u"Agent/1 (a; b)"_s);
+    EXPECT_EQ(Ambient(DISPID_AMBIENT_USERAGENT).Text(), u"Agent/1 (a; b)"_s);
     Site->Pages().SetUserAgent({});
     Ambient(DISPID_AMBIENT_USERAGENT, DISP_E_MEMBERNOTFOUND);
 }
@@ -88,7 +90,7 @@ TEST_F(IePageHostTest, TellsTheLoginToTheProxyAlone) {
     };
     EXPECT_EQ(ask(AUTHENTICATEF_PROXY | AUTHENTICATEF_BASIC), E_ACCESSDENIED) << "there is no login";
 
-    Site->Pages().Login().SetProxyLogin({QStringLiteral("proxy"), 80, QStringLiteral("u\u00e9"), QString()});
+    Site->Pages().Login().SetProxyLogin({u"proxy"_s, 80, u"u\u00e9"_s, QString()});
     EXPECT_EQ(ask(AUTHENTICATEF_BASIC), E_ACCESSDENIED);
     EXPECT_EQ(login->Authenticate(&window, &user, &password), E_ACCESSDENIED);
     EXPECT_EQ(user, nullptr);
@@ -110,7 +112,7 @@ std::string UserAgentInForce() {
 TEST(IeSession, SetsTheUserAgentAndTakesItBack) {
     const std::string systemsOwn = UserAgentInForce();
     EXPECT_FALSE(systemsOwn.empty());
-    EXPECT_TRUE(SetSessionUserAgent(QStringLiteral("Agent/1 (a; b)")));
+    EXPECT_TRUE(SetSessionUserAgent(u"Agent/1 (a; b)"_s));
     EXPECT_EQ(UserAgentInForce(), "Agent/1 (a; b)");
     EXPECT_TRUE(SetSessionUserAgent({}));
     EXPECT_EQ(UserAgentInForce(), systemsOwn);

@@ -1,9 +1,9 @@
-#include "WebEngineBrowser.h"
+#include "browser/webengine/WebEngineBrowser.h"
 
-#include "HtmlDocument.h"
 #include "PageServer.h"
 #include "PrintTo.h"
-#include "QtMessageLoop.h"
+#include "core/QtMessageLoop.h"
+#include "page/HtmlDocument.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,6 +13,8 @@
 #include <gtest/gtest.h>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 using Test::PageServer;
@@ -63,7 +65,7 @@ TEST_F(WebEngine, DeliversTheBodyInBothFormsAsTheStaticReadingDoes) {
     for (const QStringView page : pages)
         sources.append(page.toString());
     // Deeper than an engine lets a document become.
-    sources.append(QStringLiteral("<div><i>").repeated(400) + QStringLiteral("x<p>y"));
+    sources.append(u"<div><i>"_s.repeated(400) + u"x<p>y"_s);
     for (const QString& source : sources) {
         Server.Pages["/"] = source.toUtf8();
         ASSERT_TRUE(Load(Server.Address()));
@@ -74,10 +76,9 @@ TEST_F(WebEngine, DeliversTheBodyInBothFormsAsTheStaticReadingDoes) {
 }
 
 TEST_F(WebEngine, WalksLinksAsTheStaticReadingDoes) {
-    const QString source =
-        QStringLiteral("<style>u{display:none}</style><a name=n>no</a><a href=1>\n <b>Avanti</b> \u203a\n</a>"
-                       "<a href=2><div>a</div>b<br>c</a><map><area href=3></map>"
-                       "<template><a href=4>t</a></template><a href='#f' hidden> h <script>s</script></a>");
+    const QString source = u"<style>u{display:none}</style><a name=n>no</a><a href=1>\n <b>Avanti</b> \u203a\n</a>"
+                           "<a href=2><div>a</div>b<br>c</a><map><area href=3></map>"
+                           "<template><a href=4>t</a></template><a href='#f' hidden> h <script>s</script></a>"_s;
     Server.Pages["/"] = source.toUtf8();
     Server.Pages["/1"] = "<p>next</p><a href='?q'>query</a>";
     ASSERT_TRUE(Load(Server.Address()));
@@ -96,8 +97,8 @@ TEST_F(WebEngine, WalksLinksAsTheStaticReadingDoes) {
         return body.contains(u"next");
     }));
     EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
-    EXPECT_EQ(Browser.LocationAddress(), Server.Address(QStringLiteral("/1")));
-    EXPECT_EQ(Browser.LinkInnerText(0), QStringLiteral("query"));
+    EXPECT_EQ(Browser.LocationAddress(), Server.Address(u"/1"_s));
+    EXPECT_EQ(Browser.LinkInnerText(0), u"query"_s);
 
     Browser.GoBack();
     EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"Avanti"); }));
@@ -137,7 +138,7 @@ TEST_F(WebEngine, AHungPageIsLeftWithinFiveSecondsAndCanBeReloaded) {
 TEST_F(WebEngine, ADeadPageIsEmptyAtOnceAndCanBeReloaded) {
     Server.Pages["/"] = "<p>alive";
     ASSERT_TRUE(Load(Server.Address()));
-    Browser.Navigate(QStringLiteral("chrome://crash"));
+    Browser.Navigate(u"chrome://crash"_s);
     EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
     EXPECT_EQ(Body(), QString());
     EXPECT_FALSE(Browser.LastError().isEmpty());
@@ -152,7 +153,7 @@ TEST_F(WebEngine, AsksTheUserNothing) {
     Server.Headers["/login"] = "Status: 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n";
     ASSERT_TRUE(Load(Server.Address()));
     EXPECT_TRUE(Body().contains(u"true null"));
-    ASSERT_TRUE(Load(Server.Address(QStringLiteral("/login"))));
+    ASSERT_TRUE(Load(Server.Address(u"/login"_s)));
     EXPECT_TRUE(Body().contains(u"refused")) << Body().toStdString();
 }
 
@@ -177,25 +178,24 @@ TEST_F(WebEngine, WhatBringsUpNoPageLeavesTheOldOne) {
     for (int link = 0; link < 2; ++link) {
         Browser.ClickLink(link);
         EXPECT_TRUE(Comes([this] { return !Browser.Busy() && Body().contains(u"old"); })) << link;
-        ASSERT_TRUE(Load(Server.Address(link == 0 ? QStringLiteral("/file") : QStringLiteral("/nothing"))));
+        ASSERT_TRUE(Load(Server.Address(link == 0 ? u"/file"_s : u"/nothing"_s)));
         EXPECT_TRUE(Comes([this] { return Body().contains(u"old"); })) << link;
     }
 }
 
 TEST_F(WebEngine, FailuresAreNamedAndAMissingPageIsAPage) {
-    ASSERT_TRUE(Load(Server.Address(QStringLiteral("/missing"))));
+    ASSERT_TRUE(Load(Server.Address(u"/missing"_s)));
     EXPECT_TRUE(Body().contains(u"missing"));
     QTcpServer closed;
     closed.listen(QHostAddress::LocalHost);
     const quint16 port = closed.serverPort();
     closed.close();
-    ASSERT_TRUE(Load(QStringLiteral("127.0.0.1:%1/x").arg(port)));
+    ASSERT_TRUE(Load(u"127.0.0.1:%1/x"_s.arg(port)));
     EXPECT_EQ(Body(), QString());
-    EXPECT_TRUE(Browser.LastError().contains(QStringLiteral("127.0.0.1:%1/x").arg(port)))
-        << Browser.LastError().toStdString();
-    ASSERT_TRUE(Load(QStringLiteral("about:blank")));
+    EXPECT_TRUE(Browser.LastError().contains(u"127.0.0.1:%1/x"_s.arg(port))) << Browser.LastError().toStdString();
+    ASSERT_TRUE(Load(u"about:blank"_s));
     EXPECT_EQ(Browser.LastError(), QString());
-    EXPECT_EQ(Body(), QStringLiteral("<body></body>"));
+    EXPECT_EQ(Body(), u"<body></body>"_s);
 }
 
 TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
@@ -203,9 +203,8 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
     const QByteArray page = "http://directory.example/list";
     proxy.Pages[page] = "<p>by proxy";
     proxy.Headers[page] = "Status: 407 Proxy Authentication Required\r\nProxy-Authenticate: Basic realm=\"x\"\r\n";
-    Browser.SetUserAgent(QStringLiteral("Agent/1"));
-    Browser.SetProxy(
-        {QStringLiteral("127.0.0.1"), proxy.serverPort(), QStringLiteral("user"), QStringLiteral("secret")});
+    Browser.SetUserAgent(u"Agent/1"_s);
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), u"user"_s, u"secret"_s});
     Browser.Navigate(QString::fromLatin1(page));
     const QByteArray login = "Proxy-Authorization: Basic " + QByteArray("user:secret").toBase64();
     EXPECT_TRUE(Comes([&] {
@@ -220,7 +219,7 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
     // A proxy that takes no login is not asked for ever.
     proxy.Headers["http://other.example/"] = proxy.Headers[page] =
         "Status: 407 Proxy Authentication Required\r\nProxy-Authenticate: Basic realm=\"y\"\r\n";
-    ASSERT_TRUE(Load(QStringLiteral("http://other.example/")));
+    ASSERT_TRUE(Load(u"http://other.example/"_s));
 
     Browser.SetProxy({});
     Server.Pages["/"] = "<p>direct";

@@ -1,8 +1,10 @@
-#include "AutomaticSaver.h"
-#include "Errors.h"
 #include "HarvestBench.h"
+#include "core/Errors.h"
+#include "export/AutomaticSaver.h"
 
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 // lead_saver FOLDER STAMP: saves leads to the automatic file and says how many count as exported, until it is killed.
 int main(int argc, char** argv) {
@@ -16,7 +18,7 @@ int main(int argc, char** argv) {
     lead.Name = QString(1000, u'x');
     try {
         for (;;) {
-            saver.AutomaticSave(QString::fromLocal8Bit(argv[1]), QStringLiteral("Results"), AutomaticLine(lead));
+            saver.AutomaticSave(QString::fromLocal8Bit(argv[1]), u"Results"_s, AutomaticLine(lead));
             std::printf("%d\n", bench.State.ExportedNum);
             std::fflush(stdout);
             bench.Status.Panels.clear();

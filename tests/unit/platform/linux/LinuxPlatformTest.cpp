@@ -1,4 +1,4 @@
-#include "CreatePlatform.h"
+#include "platform/CreatePlatform.h"
 
 #include <QDir>
 #include <QElapsedTimer>

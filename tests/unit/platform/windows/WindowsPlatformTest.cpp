@@ -1,9 +1,9 @@
-#include "CreatePlatform.h"
-#include "FileVersion.h"
 #include "PrintTo.h"
-#include "RegistryKey.h"
-#include "TickCount.h"
-#include "WideText.h"
+#include "platform/CreatePlatform.h"
+#include "platform/TickCount.h"
+#include "platform/windows/FileVersion.h"
+#include "platform/windows/RegistryKey.h"
+#include "platform/windows/WideText.h"
 
 #include <QCoreApplication>
 #include <QDir>

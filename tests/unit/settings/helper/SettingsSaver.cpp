@@ -1,7 +1,9 @@
-#include "Errors.h"
-#include "SettingsStore.h"
+#include "core/Errors.h"
+#include "settings/SettingsStore.h"
 
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 // settings_saver FILE: saves a short and a long record in turn, until it is killed.
 int main(int argc, char** argv) {
@@ -14,7 +16,7 @@ int main(int argc, char** argv) {
         for (;;) {
             settings.eRandomProxies.clear();
             store.SaveSettings(settings);
-            settings.eRandomProxies = QStringList(20'000, QStringLiteral("10.0.0.1:8080:user:password"));
+            settings.eRandomProxies = QStringList(20'000, u"10.0.0.1:8080:user:password"_s);
             store.SaveSettings(settings);
             std::puts("saved");
             std::fflush(stdout);

@@ -1,6 +1,6 @@
-#include "HtmlTree.h"
+#include "page/HtmlTree.h"
 
-#include "Errors.h"
+#include "core/Errors.h"
 
 #include <algorithm>
 #include <csetjmp>
@@ -9,6 +9,8 @@
 #include <ctime>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 // The parser's memory. It is given back all at once, so a deep tree is not taken down level by level, and the parser
 // can be left in the middle of a page that needs more memory or time than a page may have.
@@ -96,8 +98,7 @@ HtmlTree::HtmlTree(const QString& html, const PageBounds& bounds)
     : source_(Prepare(html, bounds)), arena_(std::make_unique<Arena>(bounds, source_.Utf8.size())) {
     const GumboOutput* const output = arena_->Parse(source_.Utf8.constData(), static_cast<size_t>(source_.Utf8.size()));
     if (!output)
-        throw Failure(QStringLiteral("the page ") + QLatin1String(arena_->Overrun()) +
-                      QStringLiteral(", so it was not read"));
+        throw Failure(u"the page "_s + QLatin1String(arena_->Overrun()) + u", so it was not read"_s);
     root_ = output->root;
 }
 

@@ -1,7 +1,7 @@
-#include "PageBounds.h"
+#include "page/PageBounds.h"
 
-#include "Errors.h"
-#include "MarkupScanner.h"
+#include "core/Errors.h"
+#include "page/MarkupScanner.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,8 @@
 #include <vector>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -119,7 +121,7 @@ bool IsKnown(QStringView name) {
 }
 
 [[noreturn]] void Refuse(const QString& reason) {
-    throw Failure(QStringLiteral("the page ") + reason + QStringLiteral(", so it was not read"));
+    throw Failure(u"the page "_s + reason + u", so it was not read"_s);
 }
 
 // Characters that the parser takes for errors and replaces, which engines keep. They go through it as characters of
@@ -185,7 +187,7 @@ QString WithControls(const QString& text) {
 
 PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
     if (html.size() > bounds.Size)
-        Refuse(QStringLiteral("has more than %1 characters").arg(bounds.Size));
+        Refuse(u"has more than %1 characters"_s.arg(bounds.Size));
     NestingCount nesting;
     HeadWatch head;
     MarkupScanner scanner(html, MarkupScanner::Reading::Page);
@@ -197,7 +199,7 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
         valueless.clear();
         while (scanner.NextAttribute()) {
             if (++attributes > bounds.Attributes)
-                Refuse(QStringLiteral("has a tag with more than %1 attributes").arg(bounds.Attributes));
+                Refuse(u"has a tag with more than %1 attributes"_s.arg(bounds.Attributes));
             if (attributes > 1 && !scanner.Closing() && scanner.Current().Quoting == MarkupScanner::Quote::NoValue)
                 valueless.push_back(scanner.Current().End);
         }
@@ -206,12 +208,12 @@ PreparedPage Prepare(const QString& html, const PageBounds& bounds) {
         const quint64 id = IdOf({scanner.Name().utf16(), static_cast<size_t>(scanner.Name().size())});
         const bool endsNothing = scanner.Closing() && !nesting.IsOpen(id) && !IsKnown(scanner.Name());
         if (nesting.Add(id, scanner.Closing()) > bounds.Depth)
-            Refuse(QStringLiteral("has more than %1 elements nested in each other").arg(bounds.Depth));
+            Refuse(u"has more than %1 elements nested in each other"_s.arg(bounds.Depth));
         if (endsNothing || (scanner.Closing() && id == IdOf(u"form"))) {
             // Otherwise the end tag of an unknown element ends another one, and the text before that of a form comes
             // to stand behind the form.
             aliased.append(QStringView(html).mid(copied, scanner.TagBegin() - copied));
-            aliased.append(QStringLiteral("<!--") + QLatin1String(flushComment) + QStringLiteral("-->"));
+            aliased.append(u"<!--"_s + QLatin1String(flushComment) + u"-->"_s);
             copied = endsNothing ? scanner.Position() : scanner.TagBegin();
         } else if (const QStringView alias = AliasOf(id, head.InHead()); !alias.isEmpty()) {
             aliased.append(QStringView(html).mid(copied, scanner.NameBegin() - copied));

@@ -1,10 +1,12 @@
-#include "PageAddress.h"
+#include "page/PageAddress.h"
 
-#include "Text.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -65,7 +67,7 @@ QString TypedAddress(const QString& text) {
     // "host:8080/x" has a host before the colon and a digit behind it.
     const qsizetype behind = scheme.size() + 1;
     const bool isPort = !scheme.isEmpty() && behind < address.size() && address[behind].isDigit();
-    return address.isEmpty() || (!scheme.isEmpty() && !isPort) ? address : QStringLiteral("http://") + address;
+    return address.isEmpty() || (!scheme.isEmpty() && !isPort) ? address : u"http://"_s + address;
 }
 
 QStringView WithoutFragment(QStringView address) {

@@ -1,6 +1,6 @@
-#include "MarkupFormText.h"
+#include "page/MarkupFormText.h"
 
-#include "MarkupScanner.h"
+#include "page/MarkupScanner.h"
 
 #include <algorithm>
 #include <array>

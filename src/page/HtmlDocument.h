@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MarkupForm.h"
-#include "PageBounds.h"
+#include "core/MarkupForm.h"
+#include "page/PageBounds.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkupForm.h"
+#include "core/MarkupForm.h"
 
 #include <QString>
 

@@ -1,13 +1,15 @@
-#include "HtmlDocument.h"
+#include "page/HtmlDocument.h"
 
-#include "Errors.h"
-#include "MarkupFormText.h"
 #include "PrintTo.h"
+#include "core/Errors.h"
+#include "page/MarkupFormText.h"
 
 #include <gtest/gtest.h>
 #include <random>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 namespace {
 
 struct BodyCase {
@@ -88,23 +90,19 @@ TEST_P(Body, IsSerialised) {
 INSTANTIATE_TEST_SUITE_P(All, Body, testing::ValuesIn(bodyCases), [](const auto& c) { return c.param.Name; });
 
 TEST(BodyTag, KeepsItsAttributesAndComesInTheFormAskedFor) {
-    const QString page = QStringLiteral("<body class=a lang='b c'><h3 id=x>y</h3>");
-    EXPECT_EQ(BodyOfPage(page, MarkupForm::Standard),
-              QStringLiteral("<body class=\"a\" lang=\"b c\"><h3 id=\"x\">y</h3></body>"));
-    EXPECT_EQ(BodyOfPage(page, MarkupForm::Legacy),
-              QStringLiteral("<BODY class=a lang=\"b c\"><H3 id=x>y</H3></BODY>"));
-    EXPECT_EQ(BodyOfPage(QString(), MarkupForm::Standard), QStringLiteral("<body></body>"));
-    EXPECT_EQ(BodyOfPage(QStringLiteral("<frameset><frame src=a></frameset>"), MarkupForm::Standard),
-              QStringLiteral("<frameset><frame src=\"a\"></frameset>"));
+    const QString page = u"<body class=a lang='b c'><h3 id=x>y</h3>"_s;
+    EXPECT_EQ(BodyOfPage(page, MarkupForm::Standard), u"<body class=\"a\" lang=\"b c\"><h3 id=\"x\">y</h3></body>"_s);
+    EXPECT_EQ(BodyOfPage(page, MarkupForm::Legacy), u"<BODY class=a lang=\"b c\"><H3 id=x>y</H3></BODY>"_s);
+    EXPECT_EQ(BodyOfPage(QString(), MarkupForm::Standard), u"<body></body>"_s);
+    EXPECT_EQ(BodyOfPage(u"<frameset><frame src=a></frameset>"_s, MarkupForm::Standard),
+              u"<frameset><frame src=\"a\"></frameset>"_s);
 }
 
 TEST(BodyTag, WhatLiesTooDeepStandsBesideItsParent) {
-    const QString body =
-        BodyOfPage(QStringLiteral("<div>").repeated(600) + QStringLiteral("x<b>y</b>z"), MarkupForm::Standard);
+    const QString body = BodyOfPage(u"<div>"_s.repeated(600) + u"x<b>y</b>z"_s, MarkupForm::Standard);
     // html, body and 511 more; the rest are neighbours, each with its own text.
-    EXPECT_EQ(body, QStringLiteral("<body>") + QStringLiteral("<div>").repeated(510) +
-                        QStringLiteral("<div></div>").repeated(89) + QStringLiteral("<div>xz</div><b>y</b>") +
-                        QStringLiteral("</div>").repeated(510) + QStringLiteral("</body>"));
+    EXPECT_EQ(body, u"<body>"_s + u"<div>"_s.repeated(510) + u"<div></div>"_s.repeated(89) +
+                        u"<div>xz</div><b>y</b>"_s + u"</div>"_s.repeated(510) + u"</body>"_s);
 }
 
 struct LinkCase {
@@ -143,9 +141,9 @@ TEST_P(Links, HaveTheirShownTexts) {
 INSTANTIATE_TEST_SUITE_P(All, Links, testing::ValuesIn(linkCases), [](const auto& c) { return c.param.Name; });
 
 TEST(HtmlDocument, KnowsItsBaseAndTitle) {
-    const HtmlDocument page(QStringLiteral("<title> A\n B </title><base target=_top><base href=/x/><base href=/y/>"));
-    EXPECT_EQ(page.BaseHref(), QStringLiteral("/x/"));
-    EXPECT_EQ(page.Title(), QStringLiteral("A B"));
+    const HtmlDocument page(u"<title> A\n B </title><base target=_top><base href=/x/><base href=/y/>"_s);
+    EXPECT_EQ(page.BaseHref(), u"/x/"_s);
+    EXPECT_EQ(page.Title(), u"A B"_s);
 }
 
 struct HostileCase {
@@ -162,18 +160,16 @@ QString Numbered(const char* piece, int count) {
 }
 
 const HostileCase hostileCases[] = {
-    {"DeepNesting", QStringLiteral("<div>").repeated(100'000), u"nested"},
-    {"DeepUnclosedFormatting", QStringLiteral("<b>").repeated(100'000), u"nested"},
-    {"DeepPicture", QStringLiteral("<svg><g>").repeated(50'000), u"nested"},
-    {"ManyAttributes", QStringLiteral("<p ") + Numbered("a%1 ", 100'000) + QStringLiteral(">"), u"attributes"},
-    {"AttributesOfATagThatNeverEnds", QStringLiteral("<p ") + Numbered("a%1 ", 100'000), u"attributes"},
-    {"TooLong", QStringLiteral("x").repeated(64 * 1024 * 1024 + 1), u"characters"},
-    {"UnclosedParagraphsAndCells",
-     QStringLiteral("<p>a").repeated(20'000) + QStringLiteral("<table>") + QStringLiteral("<tr><td>b").repeated(20'000),
-     u""},
-    {"UnclosedItemsAndLinks", QStringLiteral("<li><a href=x>a").repeated(20'000), u""},
-    {"ManySmallNests", QStringLiteral("<div><span><b>x</b></span></div>").repeated(20'000), u""},
-    {"StrayEndTags", QStringLiteral("</div></b></p>").repeated(50'000), u""},
+    {"DeepNesting", u"<div>"_s.repeated(100'000), u"nested"},
+    {"DeepUnclosedFormatting", u"<b>"_s.repeated(100'000), u"nested"},
+    {"DeepPicture", u"<svg><g>"_s.repeated(50'000), u"nested"},
+    {"ManyAttributes", u"<p "_s + Numbered("a%1 ", 100'000) + u">"_s, u"attributes"},
+    {"AttributesOfATagThatNeverEnds", u"<p "_s + Numbered("a%1 ", 100'000), u"attributes"},
+    {"TooLong", u"x"_s.repeated(64 * 1024 * 1024 + 1), u"characters"},
+    {"UnclosedParagraphsAndCells", u"<p>a"_s.repeated(20'000) + u"<table>"_s + u"<tr><td>b"_s.repeated(20'000), u""},
+    {"UnclosedItemsAndLinks", u"<li><a href=x>a"_s.repeated(20'000), u""},
+    {"ManySmallNests", u"<div><span><b>x</b></span></div>"_s.repeated(20'000), u""},
+    {"StrayEndTags", u"</div></b></p>"_s.repeated(50'000), u""},
 };
 
 class Hostile : public testing::TestWithParam<HostileCase> {};
@@ -195,7 +191,7 @@ INSTANTIATE_TEST_SUITE_P(All, Hostile, testing::ValuesIn(hostileCases), [](const
 TEST(HtmlDocument, LeavesTheParserWhenAPageCostsTooMuch) {
     PageBounds memory;
     memory.ParserMemory = 4LL * 1024 * 1024;
-    const QString page = QStringLiteral("<b>x</b>").repeated(100'000);
+    const QString page = u"<b>x</b>"_s.repeated(100'000);
     EXPECT_THROW(HtmlDocument(page, memory), Failure);
     PageBounds time;
     time.ParserMs = -1;

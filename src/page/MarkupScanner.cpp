@@ -1,4 +1,4 @@
-#include "MarkupScanner.h"
+#include "page/MarkupScanner.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,9 @@
-#include "HtmlDocument.h"
+#include "page/HtmlDocument.h"
 
-#include "HtmlSerializer.h"
-#include "HtmlTree.h"
-#include "InnerText.h"
-#include "MarkupFormText.h"
+#include "page/HtmlSerializer.h"
+#include "page/HtmlTree.h"
+#include "page/InnerText.h"
+#include "page/MarkupFormText.h"
 
 namespace Brindle {
 

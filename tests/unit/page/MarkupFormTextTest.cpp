@@ -1,4 +1,4 @@
-#include "MarkupFormText.h"
+#include "page/MarkupFormText.h"
 
 #include "PrintTo.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PageBounds.h"
+#include "page/PageBounds.h"
 
 #include <QByteArray>
 

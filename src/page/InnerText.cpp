@@ -1,6 +1,6 @@
-#include "InnerText.h"
+#include "page/InnerText.h"
 
-#include "HtmlTree.h"
+#include "page/HtmlTree.h"
 
 #include <algorithm>
 

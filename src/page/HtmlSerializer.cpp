@@ -1,7 +1,7 @@
-#include "HtmlSerializer.h"
+#include "page/HtmlSerializer.h"
 
-#include "HtmlTree.h"
-#include "MarkupScanner.h"
+#include "page/HtmlTree.h"
+#include "page/MarkupScanner.h"
 
 #include <algorithm>
 #include <cstring>
