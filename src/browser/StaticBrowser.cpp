@@ -3,7 +3,7 @@
 #include "core/Errors.h"
 #include "net/TextDecoder.h"
 #include "page/MarkupFormText.h"
-#include "page/PageAddress.h"
+#include "toolkit/PageAddress.h"
 
 #include <QLocale>
 

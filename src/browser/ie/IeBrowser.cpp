@@ -3,7 +3,7 @@
 #include "browser/ie/IeError.h"
 #include "browser/ie/IeSession.h"
 #include "browser/ie/IeWidget.h"
-#include "page/PageAddress.h"
+#include "toolkit/PageAddress.h"
 
 namespace Brindle {
 

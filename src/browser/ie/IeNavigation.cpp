@@ -1,6 +1,6 @@
 #include "browser/ie/IeNavigation.h"
 
-#include "page/PageAddress.h"
+#include "toolkit/PageAddress.h"
 
 #include <utility>
 

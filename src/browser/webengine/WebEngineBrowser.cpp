@@ -2,7 +2,7 @@
 
 #include "browser/webengine/WebEnginePage.h"
 #include "page/MarkupFormText.h"
-#include "page/PageAddress.h"
+#include "toolkit/PageAddress.h"
 
 #include <QAction>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "page/PageAddress.h"
+#include "toolkit/PageAddress.h"
 
 #include "toolkit/Text.h"
 
