@@ -3,6 +3,7 @@
 #include "i18n/LanguageFile.h"
 #include "platform/CreatePlatform.h"
 #include "platform/TickCount.h"
+#include "settings/OptionsFile.h"
 #include "settings/SettingsStore.h"
 #include "settings/SettingsText.h"
 
@@ -25,11 +26,32 @@ Settings LoadSettingsInForce(const CommandLine& line, Platform& platform) {
         if (equals < 0)
             throw UsageError(u"--set: \u201C%1\u201D is not of the form KEY=VALUE"_s.arg(assignment));
         QString reason;
+        if (IsMoreOptionKey(assignment.first(equals))) {
+            MoreOptions ignored; // they have a record of their own; a wrong one is wrong for every command
+            if (!SetMoreOption(ignored, assignment.first(equals), assignment.sliced(equals + 1), reason))
+                throw UsageError(u"--set: %1"_s.arg(reason));
+            continue;
+        }
         if (!SetOption(settings, assignment.first(equals), assignment.sliced(equals + 1), platform.GetDocumentsFolder(),
                        reason))
             throw UsageError(u"--set: %1"_s.arg(reason));
     }
     return settings;
+}
+
+MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Console& console) {
+    const QDir folder = line.SettingsFileName ? QFileInfo(*line.SettingsFileName).dir() : platform.SettingsFolder();
+    QStringList problems;
+    MoreOptions options = OptionsFile(folder.filePath(u"options.toml"_s)).Load(problems);
+    for (const QString& problem : problems)
+        console.Error(problem);
+    for (const QString& assignment : line.Overrides) {
+        const QString key = assignment.section(u'=', 0, 0);
+        QString reason;
+        if (IsMoreOptionKey(key) && !SetMoreOption(options, key, assignment.section(u'=', 1), reason))
+            throw UsageError(u"--set: %1"_s.arg(reason));
+    }
+    return options;
 }
 
 SitesFile LoadSites(const CommandLine& line) {
@@ -42,6 +64,7 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
       Sites(std::move(sites)),
       Catalogue(Sites.Catalogue()),
       Options(LoadSettingsInForce(line, *System)),
+      More(LoadOptionsInForce(line, *System, console)),
       Loop(SystemTickCount),
       Notices(console),
       Fetcher(State, Options, Texts, Loop, Status),

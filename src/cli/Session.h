@@ -5,6 +5,7 @@
 #include "cli/Interrupt.h"
 #include "cli/LeadReport.h"
 #include "core/Harvest.h"
+#include "core/MoreOptions.h"
 #include "core/Platform.h"
 #include "core/QtMessageLoop.h"
 #include "core/SitesFile.h"
@@ -28,6 +29,10 @@ inline constexpr int Interrupted = 130;
 /// override that is none.
 Settings LoadSettingsInForce(const CommandLine& line, Platform& platform);
 
+/// The options beyond them: `options.toml` beside the settings file, then the overrides with a dot in their key. What
+/// is wrong with the file is said on the console and stops nothing. Throws `UsageError` for an override that is none.
+MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Console& console);
+
 /// The deployment file in force. Throws `Failure` when it cannot be read.
 SitesFile LoadSites(const CommandLine& line);
 
@@ -46,6 +51,7 @@ public:
     SitesFile Sites;
     SiteCatalogue Catalogue;
     Settings Options;
+    MoreOptions More;
     MessageTexts Texts;
     QtMessageLoop Loop;
     LeadList Leads;
