@@ -1,5 +1,6 @@
 #include "cli/RunCli.h"
 
+#include "cli/AnyPageCommands.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
 
@@ -59,7 +60,7 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
             return RunWithEngine(arguments);
         return RunHarvest(line, console, webBrowser);
     case Command::Parse:
-        return RunParse(line, console);
+        return line.Site == anyPageSite ? RunParseAnyPage(line, console) : RunParse(line, console);
     case Command::Emails:
         return RunEmails(line, console);
     case Command::Fetch:
@@ -70,14 +71,16 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         return RunSettings(line);
     case Command::Language:
         return RunLanguage(line, console);
+    case Command::Next:
+        return RunNext(line, console);
+    case Command::Explain:
+        return RunExplain(line, console);
     case Command::Help:
         WriteToStandardOutput(UsageText().toLocal8Bit());
         return ExitStatus::Done;
     case Command::Version:
         WriteToStandardOutput("Brindle " BRINDLE_VERSION "\n");
         return ExitStatus::Done;
-    case Command::Next:
-    case Command::Explain:
     case Command::Teach:
     case Command::Run:
     case Command::Work:

@@ -1,0 +1,128 @@
+#include "cli/AnyPageCommands.h"
+
+#include "cli/Commands.h"
+#include "cli/LeadOutput.h"
+#include "cli/Session.h"
+#include "core/BusinessKey.h"
+#include "discovery/AnyPage.h"
+#include "discovery/Explain.h"
+#include "net/TextDecoder.h"
+#include "toolkit/PageAddress.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+PageTree TreeOfFile(const QString& fileName) {
+    const QString shownName = QDir::toNativeSeparators(fileName);
+    QFile file(fileName);
+    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+    const QByteArray bytes = opened ? file.readAll() : QByteArray();
+    if (!opened || file.error() != QFileDevice::NoError)
+        throw Failure(u"%1: %2"_s.arg(shownName, file.errorString()));
+    try {
+        return PageTree(DecodePage(bytes));
+    } catch (const Failure& failure) {
+        throw Failure(u"%1: %2"_s.arg(shownName, failure.Message()));
+    }
+}
+
+QString PageUrlOf(const CommandLine& line) {
+    const QString url = TypedAddress(line.PageUrl);
+    if (SiteOf(url).isEmpty())
+        throw UsageError(u"--url: \u201C%1\u201D is no address of a web page"_s.arg(line.PageUrl));
+    return url;
+}
+
+AnyPageReading ReadingOfFile(const CommandLine& line) {
+    const QString url = PageUrlOf(line);
+    return ReadAnyPage(TreeOfFile(line.Arguments.first()), url);
+}
+
+// Lists or saves the leads that are new to the harvest.
+class NewLeads {
+public:
+    explicit NewLeads(Session& session) : session_(session) {}
+
+    void Keep(const Lead& lead) {
+        const QString key = BusinessKey(lead);
+        if (!key.isEmpty()) {
+            if (seen_.contains(key))
+                return;
+            seen_.insert(key);
+        }
+        if (session_.Job.LeadKept)
+            session_.Job.LeadKept(lead);
+        if (!session_.Options.cExportAutomatic) {
+            session_.Leads.Append(lead);
+            return;
+        }
+        try {
+            session_.Saver.AutomaticSave(session_.Options.eExportFolder, u"Results"_s, AutomaticLine(lead));
+        } catch (const SaveError& error) {
+            session_.Leads.Append(lead);
+            session_.Job.Fail(error.Message());
+        }
+    }
+
+private:
+    Session& session_;
+    QSet<QString> seen_;
+};
+
+} // namespace
+
+int RunParseAnyPage(const CommandLine& line, Console& console) {
+    const QString url = PageUrlOf(line);
+    Session session(line, console, LoadSites(line));
+    session.State.CurrID = anyPageSite.toString();
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    output.Begin();
+    session.Job.Begin();
+    NewLeads leads(session);
+    int status = ExitStatus::Done;
+    for (const QString& fileName : line.Arguments) {
+        if (session.State.ShouldStop || !output.Error().isEmpty())
+            break;
+        try {
+            const PageTree page = TreeOfFile(fileName);
+            for (const PageRecord& record : ReadAnyPage(page, url).Records) {
+                if (session.State.ShouldStop)
+                    break;
+                leads.Keep(record.Fields);
+            }
+            console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
+        } catch (const Failure& failure) {
+            console.Error(failure.Message());
+            status = ExitStatus::Failed;
+        }
+    }
+    console.Report(session.Report.Text());
+    if (!output.Error().isEmpty())
+        console.Error(output.Error());
+    if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())
+        status = ExitStatus::Failed;
+    return session.StatusOrInterrupted(status);
+}
+
+int RunNext(const CommandLine& line, Console&) {
+    const QString url = PageUrlOf(line);
+    const PageTree page = TreeOfFile(line.Arguments.first());
+    const QString address = FindNextPage(page, PageLines(page), url).Address;
+    if (!address.isEmpty())
+        WriteToStandardOutput(address.toUtf8() + '\n');
+    return ExitStatus::Done;
+}
+
+int RunExplain(const CommandLine& line, Console&) {
+    WriteToStandardOutput(ExplainReading(ReadingOfFile(line)));
+    return ExitStatus::Done;
+}
+
+} // namespace Brindle

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cli/CommandLine.h"
+#include "cli/Console.h"
+
+namespace Brindle {
+
+/// `parse --site AUTO`: the leads of saved pages of any directory.
+int RunParseAnyPage(const CommandLine& line, Console& console);
+/// `next`: the address of the page on which the list of a saved page goes on.
+int RunNext(const CommandLine& line, Console& console);
+/// `explain`: what was found on a saved page and why, as JSON.
+int RunExplain(const CommandLine& line, Console& console);
+
+/// The site code that stands for a directory that nobody described.
+inline constexpr QStringView anyPageSite = u"AUTO";
+
+} // namespace Brindle

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/Lead.h"
+#include "discovery/NextPage.h"
+#include "page/PageTree.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace Brindle {
+
+/// A business that a page lists, and where it stands: the nodes [Begin, End) of the page. `Begin` is `noNode` for one
+/// that stands in the page's structured data alone.
+struct PageRecord {
+    Lead Fields;
+    NodeIndex Begin = noNode;
+    NodeIndex End = noNode;
+};
+
+/// How a field was read.
+struct FieldReading {
+    Field Column = Field::Category;
+    QString Selector; ///< of the elements within the record, as CSS; empty when they have nothing in common
+    int Filled = 0;   ///< records in which it has a value
+    QString Why;
+};
+
+/// A list that was considered.
+struct ListCandidate {
+    QString Selector;
+    int Records = 0;
+    double Score = 0;
+    QString Verdict; ///< "taken", or why not
+};
+
+/// What a page of any directory was read as.
+struct AnyPageReading {
+    std::vector<PageRecord> Records; ///< in the page's order; empty where nothing was sure enough
+    QString Source;         ///< "json-ld", "microdata", "rdfa", "microformats" or "shape"; empty for no records
+    QString RecordSelector; ///< CSS of the records' elements; empty when they are in structured data alone
+    std::vector<FieldReading> Fields;
+    NextPageLink Next;
+    std::vector<ListCandidate> Candidates; ///< the best first
+};
+
+/// Reads the businesses that a page lists, whoever made it, and where the list goes on: by what the page says of itself
+/// and by the shape of its lists. `url` is the page's address. The same page gives the same reading. Linear in the
+/// page; never throws for what a page holds. Where nothing is sure enough there are no records.
+AnyPageReading ReadAnyPage(const PageTree& page, const QString& url);
+
+} // namespace Brindle

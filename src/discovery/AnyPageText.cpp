@@ -1,0 +1,176 @@
+#include "discovery/AnyPageText.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Brindle {
+
+namespace {
+
+constexpr std::array<QStringView, 52> blockNames{
+    u"address", u"article", u"aside",  u"blockquote", u"body",    u"caption",  u"center",     u"dd",     u"details",
+    u"dialog",  u"dir",     u"div",    u"dl",         u"dt",      u"fieldset", u"figcaption", u"figure", u"footer",
+    u"form",    u"h1",      u"h2",     u"h3",         u"h4",      u"h5",       u"h6",         u"header", u"hgroup",
+    u"hr",      u"html",    u"legend", u"li",         u"main",    u"menu",     u"nav",        u"ol",     u"option",
+    u"p",       u"pre",     u"search", u"section",    u"summary", u"table",    u"tbody",      u"td",     u"tfoot",
+    u"th",      u"thead",   u"tr",     u"ul",         u"video",   u"frameset", u"br"};
+
+constexpr std::array<QStringView, 15> silentNames{u"script", u"style",  u"template", u"head",     u"select",
+                                                  u"iframe", u"object", u"textarea", u"canvas",   u"datalist",
+                                                  u"audio",  u"video",  u"noembed",  u"noframes", u"noscript"};
+
+bool IsBlank(QChar c) {
+    return c.isSpace() || c == QChar(0x200B) || c == QChar(0xFEFF);
+}
+
+std::vector<bool> FlagsOf(const PageTree& page, std::span<const QStringView> names) {
+    std::vector<bool> flags(static_cast<size_t>(page.NameCount()), false);
+    for (const QStringView name : names)
+        if (const int id = page.NameIdOf(name); id >= 0)
+            flags[static_cast<size_t>(id)] = true;
+    return flags;
+}
+
+} // namespace
+
+class PageLines::Builder {
+public:
+    Builder(PageLines& lines, const PageTree& page)
+        : lines_(lines), page_(page), blocks_(FlagsOf(page, blockNames)), silent_(FlagsOf(page, silentNames)) {}
+
+    void Build() {
+        const NodeIndex body = page_.Body();
+        if (body == noNode)
+            return;
+        // Where open elements end, the innermost last.
+        std::vector<NodeIndex> blockEnds;
+        for (NodeIndex node = body; node < page_.End(body);) {
+            while (!blockEnds.empty() && blockEnds.back() <= node) {
+                blockEnds.pop_back();
+                EndLine();
+            }
+            if (page_.IsElement(node)) {
+                const auto name = static_cast<size_t>(page_.NameId(node));
+                if (silent_[name] || page_.Space(node) != NodeSpace::Html) {
+                    node = page_.End(node);
+                    continue;
+                }
+                if (blocks_[name]) {
+                    EndLine();
+                    blockEnds.push_back(page_.End(node));
+                } else {
+                    tagBefore_ = true;
+                }
+            } else if (page_.IsText(node)) {
+                AddText(node);
+            }
+            ++node;
+        }
+        EndLine();
+    }
+
+private:
+    void AddText(NodeIndex node) {
+        const QStringView text = page_.Text(node);
+        const qsizetype begin = lines_.Text.size();
+        qsizetype at = 0;
+        while (at < text.size()) {
+            if (IsBlank(text[at])) {
+                blankBefore_ = true;
+                ++at;
+                continue;
+            }
+            qsizetype end = at + 1;
+            while (end < text.size() && !IsBlank(text[end]))
+                ++end;
+            const bool lineBegun = lineBegin_ < lines_.Text.size();
+            // Neighbouring elements without a blank are told apart by the page's style: "<b>12345</b><b>Town</b>".
+            const bool apart = tagBefore_ && lineBegun && lines_.Text.back().isLetterOrNumber() &&
+                               text[at].isLetterOrNumber() && page_.Parent(node) != lastParent_ &&
+                               !page_.Contains(lastParent_, node) && !page_.Contains(page_.Parent(node), lastNode_);
+            if (lineBegun && (blankBefore_ || apart))
+                lines_.Text += u' ';
+            if (lines_.Pieces.empty() || lines_.Pieces.back().Node != node)
+                lines_.Pieces.push_back({node, lines_.Text.size(), 0, static_cast<int>(lines_.Lines.size())});
+            lines_.Text += text.sliced(at, end - at);
+            lines_.Pieces.back().Length = lines_.Text.size() - lines_.Pieces.back().Begin;
+            blankBefore_ = false;
+            tagBefore_ = false;
+            at = end;
+        }
+        if (lines_.Text.size() > begin) {
+            lastNode_ = node;
+            lastParent_ = page_.Parent(node);
+        }
+    }
+
+    void EndLine() {
+        const qsizetype length = lines_.Text.size() - lineBegin_;
+        if (length > 0) {
+            const int pieces = static_cast<int>(lines_.Pieces.size());
+            lines_.Lines.push_back({lineBegin_, length, firstPiece_, pieces - firstPiece_});
+            firstPiece_ = pieces;
+            lineBegin_ = lines_.Text.size();
+        }
+        blankBefore_ = false;
+        tagBefore_ = false;
+        lastNode_ = lastParent_ = noNode;
+    }
+
+    PageLines& lines_;
+    const PageTree& page_;
+    std::vector<bool> blocks_;
+    std::vector<bool> silent_;
+    qsizetype lineBegin_ = 0;
+    int firstPiece_ = 0;
+    bool blankBefore_ = false;
+    bool tagBefore_ = false;
+    NodeIndex lastNode_ = noNode;
+    NodeIndex lastParent_ = noNode;
+};
+
+PageLines::PageLines(const PageTree& page) {
+    Builder(*this, page).Build();
+}
+
+int PageLines::PieceFrom(NodeIndex node) const {
+    const auto found = std::lower_bound(Pieces.begin(), Pieces.end(), node,
+                                        [](const TextPiece& piece, NodeIndex wanted) { return piece.Node < wanted; });
+    return static_cast<int>(found - Pieces.begin());
+}
+
+QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStringView between, qsizetype most) {
+    QString shown;
+    int line = -1;
+    qsizetype behind = 0;
+    for (auto i = static_cast<size_t>(lines.PieceFrom(begin)); i < lines.Pieces.size(); ++i) {
+        const TextPiece& piece = lines.Pieces[i];
+        if (piece.Node >= end || shown.size() >= most)
+            break;
+        if (line >= 0 && piece.Line != line)
+            shown += between;
+        else if (line >= 0 && piece.Begin > behind)
+            shown += u' ';
+        shown += lines.TextOf(piece);
+        line = piece.Line;
+        behind = piece.Begin + piece.Length;
+    }
+    shown.truncate(most);
+    return shown;
+}
+
+bool HoldsNoText(const PageTree& page, NodeIndex element) {
+    return page.Space(element) != NodeSpace::Html ||
+           std::find(silentNames.begin(), silentNames.end(), page.Name(element)) != silentNames.end();
+}
+
+QString BareWords(QStringView text) {
+    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate(); };
+    while (!text.isEmpty() && isMark(text.front()))
+        text = text.sliced(1);
+    while (!text.isEmpty() && isMark(text.back()))
+        text.chop(1);
+    return text.toString().toLower().simplified();
+}
+
+} // namespace Brindle

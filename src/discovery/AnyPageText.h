@@ -1,0 +1,57 @@
+#pragma once
+
+#include "page/PageTree.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <vector>
+
+namespace Brindle {
+
+/// A run of shown text between two block boundaries or line breaks.
+struct TextLine {
+    qsizetype Begin = 0; ///< in `PageLines::Text`
+    qsizetype Length = 0;
+    int FirstPiece = 0; ///< in `PageLines::Pieces`
+    int PieceCount = 0;
+};
+
+/// What one text node gives to its line.
+struct TextPiece {
+    NodeIndex Node = noNode;
+    qsizetype Begin = 0; ///< in `PageLines::Text`
+    qsizetype Length = 0;
+    int Line = 0;
+};
+
+/// The shown text of a page's body, line by line in the page's order: white space is collapsed; scripts, styles,
+/// templates, lists of choices and graphics are left out. Style sheets are not read. Linear in the page.
+class PageLines {
+public:
+    explicit PageLines(const PageTree& page);
+
+    QString Text; ///< of all lines, one after the other
+    std::vector<TextLine> Lines;
+    std::vector<TextPiece> Pieces;
+
+    QStringView TextOf(const TextLine& line) const { return QStringView(Text).sliced(line.Begin, line.Length); }
+    QStringView TextOf(const TextPiece& piece) const { return QStringView(Text).sliced(piece.Begin, piece.Length); }
+    /// The number of the first piece whose node is `node` or stands behind it; `Pieces.size()` when there is none.
+    int PieceFrom(NodeIndex node) const;
+
+private:
+    class Builder;
+};
+
+/// The shown text within [begin, end), lines joined by `between`, cut off behind `most` characters.
+QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStringView between = u" ",
+                  qsizetype most = 2000);
+
+/// Whether nothing within an element is text that a page shows.
+bool HoldsNoText(const PageTree& page, NodeIndex element);
+
+/// The lower-cased text without marks at its ends ("Next »" is "next"), blanks collapsed.
+QString BareWords(QStringView text);
+
+} // namespace Brindle

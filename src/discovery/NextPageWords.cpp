@@ -1,0 +1,154 @@
+#include "discovery/NextPageWords.h"
+
+#include <QSet>
+#include <QString>
+
+#include <array>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// In the order: English, German, French, Spanish, Catalan, Portuguese, Italian, Dutch, Polish, Czech, Slovak,
+// Hungarian, Romanian, Swedish, Danish and Norwegian, Finnish, Estonian, Latvian, Lithuanian, Turkish, Greek, Russian,
+// Ukrainian, Bulgarian, Croatian and Serbian, Slovenian, Japanese, Chinese, Korean, Arabic, Hebrew, Persian, Thai,
+// Vietnamese, Indonesian and Malay, Hindi.
+constexpr auto strongWords =
+    u"next|next page|next results|next results page|go to next page|go to the next page|show next|next set|"
+    u"next listings|view next page|next entries|older posts|older entries|page next|nextpage|to next page|"
+    u"nächste|nächste seite|nächsten|naechste seite|zur nächsten seite|gehe zur nächsten seite|nächste treffer|"
+    u"nächste ergebnisse|nächste seite anzeigen|vorwärts|seite vor|eine seite vor|folgende seite|ältere "
+    u"beiträge|ältere einträge|"
+    u"suivant|suivante|suivants|page suivante|suivantes|résultats suivants|la page suivante|aller à la page "
+    u"suivante|articles plus anciens|"
+    u"siguiente|siguientes|página siguiente|pagina siguiente|siguiente página|ir a la página siguiente|"
+    u"resultados siguientes|página próxima|"
+    u"següent|següents|pàgina següent|"
+    u"próximo|próxima|próximos|próxima página|proxima página|proxima pagina|seguinte|página seguinte|próx|"
+    u"successivo|successiva|successivi|pagina successiva|prossima|prossimo|prossima pagina|pagina seguente|seguente|"
+    u"vai alla pagina successiva|"
+    u"volgende|volgende pagina|naar volgende pagina|naar de volgende pagina|volgende resultaten|"
+    u"następna|następny|następne|następna strona|kolejna|kolejna strona|następne wyniki|nastepna|przejdź do następnej "
+    u"strony|"
+    u"další|další strana|další stránka|další stránku|následující|následující strana|následující stránka|"
+    u"ďalšia|ďalší|ďalšia strana|ďalšia stránka|nasledujúca|nasledujúca strana|"
+    u"következő|következő oldal|"
+    u"următoarea|următorul|pagina următoare|urmatoarea|urmatorul|pagina urmatoare|următoare|"
+    u"nästa|nästa sida|"
+    u"næste|næste side|neste|neste side|"
+    u"seuraava|seuraava sivu|seuraavat|"
+    u"järgmine|järgmine lehekülg|järgmine leht|"
+    u"nākamā|nākamā lapa|nākamais|"
+    u"kitas|kitas puslapis|sekantis|sekantis puslapis|"
+    u"sonraki|sonraki sayfa|ileri|"
+    u"επόμενη|επόμενο|επόμενα|επόμενη σελίδα|επομενη|"
+    u"следующая|следующая страница|следующие|следующий|на следующую страницу|след|след стр|вперёд|вперед|"
+    u"наступна|наступна сторінка|наступні|наст|"
+    u"следваща|следваща страница|напред|"
+    u"sljedeća|sljedeća stranica|sljedeće|sledeća|sledeća strana|sledeća stranica|следећа|следећа страна|следећа "
+    u"страница|"
+    u"naslednja|naslednja stran|"
+    u"次へ|次|次のページ|次ページ|次のページへ|次頁|次を表示|次の|次を見る|"
+    u"下一页|下一頁|下页|下頁|后一页|後一頁|往后|下一页>|翻到下一页|"
+    u"다음|다음 페이지|다음페이지|다음 목록|"
+    u"التالي|التالية|الصفحة التالية|"
+    u"הבא|הבאה|לעמוד הבא|הדף הבא|העמוד הבא|לדף הבא|"
+    u"بعدی|صفحه بعد|صفحه بعدی|"
+    u"ถัดไป|หน้าถัดไป|หน้าต่อไป|"
+    u"trang sau|trang tiếp|trang tiếp theo|tiếp theo|trang kế|trang kế tiếp|kế tiếp|"
+    u"berikutnya|halaman berikutnya|selanjutnya|halaman selanjutnya|seterusnya|halaman seterusnya|"
+    u"अगला|अगला पृष्ठ|अगले";
+
+constexpr auto weakWords =
+    u"older|older articles|previous entries|previous posts|more|more results|see more|"
+    u"show more|load more|view more|more listings|show more results|load more results|see more "
+    u"results|forward|continue|"
+    u"weiter|weitere|mehr|mehr anzeigen|mehr laden|weitere ergebnisse|weitere treffer|mehr ergebnisse|"
+    u"plus|voir plus|afficher plus|plus de résultats|articles précédents|"
+    u"más|ver más|mostrar más|cargar más|más resultados|entradas antiguas|entradas anteriores|adelante|"
+    u"més|més resultats|"
+    u"mais|ver mais|carregar mais|mais resultados|mostrar mais|avançar|posts antigos|postagens mais antigas|"
+    u"avanti|altri|altri risultati|mostra altri|carica altri|articoli precedenti|vecchi articoli|post più vecchi|"
+    u"verder|meer|meer resultaten|meer laden|toon meer|ouder|oudere berichten|"
+    u"dalej|więcej|pokaż więcej|więcej wyników|starsze wpisy|starsze|załaduj więcej|"
+    u"dál|více|vpřed|načíst další|zobrazit další|načíst další příběhy|další výsledky|starší příspěvky|"
+    u"ďalej|viac|zobraziť ďalšie|"
+    u"tovább|több|továbbiak|régebbi bejegyzések|"
+    u"înainte|mai mult|mai multe rezultate|"
+    u"visa fler|fler resultat|äldre inlägg|framåt|"
+    u"vis flere|flere resultater|ældre indlæg|eldre innlegg|"
+    u"lisää|näytä lisää|vanhemmat|edasi|rohkem|tālāk|vairāk|toliau|daugiau|"
+    u"daha fazla|devam|eski yazılar|"
+    u"περισσότερα|παλαιότερα|"
+    u"далее|дальше|ещё|показать ещё|показать еще|предыдущие записи|старые записи|"
+    u"далі|більше|показати ще|ще|"
+    u"dalje|više|prikaži više|učitaj još|naprej|več|"
+    u"もっと見る|さらに表示|続きを見る|以前の記事|古い記事|過去の記事|"
+    u"更多|加载更多|載入更多|查看更多|더보기|더 보기|"
+    u"المزيد|עוד|تالی|بیشتر|เพิ่มเติม|ดูเพิ่มเติม|"
+    u"xem thêm|sau|tiếp|lebih banyak|lainnya|lanjut|muat lebih banyak|tampilkan lebih banyak|और";
+
+// The things of which there is a next one that is no page of a list.
+constexpr auto otherThings = std::to_array<QStringView>(
+    {u"article", u"post",    u"month",   u"week",      u"day",     u"year",  u"image",   u"photo",    u"picture",
+     u"slide",   u"event",   u"story",   u"chapter",   u"thread",  u"topic", u"product", u"item",     u"video",
+     u"episode", u"game",    u"issue",   u"song",      u"project", u"level", u"step",    u"question", u"monat",
+     u"woche",   u"tag",     u"artikel", u"beitrag",   u"bild",    u"thema", u"mois",    u"semaine",  u"jour",
+     u"mes",     u"semana",  u"mese",    u"settimana", u"maand",   u"foto",  u"miesiąc", u"měsíc",    u"месяц",
+     u"статья",  u"тема",    u"запись",  u"記事",      u"月",      u"翌月",  u"篇",      u"章",       u"主题",
+     u"集",      u"subject", u"message"});
+
+QSet<QString> Split(QStringView list) {
+    QSet<QString> words;
+    for (const QStringView word : QStringView(list).split(u'|'))
+        words.insert(word.toString());
+    return words;
+}
+
+// "next 20 results": the number and what is counted say nothing more.
+QString WithoutCount(const QString& words) {
+    qsizetype at = 0;
+    while (at < words.size() && !words[at].isDigit())
+        ++at;
+    return at == words.size() ? QString() : words.first(at).simplified();
+}
+
+} // namespace
+
+NextWord NextWordIn(const QString& words) {
+    static const QSet<QString> strong = Split(strongWords);
+    static const QSet<QString> weak = Split(weakWords);
+    if (words.isEmpty() || words.size() > 60)
+        return NextWord::None;
+    if (strong.contains(words))
+        return NextWord::Strong;
+    if (weak.contains(words))
+        return NextWord::Weak;
+    const QString begin = WithoutCount(words);
+    if (words.size() <= 30 && strong.contains(begin))
+        return NextWord::Strong;
+    if (words.size() <= 30 && weak.contains(begin))
+        return NextWord::Weak;
+    // "Next page: 3 of 10", "Next page of restaurants"
+    if ((words.startsWith(u"next page ") || words.startsWith(u"next results ")) && !NamesOtherNext(words))
+        return NextWord::Strong;
+    return NextWord::None;
+}
+
+bool NamesOtherNext(const QString& words) {
+    for (const QStringView thing : otherThings) {
+        const qsizetype at = words.indexOf(thing);
+        if (at < 0)
+            continue;
+        const bool isWord = thing.front().unicode() >= 0x2E80 ||
+                            ((at == 0 || !words[at - 1].isLetter()) &&
+                             (at + thing.size() == words.size() || !words[at + thing.size()].isLetter()));
+        if (isWord)
+            return true;
+    }
+    return false;
+}
+
+} // namespace Brindle
