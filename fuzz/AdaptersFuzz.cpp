@@ -50,7 +50,7 @@ void FetchInTurn(Test::HarvestBench& bench, const QStringList& pages) {
 void ReadOnce(Test::HarvestBench& bench, const QString& page) {
     try {
         GetDataResults(bench.Job, SiteAdapters(), page);
-    } catch (const std::exception&) {
+    } catch (const PageError&) {
         // Ends the reading of this page only; the driver goes on.
     }
 }

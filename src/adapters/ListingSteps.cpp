@@ -43,8 +43,12 @@ void SaveOrList(Harvest& harvest, const Lead& lead, const QString& key) {
 
 } // namespace
 
-bool IsListed(const Harvest& harvest, const QString& detailsLink) {
-    return harvest.Leads.DuplicatedItems.Contains(UpperTrimmed(detailsLink));
+bool IsListed(Harvest& harvest, const QString& detailsLink) {
+    const QString key = UpperTrimmed(detailsLink);
+    const bool listed = harvest.Leads.DuplicatedItems.Contains(key);
+    if (listed) // otherwise it counts as a record of the page when it is kept
+        harvest.Records.Add(key);
+    return listed;
 }
 
 bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead) {
@@ -52,6 +56,7 @@ bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead) {
         return false;
     harvest.PumpMessages();
     const QString key = UpperTrimmed(lead.DetailsLink);
+    harvest.Records.Add(key.isEmpty() ? UpperTrimmed(QString(lead.Name + lead.Phone + lead.FullAddress)) : key);
     const bool listed = !key.isEmpty() && harvest.Leads.DuplicatedItems.Contains(key);
     if (!TrimmedView(lead.Name).isEmpty() && !listed) {
         if (rules.DropsOddWebsites && !StartsWithFolded(lead.Website, u"http"))

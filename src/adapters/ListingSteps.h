@@ -25,8 +25,9 @@ struct ListingRules {
     bool CountsExtracted = false;       ///< leads count as extracted
 };
 
-/// Whether the lead's details link is that of a lead in the results list. An empty link is held when an empty key is.
-bool IsListed(const Harvest& harvest, const QString& detailsLink);
+/// Whether the lead's details link is that of a lead in the results list; the listing then is passed over. An empty
+/// link is held when an empty key is.
+bool IsListed(Harvest& harvest, const QString& detailsLink);
 
 /// What remains to be done once the fields of a listing are read: stop test, name and duplicate tests, e-mail search on
 /// the business's website, map link, clean-up, counting, saving or listing, list count in the status bar. False when

@@ -2,7 +2,7 @@
 
 #include "adapters/FieldTable.h"
 #include "adapters/ItalianSites.h"
-#include "core/Delay.h"
+#include "adapters/PageTurning.h"
 #include "toolkit/Markup.h"
 #include "toolkit/Text.h"
 
@@ -14,7 +14,6 @@ namespace {
 
 // Longer ones are the directory's own tracking links.
 constexpr qsizetype longestWebsite = 60;
-constexpr qint32 waitAfterClick = 3000;
 
 const Marker tagEnd(u">");
 const Marker tagBegin(u"<");
@@ -129,24 +128,13 @@ void GetPagEmailDetails(QStringView block, Lead& lead) {
         lead.Category = StripTags(text.TakeBetween(upperCategory, upperCategoryEnd));
 }
 
-bool GetPagEmailNextURL(PageTurn& turn, const QString& page) {
-    Harvest& harvest = turn.Job;
+TurnedPage GetPagEmailNextURL(PageTurn& turn, const QString& page) {
     const QString target = NextPageNumber(page);
-    if (target != u"1") {
-        harvest.Status.SetPanel(0, harvest.Texts.Text(Message::Request));
-        turn.tmrParse.SetEnabled(true);
-        harvest.State.Parsing = true;
-    }
-    const int count = turn.Browser.LinkCount();
-    for (int index = 0; index < count && !harvest.Loop.Quitting(); ++index) {
-        harvest.PumpMessages();
-        if (Trim(turn.Browser.LinkInnerText(index)) != target)
-            continue;
-        turn.Browser.ClickLink(index);
-        Delay(harvest.Loop, waitAfterClick);
-        return true;
-    }
-    return false;
+    const bool goesOn = target != u"1";
+    if (goesOn)
+        turn.Job.Status.SetPanel(0, turn.Job.Texts.Text(Message::Request));
+    const bool clicked = ClickFirstLink(turn, [&](const QString& text) { return Trim(text) == target; });
+    return {.Clicked = clicked, .GoesOn = goesOn};
 }
 
 } // namespace Brindle

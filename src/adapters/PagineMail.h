@@ -13,7 +13,7 @@ void GetYPPagEmailDataResults(Harvest& harvest, const QString& page);
 void GetPagEmailDetails(QStringView block, Lead& lead);
 
 /// Turns to the next result page by a click on the link that carries its number. On the way back to page 1 the link is
-/// clicked, but the harvest ends. True when a link was clicked.
-bool GetPagEmailNextURL(PageTurn& turn, const QString& page);
+/// clicked, but the harvest ends. Without a link of that number the page stays, and the harvest goes on.
+TurnedPage GetPagEmailNextURL(PageTurn& turn, const QString& page);
 
 } // namespace Brindle

@@ -8,6 +8,8 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr ListingRules rules{
@@ -127,7 +129,7 @@ void ReadLocation(WorkingText& text, Lead& lead) {
     const QStringList parts = SplitText(text.TakeBetween(tagEnd, closingTag), u",");
     lead.City = parts[0];
     if (parts.size() < 2)
-        throw IndexError("the location of a details page has no comma");
+        throw IndexError(u"the location of %1 has no comma"_s.arg(lead.DetailsLink));
     const QStringList words = SplitText(TrimmedView(parts[1]), u" ");
     if (!lead.City.isEmpty())
         lead.FullAddress += u", " + lead.City;

@@ -2,7 +2,7 @@
 
 #include "adapters/FieldTable.h"
 #include "adapters/ItalianSites.h"
-#include "core/Delay.h"
+#include "adapters/PageTurning.h"
 #include "toolkit/Markup.h"
 #include "toolkit/Text.h"
 
@@ -10,7 +10,6 @@ namespace Brindle {
 
 namespace {
 
-constexpr qint32 waitAfterClick = 3000;
 // A street this short is a house number or a stray particle; the result page then has the better one.
 constexpr qsizetype shortStreet = 5;
 
@@ -88,7 +87,7 @@ void ReadLink(WorkingText& text, Lead& lead) {
         lead.DetailsLink = text.TakeBetween(href, quote).toString();
 }
 
-bool IsPassedOver(const Harvest& harvest, const QString& link) {
+bool IsPassedOver(Harvest& harvest, const QString& link) {
     return ContainsExact(link, u"social=view") || ContainsExact(link, u"void") || !ContainsExact(link, u"http://") ||
            IsListed(harvest, link) || ContainsExact(link, u"?");
 }
@@ -164,21 +163,9 @@ void GetUVirgilioDetails1(Harvest& harvest, Lead& lead) {
         lead.Website.clear();
 }
 
-bool GetVirgilioNextURL(PageTurn& turn) {
-    Harvest& harvest = turn.Job;
-    const int count = turn.Browser.LinkCount();
-    for (int index = 0; index < count && !harvest.Loop.Quitting(); ++index) {
-        harvest.PumpMessages();
-        if (!ContainsExact(turn.Browser.LinkInnerText(index), u"Avanti"))
-            continue;
-        turn.Browser.ClickLink(index);
-        Delay(harvest.Loop, waitAfterClick);
-        harvest.Status.SetPanel(0, harvest.Texts.Text(Message::Request));
-        turn.tmrParse.SetEnabled(true);
-        harvest.State.Parsing = false;
-        return true;
-    }
-    return false;
+TurnedPage GetVirgilioNextURL(PageTurn& turn) {
+    const bool clicked = ClickFirstLink(turn, [](const QString& text) { return ContainsExact(text, u"Avanti"); });
+    return {.Clicked = clicked, .GoesOn = clicked, .OpenToStart = true};
 }
 
 } // namespace Brindle

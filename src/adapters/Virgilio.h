@@ -12,7 +12,7 @@ void GetYPVirgilioDataResults(Harvest& harvest, const QString& page);
 /// them; when the page cannot be fetched the other fields are empty.
 void GetUVirgilioDetails1(Harvest& harvest, Lead& lead);
 
-/// Turns to the next result page by a click on the link that says so. True when there is one.
-bool GetVirgilioNextURL(PageTurn& turn);
+/// Turns to the next result page by a click on the link that says so; without one the harvest ends.
+TurnedPage GetVirgilioNextURL(PageTurn& turn);
 
 } // namespace Brindle

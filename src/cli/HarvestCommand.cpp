@@ -74,6 +74,16 @@ public:
         sincePage_.start();
     }
 
+    void PageGivenUp(const QString& address, const QString& reason) override {
+        session_.Report.AddPageGivenUp();
+        session_.Out.Error(u"%1: not read to the end: %2"_s.arg(ShownAddress(address), reason));
+    }
+
+    void PagesRepeat(const QString& address) override {
+        session_.Out.Note(u"%1: read before with the same records; the result pages go round in a circle, so the "
+                          "harvest ends here"_s.arg(ShownAddress(address)));
+    }
+
     void HarvestEnded() override { ended_ = true; }
 
 private:

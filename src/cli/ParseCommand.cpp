@@ -52,8 +52,10 @@ void ReadPage(Session& session, const CommandLine& line, const QString& fileName
     }
     try {
         GetDataResults(session.Job, SiteAdapters(), page);
-    } catch (const std::exception&) {
-        // As in a harvest, a malformed field ends the reading of its page; the leads before it stay.
+    } catch (const PageError& error) {
+        // As in a harvest, the reading of this page ends; the leads before the place stay.
+        session.Report.AddPageGivenUp();
+        session.Out.Error(u"%1: not read to the end: %2"_s.arg(QDir::toNativeSeparators(fileName), error.Message()));
     }
 }
 

@@ -21,9 +21,15 @@ class SaveError : public Failure {
     using Failure::Failure;
 };
 
-/// A reader asked for an item that a malformed field does not have. It ends the reading of the page in hand.
-class IndexError : public std::out_of_range {
-    using std::out_of_range::out_of_range;
+/// What a directory's reader throws when it cannot go on with the page in hand. The reading of that page ends; the leads
+/// before the place stay.
+class PageError : public Failure {
+    using Failure::Failure;
+};
+
+/// A reader asked for an item that a malformed field does not have.
+class IndexError : public PageError {
+    using PageError::PageError;
 };
 
 } // namespace Brindle

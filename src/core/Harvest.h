@@ -4,6 +4,7 @@
 #include "core/LeadList.h"
 #include "core/MessageLoop.h"
 #include "core/MessageTexts.h"
+#include "core/PageRecords.h"
 #include "core/Services.h"
 #include "core/Settings.h"
 #include "core/SiteCatalogue.h"
@@ -60,10 +61,13 @@ public:
     EmailSource& Emails;
     LeadSaver& Saver;
 
+    /// The records of the page in hand, listed before or not: what tells a page that is read a second time.
+    PageRecords Records;
+
     /// Called for every lead that was listed or saved; may be empty.
     std::function<void(const Lead&)> LeadKept;
 
-    bool ShouldStop() const { return State.ShouldStop; }
+    bool ShouldStop() const { return State.ShouldStop || Loop.Quitting(); }
     /// Handles pending messages.
     void PumpMessages() { Loop.ProcessMessages(); }
 

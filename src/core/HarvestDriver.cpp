@@ -1,11 +1,11 @@
 #include "core/HarvestDriver.h"
 
 #include "core/Delay.h"
+#include "core/Errors.h"
 #include "toolkit/Marker.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace Brindle {
 
@@ -29,9 +29,17 @@ void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, con
     if (!adapter)
         return;
     const bool pauses = adapter->Code == SiteCode::InfobelItaly;
-    adapter->GetDataResults(harvest, page);
-    if (pauses)
-        Delay(harvest.Loop, 5000);
+    const auto pause = [&] {
+        if (pauses && !harvest.ShouldStop())
+            Delay(harvest.Loop, 5000);
+    };
+    try {
+        adapter->GetDataResults(harvest, page);
+    } catch (const PageError&) {
+        pause();
+        throw;
+    }
+    pause();
 }
 
 HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
@@ -49,16 +57,35 @@ void HarvestDriver::Start() {
     HarvestState& state = harvest_.State;
     if (state.Parsing)
         return;
+    if (inTick_ && state.ShouldStop) {
+        // The stopped round is still waiting further up the stack; it must not take the new harvest for its own.
+        startDue_ = true;
+        state.Parsing = true;
+        return;
+    }
+    Launch();
+}
+
+void HarvestDriver::Launch() {
+    HarvestState& state = harvest_.State;
+    startDue_ = false;
     iStart_ = harvest_.Loop.TickCount();
     harvest_.Begin();
+    pagesRead_.Clear();
+    loadedAnew_ = false;
     harvest_.Status.SetPanel(2, harvest_.Texts.WithNumber(Message::ExportedCount, state.ExportedNum));
+    const quint32 stopsBefore = stops_;
     harvest_.PumpMessages();
+    if (stops_ != stopsBefore || harvest_.Loop.Quitting())
+        return;
     state.ShouldStop = false;
     state.Parsing = true;
     tmrParse_->SetEnabled(true);
 }
 
 void HarvestDriver::Stop() {
+    ++stops_;
+    startDue_ = false;
     tmrParse_->SetEnabled(false);
     harvest_.State.ShouldStop = true;
     harvest_.State.Parsing = false;
@@ -124,6 +151,8 @@ void HarvestDriver::OnTimer() {
     do {
         tickDue_ = false;
         Tick();
+        if (startDue_ && !harvest_.Loop.Quitting())
+            Launch();
         // A Start during the tick has armed the timer; the tick that fell due meanwhile has its turn now.
     } while (tickDue_ && tmrParse_->Enabled() && !harvest_.Loop.Quitting());
     inTick_ = false;
@@ -139,12 +168,17 @@ void HarvestDriver::Tick() {
     state.Parsing = false;
     harvest_.Status.SetPanel(0, {});
 
+    // Reading can wait for the page, too, so messages are handled meanwhile.
     const QString page = browser_.BodyOuterHtml(MarkupFormOf(state.CurrID));
+    if (harvest_.ShouldStop())
+        return Finish();
     iStop_ = harvest_.Loop.TickCount();
     if (iStop_ - iStart_ > refreshAfter) {
         browser_.Refresh();
         iStart_ = harvest_.Loop.TickCount();
         Delay(harvest_.Loop, 2000);
+        if (harvest_.ShouldStop())
+            return Finish();
     }
     GetInitTokens(page, state.CurrID, markers_, state.CurrSite);
     if (!ContainsFolded(page, markers_.TknInitList) || !ContainsFolded(page, markers_.TknEndList)) {
@@ -164,46 +198,80 @@ void HarvestDriver::Tick() {
         observer_->PageRead();
     if (state.ShouldStop)
         return Finish();
+    const SiteAdapter* const adapter = AdapterOf(adapters_, state.CurrID);
+    const bool turnsItself = adapter && adapter->TurnPage; // such pages may all have one address
+    if (!turnsItself && IsRepeated()) {
+        Finish();
+        if (observer_)
+            observer_->PagesRepeat(browser_.LocationAddress());
+        return;
+    }
 
     const bool hasNextPage =
         ContainsFolded(page, markers_.TknNextPageText) && !ContainsFolded(page, markers_.TknNextPageDisabled);
     if (!hasNextPage)
         return Finish();
-
-    const SiteAdapter* const adapter = AdapterOf(adapters_, state.CurrID);
-    if (adapter && adapter->TurnPage) {
-        PageTurn turn{harvest_, browser_, *tmrParse_};
-        const bool loaded = adapter->TurnPage(turn, page);
-        if (observer_ && tmrParse_->Enabled())
-            observer_->RoundEnded(loaded);
-        return;
-    }
-
-    const QString link = NextPageLink(page);
-    if (!link.isEmpty()) {
-        harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
-        browser_.Navigate(u"about:blank"_s);
-        Delay(harvest_.Loop, 2000);
-        if (harvest_.Loop.Quitting())
-            return;
-        browser_.Navigate(MadeAbsolute(link));
-        Delay(harvest_.Loop, 3000);
-        if (state.CurrID == SiteCode::InfobelItaly)
-            Delay(harvest_.Loop, 7000);
-    }
-    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
-    tmrParse_->SetEnabled(true);
-    state.Parsing = true;
-    if (observer_)
-        observer_->RoundEnded(!link.isEmpty());
+    if (turnsItself)
+        TurnBy(*adapter, page);
+    else
+        LoadNext(page);
 }
 
 void HarvestDriver::ReadPage(const QString& page) {
+    harvest_.Records = {};
     try {
         GetDataResults(harvest_, adapters_, page);
-    } catch (const std::exception&) {
-        // A malformed field ends the reading of this page; the leads read so far stay, and the next page has its turn.
+    } catch (const PageError& error) {
+        if (observer_)
+            observer_->PageGivenUp(browser_.LocationAddress(), error.Message());
     }
+}
+
+bool HarvestDriver::IsRepeated() {
+    const QString page = browser_.LocationAddress() + u' ' + harvest_.Records.Text();
+    const bool known = pagesRead_.Contains(page);
+    if (!known)
+        pagesRead_.Add(page);
+    return known && loadedAnew_;
+}
+
+void HarvestDriver::TurnBy(const SiteAdapter& adapter, const QString& page) {
+    PageTurn turn{harvest_, browser_};
+    const TurnedPage turned = adapter.TurnPage(turn, page);
+    if (harvest_.ShouldStop())
+        return Finish();
+    if (turned.GoesOn)
+        GoOn(turned.Clicked, turned.OpenToStart);
+}
+
+void HarvestDriver::LoadNext(const QString& page) {
+    const QString link = NextPageLink(page);
+    loadedAnew_ = !link.isEmpty();
+    if (loadedAnew_) {
+        // Site and layout are those of the page that was read; they can change while messages are handled.
+        const QString address = MadeAbsolute(link);
+        const bool slow = harvest_.State.CurrID == SiteCode::InfobelItaly;
+        harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+        browser_.Navigate(u"about:blank"_s);
+        Delay(harvest_.Loop, 2000);
+        if (harvest_.ShouldStop())
+            return Finish();
+        browser_.Navigate(address);
+        Delay(harvest_.Loop, 3000);
+        if (slow && !harvest_.ShouldStop())
+            Delay(harvest_.Loop, 7000);
+        if (harvest_.ShouldStop())
+            return Finish();
+    }
+    GoOn(loadedAnew_, false);
+}
+
+void HarvestDriver::GoOn(bool nextPageLoaded, bool openToStart) {
+    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+    tmrParse_->SetEnabled(true);
+    harvest_.State.Parsing = !openToStart;
+    if (observer_)
+        observer_->RoundEnded(nextPageLoaded);
 }
 
 void HarvestDriver::Finish() {

@@ -19,12 +19,18 @@ public:
     virtual void PageRead() {}
     /// The round's next-page step is done; the timer is armed for another tick.
     virtual void RoundEnded(bool /*nextPageLoaded*/) {}
+    /// The adapter could not go on with the page at `address`; the leads before the place stay, the harvest goes on.
+    virtual void PageGivenUp(const QString& /*address*/, const QString& /*reason*/) {}
+    /// The next page, loaded anew from `address`, is one that the harvest has read before: same address, same records.
+    /// The result pages go round in a circle, so the harvest ends here.
+    virtual void PagesRepeat(const QString& /*address*/) {}
     /// The harvest has come to its end: no next page, or stopped.
     virtual void HarvestEnded() {}
 };
 
-/// Runs a page through the adapter of the current site; an unknown code does nothing. What an adapter throws passes
-/// through, except that the pause which Infobel Italy asks for after each page is made in any case.
+/// Runs a page through the adapter of the current site; an unknown code does nothing. A `PageError` of the adapter
+/// passes through. The pause which Infobel Italy asks for after each page is made in either case, unless the harvest
+/// was stopped.
 void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, const QString& page);
 
 /// Walks a directory's result pages in the browser: once a second a tick reads the page that is shown, hands a complete
@@ -36,7 +42,8 @@ public:
     HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
                   HarvestObserver* observer = nullptr);
 
-    /// Starts a harvest on the page that the browser shows; does nothing while one is in progress.
+    /// Starts a harvest on the page that the browser shows; does nothing while one is in progress. While a tick that
+    /// was stopped still waits, the new harvest begins when that one has ended.
     void Start();
     /// Ends the harvest: transfers are aborted, an adapter ends at its next listing. Waits a second.
     void Stop();
@@ -53,9 +60,16 @@ public:
     void Go(const QString& address);
 
 private:
+    void Launch();
     void OnTimer();
     void Tick();
     void ReadPage(const QString& page);
+    /// Whether the page just read is a next page that was loaded anew and is known already; it is known from now on.
+    bool IsRepeated();
+    void TurnBy(const SiteAdapter& adapter, const QString& page);
+    void LoadNext(const QString& page);
+    /// Arms the timer for another round.
+    void GoOn(bool nextPageLoaded, bool openToStart);
     void Finish();
     /// The address of the next page as the page gives it; empty when no link can be taken.
     QString NextPageLink(const QString& page) const;
@@ -72,6 +86,10 @@ private:
     quint32 iStop_ = 0;  // tick count of the current tick
     bool inTick_ = false;
     bool tickDue_ = false;
+    bool startDue_ = false; // Start was pressed while a stopped tick still waits
+    quint32 stops_ = 0;
+    bool loadedAnew_ = false; // the page that is shown was loaded as the next one
+    DuplicateKeys pagesRead_; // address and records of each
 };
 
 } // namespace Brindle

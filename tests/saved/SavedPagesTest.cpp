@@ -1,6 +1,7 @@
 #include "HarvestBench.h"
 #include "PrintTo.h"
 #include "adapters/Adapters.h"
+#include "core/Errors.h"
 #include "core/HarvestDriver.h"
 #include "core/SitesFile.h"
 #include "page/HtmlDocument.h"
@@ -109,7 +110,7 @@ TEST_P(SavedFolder, IsReadAsAPersonReadsIt) {
             bench.State.CurrSite = 2;
         try {
             GetDataResults(job, SiteAdapters(), body);
-        } catch (const std::exception&) {
+        } catch (const PageError&) {
             // The leads read so far stay, as in a harvest.
         }
     }

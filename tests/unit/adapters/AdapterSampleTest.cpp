@@ -2,6 +2,7 @@
 
 #include "PrintTo.h"
 #include "adapters/Adapters.h"
+#include "core/Errors.h"
 #include "core/HarvestDriver.h"
 #include "toolkit/Text.h"
 
@@ -17,7 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 void ReadAsDriver(HarvestBench& bench, const QString& page) {
     try {
         GetDataResults(bench.Job, SiteAdapters(), page);
-    } catch (const std::exception&) {
+    } catch (const PageError&) {
         // The leads read so far stay.
     }
 }
@@ -115,6 +116,17 @@ TEST_P(EveryAdapter, SearchesWebsitesForMissingEmails) {
     ReadAsDriver(searching, sample.Page());
     EXPECT_EQ(searching.Emails.Asked, wanted);
     EXPECT_EQ(searching.AllLeads(), leads);
+}
+
+TEST_P(EveryAdapter, TellsAPageThatItReadBeforeByItsRecords) {
+    ReadAsDriver(bench, sample.Page());
+    const PageRecords first = std::exchange(bench.Job.Records, {});
+    EXPECT_EQ(first.Count(), sample.Listings.size());
+    ReadAsDriver(bench, sample.Page());
+    EXPECT_EQ(bench.Job.Records.Text(), first.Text());
+    bench.Job.Records = {};
+    ReadAsDriver(bench, sample.Head + sample.Listings.last() + sample.Tail);
+    EXPECT_NE(bench.Job.Records.Text(), first.Text());
 }
 
 TEST_P(EveryAdapter, SavesAutomatically) {

@@ -109,14 +109,13 @@ class Turning : public testing::Test {
 protected:
     HarvestBench bench{SiteCode::PagineMail};
     ScriptedBrowser browser;
-    std::unique_ptr<MessageLoop::Timer> timer = bench.Loop.CreateTimer(100'000, [] {});
 
-    bool Turn(const QString& page, const QStringList& linkTexts) {
+    TurnedPage Turn(const QString& page, const QStringList& linkTexts) {
         QList<ScriptedBrowser::Link> links;
         for (const QString& text : linkTexts)
             links.append({text, u"http://next.test"_s});
         browser.LinksOf = {{QString(), links}};
-        PageTurn turn{bench.Job, browser, *timer};
+        PageTurn turn{bench.Job, browser};
         return GetPagEmailNextURL(turn, page);
     }
 };
@@ -126,7 +125,7 @@ TEST_F(Turning, ClicksTheLinkWithTheNextPagesNumber) {
         QString Page;
         QStringList Links;
         int Clicked; // -1: none
-        bool Armed;
+        bool GoesOn;
     };
     const QString bar = u"Vai a pagina 9\"<ul class=\"pagination x\"><strong>2</strong><a title=\"Vai a pagina %1\">"_s;
     const Case cases[] = {
@@ -137,14 +136,13 @@ TEST_F(Turning, ClicksTheLinkWithTheNextPagesNumber) {
     };
     for (const Case& c : cases) {
         browser.Calls.clear();
-        timer->SetEnabled(false);
-        bench.State.Parsing = false;
         const qint64 before = bench.Loop.Now();
-        EXPECT_EQ(Turn(c.Page, c.Links), c.Clicked >= 0);
+        const TurnedPage turned = Turn(c.Page, c.Links);
+        EXPECT_EQ(turned.Clicked, c.Clicked >= 0);
+        EXPECT_EQ(turned.GoesOn, c.GoesOn);
+        EXPECT_FALSE(turned.OpenToStart);
         EXPECT_EQ(browser.Calls, c.Clicked < 0 ? QStringList() : QStringList{u"click %1"_s.arg(c.Clicked)});
         EXPECT_EQ(bench.Loop.Now() - before, c.Clicked < 0 ? 0 : 3000);
-        EXPECT_EQ(timer->Enabled(), c.Armed);
-        EXPECT_EQ(bench.State.Parsing, c.Armed);
         browser.Navigate({});
     }
 }

@@ -16,14 +16,14 @@ using Test::ScriptedBrowser;
 
 // What the stand-in adapter does with a page; set by each test.
 std::function<void(Harvest&, const QString&)> readPage;
-std::function<bool(PageTurn&)> turnPage;
+std::function<TurnedPage(PageTurn&)> turnPage;
 
 void ReadPage(Harvest& harvest, const QString& page) {
     if (readPage)
         readPage(harvest, page);
 }
 
-bool TurnPage(PageTurn& turn, const QString&) {
+TurnedPage TurnPage(PageTurn& turn, const QString&) {
     return turnPage(turn);
 }
 
@@ -37,7 +37,13 @@ class Ending : public HarvestObserver {
 public:
     void HarvestEnded() override { ++Ends; }
     void RoundEnded(bool nextPageLoaded) override { Rounds.push_back(nextPageLoaded); }
+    void PageGivenUp(const QString& address, const QString& reason) override {
+        GivenUp.append(address + u'|' + reason);
+    }
+    void PagesRepeat(const QString& address) override { Repeated.append(address); }
     int Ends = 0;
+    QStringList GivenUp;
+    QStringList Repeated;
     std::vector<bool> Rounds;
 };
 
@@ -194,24 +200,41 @@ TEST_F(Driving, ADisabledNextLinkEndsTheHarvest) {
     EXPECT_EQ(browser.LastForm, MarkupForm::Legacy);
 }
 
-TEST_F(Driving, StopEndsItInEveryWait) {
-    // A page takes: tick at 1000, a second's wait, the adapter at 2000, two seconds on the blank page, three on the
-    // next.
-    struct Case {
-        qint64 StopAt;
-        int PagesRead;
-        int NavigationsMade;
-    };
-    const Case cases[] = {{500, 0, 0}, {1500, 0, 0}, {3000, 1, 2}, {5000, 1, 2}};
-    for (const Case& c : cases) {
+// The waits of a round, with the first tick at 1000. A US page: a second until it is read at 2000, two on the blank
+// page, three on the next one. Infobel Italy waits five seconds more behind its reading and seven behind the next page.
+struct StopCase {
+    QStringView Site;
+    qint64 StopAt;
+    int PagesRead;
+    int NavigationsMade;
+    bool ShowsFinished; // what is left in the status bar; Stop itself clears it
+};
+const StopCase stopCases[] = {
+    {SiteCode::UsYellowPages, 500, 0, 0, false},  {SiteCode::UsYellowPages, 1500, 0, 0, false},
+    {SiteCode::UsYellowPages, 3000, 1, 1, true},  {SiteCode::UsYellowPages, 5000, 1, 2, true},
+    {SiteCode::InfobelItaly, 4000, 1, 0, true},   {SiteCode::InfobelItaly, 8000, 1, 1, true},
+    {SiteCode::InfobelItaly, 10'000, 1, 2, true}, {SiteCode::InfobelItaly, 15'000, 1, 2, true},
+};
+
+class Stopping : public Driving {
+protected:
+    void StartOn(QStringView site) {
         browser.Calls.clear();
         pagesRead.clear();
         driver.reset();
-        Build(SiteCode::UsYellowPages);
-        browser.Pages = {{page1, UsPage(u"/2"_s)}, {page2, UsPage(u"/3"_s)}};
+        Build(site);
+        const QString infobel = u"<h1 class=pageh1> <a href=\"/2\">successivo</A> id=footer"_s;
+        const bool us = site == SiteCode::UsYellowPages;
+        browser.Pages = {{page1, us ? UsPage(u"/2"_s) : infobel}, {page2, us ? UsPage(u"/3"_s) : infobel}};
         browser.Navigate(page1);
         browser.Calls.clear();
         driver->Start();
+    }
+};
+
+TEST_F(Stopping, EndsTheHarvestInEveryWait) {
+    for (const StopCase& c : stopCases) {
+        StartOn(c.Site);
         bench->Loop.Post(c.StopAt, [this] { driver->Stop(); });
         bench->Loop.RunToIdle(60'000);
         EXPECT_EQ(pagesRead.size(), c.PagesRead) << c.StopAt;
@@ -220,7 +243,109 @@ TEST_F(Driving, StopEndsItInEveryWait) {
         EXPECT_EQ(bench->Pages.Disconnects, 2);
         EXPECT_FALSE(bench->State.Parsing) << c.StopAt;
         EXPECT_FALSE(driver->Running());
+        EXPECT_EQ(bench->Status.Last(0), c.ShowsFinished ? u"Finished"_s : QString()) << c.StopAt;
     }
+}
+
+TEST_F(Stopping, TheStoppedRoundDoesNotGoOnWhenStartComesInTheSameWait) {
+    for (const StopCase& c : stopCases) {
+        StartOn(c.Site);
+        bench->Loop.Post(c.StopAt, [this] { driver->Stop(); });
+        bench->Loop.Post(c.StopAt + 200, [this] {
+            browser.Pages.clear(); // the new harvest finds nothing, so whatever is read or loaded is the old round's
+            bench->State.ExtractedNum = 5;
+            driver->Start();
+            EXPECT_TRUE(bench->State.Parsing);
+        });
+        bench->Loop.RunUntil(60'000);
+        EXPECT_EQ(pagesRead.size(), c.PagesRead) << c.StopAt;
+        EXPECT_EQ(Navigations().size(), c.NavigationsMade) << c.StopAt;
+        EXPECT_TRUE(bench->State.Parsing && driver->Running()) << c.StopAt;
+        EXPECT_FALSE(bench->State.ShouldStop);
+        EXPECT_EQ(bench->State.ExtractedNum, 0);
+    }
+}
+
+TEST_F(Stopping, WhileThePageIsReadOrRefreshed) {
+    StartOn(SiteCode::UsYellowPages);
+    // Messages are handled while the browser waits for a page whose script hangs; it gets nothing then.
+    const auto pages = std::exchange(browser.Pages, {});
+    browser.OnRead = [this] { driver->Stop(); };
+    bench->Loop.RunUntil(20'000);
+    EXPECT_TRUE(pagesRead.isEmpty());
+    EXPECT_FALSE(bench->State.Parsing || driver->Running());
+    browser.OnRead = nullptr;
+    browser.Pages = pages;
+    driver->Start();
+    bench->Loop.RunUntil(23'000);
+    EXPECT_EQ(pagesRead.size(), 1);
+
+    StartOn(SiteCode::UsYellowPages);
+    browser.Pages.clear();
+    bench->Loop.Post(182'000, [this] { driver->Stop(); }); // refreshed at 181,000, then two seconds
+    bench->Loop.RunUntil(200'000);
+    EXPECT_EQ(browser.Calls.count(u"refresh"_s), 1);
+    EXPECT_FALSE(bench->State.Parsing || driver->Running());
+}
+
+TEST_F(Stopping, AStopThatIsHandledWithTheStartIsNotLost) {
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage({}));
+    bench->Loop.Post(0, [this] { driver->Stop(); });
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_TRUE(pagesRead.isEmpty());
+    EXPECT_FALSE(bench->State.Parsing || driver->Running());
+}
+
+TEST_F(Driving, TheNextPageIsThatOfTheSiteThatWasRead) {
+    Build(SiteCode::InfobelItaly);
+    Show(page1, u"<H1 class=Pageh1> <a href=\"/2\">successivo</A> id=footer"_s);
+    Show(page2, u"<H1 class=Pageh1> id=footer"_s);
+    bench->Loop.Post(8000, [this] { // on the blank page
+        bench->State.SelectedEntry = u"http://other.test (Other)"_s;
+        bench->State.CurrID = SiteCode::UsYellowPages.toString();
+    });
+    bench->Loop.Post(18'500, [this] { EXPECT_TRUE(ending.Rounds.empty()); }); // that site's long wait is made
+    driver->Start();
+    bench->Loop.RunUntil(19'000);
+    EXPECT_EQ(ending.Rounds.size(), 1U);
+    EXPECT_EQ(Navigations(), (QStringList{page1, u"about:blank"_s, page2}));
+}
+
+TEST_F(Driving, ACircleOfPagesEndsTheHarvest) {
+    bool fresh = false;
+    readPage = [&](Harvest& harvest, const QString& page) {
+        pagesRead.append(page);
+        harvest.Records.Add(fresh ? QString::number(pagesRead.size()) : page);
+    };
+    Build(SiteCode::UsYellowPages);
+    Show(page1, UsPage(u"/2"_s));
+    Show(page2, UsPage(u"/1"_s));
+    driver->Start();
+    bench->Loop.RunToIdle(3'600'000);
+    EXPECT_EQ(pagesRead.size(), 3);
+    EXPECT_EQ(ending.Repeated, QStringList{page1});
+    EXPECT_EQ(ending.Ends, 1);
+    EXPECT_EQ(bench->Status.Last(0), u"Finished"_s);
+
+    // The next harvest knows nothing of this one. The same address with other records is another page.
+    fresh = true;
+    driver->Start();
+    bench->Loop.RunUntil(bench->Loop.Now() + 60'000);
+    EXPECT_GT(pagesRead.size(), 3 + 5);
+    EXPECT_EQ(ending.Ends, 1);
+    driver->Stop();
+
+    // A round that loaded nothing is no circle: the page may still change.
+    fresh = false;
+    pagesRead.clear();
+    browser.Pages = {{page1, UsPage(u""_s) + u" <a href=\"\">Next</a>"_s}};
+    browser.Navigate(page1);
+    driver->Start();
+    bench->Loop.RunUntil(bench->Loop.Now() + 20'000);
+    EXPECT_GT(pagesRead.size(), 5);
+    EXPECT_EQ(ending.Repeated.size(), 1);
 }
 
 TEST_F(Driving, StopInsideTheAdapterEndsTheHarvestAfterIt) {
@@ -283,11 +408,12 @@ TEST_F(Driving, AnErrorInTheAdapterEndsThatPageOnly) {
     readPage = [this](Harvest& harvest, const QString& page) {
         pagesRead.append(page);
         harvest.Leads.Append({.Name = u"kept"_s});
-        throw IndexError("no such item");
+        throw IndexError(u"no such item"_s);
     };
     driver->Start();
     bench->Loop.RunToIdle();
     EXPECT_EQ(pagesRead.size(), 2);
+    EXPECT_EQ(ending.GivenUp, (QStringList{page1 + u"|no such item"_s, page2 + u"|no such item"_s}));
     EXPECT_EQ(bench->Leads.Count(), 2);
 }
 
@@ -295,17 +421,36 @@ TEST_F(Driving, ASiteMayTurnItsOwnPage) {
     Build(SiteCode::PagineMail);
     Show(page1, u"search-title <a>1</big></a><footer>"_s);
     int turns = 0;
-    turnPage = [&](PageTurn& turn) {
+    turnPage = [&](PageTurn&) {
         if (++turns == 3)
-            return true; // a page is loaded, but the timer stays off: the end
-        turn.tmrParse.SetEnabled(true);
-        return turns == 1;
+            return TurnedPage{.Clicked = true}; // a page is loaded, but it is the end
+        return TurnedPage{.Clicked = turns == 1, .GoesOn = true, .OpenToStart = turns == 2};
     };
+    bench->Loop.Post(2500, [this] { EXPECT_TRUE(bench->State.Parsing); });
+    bench->Loop.Post(4500, [this] { EXPECT_FALSE(bench->State.Parsing); });
     driver->Start();
     bench->Loop.RunToIdle();
     EXPECT_EQ(pagesRead.size(), 3);
     EXPECT_EQ(ending.Rounds, (std::vector<bool>{true, false}));
     EXPECT_EQ(ending.Ends, 1);
+
+    turnPage = [&](PageTurn& turn) {
+        turn.Job.State.ShouldStop = true; // while it waits for the click to take effect
+        return TurnedPage{.Clicked = true, .GoesOn = true};
+    };
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(pagesRead.size(), 4);
+    EXPECT_EQ(bench->Status.Last(0), u"Finished"_s);
+}
+
+TEST_F(Driving, ThePauseBetweenPagesIsMadeWhenAPageIsGivenUpToo) {
+    Build(SiteCode::InfobelItaly);
+    readPage = [](Harvest&, const QString&) { throw IndexError(u"no such item"_s); };
+    Show(page1, u"<H1 class=Pageh1> id=footer"_s);
+    driver->Start();
+    bench->Loop.RunToIdle();
+    EXPECT_EQ(bench->Loop.Now(), 1000 + 1000 + 5000);
 }
 
 TEST_F(Driving, ProgressSetsAPercentageAgainstTheMaximum) {
