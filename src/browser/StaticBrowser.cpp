@@ -255,13 +255,12 @@ void StaticBrowser::ClickLink(int index) {
         Open(target, RefererFor(document_.Address, target));
 }
 
-void StaticBrowser::SetProxy(const BrowserProxy& proxy) {
-    template_.Proxy = {proxy.Host, proxy.Port, !proxy.UserName.isEmpty(), proxy.UserName, proxy.Password};
+void StaticBrowser::SetProxy(const Proxy& proxy) {
+    template_.Via = proxy;
 }
 
 void StaticBrowser::SetUserAgent(const QString& userAgent) {
-    template_.UserAgent =
-        userAgent.isEmpty() ? QStringLiteral("Mozilla/5.0 (compatible; Brindle/" BRINDLE_VERSION ")") : userAgent;
+    template_.UserAgent = userAgent.isEmpty() ? OwnAgent() : userAgent;
 }
 
 } // namespace Brindle

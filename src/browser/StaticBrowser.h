@@ -37,7 +37,7 @@ public:
     /// Follows a link to a page or to a place on this page; one that would run a script, write a mail or store a file
     /// does nothing.
     void ClickLink(int index) override;
-    void SetProxy(const BrowserProxy& proxy) override;
+    void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;
     /// Pages are never kept, so there is nothing to empty; cookies stay.
     void ClearCache() override {}

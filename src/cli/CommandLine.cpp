@@ -291,6 +291,8 @@ QString UsageText() {
            "  --browser static|web fetch and parse (default), or the Chromium engine\n"
            "  --max-pages N        stop after N result pages\n"
            "  --patience S         give up when no results page came up for S seconds (60)\n"
+           "                       with a list of proxies, also the time for one address; parse, emails and fetch, "
+           "too\n"
            "harvest, parse\n"
            "  --out FILE           where the leads go (standard output)\n"
            "  --format csv|jsonl   by the suffix of FILE, else csv\n"

@@ -5,7 +5,7 @@
 #include "cli/Session.h"
 #include "core/HarvestDriver.h"
 #include "net/CustomProxy.h"
-#include "net/HttpClient.h"
+#include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
 #include <QDir>

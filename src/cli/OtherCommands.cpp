@@ -12,6 +12,7 @@
 #include "demo/DemoServer.h"
 #endif
 
+#include <algorithm>
 #include <cstdio>
 
 #ifdef Q_OS_WIN
@@ -61,6 +62,7 @@ int RunSites(const CommandLine& line, Console& console) {
 
 int RunFetch(const CommandLine& line, Console& console) {
     Session session(line, console, {});
+    session.Fetcher.GaveUp = {}; // it is what ends the command
     const QString& url = line.Arguments.first();
     QString page;
     const bool fetched = line.Direct ? session.Fetcher.DirectDownloadURL(url, page, line.Utf8)
@@ -75,6 +77,10 @@ int RunFetch(const CommandLine& line, Console& console) {
 
 int RunEmails(const CommandLine& line, Console& console) {
     Session session(line, console, {});
+    // The command itself is the wish to search, unless the command line says otherwise.
+    const auto setsExtraction = [](const QString& assignment) { return assignment.startsWith(u"cExtractEmails="); };
+    if (std::none_of(line.Overrides.begin(), line.Overrides.end(), setsExtraction))
+        session.Options.cExtractEmails = true;
     QString emails = unwritten;
     session.Emails.GetEmailsFromWebsite(line.Arguments.first(), emails);
     if (session.CtrlC.Happened())

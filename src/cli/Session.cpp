@@ -77,6 +77,9 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
           Fetcher.Disconnect();
       }) {
     Loop.SetPace(line.Pace);
+    Fetcher.SetPatience(qRound64(line.PatienceSeconds * 1000));
+    Fetcher.AttemptFailed = [this](const QString& failure) { Out.Note(failure); };
+    Fetcher.GaveUp = [this](const QString& failure) { Out.Error(failure); };
     const LanguageFile language(ReadLanguageText(LanguageFileName(Options.Language)));
     language.FillMessages(Texts, 0, u"Brindle"_s);
     if (!language.IsEmpty())

@@ -1,19 +1,12 @@
 #pragma once
 
 #include "core/MarkupForm.h"
+#include "core/Proxy.h"
 
 #include <QObject>
 #include <QString>
 
 namespace Brindle {
-
-/// What an embedded browser's requests go through. An empty host is no proxy.
-struct BrowserProxy {
-    QString Host;
-    int Port = 80;
-    QString UserName;
-    QString Password;
-};
 
 /// Port: the browser in which the user searches and whose document the harvest reads. All calls come from the one
 /// thread of the program; loading goes on while messages are handled.
@@ -45,7 +38,7 @@ public:
     /// Follows a link as a click would; nothing happens beyond the last one.
     virtual void ClickLink(int index) = 0;
 
-    virtual void SetProxy(const BrowserProxy& proxy) = 0;
+    virtual void SetProxy(const Proxy& proxy) = 0;
     virtual void SetUserAgent(const QString& userAgent) = 0;
     virtual void ClearCache() = 0;
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "net/CurlHandles.h"
+
 #include <QObject>
 #include <QTimer>
 
-#include <curl/curl.h>
 #include <functional>
 #include <map>
 #include <memory>
@@ -42,7 +43,7 @@ private:
     void Act(curl_socket_t socket, int events);
     void DeliverResults();
 
-    CURLM* multi_;
+    CurlMultiHandle multi_;
     QTimer timer_;
     std::map<curl_socket_t, Watch> watches_;
     std::map<CURL*, Transfer> running_;

@@ -1,6 +1,6 @@
 #include "net/CustomProxy.h"
 
-#include "toolkit/Markup.h"
+#include "net/ProxyText.h"
 
 #include <QRandomGenerator>
 
@@ -10,13 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-int PortOf(const QString& text) {
-    bool isNumber = false;
-    const int port = text.toInt(&isNumber);
-    return isNumber ? port : 80;
-}
-
-// Hands the single proxy of the settings to the browser.
+// Hands the single proxy of the settings to the browser. Without authentication the login is forgotten for good: what
+// the settings hold is what is in force, so neither the dialog nor the next save brings back one that is not used.
 void Apply(EmbeddedBrowser& browser, Settings& settings, const QString& userAgent) {
     if (!settings.rAuthentification) {
         settings.eUserName.clear();
@@ -24,7 +19,10 @@ void Apply(EmbeddedBrowser& browser, Settings& settings, const QString& userAgen
     }
     if (settings.eHost.isEmpty())
         return;
-    browser.SetProxy({settings.eHost, PortOf(settings.ePort), settings.eUserName, settings.ePassword});
+    Proxy proxy{settings.eHost, ReadProxyPort(settings.ePort), {}};
+    if (!settings.eUserName.isEmpty())
+        proxy.Login = {settings.eUserName, settings.ePassword};
+    browser.SetProxy(proxy);
     browser.SetUserAgent(userAgent);
 }
 
@@ -43,11 +41,11 @@ bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString&
     if (settings.rRandomProxy && !settings.eRandomProxies.isEmpty()) {
         const auto count = static_cast<qint32>(settings.eRandomProxies.size());
         const qint32 picked = random ? random(count) : QRandomGenerator::global()->bounded(count);
-        const QStringList fields = SplitText(settings.eRandomProxies[picked], u":");
-        settings.eHost = fields.value(0);
-        settings.ePort = fields.value(1);
-        settings.eUserName = fields.value(2);
-        settings.ePassword = fields.value(3);
+        const ProxyText entry = ReadProxyText(settings.eRandomProxies[picked]);
+        settings.eHost = entry.Host;
+        settings.ePort = entry.Port;
+        settings.eUserName = entry.UserName;
+        settings.ePassword = entry.Password;
         Apply(browser, settings, userAgent);
     }
     return false;

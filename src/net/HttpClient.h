@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/MessageLoop.h"
+#include "core/Proxy.h"
 
 #include <QByteArray>
 #include <QString>
@@ -11,22 +12,14 @@
 
 namespace Brindle {
 
-/// The proxy that a request goes through. An empty host is no proxy.
-struct HttpProxy {
-    QString Host;
-    int Port = 0;
-    bool BasicAuthentication = false;
-    QString UserName;
-    QString Password;
-};
-
 /// One GET request with what follows from its redirects.
 struct HttpRequest {
     QString Url;
     QStringList Headers; ///< "Name: value" each; they are sent to every host on the way
     QString UserAgent;
-    HttpProxy Proxy;
+    Proxy Via;
     qint64 ReadTimeoutMs = 300'000; ///< time without a single byte, not total time
+    qint64 TotalTimeoutMs = 0;      ///< time for the whole request with its redirects; 0: no limit
     bool AllowTls = true;           ///< off: an https address fails with `HttpFailure::NoTlsLayer`
     bool OnlyTls12 = false;         ///< TLS 1.2 and nothing else
     QString CaFile;                 ///< certificate authorities; empty: those of SSL_CERT_FILE, else the system's
@@ -34,7 +27,7 @@ struct HttpRequest {
     qint64 BodyLimit = 64LL << 20;  ///< unpacked bytes; a longer body is a failure
 };
 
-enum class HttpFailure { None, NoTlsLayer, Aborted, Other };
+enum class HttpFailure { None, NoTlsLayer, Other };
 
 struct HttpResponse {
     HttpFailure Failure = HttpFailure::None;
@@ -94,8 +87,5 @@ private:
     class Impl;
     std::unique_ptr<Impl> impl_;
 };
-
-/// The address without user name and password, fit to be shown.
-QString ShownAddress(const QString& url);
 
 } // namespace Brindle

@@ -1,8 +1,9 @@
 #include "net/PageFetcher.h"
 
 #include "core/Delay.h"
+#include "net/ProxyText.h"
 #include "net/TextDecoder.h"
-#include "toolkit/Markup.h"
+#include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
@@ -20,14 +21,7 @@ const QStringList noCacheHeaders{acceptHeader, u"Cache-Control: no-cache"_s, u"P
 
 constexpr qint64 readTimeoutMs = 40'000;
 constexpr qint64 directReadTimeoutMs = 60'000;
-constexpr int defaultProxyPort = 80;
 constexpr qint32 pauseAfterFailure = 500;
-
-int PortOf(const QString& text) {
-    bool isNumber = false;
-    const int port = text.toInt(&isNumber);
-    return isNumber ? port : defaultProxyPort;
-}
 
 QString ReasonOf(const HttpResponse& response) {
     return response.Complete() ? u"HTTP status %1"_s.arg(response.Status) : response.Error;
@@ -48,50 +42,76 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
         KeepReason(url, u"not an HTTP address"_s);
         return false;
     }
-    const qint64 timeout = readTimeout_ > 0 ? readTimeout_ : readTimeoutMs;
-    qsizetype index = -1;
-    bool success = false;
+    Rotation rotation;
+    rotation.Begun = loop_.TickCount();
     do {
-        if (settings_.rUseProxy)
-            ApplySingleProxy();
-        if (settings_.rRandomProxy)
-            ApplyNextProxy(index);
+        if (!ChooseProxy(rotation))
+            return false;
         if (state_.ShouldStop || loop_.Quitting()) {
             KeepReason(url, u"stopped"_s);
-            break;
+            return false;
         }
-        WaitRandomDelay();
-        ShowRequest();
-        HttpResponse response = Get(url, timeout);
-        if (response.Succeeded()) {
-            page = TextOf(response, utf8);
-            Show({});
-            success = true;
-            break;
-        }
-        if (response.Failure == HttpFailure::NoTlsLayer) {
+        WaitRandomDelay(rotation);
+        ShowRequest(rotation);
+        HttpResponse response = Get(url, readTimeoutMs, TimeOfAttempt(rotation));
+        const bool byTls = response.Failure == HttpFailure::NoTlsLayer;
+        if (byTls)
             response = GetByTls(url);
-            if (response.Succeeded()) {
-                page = TextOf(response, false);
-                success = true;
-                break;
-            }
+        if (response.Succeeded()) {
+            page = TextOf(response, utf8 && !byTls);
+            if (!byTls)
+                Show({});
+            return true;
         }
-        KeepReason(url, ReasonOf(response));
-        Delay(loop_, pauseAfterFailure);
-        if (state_.ShouldStop) {
-            status_.SetPanel(0, texts_.Text(Message::RequestStopped));
-        } else {
-            status_.SetPanel(0, {});
-            if (settings_.rRandomProxy)
-                status_.SetPanel(0, texts_.Text(Message::NextProxy));
-        }
-        loop_.ProcessMessages();
+        // The TLS fallback uses no proxy, so the next one would change nothing.
+        rotation.Ended = byTls || !settings_.rRandomProxy;
+        EndFailedAttempt(url, ReasonOf(response), rotation);
         // Without a list of proxies one attempt is all; with it the round goes on until one succeeds or the user stops.
-    } while (!success && !state_.ShouldStop && settings_.rRandomProxy && !loop_.Quitting());
-    if (success)
-        lastError_.clear();
-    return success;
+    } while (!rotation.Ended && settings_.rRandomProxy && !state_.ShouldStop && !loop_.Quitting());
+    return false;
+}
+
+void PageFetcher::EndFailedAttempt(const QString& url, const QString& reason, Rotation& rotation) {
+    KeepReason(url, reason);
+    if (!rotation.Ended) {
+        const bool cutShort = TimeLeft(rotation) == 0 && !rotation.LastFailure.isEmpty();
+        if (!cutShort && reason != rotation.LastFailure && AttemptFailed)
+            AttemptFailed(lastError_);
+        if (!cutShort)
+            rotation.LastFailure = reason;
+    }
+    Delay(loop_, pauseAfterFailure);
+    if (state_.ShouldStop) {
+        status_.SetPanel(0, texts_.Text(Message::RequestStopped));
+    } else {
+        status_.SetPanel(0, {});
+        if (!rotation.Ended)
+            status_.SetPanel(0, texts_.Text(Message::NextProxy));
+    }
+    loop_.ProcessMessages();
+    if (rotation.Ended || TimeLeft(rotation) != 0)
+        return;
+    rotation.Ended = true;
+    const double seconds = static_cast<double>(patience_.value_or(0)) / 1000;
+    KeepReason(url, u"given up after %1 s: %2"_s.arg(seconds).arg(rotation.LastFailure));
+    if (GaveUp)
+        GaveUp(lastError_);
+}
+
+// Milliseconds that are left for the address; nothing when its time has no bound.
+std::optional<qint64> PageFetcher::TimeLeft(const Rotation& rotation) const {
+    if (!patience_ || !settings_.rRandomProxy)
+        return std::nullopt;
+    return std::max<qint64>(0, *patience_ - static_cast<qint64>(loop_.TickCount() - rotation.Begun));
+}
+
+// Milliseconds for the next request, 0 for no bound.
+qint64 PageFetcher::TimeOfAttempt(const Rotation& rotation) const {
+    constexpr qint64 leastForTheFirst = 1000;
+    const std::optional<qint64> left = TimeLeft(rotation);
+    if (!left)
+        return 0;
+    return std::max<qint64>(*left, rotation.LastFailure.isEmpty() ? leastForTheFirst : 1);
 }
 
 bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8) {
@@ -108,7 +128,7 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
     status_.SetPanel(0, texts_.Text(Message::DirectDownload));
     status_.SetProgressPosition(0);
     loop_.ProcessMessages();
-    const HttpResponse response = Get(url, readTimeout_ > 0 ? readTimeout_ : directReadTimeoutMs);
+    const HttpResponse response = Get(url, directReadTimeoutMs, 0);
     if (response.Succeeded()) {
         page = TextOf(response, utf8);
         status_.SetPanel(0, {});
@@ -125,71 +145,78 @@ void PageFetcher::Disconnect() {
         tlsClient_->Disconnect();
 }
 
+// False when the list of proxies was emptied while it rotated: that ends the round, and no request shows the user's own
+// address instead.
+bool PageFetcher::ChooseProxy(Rotation& rotation) {
+    if (!settings_.rUseProxy && !settings_.rRandomProxy)
+        proxy_ = {};
+    if (settings_.rUseProxy)
+        ApplySingleProxy();
+    return !settings_.rRandomProxy || ApplyNextProxy(rotation);
+}
+
 void PageFetcher::ApplySingleProxy() {
     proxy_.Host = settings_.eHost;
-    proxy_.Port = PortOf(settings_.ePort);
-    if (!settings_.rAuthentification)
-        return;
-    proxy_.BasicAuthentication = true;
-    proxy_.UserName = settings_.eUserName;
-    proxy_.Password = settings_.ePassword;
+    proxy_.Port = ReadProxyPort(settings_.ePort);
+    if (settings_.rAuthentification)
+        proxy_.Login = {settings_.eUserName, settings_.ePassword};
 }
 
-void PageFetcher::ApplyNextProxy(qsizetype& index) {
+bool PageFetcher::ApplyNextProxy(Rotation& rotation) {
     const QStringList& list = settings_.eRandomProxies;
-    QString host;
-    QString port;
-    QString userName;
-    QString password;
+    ProxyText next;
     // A list of blank lines alone must not be searched for ever: one round is enough to know it.
-    for (qsizetype looked = 0; host.isEmpty() && port.isEmpty() && looked < list.size(); ++looked) {
-        if (++index == list.size())
-            index = 0;
-        const QStringList fields = SplitText(list[index], u":");
-        host = fields.value(0);
-        port = fields.value(1);
-        if (fields.size() > 3) {
-            userName = fields[2];
-            password = fields[3];
-        }
+    for (qsizetype looked = 0; next.Host.isEmpty() && next.Port.isEmpty() && looked < list.size(); ++looked) {
+        // The user may have shortened the list meanwhile.
+        if (++rotation.Place >= list.size())
+            rotation.Place = 0;
+        next = ReadProxyText(list[rotation.Place]);
     }
-    proxy_.Host = host;
-    proxy_.Port = PortOf(port);
-    proxy_.BasicAuthentication = !userName.isEmpty();
-    if (proxy_.BasicAuthentication) {
-        proxy_.UserName = userName;
-        proxy_.Password = password;
-    }
+    const bool found = !next.Host.isEmpty() || !next.Port.isEmpty();
+    if (rotation.Found && !found)
+        return false;
+    rotation.Found = found;
+    proxy_ = {next.Host, ReadProxyPort(next.Port), {}};
+    if (next.HasLogin && !next.UserName.isEmpty())
+        proxy_.Login = {next.UserName, next.Password};
+    return true;
 }
 
-void PageFetcher::WaitRandomDelay() {
+void PageFetcher::WaitRandomDelay(const Rotation& rotation) {
     bool isNumber = false;
     const int bound = settings_.eRandom.toInt(&isNumber);
     if (!isNumber)
         return;
-    status_.SetPanel(0, texts_.Text(Message::RandomDelay));
-    const qint64 seconds = bound > 0 ? random_(bound) : 0;
-    Delay(loop_, static_cast<qint32>(std::min<qint64>(seconds * 1000, std::numeric_limits<qint32>::max())));
+    status_.SetPanel(0, texts_.Text(Message::RandomDelay) + rotation.Remark());
+    qint64 ms = bound > 0 ? random_(bound) * qint64{1000} : 0;
+    if (const std::optional<qint64> left = TimeLeft(rotation); left && loop_.Pace() > 0)
+        ms = std::min(ms, qRound64(static_cast<double>(*left) / loop_.Pace()));
+    Delay(loop_, static_cast<qint32>(std::min<qint64>(ms, std::numeric_limits<qint32>::max())));
 }
 
-void PageFetcher::ShowRequest() {
+void PageFetcher::ShowRequest(const Rotation& rotation) {
     if (!settings_.rRandomProxy && !settings_.rUseProxy)
         return Show(texts_.Text(Message::Request));
-    Show(texts_.Text(Message::ProxyRequest) + u' ' + proxy_.Host + u':' + QString::number(proxy_.Port));
+    Show(texts_.Text(Message::ProxyRequest) + u' ' + proxy_.Host + u':' + QString::number(proxy_.Port) +
+         rotation.Remark());
 }
 
-HttpResponse PageFetcher::Get(const QString& url, qint64 timeoutMs) {
+HttpResponse PageFetcher::Send(HttpClient& client, const HttpRequest& request, const HttpEvents& events) {
+    return client.Fetch(request, loop_, events);
+}
+
+HttpResponse PageFetcher::Get(const QString& url, qint64 timeoutMs, qint64 totalTimeoutMs) {
     HttpRequest request;
     request.Url = url;
     request.Headers = noCacheHeaders;
     request.UserAgent = userAgent;
-    request.Proxy = proxy_;
+    request.Via = proxy_;
     request.ReadTimeoutMs = timeoutMs;
+    request.TotalTimeoutMs = totalTimeoutMs;
     request.AllowTls = false;
-    return idHttp1_.Fetch(request, loop_,
-                          {[this](qint64 size) { IdHTTP1WorkBegin(size); },
-                           [this](qint64 count) { IdHTTP1Work(count); }, [this] { IdHTTP1WorkEnd(); },
-                           [this](const QString& newLocation) { IdHTTP1Redirect(newLocation); }});
+    return Send(idHttp1_, request,
+                {[this](qint64 size) { IdHTTP1WorkBegin(size); }, [this](qint64 count) { IdHTTP1Work(count); },
+                 [this] { IdHTTP1WorkEnd(); }, [this](const QString& newLocation) { IdHTTP1Redirect(newLocation); }});
 }
 
 // A client for this one request: without proxy, without the shared cookies, without progress.
@@ -202,7 +229,7 @@ HttpResponse PageFetcher::GetByTls(const QString& url) {
     request.OnlyTls12 = true;
     request.CaFile = caFile_;
     HttpClient* const outer = std::exchange(tlsClient_, &client);
-    HttpResponse response = client.Fetch(request, loop_);
+    HttpResponse response = Send(client, request, {});
     tlsClient_ = outer;
     return response;
 }

@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 
 #include <functional>
+#include <optional>
 
 namespace Brindle {
 
@@ -27,12 +28,22 @@ public:
     /// Why the last request failed: address and reason in one line, without credentials; empty after a success.
     const QString& LastError() const { return lastError_; }
 
+    /// The time for one address while the list of proxies rotates; without it the round goes on until an attempt
+    /// succeeds or the user stops. At least one attempt is made, and it may take a second.
+    void SetPatience(std::optional<qint64> ms) { patience_ = ms; }
+    /// Told while the list rotates, in one line each: what an attempt failed with, unless the one before it failed with
+    /// the same, and that an address was given up.
+    std::function<void(const QString& line)> AttemptFailed;
+    std::function<void(const QString& line)> GaveUp;
+
     /// Replaces the source of the random delay.
     void SetRandom(Random random) { random_ = std::move(random); }
     /// Certificate authorities of the TLS fallback instead of the system's.
     void SetCaFile(const QString& caFile) { caFile_ = caFile; }
-    /// Replaces the read time-outs of both operations, in milliseconds.
-    void SetReadTimeout(qint64 ms) { readTimeout_ = ms; }
+
+protected:
+    /// Sends a request; every one goes through here.
+    virtual HttpResponse Send(HttpClient& client, const HttpRequest& request, const HttpEvents& events);
 
 private:
     void IdHTTP1WorkBegin(qint64 expectedSize);
@@ -40,11 +51,27 @@ private:
     void IdHTTP1WorkEnd();
     void IdHTTP1Redirect(const QString& newLocation);
 
+    // The attempts for one address, through one proxy of the list after the other.
+    struct Rotation {
+        quint32 Begun = 0;    // tick
+        qsizetype Place = -1; // in the list
+        bool Found = false;   // an entry of the list is in use
+        bool Ended = false;   // no further attempt
+        QString LastFailure;  // of an attempt that had its time; empty before the first one
+
+        // What is shown with the next attempt.
+        QString Remark() const { return LastFailure.isEmpty() ? QString() : u" (" + LastFailure + u')'; }
+    };
+    void EndFailedAttempt(const QString& url, const QString& reason, Rotation& rotation);
+    std::optional<qint64> TimeLeft(const Rotation& rotation) const;
+    qint64 TimeOfAttempt(const Rotation& rotation) const;
+
+    bool ChooseProxy(Rotation& rotation);
     void ApplySingleProxy();
-    void ApplyNextProxy(qsizetype& index);
-    void WaitRandomDelay();
-    void ShowRequest();
-    HttpResponse Get(const QString& url, qint64 readTimeoutMs);
+    bool ApplyNextProxy(Rotation& rotation);
+    void WaitRandomDelay(const Rotation& rotation);
+    void ShowRequest(const Rotation& rotation);
+    HttpResponse Get(const QString& url, qint64 readTimeoutMs, qint64 totalTimeoutMs);
     HttpResponse GetByTls(const QString& url);
     QString TextOf(const HttpResponse& response, bool utf8) const;
     void Show(const QString& text);
@@ -56,10 +83,10 @@ private:
     MessageLoop& loop_;
     StatusView& status_;
     HttpClient idHttp1_;
-    HttpProxy proxy_; // stays from one call to the next
+    Proxy proxy_; // stays from one call to the next
     Random random_;
     QString caFile_;
-    qint64 readTimeout_ = 0; // 0: those of the operations
+    std::optional<qint64> patience_;
     qint64 progressMaximum_ = 0;
     HttpClient* tlsClient_ = nullptr; // while a fallback is under way
     QString lastError_;

@@ -3,6 +3,7 @@
 #include "toolkit/Text.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace Brindle {
 
@@ -55,6 +56,30 @@ QString Mended(const QString& href) {
     return mended;
 }
 
+// What may not stand in a path or a query.
+bool NeedsEncoding(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte <= ' ' || byte >= 0x7F || std::strchr("\"<>\\^`{|}", c) != nullptr;
+}
+
+// Begins with "/" and so does what comes out (RFC 3986, section 5.2.4).
+QString WithoutDotSegments(QStringView path) {
+    QString out;
+    out.reserve(path.size());
+    while (!path.isEmpty()) {
+        const qsizetype next = path.indexOf(u'/', 1);
+        const QStringView segment = next < 0 ? path : path.first(next);
+        path = next < 0 ? QStringView() : path.sliced(next);
+        if (segment == u"/..")
+            out.truncate(std::max<qsizetype>(0, out.lastIndexOf(u'/')));
+        else if (segment != u"/.")
+            out += segment;
+        if (path.isEmpty() && (segment == u"/.." || segment == u"/."))
+            out += u'/';
+    }
+    return out;
+}
+
 } // namespace
 
 QString SchemeOf(QStringView address) {
@@ -104,6 +129,56 @@ QString ResolveAddress(const QString& base, const QString& href) {
     const qsizetype slash = path.lastIndexOf(u'/');
     const QStringView folder = path.first(std::max(slash + 1, root));
     return folder.endsWith(u'/') ? QString(folder + link) : QString(folder + u'/' + link);
+}
+
+QByteArray EncodedAddress(const QByteArray& address) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    qsizetype at = 0;
+    const qsizetype slashes = address.indexOf("//");
+    if (slashes == 0 || (slashes > 0 && SchemeLength(QString::fromLatin1(address.first(slashes))) == slashes - 1)) {
+        at = slashes + 2;
+        while (at < address.size() && std::strchr("/?#", address[at]) == nullptr)
+            ++at;
+    }
+    QByteArray encoded = address.first(at);
+    encoded.reserve(address.size());
+    for (; at < address.size(); ++at) {
+        if (NeedsEncoding(address[at])) {
+            const auto byte = static_cast<unsigned char>(address[at]);
+            encoded.append('%').append(digits[byte >> 4]).append(digits[byte & 15]);
+        } else {
+            encoded.append(address[at]);
+        }
+    }
+    return encoded;
+}
+
+QString NormalAddress(const QString& address) {
+    const QString encoded = QString::fromUtf8(EncodedAddress(address.toUtf8()));
+    const QString scheme = SchemeOf(encoded);
+    QStringView rest = QStringView(encoded).sliced(scheme.isEmpty() ? 0 : scheme.size() + 1);
+    if (!IsWeb(scheme) || !rest.startsWith(u"//"))
+        return encoded;
+    const auto endOf = [&rest](QStringView ends, qsizetype from) {
+        while (from < rest.size() && !ends.contains(rest[from]))
+            ++from;
+        return from;
+    };
+    const qsizetype pathBegin = endOf(u"/?#", 2);
+    const qsizetype pathEnd = endOf(u"?#", pathBegin);
+    const QStringView path = rest.sliced(pathBegin, pathEnd - pathBegin);
+    return scheme + u':' + rest.first(pathBegin) + (path.isEmpty() ? u"/"_s : WithoutDotSegments(path)) +
+           rest.sliced(pathEnd);
+}
+
+QString ShownAddress(const QString& address) {
+    const qsizetype host = address.indexOf(u"://") + 3;
+    if (host < 3)
+        return address;
+    const auto hostEnd = std::find_if(address.begin() + host, address.end(),
+                                      [](QChar c) { return c == u'/' || c == u'?' || c == u'#'; });
+    const qsizetype at = QStringView(address).first(hostEnd - address.begin()).lastIndexOf(u'@');
+    return at < host ? address : address.first(host) + address.sliced(at + 1);
 }
 
 QString RefererFor(const QString& from, const QString& to) {

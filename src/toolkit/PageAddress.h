@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -12,8 +13,20 @@ QString TypedAddress(const QString& text);
 QString SchemeOf(QStringView address);
 
 /// What an href leads to from a page at `base`, an absolute address (RFC 3986, section 5.2, with what browsers forgive:
-/// blanks around it, line ends and tabs in it, backslashes). Nothing is encoded, dot segments stay for the client.
+/// blanks around it, line ends and tabs in it, backslashes). Nothing is encoded, dot segments stay: `NormalAddress`
+/// sees to both.
 QString ResolveAddress(const QString& base, const QString& href);
+
+/// The address with path and query percent-encoded, non-ASCII characters as the bytes that they are, "%" taken to begin
+/// what is encoded already (RFC 3986, appendix A).
+QByteArray EncodedAddress(const QByteArray& address);
+
+/// The address as a request names it: encoded, and where it is one of http or https, with its scheme in lower case, a
+/// path, and without dot segments (RFC 3986, sections 5.2.4 and 6.2.2).
+QString NormalAddress(const QString& address);
+
+/// The address without user name and password, fit to be shown.
+QString ShownAddress(const QString& address);
 
 /// The address without its fragment.
 QStringView WithoutFragment(QStringView address);

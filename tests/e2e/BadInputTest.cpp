@@ -87,6 +87,9 @@ std::vector<BadInput> BadInputs() {
          1, said({"{longname}"})},
         {"FetchRefused", Words("fetch --pace 0 http://127.0.0.1:9/"), 1, said({"http://127.0.0.1:9/"})},
         {"FetchMissing", Words("fetch --pace 0 {businesses}/nothing"), 1, said({"{businesses}/nothing"})},
+        {"FetchByDeadProxies",
+         Words("fetch --pace 0 --patience 0.1 --set rRandomProxy=-1 --set eRandomProxies=127.0.0.1:9 http://x.test/"),
+         1, said({"http://x.test/", "given up"})},
         {"EmailsOfNoWebsite", Words("emails --pace 0 {businesses}/gone/x/"), 1, said({"{businesses}/gone/x/"})},
     };
 }

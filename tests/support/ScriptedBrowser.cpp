@@ -28,8 +28,9 @@ void ScriptedBrowser::ClickLink(int index) {
         address_ = links[index].Address;
 }
 
-void ScriptedBrowser::SetProxy(const BrowserProxy& proxy) {
-    Calls.append(u"proxy %1:%2 %3 %4"_s.arg(proxy.Host).arg(proxy.Port).arg(proxy.UserName, proxy.Password));
+void ScriptedBrowser::SetProxy(const Proxy& proxy) {
+    const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
+    Calls.append(u"proxy %1:%2 %3 %4"_s.arg(proxy.Host).arg(proxy.Port).arg(login.UserName, login.Password));
 }
 
 void ScriptedBrowser::SetUserAgent(const QString& userAgent) {

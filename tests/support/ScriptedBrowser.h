@@ -34,7 +34,7 @@ public:
     int LinkCount() override { return static_cast<int>(LinksOf.value(address_).size()); }
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;
-    void SetProxy(const BrowserProxy& proxy) override;
+    void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;
     void ClearCache() override { Calls.append(QStringLiteral("clear cache")); }
     bool RunsScripts() const override { return false; }

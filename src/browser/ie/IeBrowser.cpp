@@ -110,7 +110,7 @@ void IeBrowser::ClickLink(int index) {
     Document().ClickLink(index);
 }
 
-void IeBrowser::SetProxy(const BrowserProxy& proxy) {
+void IeBrowser::SetProxy(const Proxy& proxy) {
     proxy_ = proxy;
     SetSessionProxy(proxy);
     if (control_)

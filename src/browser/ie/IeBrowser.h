@@ -42,7 +42,7 @@ public:
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;
     /// Holds for every such browser of the program.
-    void SetProxy(const BrowserProxy& proxy) override;
+    void SetProxy(const Proxy& proxy) override;
     /// Holds for every such browser of the program.
     void SetUserAgent(const QString& userAgent) override;
     /// The pages are kept in the system's URL cache, which is the whole system's and emptied as such; this browser has
@@ -71,7 +71,7 @@ private:
     OleScope ole_;
     std::unique_ptr<IeControl> control_;
     QPointer<IeWidget> view_;
-    BrowserProxy proxy_;
+    Proxy proxy_;
     QString userAgent_;
     IeNavigation navigation_;
     bool clicked_ = false; // a link, since the page came

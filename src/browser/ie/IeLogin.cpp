@@ -18,9 +18,10 @@ LPWSTR HandedOver(const QString& text) {
 
 } // namespace
 
-void IeLogin::SetProxyLogin(const BrowserProxy& proxy) {
-    userName_ = proxy.UserName;
-    password_ = proxy.Password;
+void IeLogin::SetProxyLogin(const Proxy& proxy) {
+    const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
+    userName_ = login.UserName;
+    password_ = login.Password;
 }
 
 HRESULT IeLogin::Authenticate(HWND* window, LPWSTR* userName, LPWSTR* password) {

@@ -12,7 +12,7 @@ namespace Brindle {
 /// is never asked.
 class IeLogin final : public ComObject<IAuthenticateEx> {
 public:
-    void SetProxyLogin(const BrowserProxy& proxy);
+    void SetProxyLogin(const Proxy& proxy);
 
     /// One that does not say who asks, so nothing is told: the password must not go to a server.
     HRESULT STDMETHODCALLTYPE Authenticate(HWND* window, LPWSTR* userName, LPWSTR* password) override;

@@ -22,7 +22,7 @@ bool SetSessionUserAgent(const QString& userAgent) {
     return SUCCEEDED(UrlMkSetSessionOption(URLMON_OPTION_USERAGENT, text.data(), static_cast<DWORD>(text.size()), 0));
 }
 
-bool SetSessionProxy(const BrowserProxy& proxy) {
+bool SetSessionProxy(const Proxy& proxy) {
     // The texts are of 8 bits here, whatever the headers say.
     const QByteArray server = (proxy.Host + u':' + QString::number(proxy.Port)).toLocal8Bit();
     INTERNET_PROXY_INFO info{};

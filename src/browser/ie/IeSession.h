@@ -10,6 +10,6 @@ bool SetSessionUserAgent(const QString& userAgent);
 
 /// What the requests of every web browser control of this process go through: one proxy for all protocols, or straight
 /// to the server when its host is empty. The login is not part of it. False when the system refuses.
-bool SetSessionProxy(const BrowserProxy& proxy);
+bool SetSessionProxy(const Proxy& proxy);
 
 } // namespace Brindle

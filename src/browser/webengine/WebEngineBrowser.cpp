@@ -192,13 +192,15 @@ void WebEngineBrowser::ClickLink(int index) {
         Evaluate(QString::fromUtf16(click).arg(index), Asked::Once);
 }
 
-void WebEngineBrowser::SetProxy(const BrowserProxy& proxy) {
+void WebEngineBrowser::SetProxy(const Proxy& proxy) {
     page_->SetProxyLogin(proxy);
-    if (proxy.Host.isEmpty())
+    if (proxy.Host.isEmpty()) {
         QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    else
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(
-            QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), proxy.UserName, proxy.Password));
+        return;
+    }
+    const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
+    QNetworkProxy::setApplicationProxy(QNetworkProxy(
+        QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName, login.Password));
 }
 
 void WebEngineBrowser::SetUserAgent(const QString& userAgent) {

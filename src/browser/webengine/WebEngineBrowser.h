@@ -50,7 +50,7 @@ public:
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;
     /// Holds for every browser of the program.
-    void SetProxy(const BrowserProxy& proxy) override;
+    void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;
     void ClearCache() override;
     QString LastError() const override { return lastError_; }

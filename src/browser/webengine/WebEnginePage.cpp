@@ -51,13 +51,13 @@ QStringList WebEnginePage::chooseFiles(FileSelectionMode, const QStringList&, co
 
 void WebEnginePage::AnswerProxy(const QUrl& asker, QAuthenticator* login) {
     // Asked for the same address again: the proxy did not take what it was given.
-    if (proxy_.UserName.isEmpty() || askedFor_.contains(asker)) {
+    if (!proxy_.Login || askedFor_.contains(asker)) {
         *login = QAuthenticator();
         return;
     }
     askedFor_.insert(asker);
-    login->setUser(proxy_.UserName);
-    login->setPassword(proxy_.Password);
+    login->setUser(proxy_.Login->UserName);
+    login->setPassword(proxy_.Login->Password);
 }
 
 } // namespace Brindle

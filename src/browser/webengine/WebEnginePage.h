@@ -16,7 +16,7 @@ public:
     explicit WebEnginePage(QWebEngineProfile* profile);
 
     /// The user name and password for the proxy; asked for when the proxy demands them.
-    void SetProxyLogin(const BrowserProxy& proxy) { proxy_ = proxy; }
+    void SetProxyLogin(const Proxy& proxy) { proxy_ = proxy; }
 
 protected:
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
@@ -29,7 +29,7 @@ protected:
 private:
     void AnswerProxy(const QUrl& asker, QAuthenticator* login);
 
-    BrowserProxy proxy_;
+    Proxy proxy_;
     QSet<QUrl> askedFor_; // addresses of this load for which the proxy has asked
 };
 

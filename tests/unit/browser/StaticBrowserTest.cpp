@@ -199,7 +199,7 @@ TEST_F(StaticPages, AgentAndProxyAreUsed) {
     PageServer proxy;
     proxy.Pages["http://directory.example/list"] = "<p>by proxy";
     Browser.SetUserAgent(u"Agent/1"_s);
-    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), u"user"_s, u"secret"_s});
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), ProxyLogin{u"user"_s, u"secret"_s}});
     Browser.Navigate(u"http://directory.example/list"_s);
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"by proxy"));

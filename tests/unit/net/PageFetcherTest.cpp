@@ -1,8 +1,4 @@
-#include "net/PageFetcher.h"
-
-#include "HarvestBench.h"
-#include "LoopbackServer.h"
-#include "PrintTo.h"
+#include "FetchingFixture.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -14,35 +10,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using Test::ClosedPort;
-using Test::HarvestBench;
+using Test::Fetching;
+using Test::Header;
 using Test::Http;
 using Test::LoopbackServer;
-
-class Fetching : public testing::Test {
-protected:
-    Fetching() {
-        bench.Options.eRandom = u"0"_s;
-        for (const Message slot :
-             {Message::DirectDownload, Message::DirectDownloadStopped, Message::RandomDelay, Message::ProxyRequest,
-              Message::Request, Message::RequestStopped, Message::NextProxy})
-            bench.Texts.Set(slot, u"main"_s + QString::number(static_cast<int>(slot)));
-    }
-    QStringList Statuses() {
-        QStringList texts = bench.Status.TextsOf(0);
-        bench.Status.Panels.clear();
-        return texts;
-    }
-    HarvestBench bench{SiteCode::UsYellowPages};
-    PageFetcher fetcher{bench.State, bench.Options, bench.Texts, bench.Loop, bench.Status};
-    QString page = u"before"_s;
-};
-
-QByteArray Header(const QByteArray& request, const QByteArray& name) {
-    for (const QByteArray& line : request.split('\n'))
-        if (line.toLower().startsWith(QByteArray(name.toLower() + ":")))
-            return line.sliced(name.size() + 1).trimmed();
-    return {};
-}
 
 TEST_F(Fetching, SendsWhatItShould) {
     LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{Http("<p>page</p>")}; });
@@ -89,7 +60,7 @@ TEST_F(Fetching, FollowsRedirectsWithBadBodies) {
         LoopbackServer server([&](const QByteArray& request) {
             return request.startsWith("GET /end ") ? LoopbackServer::Answer{Http("end")} : answer;
         });
-        fetcher.SetReadTimeout(20'000);
+        fetcher.ReadTimeoutMs = 20'000;
         page = u"before"_s;
         EXPECT_TRUE(fetcher.DownloadURL(server.Base(), page, false))
             << answer.Bytes.left(90).data() << fetcher.LastError().toStdString();
@@ -158,6 +129,7 @@ TEST_F(Fetching, EveryFailureIsFalseAndLeavesThePage) {
         {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nab"},
         {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab"},
         {"HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\nabc"}, // a length that cannot be
         {"no HTTP at all\r\n\r\n"},
         {"HTTP/1.1 200 OK\r\n" + headers + "\r\nx"},
         {"HTTP/1.1 200 OK\r\n\r\n" + QByteArray(1 << 20, 'x'), 80LL << 20}, // has no end
@@ -205,6 +177,10 @@ TEST_F(Fetching, ReadsOddButWholeResponses) {
          "Content-Type: text/html; charset=latin1\r\n\r\n",
          u"\u00E9"_s},
         {Http("x", "206 Partial"), u"x"_s},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 000000000000000000002\r\n\r\nab", u"ab"_s},
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nContent-Length: 99999999999999999999\r\n\r\n"
+         "2\r\nab\r\n0\r\n\r\n",
+         u"ab"_s},
     };
     for (const Case& c : cases) {
         LoopbackServer server([&c](const QByteArray&) { return LoopbackServer::Answer{c.Bytes}; });
@@ -243,9 +219,19 @@ TEST_F(Fetching, StopsAStalledTransferAtOnce) {
     EXPECT_EQ(page, u"before"_s);
 }
 
+TEST_F(Fetching, WaitsForAnAnswerAsLongAsItShould) {
+    fetcher.Offline = true;
+    fetcher.DownloadURL(u"http://origin.test/"_s, page, false);
+    fetcher.DirectDownloadURL(u"http://origin.test/"_s, page, false);
+    ASSERT_EQ(fetcher.Sent.size(), 2);
+    EXPECT_EQ(fetcher.Sent[0].ReadTimeoutMs, 40'000);
+    EXPECT_EQ(fetcher.Sent[1].ReadTimeoutMs, 60'000);
+    EXPECT_EQ(fetcher.Sent[0].TotalTimeoutMs + fetcher.Sent[1].TotalTimeoutMs, 0);
+}
+
 TEST_F(Fetching, GivesUpOnAServerThatStaysSilent) {
     LoopbackServer server([](const QByteArray&) { return LoopbackServer::Answer{"HTTP/1.1 200 OK\r\n", true}; });
-    fetcher.SetReadTimeout(100);
+    fetcher.ReadTimeoutMs = 100;
     EXPECT_FALSE(fetcher.DownloadURL(server.Base(), page, false));
     EXPECT_TRUE(fetcher.LastError().contains(u"no answer"));
 }
@@ -270,7 +256,7 @@ TEST_F(Fetching, AnswersThatTrickleInAreNotStalled) {
         answer.Trickle = 40;
         return answer;
     });
-    fetcher.SetReadTimeout(500);
+    fetcher.ReadTimeoutMs = 500;
     EXPECT_TRUE(fetcher.DownloadURL(server.Base(), page, false)) << fetcher.LastError().toStdString();
     EXPECT_EQ(page, u"slow"_s);
 }
@@ -349,134 +335,6 @@ TEST_F(Fetching, DecodesOnceMoreAsUtf8) {
                            : fetcher.DownloadURL(server.Base(), page, true));
         EXPECT_EQ(page, QString::fromUtf8(u"caf\u00E9"_s.toLocal8Bit()));
     }
-}
-
-// A proxy of the test's own: it answers in the origin's place.
-class Proxying : public Fetching {
-protected:
-    LoopbackServer first{[](const QByteArray&) { return LoopbackServer::Answer{Http("first", "502 Bad Gateway")}; }};
-    LoopbackServer second{[](const QByteArray& request) {
-        return LoopbackServer::Answer{Header(request, "Proxy-Authorization") ==
-                                              "Basic " + QByteArray("u:p%:x").toBase64()
-                                          ? Http("second")
-                                          : Http("who?", "407 Login", "Proxy-Authenticate: Basic realm=\"x\"\r\n")};
-    }};
-    static QString Address(const LoopbackServer& server) { return u"127.0.0.1:%1"_s.arg(server.Port()); }
-};
-
-TEST_F(Proxying, TheSingleProxy) {
-    bench.Options.rUseProxy = true;
-    bench.Options.eHost = u"127.0.0.1"_s;
-    bench.Options.ePort = QString::number(second.Port());
-    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/x?y"_s, page, false)); // nobody logged in
-    bench.Options.rAuthentification = true;
-    bench.Options.eUserName = u"u"_s;
-    bench.Options.ePassword = u"p%:x"_s;
-    Statuses();
-    EXPECT_TRUE(fetcher.DownloadURL(u"http://origin.test/x?y"_s, page, false));
-    EXPECT_EQ(page, u"second"_s);
-    EXPECT_EQ(Statuses(), (QStringList{u"main62"_s, u"main63 "_s + Address(second), u""_s}));
-    EXPECT_TRUE(second.Requests().last().startsWith("GET http://origin.test/x?y HTTP/1.1\r\nHost: origin.test\r\n"));
-    // The direct variant goes the way of the last call, and so does a call after the mode was switched off.
-    bench.Options.rUseProxy = false;
-    EXPECT_TRUE(fetcher.DirectDownloadURL(u"http://origin.test/direct"_s, page, false));
-    EXPECT_EQ(second.Requests().size(), 3);
-
-    bench.Options.rUseProxy = true;
-    bench.Options.ePort = u"99999"_s;
-    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false)); // out of range: the request fails
-    bench.Options.ePort = u"none"_s;
-    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
-    EXPECT_TRUE(Statuses().contains(u"main63 127.0.0.1:80"_s));
-    EXPECT_FALSE(fetcher.LastError().contains(u"p%:x"));
-}
-
-TEST_F(Proxying, LoginsAreSentAsTheyStand) {
-    LoopbackServer proxy([](const QByteArray&) { return LoopbackServer::Answer{Http("x")}; });
-    bench.Options.rUseProxy = bench.Options.rAuthentification = true;
-    bench.Options.eHost = u"127.0.0.1"_s;
-    bench.Options.ePort = QString::number(proxy.Port());
-    bench.Options.eUserName = u"a%41@\u00E9"_s;
-    bench.Options.ePassword = u"%2F: x"_s;
-    ASSERT_TRUE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
-    EXPECT_EQ(Header(proxy.Requests()[0], "Proxy-Authorization"),
-              "Basic " + QByteArray("a%41@\xC3\xA9:%2F: x").toBase64());
-}
-
-TEST_F(Proxying, StopAbortsAProxyThatHangs) {
-    LoopbackServer proxy([](const QByteArray&) { return LoopbackServer::Answer{{}, true}; });
-    bench.Options.rRandomProxy = true;
-    bench.Options.eRandomProxies = {Address(proxy)};
-    QElapsedTimer since;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        if (proxy.Requests().isEmpty() || since.isValid())
-            return;
-        bench.State.ShouldStop = true;
-        since.start();
-        fetcher.Disconnect();
-    });
-    poll.start(1);
-    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
-    EXPECT_LT(since.elapsed(), 200);
-    EXPECT_EQ(proxy.Requests().size(), 1);
-}
-
-TEST_F(Proxying, ProxiesOfTheEnvironmentHaveNoEffect) {
-    LoopbackServer origin([](const QByteArray&) { return LoopbackServer::Answer{Http("origin")}; });
-    for (const char* name : {"http_proxy", "all_proxy", "ALL_PROXY"})
-        qputenv(name, first.Base().toUtf8());
-    qputenv("NO_PROXY", "*");
-    EXPECT_TRUE(fetcher.DownloadURL(origin.Base(), page, false));
-    EXPECT_EQ(first.Requests().size(), 0);
-    bench.Options.rUseProxy = true;
-    bench.Options.eHost = u"127.0.0.1"_s;
-    bench.Options.ePort = QString::number(first.Port());
-    EXPECT_FALSE(fetcher.DownloadURL(origin.Base(), page, false)); // the proxy is asked, whatever NO_PROXY says
-    EXPECT_EQ(first.Requests().size(), 1);
-    for (const char* name : {"http_proxy", "all_proxy", "ALL_PROXY", "NO_PROXY"})
-        qunsetenv(name);
-}
-
-TEST_F(Proxying, TheRotatingList) {
-    const QString refusing = u"127.0.0.1:%1"_s.arg(ClosedPort());
-    bench.Options.rRandomProxy = true;
-    bench.Options.rUseProxy = true; // the list overrides it
-    bench.Options.eHost = u"single.test"_s;
-    bench.Options.eRandomProxies = {refusing, u""_s, Address(first) + u":u:p%", Address(second) + u":u:p%:x:y"};
-    // The password of a line ends at the next colon, so the third proxy never lets anybody in.
-    bench.Loop.Post(60'000, [this] { bench.State.ShouldStop = true; });
-    fetcher.SetRandom([](qint32) { return 1; });
-    bench.Options.eRandom = u"3"_s;
-    EXPECT_FALSE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
-    EXPECT_GT(first.Requests().size(), 5); // round and round until the user stops
-    EXPECT_LE(std::abs(first.Requests().size() - second.Requests().size()), 1);
-    EXPECT_EQ(Header(first.Requests()[0], "Proxy-Authorization"), "Basic " + QByteArray("u:p%").toBase64());
-    const QStringList shown = Statuses();
-    const QString next = u"main66"_s;
-    EXPECT_EQ(shown.mid(0, 9), (QStringList{u"main62"_s, u"main63 "_s + refusing, u""_s, next, u"main62"_s,
-                                            u"main63 "_s + Address(first), u""_s, next, u"main62"_s}));
-    EXPECT_EQ(shown.last(), u"main65"_s);
-
-    // A new call begins with the first entry again, and a line without a login switches it off.
-    LoopbackServer open([](const QByteArray&) { return LoopbackServer::Answer{Http("open")}; });
-    bench.State.ShouldStop = false;
-    bench.Options.eRandomProxies = {Address(open)};
-    EXPECT_TRUE(fetcher.DownloadURL(u"http://origin.test/"_s, page, false));
-    EXPECT_EQ(Header(open.Requests()[0], "Proxy-Authorization"), "");
-}
-
-TEST_F(Proxying, ListsWithoutProxiesGoDirect) {
-    LoopbackServer origin([](const QByteArray&) { return LoopbackServer::Answer{Http("origin")}; });
-    bench.Options.rRandomProxy = true;
-    for (const QStringList& list : {QStringList(), QStringList{u""_s, u""_s}}) {
-        bench.Options.eRandomProxies = list;
-        Statuses();
-        EXPECT_TRUE(fetcher.DownloadURL(origin.Base(), page, false));
-        EXPECT_EQ(Statuses().value(1), u"main63 :80"_s);
-    }
-    EXPECT_TRUE(origin.Requests()[0].startsWith("GET / HTTP/1.1\r\n"));
-    EXPECT_EQ(Header(origin.Requests()[0], "Proxy-Authorization"), "");
 }
 
 } // namespace

@@ -10,6 +10,7 @@ namespace Brindle {
 namespace {
 
 using namespace Qt::StringLiterals;
+using Test::ClosedPort;
 using Test::HarvestBench;
 using Test::Http;
 using Test::LoopbackServer;
@@ -33,7 +34,7 @@ TEST_F(TlsFetching, FetchesByTls12WithoutProxyOrSharedCookies) {
     TlsServer server(authority, TlsVersions::Only12, Http("secure", "200 OK", "Set-Cookie: s=1\r\n"));
     bench.Options.rUseProxy = true;
     bench.Options.eHost = u"127.0.0.1"_s;
-    bench.Options.ePort = QString::number(Brindle::Test::ClosedPort());
+    bench.Options.ePort = QString::number(ClosedPort());
     for (int i = 0; i < 2; ++i) {
         ASSERT_TRUE(fetcher.DownloadURL(QString(server.Base() + u"/x"), page, true))
             << fetcher.LastError().toStdString();
@@ -65,6 +66,19 @@ TEST_F(TlsFetching, RefusesWhatItCannotTrust) {
     TlsServer otherName(authority, TlsVersions::Only12, Http("x")); // its certificate is good for 127.0.0.1 only
     EXPECT_FALSE(fetcher.DownloadURL(otherName.Base().replace(u"127.0.0.1"_s, u"localhost"_s), page, false));
     EXPECT_EQ(page, u"before"_s);
+}
+
+// The fallback uses no proxy, so the next proxy of a list would change nothing.
+TEST_F(TlsFetching, AFailedFallbackEndsTheRotation) {
+    const TestAuthority stranger;
+    TlsServer untrusted(stranger, TlsVersions::Only12, Http("x"));
+    bench.Options.rRandomProxy = true;
+    bench.Options.eRandomProxies = {u"127.0.0.1:%1"_s.arg(ClosedPort())};
+    bool stopped = false;
+    bench.Loop.Post(60'000, [&] { stopped = bench.State.ShouldStop = true; });
+    EXPECT_FALSE(fetcher.DownloadURL(untrusted.Base(), page, false));
+    EXPECT_FALSE(stopped);
+    EXPECT_EQ(bench.Loop.Now(), 500);
 }
 
 // A company's own certificate authority is named as to any other program on OpenSSL.

@@ -37,6 +37,28 @@ TEST(PageAddress, LinksAreResolvedAsBrowsersDo) {
         EXPECT_EQ(ResolveAddress(c.Base.toString(), c.Href.toString()), c.Target.toString());
 }
 
+TEST(PageAddress, RequestsNameThemNormally) {
+    struct Case {
+        QStringView Given;
+        QStringView Normal;
+    };
+    const Case cases[] = {
+        {u"HTTP://A.b", u"http://A.b/"},
+        {u"http://a.b?c=d e#f g", u"http://a.b/?c=d%20e#f%20g"},
+        {u"http://u:p@a.b:80/./c/../d/..", u"http://u:p@a.b:80/"},
+        {u"http://a.b/c/./d//../e/.", u"http://a.b/c/d/e/"},
+        {u"http://a.b/../../c?/../d", u"http://a.b/c?/../d"},
+        {u"http://a.b/\u00E9%20%zz\"<>", u"http://a.b/%C3%A9%20%zz%22%3C%3E"},
+        {u"http://\u00E9.b/\u00E9", u"http://\u00E9.b/%C3%A9"},
+        {u"ftp://a.b/c/../d", u"ftp://a.b/c/../d"},
+        {u"", u""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(NormalAddress(c.Given.toString()), c.Normal.toString());
+        EXPECT_EQ(NormalAddress(c.Normal.toString()), c.Normal.toString());
+    }
+}
+
 TEST(PageAddress, TypedOnesGetAScheme) {
     EXPECT_EQ(TypedAddress(u" www.a.b/c "_s), u"http://www.a.b/c"_s);
     EXPECT_EQ(TypedAddress(u"localhost:8080/c"_s), u"http://localhost:8080/c"_s);

@@ -204,7 +204,7 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
     proxy.Pages[page] = "<p>by proxy";
     proxy.Headers[page] = "Status: 407 Proxy Authentication Required\r\nProxy-Authenticate: Basic realm=\"x\"\r\n";
     Browser.SetUserAgent(u"Agent/1"_s);
-    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), u"user"_s, u"secret"_s});
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), ProxyLogin{u"user"_s, u"secret"_s}});
     Browser.Navigate(QString::fromLatin1(page));
     const QByteArray login = "Proxy-Authorization: Basic " + QByteArray("user:secret").toBase64();
     EXPECT_TRUE(Comes([&] {
