@@ -1,0 +1,295 @@
+#include "toolkit/Phone.h"
+
+#include "toolkit/PhonePlans.h"
+#include "toolkit/PhoneText.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace Brindle {
+
+namespace {
+
+// Countries whose plan is not in the table: their numbers are taken as they stand when the length is right for E.164.
+struct OtherCode {
+    int Code;
+    QStringView Region;
+};
+constexpr OtherCode otherCodes[] = {
+    {93, u"AF"},  {95, u"MM"},  {98, u"IR"},  {211, u"SS"}, {218, u"LY"}, {220, u"GM"}, {221, u"SN"}, {222, u"MR"},
+    {223, u"ML"}, {224, u"GN"}, {225, u"CI"}, {226, u"BF"}, {227, u"NE"}, {228, u"TG"}, {229, u"BJ"}, {230, u"MU"},
+    {231, u"LR"}, {232, u"SL"}, {235, u"TD"}, {236, u"CF"}, {237, u"CM"}, {238, u"CV"}, {239, u"ST"}, {240, u"GQ"},
+    {241, u"GA"}, {242, u"CG"}, {243, u"CD"}, {244, u"AO"}, {245, u"GW"}, {248, u"SC"}, {249, u"SD"}, {250, u"RW"},
+    {251, u"ET"}, {252, u"SO"}, {253, u"DJ"}, {255, u"TZ"}, {256, u"UG"}, {257, u"BI"}, {258, u"MZ"}, {260, u"ZM"},
+    {261, u"MG"}, {262, u"RE"}, {263, u"ZW"}, {264, u"NA"}, {265, u"MW"}, {266, u"LS"}, {267, u"BW"}, {268, u"SZ"},
+    {269, u"KM"}, {291, u"ER"}, {297, u"AW"}, {298, u"FO"}, {299, u"GL"}, {350, u"GI"}, {376, u"AD"}, {377, u"MC"},
+    {378, u"SM"}, {383, u"XK"}, {423, u"LI"}, {501, u"BZ"}, {503, u"SV"}, {504, u"HN"}, {505, u"NI"}, {509, u"HT"},
+    {590, u"GP"}, {592, u"GY"}, {594, u"GF"}, {596, u"MQ"}, {597, u"SR"}, {599, u"CW"}, {670, u"TL"}, {673, u"BN"},
+    {674, u"NR"}, {675, u"PG"}, {676, u"TO"}, {677, u"SB"}, {678, u"VU"}, {679, u"FJ"}, {680, u"PW"}, {682, u"CK"},
+    {685, u"WS"}, {686, u"KI"}, {687, u"NC"}, {688, u"TV"}, {689, u"PF"}, {691, u"FM"}, {692, u"MH"}, {850, u"KP"},
+    {853, u"MO"}, {855, u"KH"}, {856, u"LA"}, {880, u"BD"}, {960, u"MV"}, {963, u"SY"}, {964, u"IQ"}, {967, u"YE"},
+    {970, u"PS"}, {975, u"BT"}, {976, u"MN"}, {992, u"TJ"}, {993, u"TM"}, {996, u"KG"}, {998, u"UZ"},
+};
+
+const OtherCode* FindOther(int code) {
+    const auto other = std::find_if(std::begin(otherCodes), std::end(otherCodes),
+                                    [code](const OtherCode& o) { return o.Code == code; });
+    return other != std::end(otherCodes) ? other : nullptr;
+}
+
+// The number that the text writes: its digits, and what it says of them.
+struct Written {
+    bool Plus = false;
+    QString Digits;
+    QString Extension;
+};
+
+constexpr QStringView extensionWords[] = {
+    u"extension", u"extn", u"ext", u"x",   u"durchwahl", u"dw",   u"interno", u"int",   u"poste", u"anexo",
+    u"ramal",     u"wewn", u"wew", u"доб", u"вн",        u"内線", u"toestel", u"lokal", u"#",
+};
+
+// The extension that stands at the beginning of `rest`; its end in `end`, -1 when there is none.
+QString ExtensionAt(QStringView rest, qsizetype& end) {
+    end = -1;
+    qsizetype at = 0;
+    while (at < rest.size() && (IsPhoneBlank(rest[at]) || rest[at] == u',' || rest[at] == u';' || rest[at] == u'('))
+        ++at;
+    for (const QStringView word : extensionWords) {
+        if (!rest.sliced(at).startsWith(word, Qt::CaseInsensitive))
+            continue;
+        qsizetype digit = at + word.size();
+        while (digit < rest.size() && (IsPhoneBlank(rest[digit]) || QStringView(u".:=-").contains(rest[digit])))
+            ++digit;
+        QString extension;
+        for (; digit < rest.size() && DigitOf(rest[digit]) >= 0 && extension.size() < 8; ++digit)
+            extension += QChar(u'0' + DigitOf(rest[digit]));
+        if (extension.isEmpty() || extension.size() > 7 || (digit < rest.size() && rest[digit].isLetterOrNumber()))
+            continue;
+        end = digit < rest.size() && rest[digit] == u')' ? digit + 1 : digit;
+        return extension;
+    }
+    return {};
+}
+
+// Letters as they stand on the keys of a phone, E.161. -1 for other characters.
+int KeyOf(QChar c) {
+    constexpr char keys[] = "22233344455566677778889999";
+    const char16_t u = c.unicode() | 0x20;
+    return u >= u'a' && u <= u'z' ? keys[u - u'a'] - '0' : -1;
+}
+
+// Letters from `at` on are part of the number when nothing but letters, digits and hyphens follow.
+bool ReadVanity(QStringView rest, QString& digits) {
+    int letters = 0;
+    QString keys;
+    for (const QChar c : rest) {
+        if (const int key = KeyOf(c); key >= 0) {
+            keys += QChar(u'0' + key);
+            ++letters;
+        } else if (const int digit = DigitOf(c); digit >= 0)
+            keys += QChar(u'0' + digit);
+        else if (!IsPhoneBlank(c) && !IsPhoneDash(c) && c != u'.')
+            return false;
+    }
+    if (letters < 3 || keys.size() > 12)
+        return false;
+    digits += keys;
+    return true;
+}
+
+std::optional<Written> ReadWriting(QStringView text) {
+    qsizetype at = 0;
+    while (at < text.size() && DigitOf(text[at]) < 0 && !IsPlus(text[at]))
+        ++at;
+    const QStringView before = text.first(at);
+    if (std::any_of(before.begin(), before.end(), [](QChar c) { return c.isLetter(); }) && !EndsWithPhoneLabel(before))
+        return {};
+    Written written;
+    for (; at < text.size() && IsPlus(text[at]); ++at)
+        written.Plus = true;
+    qsizetype read = at; // behind what belongs to the number
+    for (; at < text.size(); ++at) {
+        const QChar c = text[at];
+        if (const int digit = DigitOf(c); digit >= 0) {
+            read = at + 1;
+            written.Digits += QChar(u'0' + digit);
+            if (written.Digits.size() > 22)
+                return {};
+            continue;
+        }
+        qsizetype end = -1;
+        if (written.Digits.size() >= 3)
+            written.Extension = ExtensionAt(text.sliced(at), end);
+        if (end >= 0) {
+            read = at + end;
+            break;
+        }
+        if (written.Digits.size() >= 3 && KeyOf(c) >= 0) {
+            if (ReadVanity(text.sliced(at), written.Digits))
+                return written;
+            break;
+        }
+        if (!IsPhoneSeparator(c))
+            break;
+    }
+    if (written.Digits.isEmpty())
+        return {};
+    // What follows may be a remark in brackets; anything else makes a running text of it.
+    const QStringView behind = text.sliced(read);
+    for (const QChar c : behind)
+        if (c == u'(' || c == u'[')
+            break;
+        else if (c.isLetterOrNumber())
+            return {};
+    return written;
+}
+
+bool WithoutPrefix(QStringView& digits, QStringView prefix) {
+    if (prefix.isEmpty() || digits.size() <= prefix.size() || !digits.startsWith(prefix))
+        return false;
+    digits = digits.sliced(prefix.size());
+    return true;
+}
+
+// Argentina dials a mobile as area code, 15, number; from abroad it is 9, area code, number.
+QString ArgentineMobile(const PhonePlan& plan, QStringView national) {
+    if (national.size() == 12)
+        for (const qsizetype area : {2, 3, 4})
+            if (national.sliced(area, 2) == u"15") {
+                const QString mobile = u'9' + national.first(area) + national.sliced(area + 2);
+                if (IsInUse(plan, mobile))
+                    return mobile;
+            }
+    return {};
+}
+
+// The national number without what is only dialled inside the country.
+QString NationalOf(const PhonePlan& plan, QStringView digits) {
+    std::array<QStringView, 4> prefixes = {plan.Trunk};
+    if (plan.Region == u"BY")
+        prefixes = {u"80", u"8", u"0"};
+    else if (plan.Region == u"LT")
+        prefixes = {u"8", u"0"};
+    else if (plan.Region == u"MX")
+        prefixes = {u"044", u"045", u"01", u"1"};
+    for (const QStringView prefix : prefixes) {
+        QStringView stripped = digits;
+        if (!WithoutPrefix(stripped, prefix))
+            continue;
+        if (plan.Region == u"AR")
+            if (QString mobile = ArgentineMobile(plan, stripped); !mobile.isEmpty())
+                return mobile;
+        // Brazil: between the zero and the area code stand two digits of the company that carries the call.
+        if (plan.Region == u"BR" && stripped.size() >= 12 && IsInUse(plan, stripped.sliced(2)))
+            return stripped.sliced(2).toString();
+        if (IsInUse(plan, stripped))
+            return stripped.toString();
+        // What is too short without it may be a number of its own kind.
+        if (!IsInUse(plan, digits) && (IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan)))
+            return stripped.toString();
+    }
+    if (plan.Region == u"AR")
+        if (QString mobile = ArgentineMobile(plan, digits); !mobile.isEmpty())
+            return mobile;
+    return digits.toString();
+}
+
+std::optional<PhoneNumber> Judge(const PhonePlan& plan, const QString& national) {
+    if (!IsPossibleLength(plan, national.size()))
+        return {};
+    PhoneNumber number;
+    number.CountryCode = plan.Code;
+    number.E164 = u'+' + QString::number(plan.Code) + national;
+    const PhonePlan* const own = plan.Code == 1 || plan.Code == 7 ? PlanOfCode(plan.Code, national) : &plan;
+    number.Region = own->Region.toString();
+    number.Verdict = IsInUse(*own, national) ? PhoneVerdict::Valid : PhoneVerdict::Possible;
+    return number;
+}
+
+// A number that begins with its country code.
+std::optional<PhoneNumber> ReadInternational(QStringView digits) {
+    for (qsizetype length = 1; length <= 3 && length < digits.size(); ++length) {
+        const int code = digits.first(length).toInt();
+        const QStringView rest = digits.sliced(length);
+        if (const PhonePlan* const plan = PlanOfCode(code, rest))
+            return Judge(*plan, NationalOf(*plan, rest));
+        if (const OtherCode* const other = FindOther(code)) {
+            if (rest.size() < 5 || digits.size() > 15)
+                return {};
+            PhoneNumber number;
+            number.CountryCode = code;
+            number.E164 = u'+' + digits;
+            number.Region = other->Region.toString();
+            return number;
+        }
+    }
+    return {};
+}
+
+std::optional<PhoneNumber> ReadDigits(const Written& written, QStringView region) {
+    QStringView digits = written.Digits;
+    if (written.Plus) {
+        WithoutPrefix(digits, u"00"); // "+0049" is seen
+        return ReadInternational(digits);
+    }
+    const PhonePlan* const plan = PlanOfRegion(region);
+    if (plan ? WithoutPrefix(digits, plan->Abroad) : WithoutPrefix(digits, u"00"))
+        return ReadInternational(digits);
+    if (!plan)
+        return {};
+    if (plan->Code == 1 && digits.size() == 11 && digits.startsWith(u"11"))
+        return {}; // no area code begins with a 1
+    const QString national = NationalOf(*plan, digits);
+    // The country code without its plus.
+    QStringView stripped = digits;
+    if (!IsInUse(*plan, national) && WithoutPrefix(stripped, QString::number(plan->Code)))
+        if (const QString bare = NationalOf(*plan, stripped);
+            IsInUse(*plan, bare) || national.size() > LongestOf(*plan))
+            return Judge(*plan, bare);
+    return Judge(*plan, national);
+}
+
+} // namespace
+
+std::optional<PhoneNumber> ReadPhone(QStringView text, QStringView region) {
+    if (text.size() > 250)
+        return {};
+    const std::optional<Written> written = ReadWriting(text);
+    if (!written)
+        return {};
+    std::optional<PhoneNumber> number = ReadDigits(*written, region);
+    if (number)
+        number->Extension = written->Extension;
+    return number;
+}
+
+int CallingCodeOf(QStringView region) {
+    if (const PhonePlan* const plan = PlanOfRegion(region))
+        return plan->Code;
+    for (const OtherCode& other : otherCodes)
+        if (other.Region == region)
+            return other.Code;
+    return 0;
+}
+
+QString RegionOfCallingCode(int code) {
+    if (code == 1 || code == 7)
+        return {};
+    if (const PhonePlan* const plan = PlanOfCode(code, {}))
+        return plan->Region.toString();
+    const OtherCode* const other = FindOther(code);
+    return other ? other->Region.toString() : QString();
+}
+
+std::vector<QStringView> PhoneRegions() {
+    std::vector<QStringView> regions;
+    const auto [begin, end] = AllPlans();
+    for (const PhonePlan* plan = begin; plan != end; ++plan)
+        regions.push_back(plan->Region);
+    return regions;
+}
+
+} // namespace Brindle
