@@ -27,17 +27,28 @@ QJsonObject JsonOf(const StructuredItems& items, int item, int depth) {
     if (depth < deepest) {
         for (const StructuredProperty& property : said.Properties) {
             QJsonArray values = properties.value(property.Name).toArray();
-            values.append(property.Item < 0 ? QJsonValue(property.Text) : JsonOf(items, property.Item, depth + 1));
+            if (property.Item < 0)
+                values.append(property.Text);
+            else if (items.At(property.Item).Parent == item)
+                values.append(JsonOf(items, property.Item, depth + 1));
+            else
+                values.append(QJsonObject{{u"type"_s, QJsonArray::fromStringList(items.At(property.Item).Types)}});
             properties.insert(property.Name, values);
         }
     }
     return {{u"type"_s, QJsonArray::fromStringList(said.Types)}, {u"id"_s, said.Id}, {u"properties"_s, properties}};
 }
 
+// Those that stand in no other one.
 QJsonArray ItemsOf(const StructuredItems& items, Notation notation) {
     QJsonArray result;
+    std::vector<bool> held(items.Items.size());
     for (size_t i = 0; i < items.Items.size(); ++i)
-        if (items.Items[i].In == notation && items.Items[i].Parent < 0)
+        for (const StructuredProperty& property : items.Items[i].Properties)
+            if (property.Item >= 0 && items.At(property.Item).Parent == static_cast<int>(i))
+                held[static_cast<size_t>(property.Item)] = true;
+    for (size_t i = 0; i < items.Items.size(); ++i)
+        if (items.Items[i].In == notation && !held[i])
             result.append(JsonOf(items, static_cast<int>(i), 0));
     return result;
 }

@@ -333,8 +333,11 @@ private:
         for (int depth = 0; depth < 3 && at != noNode; ++depth) {
             if ((page_.Is(at, u"a") || page_.Is(at, u"area")) && page_.HasAttribute(at, u"href"))
                 return ResolveAddress(base_, page_.Attribute(at, u"href").toString());
-            const NodeIndex link = OnlyLinkOf(at);
-            at = link != noNode ? link : OnlyElementOf(at);
+            NodeIndex next = noNode;
+            for (const QStringView name : {QStringView(u"a"), QStringView(u"area")})
+                if (next == noNode)
+                    next = OnlyChild(at, [&](NodeIndex child) { return page_.Is(child, name); });
+            at = next != noNode ? next : OnlyElementOf(at);
         }
         return {};
     }
@@ -342,9 +345,6 @@ private:
     // The only element directly in another one; `noNode` when there are more or none.
     NodeIndex OnlyElementOf(NodeIndex node) const {
         return OnlyChild(node, [this](NodeIndex child) { return page_.IsElement(child); });
-    }
-    NodeIndex OnlyLinkOf(NodeIndex node) const {
-        return OnlyChild(node, [this](NodeIndex child) { return page_.Is(child, u"a"); });
     }
     template <typename Wanted>
     NodeIndex OnlyChild(NodeIndex node, const Wanted& wanted) const {
