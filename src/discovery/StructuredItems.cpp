@@ -3,8 +3,8 @@
 #include "discovery/JsonLd.h"
 #include "discovery/Microdata.h"
 #include "discovery/Microformats.h"
+#include "discovery/NextPage.h"
 #include "discovery/Rdfa.h"
-#include "toolkit/PageAddress.h"
 
 namespace Brindle {
 
@@ -22,13 +22,6 @@ QString NotationName(Notation notation) {
         return u"microformats"_s;
     }
     return {};
-}
-
-QString BaseAddressOf(const PageTree& page, const QString& url) {
-    for (NodeIndex node = 0; node < page.Count(); ++node)
-        if (page.Is(node, u"base") && page.HasAttribute(node, u"href"))
-            return ResolveAddress(url, page.Attribute(node, u"href").toString());
-    return url;
 }
 
 StructuredItems StructuredItemsOf(const PageTree& page, const QString& url) {

@@ -33,7 +33,7 @@ struct StructuredItem {
     std::vector<StructuredProperty> Properties; ///< in the page's order
 };
 
-/// All that a page says of things, in one list: an item stands behind the one that holds it.
+/// All that a page says of things, in one list; items know each other by their numbers in it.
 struct StructuredItems {
     std::vector<StructuredItem> Items;
 
@@ -44,9 +44,6 @@ struct StructuredItems {
     StructuredItem& At(int item) { return Items[static_cast<size_t>(item)]; }
     const StructuredItem& At(int item) const { return Items[static_cast<size_t>(item)]; }
 };
-
-/// The address with which a page's links are resolved: that of its base element, or the page's own.
-QString BaseAddressOf(const PageTree& page, const QString& url);
 
 /// What a page at `url` says in any notation: first JSON-LD, then microdata, RDFa, microformats. Linear in the page;
 /// hostile repetition of one part of the page in many items is cut off.

@@ -1,5 +1,6 @@
 #include "discovery/StructuredLead.h"
 
+#include "discovery/NextPage.h"
 #include "discovery/StructuredLinks.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
