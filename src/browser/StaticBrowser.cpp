@@ -234,6 +234,10 @@ QString StaticBrowser::BodyOuterHtml(MarkupForm form) {
     return *document_.LegacyBody;
 }
 
+QString StaticBrowser::DocumentHtml() {
+    return Busy() || document_.Address.isEmpty() ? QString() : Parsed().DocumentHtml();
+}
+
 int StaticBrowser::LinkCount() {
     return Busy() || document_.Address.isEmpty() ? 0 : static_cast<int>(Parsed().Links().size());
 }

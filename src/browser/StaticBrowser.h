@@ -32,6 +32,7 @@ public:
     bool Busy() const override { return transfer_ != nullptr; }
     QString LocationAddress() const override { return document_.Address; }
     QString BodyOuterHtml(MarkupForm form) override;
+    QString DocumentHtml() override;
     int LinkCount() override;
     QString LinkInnerText(int index) override;
     /// Follows a link to a page or to a place on this page; one that would run a script, write a mail or store a file

@@ -30,6 +30,9 @@ public:
     /// The serialisation of the document's body element, tag included, in the form that is asked for; empty while
     /// there is no document or it cannot be read.
     virtual QString BodyOuterHtml(MarkupForm form) = 0;
+    /// The serialisation of the whole document with its head, from the html element's start tag to its end tag, in the
+    /// form of today's engines; empty when there is none or it cannot be read.
+    virtual QString DocumentHtml() = 0;
 
     /// The document's links (a and area elements with an address), in document order.
     virtual int LinkCount() = 0;

@@ -1,7 +1,6 @@
 #include "page/HtmlDocument.h"
 
 #include "page/HtmlSerializer.h"
-#include "page/HtmlTree.h"
 #include "page/InnerText.h"
 #include "page/MarkupFormText.h"
 
@@ -10,72 +9,67 @@ namespace Brindle {
 namespace {
 
 // Links within links beyond this have no text of their own.
-constexpr int deepestLink = 8;
+constexpr size_t deepestLink = 8;
 
-bool IsLink(const GumboNode* node) {
-    return (IsHtmlElement(node, GUMBO_TAG_A) || IsHtmlElement(node, GUMBO_TAG_AREA)) &&
-           AttributeOf(node->v.element, "href");
-}
-
-// Gathers what the page says of itself in one walk over its tree.
-class Gathering {
+// The innermost ends of elements that are open in a walk over a tree.
+class OpenEnds {
 public:
-    std::vector<HtmlLink> Links;
-    QString BaseHref;
-    QString Title;
-
-    void Over(const GumboNode* root) {
-        Walk(
-            root, [this](const GumboNode* node, int) { return Enter(node); },
-            [this](const GumboNode* node, int) {
-                links_ -= IsLink(node) ? 1 : 0;
-                hidden_ -= IsHidden(node) ? 1 : 0;
-            });
+    void Add(NodeIndex end) { ends_.push_back(end); }
+    void LeaveUpTo(NodeIndex node) {
+        while (!ends_.empty() && ends_.back() <= node)
+            ends_.pop_back();
     }
+    size_t Count() const { return ends_.size(); }
 
 private:
-    bool Enter(const GumboNode* node) {
-        // The contents of a template are no part of the document.
-        if (!ChildrenOf(node) || node->type == GUMBO_NODE_TEMPLATE)
-            return false;
-        const GumboElement& element = node->v.element;
-        if (IsLink(node)) {
-            HtmlLink link;
-            link.Href = QString::fromUtf8(AttributeOf(element, "href"));
-            link.Downloads = AttributeOf(element, "download") != nullptr;
-            if (links_ < deepestLink)
-                link.Text = hidden_ > 0 || IsHidden(node) ? TextContent(node) : InnerText(node);
-            Links.push_back(std::move(link));
-            ++links_;
-        } else if (IsHtmlElement(node, GUMBO_TAG_BASE) && BaseHref.isEmpty()) {
-            if (const char* const href = AttributeOf(element, "href"))
-                BaseHref = QString::fromUtf8(href);
-        } else if (IsHtmlElement(node, GUMBO_TAG_TITLE) && Title.isEmpty()) {
-            Title = TextContent(node).simplified();
-        }
-        hidden_ += IsHidden(node) ? 1 : 0;
-        return true;
-    }
-
-    int links_ = 0;
-    int hidden_ = 0;
+    std::vector<NodeIndex> ends_;
 };
+
+bool IsLink(const PageTree& tree, NodeIndex node) {
+    return (tree.Is(node, u"a") || tree.Is(node, u"area")) && tree.HasAttribute(node, u"href");
+}
 
 } // namespace
 
 HtmlDocument::HtmlDocument(const QString& html, const PageBounds& bounds) {
-    const HtmlTree tree(html, bounds);
-    if (const GumboNode* const body = tree.Body())
-        body_ = tree.Text(OuterHtml(body));
-    Gathering gathering;
-    gathering.Over(tree.Root());
-    links_ = std::move(gathering.Links);
-    for (HtmlLink& link : links_) {
-        link.Href = tree.Text(link.Href);
-        link.Text = tree.Text(link.Text);
+    const PageTree tree(html, bounds);
+    DocumentPieces pieces = SerializedDocument(tree);
+    beforeBody_ = std::move(pieces.BeforeBody);
+    body_ = std::move(pieces.Body);
+    behindBody_ = std::move(pieces.BehindBody);
+    Gather(tree);
+}
+
+void HtmlDocument::Gather(const PageTree& tree) {
+    const TextReader reader(tree);
+    OpenEnds links;
+    OpenEnds hidden;
+    for (NodeIndex node = 0; node < tree.Count(); ++node) {
+        if (!tree.IsElement(node))
+            continue;
+        // The contents of a template are no part of the document.
+        if (tree.IsTemplate(node)) {
+            node = tree.End(node) - 1;
+            continue;
+        }
+        links.LeaveUpTo(node);
+        hidden.LeaveUpTo(node);
+        if (reader.IsHidden(node))
+            hidden.Add(tree.End(node));
+        if (IsLink(tree, node)) {
+            HtmlLink link;
+            link.Href = tree.Attribute(node, u"href").toString();
+            link.Downloads = tree.HasAttribute(node, u"download");
+            if (links.Count() < deepestLink)
+                link.Text = hidden.Count() > 0 ? reader.TextContent(node) : reader.InnerText(node);
+            links_.push_back(std::move(link));
+            links.Add(tree.End(node));
+        } else if (baseHref_.isEmpty() && tree.Is(node, u"base")) {
+            baseHref_ = tree.Attribute(node, u"href").toString();
+        } else if (title_.isEmpty() && tree.Is(node, u"title")) {
+            title_ = reader.TextContent(node).simplified();
+        }
     }
-    baseHref_ = tree.Text(gathering.BaseHref);
-    title_ = tree.Text(gathering.Title);
 }
 
 QString HtmlDocument::BodyOuterHtml(MarkupForm form) const {
@@ -83,7 +77,13 @@ QString HtmlDocument::BodyOuterHtml(MarkupForm form) const {
 }
 
 QString BodyOfPage(const QString& html, MarkupForm form) {
-    return HtmlDocument(html).BodyOuterHtml(form);
+    QString body;
+    {
+        const PageTree tree(html);
+        if (tree.Body() != noNode)
+            body = OuterHtml(tree, tree.Body());
+    }
+    return InMarkupForm(body, form);
 }
 
 } // namespace Brindle

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/MarkupForm.h"
-#include "page/PageBounds.h"
+#include "page/PageTree.h"
 
 #include <QString>
 
@@ -25,6 +25,9 @@ public:
 
     /// The body element, its tags included. Empty for a document that was never loaded.
     QString BodyOuterHtml(MarkupForm form) const;
+    /// The whole document, from the html element's start tag to its end tag. Empty for a document that was never
+    /// loaded.
+    QString DocumentHtml() const { return beforeBody_ + body_ + behindBody_; }
     /// In document order.
     const std::vector<HtmlLink>& Links() const { return links_; }
     /// What the page gives as the address to resolve its links with; empty when it gives none.
@@ -32,7 +35,11 @@ public:
     const QString& Title() const { return title_; }
 
 private:
+    void Gather(const PageTree& tree);
+
+    QString beforeBody_;
     QString body_;
+    QString behindBody_;
     std::vector<HtmlLink> links_;
     QString baseHref_;
     QString title_;

@@ -1,204 +1,206 @@
 #include "page/HtmlSerializer.h"
 
-#include "page/HtmlTree.h"
-#include "page/MarkupScanner.h"
-
 #include <algorithm>
-#include <cstring>
 #include <iterator>
-#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Engines put elements that lie deeper than this beside their parent instead of into it; its texts stay.
-constexpr int deepest = 512;
+constexpr size_t deepest = 512;
 
-bool IsVoid(std::string_view name) {
-    static constexpr std::string_view names[] = {"area",  "base",  "basefont", "bgsound", "br",    "col",    "embed",
-                                                 "frame", "hr",    "image",    "img",     "input", "keygen", "link",
-                                                 "meta",  "param", "source",   "track",   "wbr"};
+bool IsVoid(QStringView name) {
+    static constexpr QStringView names[] = {u"area",  u"base",  u"basefont", u"bgsound", u"br",    u"col",    u"embed",
+                                            u"frame", u"hr",    u"image",    u"img",     u"input", u"keygen", u"link",
+                                            u"meta",  u"param", u"source",   u"track",   u"wbr"};
     return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-// SVG attributes to which the parser gives a case that later editions of the standard no longer give.
-bool IsLowerCasedSince(std::string_view name) {
-    return name == "contentScriptType" || name == "contentStyleType" || name == "externalResourcesRequired" ||
-           name == "filterRes";
+bool HoldsRawTextAlways(QStringView name) {
+    static constexpr QStringView names[] = {u"style",     u"script",  u"xmp",     u"iframe",
+                                            u"plaintext", u"noembed", u"noframes"};
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
 class Serializer {
 public:
-    explicit Serializer(int rootDepth) : rootDepth_(rootDepth) {}
-
-    QString Write(const GumboNode* first) {
-        Walk(
-            first, [this](const GumboNode* node, int depth) { return Enter(node, depth); },
-            [this](const GumboNode* node, int depth) { Leave(node, depth); });
-        return QString::fromUtf8(out_);
+    explicit Serializer(const PageTree& tree) : tree_(tree), traits_(static_cast<size_t>(tree.NameCount())) {
+        for (NodeIndex node = 0, known = 0; node < tree.Count() && known < tree.NameCount(); ++node) {
+            if (!tree.IsElement(node))
+                continue;
+            Traits& traits = traits_[static_cast<size_t>(tree.NameId(node))];
+            if (std::exchange(traits.Known, true))
+                continue;
+            ++known;
+            traits.Void = IsVoid(tree.Name(node));
+            traits.Raw = HoldsRawTextAlways(tree.Name(node));
+            traits.Noscript = tree.Name(node) == u"noscript";
+        }
     }
+
+    // Writes a node and all within it. `begins` and `ends` are called for each element before and behind it.
+    template <typename Function>
+    void Write(NodeIndex first, Function at) {
+        for (NodeIndex up = first; up != noNode; up = tree_.Parent(up))
+            ++outside_;
+        const NodeIndex end = tree_.End(first);
+        for (NodeIndex node = first; node < end; ++node) {
+            while (!open_.empty() && tree_.End(open_.back()) <= node)
+                Leave(at);
+            switch (tree_.Kind(node)) {
+            case NodeKind::Element:
+                at(node, true);
+                WriteStartTag(node);
+                break;
+            case NodeKind::Text:
+                if (open_.empty() || !IsFlattened(open_.size() - 1)) // otherwise it is written already
+                    WriteText(node);
+                break;
+            case NodeKind::Comment:
+                Out += u"<!--";
+                Out += tree_.Text(node);
+                Out += u"-->";
+            }
+        }
+        while (!open_.empty())
+            Leave(at);
+    }
+
+    QString Out;
 
 private:
-    bool IsFlattened(int depth) const { return depth + rootDepth_ > deepest; }
+    struct Traits {
+        bool Known = false;
+        bool Void = false;
+        bool Raw = false;
+        bool Noscript = false;
+    };
 
-    bool Enter(const GumboNode* node, int depth) {
-        switch (node->type) {
-        case GUMBO_NODE_ELEMENT:
-        case GUMBO_NODE_TEMPLATE:
-            templates_ += node->type == GUMBO_NODE_TEMPLATE ? 1 : 0;
-            return WriteStartTag(node->v.element, depth);
-        case GUMBO_NODE_TEXT:
-        case GUMBO_NODE_WHITESPACE:
-        case GUMBO_NODE_CDATA:
-            if (!IsFlattened(depth - 1)) // otherwise it is written already
-                WriteText(node);
-            return false;
-        case GUMBO_NODE_COMMENT:
-            if (std::strcmp(node->v.text.text, flushComment) == 0)
-                return false;
-            out_ += "<!--";
-            out_ += node->v.text.text;
-            out_ += "-->";
-            return false;
-        case GUMBO_NODE_DOCUMENT:
-            break;
+    const Traits& TraitsOf(NodeIndex element) const { return traits_[static_cast<size_t>(tree_.NameId(element))]; }
+    // Of an element at this depth below the first one.
+    bool IsFlattened(size_t depth) const { return depth + outside_ > deepest; }
+
+    template <typename Function>
+    void Leave(Function at) {
+        const NodeIndex node = open_.back();
+        open_.pop_back();
+        templates_ -= tree_.IsTemplate(node) ? 1 : 0;
+        if (!IsFlattened(open_.size()))
+            WriteEndTag(node);
+        at(node, false);
+    }
+
+    void WriteStartTag(NodeIndex node) {
+        Out += u'<';
+        Out += tree_.Name(node);
+        for (const PageAttribute& attribute : tree_.Attributes(node)) {
+            Out += u' ';
+            Out += attribute.Name;
+            Out += u"=\"";
+            WriteEscaped<true>(attribute.Value);
+            Out += u'"';
         }
-        return false;
-    }
-
-    void Leave(const GumboNode* node, int depth) {
-        templates_ -= node->type == GUMBO_NODE_TEMPLATE ? 1 : 0;
-        if (!IsFlattened(depth))
-            WriteEndTag(NameOf(node->v.element));
-    }
-
-    bool WriteStartTag(const GumboElement& element, int depth) {
-        const QByteArray name = NameOf(element);
-        out_ += '<';
-        out_ += name;
-        for (unsigned i = 0; i < element.attributes.length; ++i)
-            WriteAttribute(*static_cast<const GumboAttribute*>(element.attributes.data[i]),
-                           element.tag_namespace == GUMBO_NAMESPACE_SVG);
-        out_ += '>';
-        if (element.tag_namespace == GUMBO_NAMESPACE_HTML &&
-            IsVoid({name.constData(), static_cast<size_t>(name.size())}))
-            return false;
-        if (IsFlattened(depth)) {
-            for (unsigned i = 0; i < element.children.length; ++i)
-                if (const auto* const child = static_cast<const GumboNode*>(element.children.data[i]); IsText(child))
+        Out += u'>';
+        if (tree_.Space(node) == NodeSpace::Html && TraitsOf(node).Void)
+            return; // no parser puts anything into it
+        templates_ += tree_.IsTemplate(node) ? 1 : 0;
+        if (IsFlattened(open_.size())) {
+            for (NodeIndex child = tree_.FirstChild(node); child != noNode; child = tree_.NextSibling(child))
+                if (tree_.IsText(child))
                     WriteText(child);
-            WriteEndTag(name);
+            WriteEndTag(node);
         }
-        return true;
+        open_.push_back(node);
     }
 
-    void WriteText(const GumboNode* text) {
-        if (HoldsRawText(text->parent))
-            out_ += text->v.text.text;
+    void WriteText(NodeIndex node) {
+        const NodeIndex parent = tree_.Parent(node);
+        if (parent != noNode && HoldsRaw(parent))
+            Out += tree_.Text(node);
         else
-            WriteEscaped(text->v.text.text, false);
+            WriteEscaped<false>(tree_.Text(node));
     }
 
-    void WriteEndTag(const QByteArray& name) {
-        out_ += "</";
-        out_ += name;
-        out_ += '>';
+    void WriteEndTag(NodeIndex node) {
+        Out += u"</";
+        Out += tree_.Name(node);
+        Out += u'>';
     }
 
-    void WriteAttribute(const GumboAttribute& attribute, bool ofSvg) {
-        std::string_view name = attribute.name;
-        if (name == aliasAttribute)
-            return;
-        out_ += ' ';
-        switch (attribute.attr_namespace) {
-        case GUMBO_ATTR_NAMESPACE_XLINK:
-            out_ += "xlink:";
-            break;
-        case GUMBO_ATTR_NAMESPACE_XML:
-            out_ += "xml:";
-            break;
-        case GUMBO_ATTR_NAMESPACE_XMLNS:
-            if (name != "xmlns")
-                out_ += "xmlns:";
-            break;
-        case GUMBO_ATTR_NAMESPACE_NONE:
-            break;
-        }
-        const QByteArrayView written(name.data(), static_cast<qsizetype>(name.size()));
-        if (ofSvg && IsLowerCasedSince(name))
-            out_ += written.toByteArray().toLower();
-        else
-            out_ += written;
-        out_ += "=\"";
-        WriteEscaped(attribute.value, true);
-        out_ += '"';
-    }
-
-    void WriteEscaped(const char* text, bool inAttribute) {
-        const char* const special = inAttribute ? "&\"\xc2" : "&<>\xc2";
-        while (*text) {
-            const size_t run = std::strcspn(text, special);
-            out_.append(text, static_cast<qsizetype>(run));
-            text += run;
-            switch (*text) {
-            case '\0':
-                return;
-            case '&':
-                out_ += "&amp;";
-                break;
-            case '<':
-                out_ += "&lt;";
-                break;
-            case '>':
-                out_ += "&gt;";
-                break;
-            case '"':
-                out_ += "&quot;";
-                break;
-            default: // the first byte of U+00A0 and of its neighbours
-                if (text[1] == '\xa0') {
-                    out_ += "&nbsp;";
-                    ++text;
-                } else {
-                    out_ += *text;
-                }
-            }
-            ++text;
-        }
-    }
-
-    bool HoldsRawText(const GumboNode* parent) const {
-        if (!parent || parent->type != GUMBO_NODE_ELEMENT || parent->v.element.tag_namespace != GUMBO_NAMESPACE_HTML)
-            return false;
-        switch (parent->v.element.tag) {
-        case GUMBO_TAG_STYLE:
-        case GUMBO_TAG_SCRIPT:
-        case GUMBO_TAG_XMP:
-        case GUMBO_TAG_IFRAME:
-        case GUMBO_TAG_PLAINTEXT:
-            return true;
-        case GUMBO_TAG_NOEMBED:
-        case GUMBO_TAG_NOFRAMES:
-            // A noscript goes under these two names. No script runs in a template.
-            return templates_ == 0 || NameOf(parent->v.element) != "noscript";
+    template <bool inAttribute>
+    static QStringView EscapeOf(char16_t c) {
+        switch (c) {
+        case u'&':
+            return u"&amp;";
+        case u'\u00a0':
+            return u"&nbsp;";
+        case u'"':
+            return inAttribute ? QStringView(u"&quot;") : QStringView();
+        case u'<':
+            return inAttribute ? QStringView() : QStringView(u"&lt;");
+        case u'>':
+            return inAttribute ? QStringView() : QStringView(u"&gt;");
         default:
-            return false;
+            return {};
         }
     }
 
-    QByteArray out_;
-    int rootDepth_;
+    template <bool inAttribute>
+    void WriteEscaped(QStringView text) {
+        const char16_t* const end = text.utf16() + text.size();
+        const char16_t* done = text.utf16();
+        for (const char16_t* c = done; c != end; ++c) {
+            if (*c > u'\u00a0' || (*c > u'>' && *c < u'\u00a0'))
+                continue;
+            const QStringView escape = EscapeOf<inAttribute>(*c);
+            if (escape.isEmpty())
+                continue;
+            Out += QStringView(done, c);
+            Out += escape;
+            done = c + 1;
+        }
+        Out += QStringView(done, end);
+    }
+
+    bool HoldsRaw(NodeIndex parent) const {
+        if (tree_.Space(parent) != NodeSpace::Html)
+            return false;
+        const Traits& traits = TraitsOf(parent);
+        // No script runs in a template.
+        return traits.Raw || (traits.Noscript && templates_ == 0);
+    }
+
+    const PageTree& tree_;
+    std::vector<Traits> traits_; // by name
+    std::vector<NodeIndex> open_;
+    size_t outside_ = 0;
     int templates_ = 0; // that are open
 };
 
 } // namespace
 
-QString OuterHtml(const GumboNode* node) {
-    int rootDepth = 1;
-    for (const GumboNode* up = node->parent; up && up->type != GUMBO_NODE_DOCUMENT; up = up->parent)
-        ++rootDepth;
-    return Serializer(rootDepth).Write(node);
+QString OuterHtml(const PageTree& tree, NodeIndex node) {
+    Serializer serializer(tree);
+    serializer.Write(node, [](NodeIndex, bool) {});
+    return std::move(serializer.Out);
+}
+
+DocumentPieces SerializedDocument(const PageTree& tree) {
+    DocumentPieces pieces;
+    if (tree.Root() == noNode)
+        return pieces;
+    Serializer serializer(tree);
+    serializer.Write(tree.Root(), [&](NodeIndex node, bool begins) {
+        if (node == tree.Body())
+            (begins ? pieces.BeforeBody : pieces.Body) = std::exchange(serializer.Out, {});
+    });
+    (tree.Body() == noNode ? pieces.BeforeBody : pieces.BehindBody) = std::move(serializer.Out);
+    return pieces;
 }
 
 } // namespace Brindle

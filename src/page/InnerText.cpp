@@ -1,147 +1,118 @@
 #include "page/InnerText.h"
 
-#include "page/HtmlTree.h"
+#include "page/TextSearch.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // So that links within links within links do not make a page's texts grow with the square of its size.
 constexpr qsizetype longestText = 65'536;
 
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
+template <size_t N>
+bool IsOneOf(QStringView name, const QStringView (&names)[N]) {
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-// How many line ends an element needs before and after itself.
-int LinesAround(GumboTag tag) {
-    switch (tag) {
-    case GUMBO_TAG_P:
-        return 2;
-    case GUMBO_TAG_ADDRESS:
-    case GUMBO_TAG_ARTICLE:
-    case GUMBO_TAG_ASIDE:
-    case GUMBO_TAG_BLOCKQUOTE:
-    case GUMBO_TAG_CENTER:
-    case GUMBO_TAG_DD:
-    case GUMBO_TAG_DETAILS:
-    case GUMBO_TAG_DIR:
-    case GUMBO_TAG_DIV:
-    case GUMBO_TAG_DL:
-    case GUMBO_TAG_DT:
-    case GUMBO_TAG_FIELDSET:
-    case GUMBO_TAG_FIGCAPTION:
-    case GUMBO_TAG_FIGURE:
-    case GUMBO_TAG_FOOTER:
-    case GUMBO_TAG_FORM:
-    case GUMBO_TAG_H1:
-    case GUMBO_TAG_H2:
-    case GUMBO_TAG_H3:
-    case GUMBO_TAG_H4:
-    case GUMBO_TAG_H5:
-    case GUMBO_TAG_H6:
-    case GUMBO_TAG_HEADER:
-    case GUMBO_TAG_HGROUP:
-    case GUMBO_TAG_HR:
-    case GUMBO_TAG_LEGEND:
-    case GUMBO_TAG_LI:
-    case GUMBO_TAG_LISTING:
-    case GUMBO_TAG_MAIN:
-    case GUMBO_TAG_MENU:
-    case GUMBO_TAG_NAV:
-    case GUMBO_TAG_OL:
-    case GUMBO_TAG_OPTGROUP:
-    case GUMBO_TAG_OPTION:
-    case GUMBO_TAG_PRE:
-    case GUMBO_TAG_SECTION:
-    case GUMBO_TAG_SUMMARY:
-    case GUMBO_TAG_TABLE:
-    case GUMBO_TAG_CAPTION:
-    case GUMBO_TAG_UL:
-    case GUMBO_TAG_XMP:
-        return 1;
-    default:
-        return 0;
-    }
+// Elements that begin and end a line.
+constexpr QStringView blocks[] = {
+    u"address", u"article", u"aside", u"blockquote", u"center",     u"dd",     u"details",  u"dialog", u"dir",
+    u"div",     u"dl",      u"dt",    u"fieldset",   u"figcaption", u"figure", u"footer",   u"form",   u"h1",
+    u"h2",      u"h3",      u"h4",    u"h5",         u"h6",         u"header", u"hgroup",   u"hr",     u"legend",
+    u"li",      u"listing", u"main",  u"menu",       u"nav",        u"ol",     u"optgroup", u"option", u"pre",
+    u"section", u"summary", u"table", u"caption",    u"ul",         u"xmp"};
+
+constexpr QStringView hidden[] = {u"area",    u"audio",    u"canvas",   u"datalist", u"head", u"iframe",
+                                  u"noembed", u"noframes", u"noscript", u"object",   u"rp",   u"script",
+                                  u"style",   u"template", u"textarea", u"title",    u"video"};
+
+constexpr QStringView preserving[] = {u"pre", u"xmp", u"listing", u"plaintext"};
+constexpr QStringView hiddenInSvg[] = {u"title", u"desc", u"style", u"script"};
+
+bool HidesByStyle(QStringView style) {
+    QString plain(u';');
+    for (const QChar c : style)
+        if (!IsPageBlank(c))
+            plain += c.toLower();
+    return plain.contains(u";display:none") || plain.contains(u";visibility:hidden");
 }
 
-bool KeepsSpace(GumboTag tag) {
-    return tag == GUMBO_TAG_PRE || tag == GUMBO_TAG_XMP || tag == GUMBO_TAG_LISTING || tag == GUMBO_TAG_PLAINTEXT;
-}
+} // namespace
 
-bool HidesByStyle(const char* style) {
-    QByteArray plain;
-    for (; *style; ++style)
-        if (!IsBlank(*style))
-            plain += *style;
-    plain = ';' + plain.toLower();
-    return plain.contains(";display:none") || plain.contains(";visibility:hidden");
-}
-
-class TextCollector {
+class TextReader::Collector {
 public:
-    QString Collect(const GumboNode* first) {
-        Walk(
-            first, [this, first](const GumboNode* node, int) { return Enter(node, node == first); },
-            [this, first](const GumboNode* node, int) {
-                if (node != first)
-                    Leave(node->v.element.tag);
-            });
-        return QString::fromUtf8(out_);
+    explicit Collector(const TextReader& reader) : reader_(reader), tree_(reader.tree_) {}
+
+    QString Collect(NodeIndex first) {
+        const NodeIndex end = tree_.End(first);
+        preserved_ = tree_.Space(first) == NodeSpace::Html && reader_.TraitsOf(first).KeepsSpace ? 1 : 0;
+        for (NodeIndex node = first + 1; node < end && out_.size() <= longestText;) {
+            while (!open_.empty() && tree_.End(open_.back()) <= node)
+                Leave();
+            if (tree_.IsText(node))
+                Add(tree_.Text(node));
+            else if (tree_.IsElement(node) && (tree_.IsTemplate(node) || reader_.IsHidden(node))) {
+                node = tree_.End(node);
+                continue;
+            } else if (tree_.IsElement(node))
+                Enter(node);
+            ++node;
+        }
+        return std::move(out_);
     }
 
 private:
-    bool Enter(const GumboNode* node, bool isFirst) {
-        if (out_.size() > longestText)
-            return false;
-        if (IsText(node)) {
-            Add(node->v.text.text);
-            return false;
-        }
-        if (!ChildrenOf(node) || (!isFirst && IsHidden(node)))
-            return false;
-        const GumboTag tag = node->v.element.tag;
-        preserved_ += KeepsSpace(tag) ? 1 : 0;
-        if (isFirst)
-            return true;
-        if (tag == GUMBO_TAG_BR)
+    void Enter(NodeIndex node) {
+        open_.push_back(node);
+        if (tree_.Space(node) != NodeSpace::Html)
+            return;
+        const Traits& traits = reader_.TraitsOf(node);
+        preserved_ += traits.KeepsSpace ? 1 : 0;
+        if (traits.BreaksLine)
             BreakLine();
         else
-            lines_ = std::max(lines_, LinesAround(tag));
-        return true;
+            lines_ = std::max<int>(lines_, traits.LinesAround);
     }
 
-    void Leave(GumboTag tag) {
-        preserved_ -= KeepsSpace(tag) ? 1 : 0;
-        if (tag == GUMBO_TAG_TD || tag == GUMBO_TAG_TH)
+    void Leave() {
+        const NodeIndex node = open_.back();
+        open_.pop_back();
+        if (tree_.Space(node) != NodeSpace::Html)
+            return;
+        const Traits& traits = reader_.TraitsOf(node);
+        preserved_ -= traits.KeepsSpace ? 1 : 0;
+        if (traits.IsCell)
             cellEnded_ = true;
-        else if (tag == GUMBO_TAG_TR)
+        else if (traits.IsRow)
             lines_ = std::max(lines_, 1);
         else
-            lines_ = std::max(lines_, LinesAround(tag));
+            lines_ = std::max<int>(lines_, traits.LinesAround);
     }
 
-    void Add(const char* text) {
-        for (; *text; ++text) {
-            if (preserved_ > 0 ? *text == '\n' : false)
+    void Add(QStringView text) {
+        for (const QChar c : text) {
+            if (preserved_ > 0 && c == u'\n')
                 BreakLine();
-            else if (preserved_ == 0 && IsBlank(*text))
+            else if (preserved_ == 0 && IsPageBlank(c))
                 blank_ = true;
             else
-                AddCharacter(*text);
+                AddCharacter(c);
         }
     }
 
-    void AddCharacter(char c) {
+    void AddCharacter(QChar c) {
         if (!out_.isEmpty()) {
             if (lines_ > 0)
-                out_.append(lines_, '\n');
+                out_.append(QString(lines_, u'\n'));
             else if (cellEnded_)
-                out_ += '\t';
-            else if (blank_ && out_.back() != '\n')
-                out_ += ' ';
+                out_ += u'\t';
+            else if (blank_ && out_.back() != u'\n')
+                out_ += u' ';
         }
         lines_ = 0;
         blank_ = false;
@@ -151,71 +122,61 @@ private:
 
     void BreakLine() {
         if (!out_.isEmpty())
-            out_ += '\n';
+            out_ += u'\n';
         blank_ = false;
     }
 
-    QByteArray out_;
+    const TextReader& reader_;
+    const PageTree& tree_;
+    std::vector<NodeIndex> open_;
+    QString out_;
     int lines_ = 0;
     int preserved_ = 0;
     bool blank_ = false;
     bool cellEnded_ = false;
 };
 
-} // namespace
-
-bool IsHidden(const GumboNode* node) {
-    if (!ChildrenOf(node))
-        return false;
-    const GumboElement& element = node->v.element;
-    if (element.tag_namespace == GUMBO_NAMESPACE_HTML) {
-        switch (element.tag) {
-        case GUMBO_TAG_AREA:
-        case GUMBO_TAG_AUDIO:
-        case GUMBO_TAG_CANVAS:
-        case GUMBO_TAG_DATALIST:
-        case GUMBO_TAG_HEAD:
-        case GUMBO_TAG_IFRAME:
-        case GUMBO_TAG_NOEMBED:
-        case GUMBO_TAG_NOFRAMES:
-        case GUMBO_TAG_OBJECT:
-        case GUMBO_TAG_RP:
-        case GUMBO_TAG_SCRIPT:
-        case GUMBO_TAG_STYLE:
-        case GUMBO_TAG_TEMPLATE:
-        case GUMBO_TAG_TEXTAREA:
-        case GUMBO_TAG_TITLE:
-        case GUMBO_TAG_VIDEO:
-            return true;
-        default:
-            break;
-        }
-        if (AttributeOf(element, "hidden"))
-            return true;
+TextReader::TextReader(const PageTree& tree) : tree_(tree) {
+    traits_.resize(static_cast<size_t>(tree.NameCount()));
+    std::vector<bool> known(traits_.size());
+    for (NodeIndex node = 0; node < tree.Count(); ++node) {
+        if (!tree.IsElement(node) || known[static_cast<size_t>(tree.NameId(node))])
+            continue;
+        known[static_cast<size_t>(tree.NameId(node))] = true;
+        const QStringView name = tree.Name(node);
+        Traits& traits = traits_[static_cast<size_t>(tree.NameId(node))];
+        traits.LinesAround = name == u"p" ? 2 : IsOneOf(name, blocks) ? 1 : 0;
+        traits.KeepsSpace = IsOneOf(name, preserving);
+        traits.BreaksLine = name == u"br";
+        traits.IsCell = name == u"td" || name == u"th";
+        traits.IsRow = name == u"tr";
+        traits.IsHidden = IsOneOf(name, hidden);
+        traits.IsHiddenInSvg = IsOneOf(name, hiddenInSvg);
     }
-    if (element.tag_namespace == GUMBO_NAMESPACE_SVG &&
-        (element.tag == GUMBO_TAG_TITLE || element.tag == GUMBO_TAG_DESC || element.tag == GUMBO_TAG_STYLE ||
-         element.tag == GUMBO_TAG_SCRIPT))
+}
+
+bool TextReader::IsHidden(NodeIndex node) const {
+    if (!tree_.IsElement(node))
+        return false;
+    const NodeSpace space = tree_.Space(node);
+    const Traits& traits = TraitsOf(node);
+    if ((space == NodeSpace::Html && (traits.IsHidden || tree_.HasAttribute(node, u"hidden"))) ||
+        (space == NodeSpace::Svg && traits.IsHiddenInSvg))
         return true;
-    const char* const style = AttributeOf(element, "style");
-    return style && HidesByStyle(style);
+    const QStringView style = tree_.Attribute(node, u"style");
+    return !style.isEmpty() && HidesByStyle(style);
 }
 
-QString InnerText(const GumboNode* node) {
-    return TextCollector().Collect(node);
+QString TextReader::InnerText(NodeIndex node) const {
+    return Collector(*this).Collect(node);
 }
 
-QString TextContent(const GumboNode* node) {
-    QByteArray text;
-    Walk(
-        node,
-        [&text](const GumboNode* within, int) {
-            if (IsText(within))
-                text += within->v.text.text;
-            return text.size() <= longestText;
-        },
-        [](const GumboNode*, int) {});
-    return QString::fromUtf8(text);
+QString TextReader::TextContent(NodeIndex node) const {
+    QString text;
+    for (NodeIndex within = node; within < tree_.End(node) && text.size() <= longestText; ++within)
+        if (tree_.IsText(within))
+            text += tree_.Text(within);
+    return text;
 }
 
 } // namespace Brindle

@@ -186,8 +186,7 @@ private:
         if (Take(u'*')) {
         } else if (BeginsIdentifier()) {
             SimpleSelector test;
-            test.Name = ReadIdentifier();
-            test.LowerName = Lowered(test.Name);
+            test.LowerName = Lowered(ReadIdentifier());
             compound.Tests.push_back(std::move(test));
         }
         if (Peek() == u'|' && !AtEnd())
@@ -225,13 +224,12 @@ private:
             Fail(u"the name of an attribute is missing"_s);
         SimpleSelector test;
         test.Test = SelectorTest::Attribute;
-        test.Name = ReadIdentifier();
-        test.LowerName = Lowered(test.Name);
+        test.LowerName = Lowered(ReadIdentifier());
         SkipBlanks();
         if (Take(u']'))
             return test;
         test.Operator = ReadOperator();
-        test.AnyCaseInHtml = HasValuesInAnyCase(test.LowerName);
+        test.AnyCase = HasValuesInAnyCase(test.LowerName);
         SkipBlanks();
         if (Peek() == u'"' || Peek() == u'\'')
             test.Value = ReadString();

@@ -20,9 +20,9 @@ struct SelectorList;
 ///   style sheets are no text);
 /// - `:scope`, only at the beginning and before a descendant or child: the element that is searched.
 ///
-/// Names of elements and attributes are compared as HTML says (section 4.16.2): in any case for HTML elements, and so
-/// are the values of its own attributes with a fixed set of values (`type`, `lang`, `rel`). Classes and ids are
-/// case-sensitive. The contents of templates are never found. Every search is linear in the page.
+/// Names are compared as engines do (HTML, section 4.16.2): of elements and attributes in any case, and so
+/// are the values of HTML's attributes with a fixed set of values (`type`, `lang`, `rel`). Classes and ids
+/// are case-sensitive. The contents of templates are never found. Every search is linear in the page.
 class Selector {
 public:
     /// Longest text that is taken, in UTF-16 units.

@@ -9,10 +9,10 @@ namespace Brindle {
 struct SelectorList;
 
 enum class SelectorTest : quint8 {
-    Element,   // Name and, for HTML, LowerName
+    Element,   // LowerName
     Class,     // Value
     Id,        // Value
-    Attribute, // Name, LowerName, Operator, Value
+    Attribute, // LowerName, Operator, Value
     NthChild,  // Step, Offset
     NthOfType, // Step, Offset
     LastChild,
@@ -30,10 +30,8 @@ struct SimpleSelector {
     SelectorTest Test = SelectorTest::Element;
     AttributeOperator Operator = AttributeOperator::Exists;
     bool AnyCase = false;
-    bool AnyCaseInHtml = false;
     qint32 Step = 0;
     qint32 Offset = 0;
-    QString Name;
     QString LowerName;
     QString Value;
     int Arguments = -1; // place in SelectorList::Nested

@@ -120,9 +120,7 @@ private:
     struct Test {
         const SimpleSelector* Of = nullptr;
         int HtmlName = -1;
-        int OtherName = -1;
-        TextSearch Exact;
-        TextSearch Folded;
+        TextSearch Value;
         Marks WithText;
     };
     struct Compound {
@@ -169,14 +167,12 @@ private:
         switch (simple.Test) {
         case SelectorTest::Element:
             test.HtmlName = tree_.NameIdOf(simple.LowerName);
-            test.OtherName = tree_.NameIdOf(simple.Name);
             break;
         case SelectorTest::Class:
-            test.Exact = TextSearch(simple.Value, false);
+            test.Value = TextSearch(simple.Value, false);
             break;
         case SelectorTest::Attribute:
-            test.Exact = TextSearch(simple.Value, simple.AnyCase);
-            test.Folded = TextSearch(simple.Value, simple.AnyCase || simple.AnyCaseInHtml);
+            test.Value = TextSearch(simple.Value, simple.AnyCase);
             break;
         case SelectorTest::NthChild:
             CountChildren();
@@ -208,17 +204,17 @@ private:
         const SimpleSelector& simple = *test.Of;
         switch (simple.Test) {
         case SelectorTest::Element:
-            return tree_.NameId(node) == (tree_.Space(node) == NodeSpace::Html ? test.HtmlName : test.OtherName);
+            // Engines compare the names of foreign elements in any case.
+            return tree_.Space(node) == NodeSpace::Html ? tree_.NameId(node) == test.HtmlName
+                                                        : IsSameInAnyCase(tree_.Name(node), simple.LowerName);
         case SelectorTest::Class:
-            return HasWord(tree_.Attribute(node, u"class"), test.Exact);
+            return HasWord(tree_.Attribute(node, u"class"), test.Value);
         case SelectorTest::Id:
             return !simple.Value.isEmpty() && tree_.Attribute(node, u"id") == simple.Value;
         case SelectorTest::Attribute: {
-            const bool html = tree_.Space(node) == NodeSpace::Html;
-            const QString& name = html ? simple.LowerName : simple.Name;
-            const QStringView value = tree_.Attribute(node, name);
-            return !value.isNull() && (html || !LiesInNamespace(name)) &&
-                   Agrees(value, simple.Operator, html ? test.Folded : test.Exact);
+            const QStringView value = tree_.Space(node) == NodeSpace::Html ? tree_.Attribute(node, simple.LowerName)
+                                                                           : ForeignAttribute(node, simple.LowerName);
+            return !value.isNull() && Agrees(value, simple.Operator, test.Value);
         }
         case SelectorTest::NthChild:
             return IsPlace(places_[At(node)], simple.Step, simple.Offset);
@@ -236,6 +232,14 @@ private:
             return nested_[static_cast<size_t>(simple.Arguments)][At(node)];
         }
         return false;
+    }
+
+    // An attribute of a foreign element: engines compare the names of these in any case.
+    QStringView ForeignAttribute(NodeIndex node, const QString& lowerName) const {
+        for (const PageAttribute& attribute : tree_.Attributes(node))
+            if (IsSameInAnyCase(attribute.Name, lowerName) && !LiesInNamespace(attribute.Name))
+                return attribute.Value;
+        return {};
     }
 
     // The elements from `first` to `end` that the whole selector fits, part by part from its beginning.

@@ -14,6 +14,17 @@ inline bool IsPageBlank(QChar c) {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
 }
 
+/// A to Z in lower case.
+inline QChar LowerLetter(QChar c) {
+    return c >= u'A' && c <= u'Z' ? QChar(c.unicode() + 32) : c;
+}
+
+/// Whether two texts are the same, A to Z and a to z being so.
+inline bool IsSameInAnyCase(QStringView a, QStringView b) {
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [](QChar x, QChar y) { return LowerLetter(x) == LowerLetter(y); });
+}
+
 /// Finds a text in others, each in one pass over it whatever they are (Knuth, Morris, Pratt).
 class TextSearch {
 public:
@@ -55,8 +66,7 @@ public:
     }
 
 private:
-    static QChar Lowered(QChar c) { return c >= u'A' && c <= u'Z' ? QChar(c.unicode() + 32) : c; }
-    bool Same(QChar a, QChar b) const { return a == b || (anyCase_ && Lowered(a) == Lowered(b)); }
+    bool Same(QChar a, QChar b) const { return a == b || (anyCase_ && LowerLetter(a) == LowerLetter(b)); }
 
     QString needle_;
     bool anyCase_ = false;

@@ -19,6 +19,7 @@ public:
     };
 
     QHash<QString, QString> Pages;       ///< address to body text, delivered as it stands in either form
+    QHash<QString, QString> Documents;   ///< address to whole document, where it is more than the body text
     QHash<QString, QList<Link>> LinksOf; ///< address to the page's links
     QStringList Calls;
     std::function<void()> OnRead; ///< called before a page is handed out
@@ -31,6 +32,7 @@ public:
     bool Busy() const override { return IsBusy; }
     QString LocationAddress() const override { return address_; }
     QString BodyOuterHtml(MarkupForm form) override;
+    QString DocumentHtml() override { return Documents.value(address_, Pages.value(address_)); }
     int LinkCount() override { return static_cast<int>(LinksOf.value(address_).size()); }
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;

@@ -167,7 +167,7 @@ SelectorSample SelectorSamples::Compound(int depth, bool extended) {
     if (Below(2)) {
         const QString name = One(names);
         all = {name, [name](const PageTree& tree, NodeIndex node) {
-                   return tree.Name(node) == (tree.Space(node) == NodeSpace::Html ? name.toLower() : name);
+                   return tree.Name(node).toString().toLower() == name.toLower();
                }};
     }
     for (int i = Below(3); i > 0; --i) {
@@ -228,10 +228,13 @@ SelectorSample SelectorSamples::Attribute() {
                          (how ? EscapedString(value) + (anyCase ? u" i"_s : QString()) : QString()) + u']';
     return {text, [=](const PageTree& tree, NodeIndex node) {
                 const bool html = tree.Space(node) == NodeSpace::Html;
-                const QStringView found = tree.Attribute(node, html ? name.toLower() : name);
+                QStringView found;
+                for (const PageAttribute& attribute : tree.Attributes(node))
+                    if (attribute.Name.toString().toLower() == name.toLower())
+                        found = attribute.Value;
                 if (found.isNull() || (!html && name.contains(u':')))
                     return false;
-                const bool ofHtml = html && (name == u"type" || name == u"lang" || name == u"CHECKED");
+                const bool ofHtml = name == u"type" || name == u"lang" || name == u"CHECKED";
                 // A to Z alone have another case here.
                 const auto folded = [&](QString any) {
                     for (QChar& c : any)

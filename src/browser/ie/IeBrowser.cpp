@@ -97,6 +97,10 @@ QString IeBrowser::BodyOuterHtml(MarkupForm form) {
     return Document().BodyOuterHtml(form);
 }
 
+QString IeBrowser::DocumentHtml() {
+    return Document().DocumentHtml();
+}
+
 int IeBrowser::LinkCount() {
     return Document().LinkCount();
 }

@@ -38,6 +38,7 @@ public:
     bool Busy() const override;
     QString LocationAddress() const override;
     QString BodyOuterHtml(MarkupForm form) override;
+    QString DocumentHtml() override;
     int LinkCount() override;
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;

@@ -27,9 +27,9 @@ ComValue Property(const ComPointer<IDispatch>& object, const wchar_t* name) {
     return Invoke(object, name, DISPATCH_PROPERTYGET);
 }
 
-QString InStandardForm(const QString& html) {
+HtmlDocument Reread(const QString& html) {
     try {
-        return HtmlDocument(html).BodyOuterHtml(MarkupForm::Standard);
+        return HtmlDocument(html);
     } catch (const Failure&) { // nested beyond all measure
         return {};
     }
@@ -38,14 +38,21 @@ QString InStandardForm(const QString& html) {
 } // namespace
 
 QString IeDocument::BodyOuterHtml(MarkupForm form) const {
-    const ComValue value = Property(Property(document_, L"body").Object(), L"outerHTML");
-    if (value.TextLength() > LongestPage)
-        return {};
-    const QString html = value.Text();
+    const QString html = OuterHtmlOf(L"body");
     // A page that asks to be shown as an old engine would show it is written as that one would write it.
     if (form == MarkupForm::Standard && html.startsWith(u"<BODY"))
-        return InStandardForm(html);
+        return Reread(html).BodyOuterHtml(MarkupForm::Standard);
     return InMarkupForm(html, form);
+}
+
+QString IeDocument::DocumentHtml() const {
+    const QString html = OuterHtmlOf(L"documentElement");
+    return html.startsWith(u"<HTML") ? Reread(html).DocumentHtml() : html;
+}
+
+QString IeDocument::OuterHtmlOf(const wchar_t* element) const {
+    const ComValue value = Property(Property(document_, element).Object(), L"outerHTML");
+    return value.TextLength() > LongestPage ? QString() : value.Text();
 }
 
 int IeDocument::LinkCount() const {

@@ -17,6 +17,8 @@ public:
 
     /// document.body.outerHTML in a markup form, whichever of its own ways of writing the engine has chosen.
     QString BodyOuterHtml(MarkupForm form) const;
+    /// document.documentElement.outerHTML in the form of today's engines.
+    QString DocumentHtml() const;
     /// document.links.length
     int LinkCount() const;
     /// document.links.item(index).innerText, 0-based; empty beyond the last one.
@@ -25,6 +27,7 @@ public:
     void ClickLink(int index) const;
 
 private:
+    QString OuterHtmlOf(const wchar_t* element) const;
     ComPointer<IDispatch> Link(int index) const;
 
     ComPointer<IDispatch> document_;

@@ -36,8 +36,8 @@ constexpr qint64 patienceMs = 5000;
 constexpr quint32 world = QWebEngineScript::ApplicationWorld;
 
 // A page beyond the size of what is parsed elsewhere is not read here either.
-constexpr auto readBody = u"(() => { if (window.brindleLeft || !document.body) return '';"
-                          u" const html = document.body.outerHTML; return html.length > 67108864 ? '' : html; })()";
+constexpr auto readElement = u"(() => { const element = document.%1; if (window.brindleLeft || !element) return '';"
+                             u" const html = element.outerHTML; return html.length > 67108864 ? '' : html; })()";
 constexpr auto readLinks = u"window.brindleLeft ? [] : Array.from(document.links, link => link.innerText)";
 constexpr auto leave = u"window.brindleLeft = true";
 constexpr auto stay = u"window.brindleLeft = false";
@@ -168,8 +168,17 @@ QString WebEngineBrowser::LocationAddress() const {
 }
 
 QString WebEngineBrowser::BodyOuterHtml(MarkupForm form) {
-    const std::optional<QVariant> html = Evaluate(QString::fromUtf16(readBody), Asked::AgainWhenThePageChanges);
-    return html ? InMarkupForm(html->toString(), form) : QString();
+    return InMarkupForm(OuterHtmlOf(u"body"), form);
+}
+
+QString WebEngineBrowser::DocumentHtml() {
+    return OuterHtmlOf(u"documentElement");
+}
+
+QString WebEngineBrowser::OuterHtmlOf(QStringView element) {
+    const std::optional<QVariant> html =
+        Evaluate(QString::fromUtf16(readElement).arg(element), Asked::AgainWhenThePageChanges);
+    return html ? html->toString() : QString();
 }
 
 int WebEngineBrowser::LinkCount() {

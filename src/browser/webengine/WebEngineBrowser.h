@@ -45,6 +45,8 @@ public:
     QString LocationAddress() const override;
     /// Waits for the engine while messages are handled, at most five seconds; empty when it does not answer.
     QString BodyOuterHtml(MarkupForm form) override;
+    /// Waits as `BodyOuterHtml` does.
+    QString DocumentHtml() override;
     int LinkCount() override;
     /// The texts are those at the time of the last `LinkCount`.
     QString LinkInnerText(int index) override;
@@ -64,6 +66,7 @@ private:
     void GoBy(int steps);
     void EndBusy();
     void Tell(std::function<void()> what);
+    QString OuterHtmlOf(QStringView element);
     enum class Asked { Once, AgainWhenThePageChanges };
     std::optional<QVariant> Evaluate(const QString& script, Asked asked);
 

@@ -62,6 +62,7 @@ TEST_F(StaticPages, AreEmptyUntilLoadedAndThenKnown) {
     ASSERT_TRUE(Settles());
     EXPECT_EQ(Body(), u"<body><p id=\"a\">\u00e8</p></body>"_s);
     EXPECT_EQ(Browser.BodyOuterHtml(MarkupForm::Legacy), u"<BODY><P id=a>\u00e8</P></BODY>"_s);
+    EXPECT_EQ(Browser.DocumentHtml(), u"<html><head></head><body><p id=\"a\">\u00e8</p></body></html>"_s);
     EXPECT_EQ(Browser.LocationAddress(), Server.Address());
     EXPECT_EQ(Completed, QStringList{Server.Address()});
     Browser.Navigate(u"about:blank"_s);

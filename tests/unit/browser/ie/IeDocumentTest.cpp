@@ -44,6 +44,7 @@ struct Page {
             return index < Link.size() ? ScriptedObject::Give(Link[index], result) : S_OK;
         });
         Document->Set(L"body", Body);
+        Document->Set(L"documentElement", Body);
         Document->Set(L"links", Links);
     }
 
@@ -55,6 +56,7 @@ TEST(IeDocument, ReadsBodyAndLinks) {
     Page page({u"Avanti \u203a"_s, QString(), u"3"_s}, html);
     const IeDocument document = page.Read();
     EXPECT_EQ(document.BodyOuterHtml(MarkupForm::Standard), html);
+    EXPECT_EQ(document.DocumentHtml(), html);
     EXPECT_EQ(document.LinkCount(), 3);
     EXPECT_EQ(document.LinkInnerText(0), u"Avanti \u203a"_s);
     EXPECT_EQ(document.LinkInnerText(1), QString());
@@ -72,6 +74,8 @@ TEST(IeDocument, GivesTheFormThatIsAskedForWhateverTheEngineWrites) {
         EXPECT_EQ(page.Read().BodyOuterHtml(MarkupForm::Standard), standard);
         EXPECT_EQ(page.Read().BodyOuterHtml(MarkupForm::Legacy), legacy);
     }
+    EXPECT_EQ(Page({}, u"<HTML><BODY id=a></BODY></HTML>"_s).Read().DocumentHtml(),
+              u"<html><head></head><body id=\"a\"></body></html>"_s);
 }
 
 TEST(IeDocument, BeyondTheLinksThereIsNothing) {

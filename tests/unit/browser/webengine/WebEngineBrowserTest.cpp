@@ -72,6 +72,7 @@ TEST_F(WebEngine, DeliversTheBodyInBothFormsAsTheStaticReadingDoes) {
         EXPECT_TRUE(Body() == BodyOfPage(source, MarkupForm::Standard)) << source.left(200).toStdString();
         EXPECT_TRUE(Browser.BodyOuterHtml(MarkupForm::Legacy) == BodyOfPage(source, MarkupForm::Legacy))
             << source.left(200).toStdString();
+        EXPECT_TRUE(Browser.DocumentHtml() == HtmlDocument(source).DocumentHtml()) << source.left(200).toStdString();
     }
 }
 
