@@ -1,0 +1,658 @@
+#include "discovery/PostalAddress.h"
+
+#include "discovery/PostalAddressWords.h"
+#include "toolkit/Text.h"
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace Brindle {
+
+namespace {
+
+bool IsIdeograph(QChar c) {
+    const char16_t u = c.unicode();
+    return (u >= 0x2E80 && u < 0xA000) || (u >= 0xAC00 && u < 0xD7B0);
+}
+
+constexpr QStringView edges = u" ,;|•·\n、，-–—/";
+
+QStringView Stripped(QStringView text, QStringView marks = edges) {
+    while (!text.isEmpty() && marks.contains(text.front()))
+        text = text.sliced(1);
+    while (!text.isEmpty() && marks.contains(text.back()))
+        text.chop(1);
+    return text;
+}
+
+// One line break or blank for any run of them.
+QString Levelled(QStringView text) {
+    QString level;
+    level.reserve(text.size());
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        if (u == 0x200B || u == 0x200E || u == 0x200F || u == 0xFEFF || u == 0xAD)
+            continue;
+        const bool line = u == u'\n' || u == u'\r' || u == 0x2028;
+        if (!line && !c.isSpace())
+            level += c;
+        else if (level.isEmpty() || level.back() == u'\n')
+            continue;
+        else if (line && level.back() == u' ')
+            level.back() = u'\n';
+        else if (line)
+            level += u'\n';
+        else if (level.back() != u' ')
+            level += u' ';
+    }
+    while (level.endsWith(u' ') || level.endsWith(u'\n'))
+        level.chop(1);
+    return level;
+}
+
+QStringView WithoutLabel(QStringView text) {
+    static const QStringView labels[] = {
+        u"address", u"adresse",  u"anschrift", u"indirizzo", u"dirección", u"direccion", u"adres",
+        u"adress",  u"endereço", u"morada",    u"住所",      u"所在地",    u"地址",      u"주소",
+        u"адрес",   u"адреса",   u"διεύθυνση", u"osoite",    u"cím",       u"domicilio", u"sede"};
+    const qsizetype colon = text.indexOf(u':') >= 0 ? text.indexOf(u':') : text.indexOf(u'：');
+    if (colon < 0 || colon > 12)
+        return text;
+    const QStringView head = Stripped(text.first(colon));
+    for (const QStringView label : labels)
+        if (head.compare(label, Qt::CaseInsensitive) == 0)
+            return Stripped(text.sliced(colon + 1));
+    return text;
+}
+
+QString LanguageRegion(QStringView language) {
+    language = language.first(qMin<qsizetype>(language.size(), 3));
+    while (!language.isEmpty() && !language.back().isLetter())
+        language.chop(1);
+    for (const AddressCountry& country : addressCountries)
+        for (const QStringView own : country.Languages.split(u'|'))
+            if (!own.isEmpty() && own.compare(language, Qt::CaseInsensitive) == 0)
+                return country.Region.toString();
+    return {};
+}
+
+QString HostRegion(QStringView host) {
+    const QStringView top = host.sliced(host.lastIndexOf(u'.') + 1);
+    if (top.size() != 2)
+        return {};
+    const QString region = top.toString().toUpper();
+    return region == u"UK" ? u"GB"_s : AddressCountryOf(region) ? region : QString();
+}
+
+// A country by what only its own addresses have.
+QString RegionByCode(QStringView text) {
+    for (const QStringView region : {u"JP", u"CA", u"GB", u"NL", u"PL", u"BR", u"PT"}) {
+        const auto codes = PostalCodesIn(text, region);
+        for (const TextSpan& code : codes) {
+            const QStringView shape = text.sliced(code.Begin, code.End - code.Begin);
+            const bool hyphen = shape.contains(u'-');
+            if ((region == u"JP" && (code.Begin == 0 || text[code.Begin - 1] != u'〒')) ||
+                ((region == u"PT" || region == u"BR") && !hyphen))
+                continue;
+            return region.toString();
+        }
+    }
+    for (const TextSpan& code : PostalCodesIn(text, u"US"))
+        if (const QStringView before = Stripped(text.first(code.Begin)); StateAtEnd(u"US", before) > 0)
+            return u"US"_s;
+    return {};
+}
+
+class Splitter {
+public:
+    Splitter(QStringView text, QString region) : text_(text), region_(std::move(region)) {}
+
+    AddressParts Run() {
+        TakeCountry();
+        if (region_.isEmpty())
+            region_ = RegionByCode(text_);
+        Cut();
+        if (segments_.empty())
+            return parts_;
+        const AddressCountry* const country = AddressCountryOf(region_);
+        const AddressOrder order = country ? country->Order : AddressOrder::CityCode;
+        const bool ideographs = std::any_of(text_.begin(), text_.end(), IsIdeograph);
+        if (order == AddressOrder::LargeToSmall && ideographs)
+            ReadLargeToSmall();
+        else if (order == AddressOrder::CodeCity)
+            ReadCodeCity();
+        else
+            ReadStateAndCodeBehind(country);
+        return parts_;
+    }
+
+private:
+    using Segments = std::vector<QStringView>;
+
+    void TakeCountry() {
+        text_ = WithoutLabel(Stripped(text_));
+        QString region;
+        const qsizetype size = CountryAtEnd(text_.endsWith(u')') ? text_.chopped(1) : text_, region);
+        if (size > 0) {
+            QStringView body = text_;
+            const bool bracket = body.endsWith(u')');
+            if (bracket)
+                body.chop(1);
+            const QStringView name = body.last(size);
+            QStringView rest = body.chopped(size);
+            // "Rue de France" and "México" that is the city end in a name, too.
+            const QStringView plain = Stripped(rest, u" ");
+            const bool apart = plain.isEmpty() || plain.endsWith(u',') || plain.endsWith(u'\n') ||
+                               plain.endsWith(u'(') || plain.endsWith(u'-') || plain.endsWith(u'|');
+            const bool behindCode = !plain.isEmpty() && plain.back().isDigit();
+            const bool known = region == region_ || region_.isEmpty();
+            if ((apart && !(plain.isEmpty() && size < 3)) || (behindCode && (known || apart)) ||
+                (known && size > 4 && !HasStreetWord(text_.sliced(text_.size() - qMin(text_.size(), size + 12))))) {
+                const bool isCity = plain.isEmpty() || (region == u"SG" && !apart) || IsPlaceToo(region, name, plain);
+                if (!isCity) {
+                    parts_.Country = name.toString();
+                    text_ = Stripped(rest, u" ,;|•·\n-–—/(");
+                }
+                region_ = region;
+                return;
+            }
+        }
+        for (const QStringView first : {u"日本", u"中国", u"대한민국", u"台灣"})
+            if (text_.startsWith(first) && text_.size() > first.size() + 2 &&
+                Stripped(text_.sliced(first.size())) != text_.sliced(first.size())) {
+                parts_.Country = first.toString();
+                region_ = RegionOfCountryName(first);
+                text_ = Stripped(text_.sliced(first.size()));
+            }
+    }
+
+    // "Ciudad de México", "Luxembourg" behind its own code, "Singapore 123456".
+    static bool IsPlaceToo(QStringView region, QStringView name, QStringView before) {
+        if (region == u"MX")
+            return before.endsWith(u"de", Qt::CaseInsensitive);
+        if (region == u"LU" || region == u"SG" || region == u"HK") {
+            const QStringView line = Stripped(before);
+            return !line.contains(name, Qt::CaseInsensitive) && !line.isEmpty() && !before.endsWith(u'\n') &&
+                   !line.back().isLetter();
+        }
+        return false;
+    }
+
+    void Cut() {
+        qsizetype from = 0;
+        const auto add = [this, &from](qsizetype to) {
+            const QStringView segment = Stripped(text_.sliced(from, to - from));
+            if (!segment.isEmpty())
+                segments_.push_back(segment);
+        };
+        for (qsizetype at = 0; at < text_.size(); ++at) {
+            const QChar c = text_[at];
+            const bool dash = (c == u'-' || c == u'–' || c == u'—') && at > 0 && at + 1 < text_.size() &&
+                              text_[at - 1] == u' ' && text_[at + 1] == u' ';
+            // A comma between digits separates a number from its suffix: "12,5".
+            const bool comma = (c == u',' || c == u';') &&
+                               !(at > 0 && at + 1 < text_.size() && text_[at - 1].isDigit() && text_[at + 1].isDigit());
+            if (c == u'\n' || comma || c == u'|' || c == u'•' || c == u'·' || c == u'，' || c == u'、' || dash) {
+                add(at);
+                from = at + 1;
+            }
+        }
+        add(text_.size());
+    }
+
+    // The text from the first of the segments to the last as it stands there.
+    QString Verbatim(const Segments& segments) const {
+        if (segments.empty())
+            return {};
+        const QChar* const begin = segments.front().data();
+        const QChar* const end = segments.back().data() + segments.back().size();
+        QString text = QStringView(begin, end - begin).toString();
+        text.replace(u",\n"_s, u", "_s);
+        text.replace(u"\n"_s, u", "_s);
+        return text;
+    }
+
+    struct Code {
+        std::size_t Segment;
+        TextSpan Span;
+    };
+
+    std::vector<Code> Codes() const {
+        std::vector<Code> codes;
+        for (std::size_t i = 0; i < segments_.size(); ++i)
+            for (const TextSpan& span : PostalCodesIn(segments_[i], region_))
+                codes.push_back({i, span});
+        return codes;
+    }
+
+    QStringView BeforeCode(const Code& code) const {
+        QStringView before = segments_[code.Segment].first(code.Span.Begin);
+        const AddressCountry* const country = AddressCountryOf(region_);
+        if (country && (before.endsWith(u'-') || before.endsWith(u'.') || before.endsWith(u' ')))
+            for (const QStringView prefix : country->CodePrefixes.split(u'|'))
+                if (const QStringView bare = before.chopped(1);
+                    !prefix.isEmpty() && bare.endsWith(prefix) &&
+                    (bare.size() == prefix.size() || !bare[bare.size() - prefix.size() - 1].isLetterOrNumber()))
+                    before = bare.chopped(prefix.size());
+        return Stripped(before, u" ,;|•·\n、，-–—/〒");
+    }
+
+    QStringView BehindCode(const Code& code) const { return Stripped(segments_[code.Segment].sliced(code.Span.End)); }
+
+    void SetCode(const Code& code) {
+        parts_.PostalCode = segments_[code.Segment].sliced(code.Span.Begin, code.Span.End - code.Span.Begin).toString();
+    }
+
+    static bool StartsLikePlace(QStringView text) {
+        return !text.isEmpty() && (text.front().isUpper() || text.front() == u'\'' || text.front() == u'’' ||
+                                   (text.front().isLetter() && !text.front().isLower()) ||
+                                   (text.front().isLetter() && text.size() > 2 && text[1] == u'\'') ||
+                                   text.startsWith(u"s-") || text.startsWith(u"den ") || text.startsWith(u"la "));
+    }
+
+    static bool StreetLike(QStringView text) { return HasDigit(text) || HasStreetWord(text); }
+
+    // Takes the state in brackets or behind a blank from the end of a place.
+    QStringView TakeStateFrom(QStringView place) {
+        QStringView rest = place;
+        if (rest.endsWith(u')')) {
+            const qsizetype open = rest.lastIndexOf(u'(');
+            if (open > 0) {
+                const QStringView inside = Stripped(rest.sliced(open + 1, rest.size() - open - 2));
+                const bool code = inside.size() <= 3 && inside.size() >= 2 && inside.toString().toUpper() == inside;
+                if (code || IsStateOf(region_, inside)) {
+                    if (parts_.State.isEmpty())
+                        parts_.State = inside.toString();
+                    return Stripped(rest.first(open));
+                }
+                if (const QStringView outside = Stripped(rest.first(open)); IsStateOf(region_, outside)) {
+                    parts_.State = outside.toString();
+                    return {};
+                }
+                return place;
+            }
+        }
+        const qsizetype size = StateAtEnd(region_, rest);
+        if (size == 0 || size == rest.size())
+            return place;
+        const QStringView state = rest.last(size);
+        // A province that is named like its capital stands behind it in capitals, or behind a comma.
+        const bool shortForm = state.size() <= 3;
+        if (!shortForm && (region_ == u"IT" || region_ == u"ES" || region_ == u"AR"))
+            return place;
+        parts_.State = state.toString();
+        return Stripped(rest.chopped(size));
+    }
+
+    void ReadCodeCity() {
+        const std::vector<Code> codes = Codes();
+        const Code* best = nullptr;
+        for (const Code& code : codes)
+            if (BeforeCode(code).isEmpty() && StartsLikePlace(BehindCode(code)))
+                best = &code;
+        if (!best)
+            for (const Code& code : codes)
+                if (StartsLikePlace(BehindCode(code)) && !HasStreetWord(BehindCode(code)))
+                    best = &code;
+        if (!best) {
+            // "Madrid 28001", or the code on a line of its own before or behind the city's.
+            for (const Code& code : codes)
+                if (BehindCode(code).isEmpty() && !codes.empty() && &code == &codes.back())
+                    best = &code;
+            if (best) {
+                ReadCityBeforeCode(*best);
+                return;
+            }
+            ReadWithoutCode(segments_);
+            return;
+        }
+        SetCode(*best);
+        Segments street(segments_.begin(), segments_.begin() + static_cast<std::ptrdiff_t>(best->Segment));
+        if (const QStringView before = BeforeCode(*best); !before.isEmpty())
+            street.push_back(before);
+        QStringView city = BehindCode(*best);
+        for (std::size_t i = best->Segment + 1; i < segments_.size(); ++i) {
+            const QStringView segment = segments_[i];
+            if (IsStateOf(region_, segment) && parts_.State.isEmpty())
+                parts_.State = segment.toString();
+            else if (street.empty() && StreetLike(segment))
+                street.push_back(segment);
+            else if (street.size() == 1 && street.front().data() > city.data() && HasDigit(segment))
+                street.push_back(segment); // "1051 Budapest, Fő utca 5, 2. em."
+        }
+        city = TakeStateFrom(city);
+        if (street.empty() && HasStreetWord(city) && HasDigit(city)) {
+            // City and street without a mark between them: only the code is sure.
+            return;
+        }
+        parts_.City = city.toString();
+        parts_.Street = Verbatim(street);
+    }
+
+    void ReadCityBeforeCode(const Code& code) {
+        Segments rest(segments_.begin(), segments_.begin() + static_cast<std::ptrdiff_t>(code.Segment));
+        if (const QStringView before = BeforeCode(code); !before.isEmpty())
+            rest.push_back(before);
+        if (rest.empty() && code.Segment + 1 < segments_.size())
+            rest.assign(segments_.begin() + static_cast<std::ptrdiff_t>(code.Segment) + 1, segments_.end());
+        if (rest.empty())
+            return;
+        SetCode(code);
+        ReadWithoutCode(rest);
+    }
+
+    // What is left when the code is gone, the city last.
+    void ReadWithoutCode(Segments rest) {
+        if (ReadCityFirst(rest))
+            return;
+        const bool sure = !parts_.PostalCode.isEmpty() || !parts_.Country.isEmpty();
+        if (rest.size() > 1 && IsStateOf(region_, rest.back()) &&
+            (rest.size() > 2 || !StreetLike(rest.front()) || rest.back().size() <= 3)) {
+            parts_.State = rest.back().toString();
+            rest.pop_back();
+        } else {
+            QStringView& last = rest.back();
+            const QStringView bare = TakeStateFrom(last);
+            if (bare.isEmpty() && rest.size() > 1)
+                rest.pop_back(); // "California (Ontario)"
+            else
+                last = bare;
+        }
+        const bool known = sure || !parts_.State.isEmpty();
+        const QStringView last = rest.back();
+        if (rest.size() == 1) {
+            if (StreetLike(last)) {
+                const qsizetype end = EndOfStreetIn(last);
+                const QStringView city = end < 0 ? QStringView() : Stripped(last.sliced(end));
+                if (known && !city.isEmpty() && !HasDigit(city)) {
+                    parts_.Street = Stripped(last.first(end)).toString();
+                    parts_.City = city.toString();
+                } else if (end == last.size() || (!known && HasStreetWord(last))) {
+                    parts_.Street = last.toString();
+                    TakeStateForCity();
+                } else {
+                    parts_.State.clear();
+                }
+            } else if (known) {
+                parts_.City = last.toString();
+            }
+            return;
+        }
+        if (!IsPlace(last)) {
+            // All of it is the street's, as far as can be seen.
+            if (!known && std::any_of(rest.begin(), rest.end(), [](QStringView s) { return HasStreetWord(s); }))
+                parts_.Street = Verbatim(rest);
+            return;
+        }
+        const Segments street(rest.begin(), rest.end() - 1);
+        const bool streetLike = std::any_of(street.begin(), street.end(), StreetLike);
+        const bool streetWord =
+            std::any_of(street.begin(), street.end(), [](QStringView s) { return HasStreetWord(s); });
+        if (!known && !(streetLike && (streetWord || (!region_.isEmpty() && AreNames(last)))))
+            return;
+        parts_.City = last.toString();
+        if (streetLike || street.size() > 0)
+            parts_.Street = Verbatim(street);
+    }
+
+    // "350 5th Ave New York" names the city, not the state.
+    void TakeStateForCity() {
+        if (parts_.State.size() > 3)
+            std::swap(parts_.State, parts_.City);
+    }
+
+    // Where the city stands before the street: "Москва, ул. Тверская, 5".
+    bool ReadCityFirst(const Segments& rest) {
+        static const QStringView regions[] = {u"RU", u"UA", u"PL", u"HU", u"BG", u"RS", u"RO"};
+        if (rest.size() < 2 || std::find(std::begin(regions), std::end(regions), region_) == std::end(regions) ||
+            StreetLike(rest[0]) || !HasStreetWord(rest[1]) || !AreNames(rest[0]))
+            return false;
+        parts_.City = WithoutTownMark(rest[0]).toString();
+        parts_.Street = Verbatim({rest.begin() + 1, rest.end()});
+        return true;
+    }
+
+    // Whether all words but short ones begin as names do.
+    static bool AreNames(QStringView text) {
+        bool start = true;
+        for (qsizetype at = 0; at < text.size(); ++at) {
+            if (start && text[at].isLower() && at + 3 < text.size() && text[at + 1].isLetter() &&
+                text[at + 2].isLetter() && text[at + 3].isLetter())
+                return false;
+            start = text[at] == u' ';
+        }
+        return true;
+    }
+
+    // A city's name, with the number of a district at most.
+    static bool IsPlace(QStringView text) {
+        int digits = 0;
+        for (const QChar c : text)
+            digits += c.isDigit() ? 1 : 0;
+        if (text.isEmpty() || text.front().isDigit() || text.front() == u'#' || digits > 2)
+            return false;
+        if (digits > 0)
+            return text.back().isDigit() || text.contains(u' ');
+        return !HasStreetWord(text) || text.contains(u"-") || text.size() > 3;
+    }
+
+    void ReadStateAndCodeBehind(const AddressCountry* country) {
+        const std::vector<Code> codes = country ? Codes() : std::vector<Code>();
+        const Code* best = nullptr;
+        for (const Code& code : codes) {
+            // The number of a house may have as many digits.
+            const bool house = code.Segment == 0 && BeforeCode(code).isEmpty() && !BehindCode(code).isEmpty() &&
+                               HasStreetWord(segments_[0]);
+            const bool alone = segments_.size() == 1 && BeforeCode(code).isEmpty() && BehindCode(code).isEmpty();
+            if (!house && !alone)
+                best = &code;
+        }
+        if (!best) {
+            ReadWithoutCode(segments_);
+            return;
+        }
+        SetCode(*best);
+        const QStringView before = BeforeCode(*best);
+        const QStringView behind = BehindCode(*best);
+        const auto at = segments_.begin() + static_cast<std::ptrdiff_t>(best->Segment);
+        Segments rest(segments_.begin(), at);
+        if (!before.isEmpty())
+            rest.push_back(before);
+        const Segments rear(at + 1, segments_.end());
+        if (rest.empty()) {
+            // The code first: city, then street ("101000, Москва, ул. Тверская, 1"), or city beside it.
+            Segments follow = rear;
+            if (!behind.isEmpty())
+                follow.insert(follow.begin(), behind);
+            if (follow.empty())
+                return;
+            parts_.City = WithoutTownMark(follow.front()).toString();
+            if (IsStateOf(region_, follow.front()) && follow.size() > 2) {
+                parts_.State = parts_.City;
+                follow.erase(follow.begin());
+                parts_.City = WithoutTownMark(follow.front()).toString();
+            }
+            follow.erase(follow.begin());
+            parts_.Street = Verbatim(follow);
+            return;
+        }
+        // "Mumbai 400069, Maharashtra", "00-100 Nairobi" in a country that mostly writes it behind.
+        for (const QStringView segment : rear)
+            if (IsStateOf(region_, segment))
+                parts_.State = segment.toString();
+        if (!behind.isEmpty() && StartsLikePlace(behind)) {
+            if (IsStateOf(region_, behind)) {
+                parts_.State = behind.toString();
+            } else {
+                parts_.City = WithoutTownMark(TakeStateFrom(behind)).toString();
+                parts_.Street = Verbatim(rest);
+                return;
+            }
+        }
+        ReadStateAndCity(rest);
+    }
+
+    static QStringView WithoutTownMark(QStringView city) {
+        for (const QStringView mark : {u"г. ", u"г.", u"м. ", u"м.", u"город ", u"місто ", u"TP. ", u"TP "})
+            if (city.startsWith(mark))
+                return Stripped(city.sliced(mark.size()));
+        return city;
+    }
+
+    void ReadStateAndCity(Segments rest) {
+        if (parts_.State.isEmpty()) {
+            QStringView& last = rest.back();
+            if (last.size() > 2 && last.startsWith(u'(') && last.endsWith(u')'))
+                last = last.sliced(1, last.size() - 2);
+            // "New York, NY" and "New York" alone: the name of a city that is a state's, too.
+            if (IsStateOf(region_, last) && rest.size() > 1 && !StreetLike(rest[rest.size() - 2])) {
+                parts_.State = last.toString();
+                rest.pop_back();
+            } else if (IsStateOf(region_, last) && last.size() <= 3 && rest.size() > 1) {
+                parts_.State = last.toString();
+                rest.pop_back();
+            } else {
+                last = TakeStateFrom(last);
+            }
+        }
+        if (rest.empty())
+            return;
+        const QStringView city = rest.back();
+        if (rest.size() == 1 && StreetLike(city)) {
+            // Street and city without a comma: behind the word that ends the street.
+            const qsizetype end = EndOfStreetIn(city);
+            const QStringView place = end < 0 ? QStringView() : Stripped(city.sliced(end));
+            if (!place.isEmpty() && !HasDigit(place)) {
+                parts_.Street = Stripped(city.first(end)).toString();
+                parts_.City = place.toString();
+            } else if (end == city.size()) {
+                parts_.Street = city.toString();
+                TakeStateForCity();
+            } else if (!HasDigit(city)) {
+                parts_.City = city.toString();
+            }
+            return;
+        }
+        if (!IsPlace(city)) {
+            parts_.Street = Verbatim(rest);
+            return;
+        }
+        parts_.City = WithoutTownMark(city).toString();
+        rest.pop_back();
+        parts_.Street = Verbatim(rest);
+    }
+
+    // East Asia: 〒530-0001 大阪府大阪市北区梅田1-2-3.
+    void ReadLargeToSmall() {
+        QString body;
+        for (const QStringView segment : segments_) {
+            QStringView rest = segment;
+            if (parts_.PostalCode.isEmpty())
+                if (const auto codes = PostalCodesIn(rest, region_);
+                    !codes.empty() && (codes.front().Begin <= 1 || codes.front().End == rest.size())) {
+                    const TextSpan code = codes.front();
+                    parts_.PostalCode = rest.sliced(code.Begin, code.End - code.Begin).toString();
+                    rest = code.Begin <= 1 ? rest.sliced(code.End) : rest.first(code.Begin);
+                    rest = Stripped(rest, u" ,;|•·\n、，-–—/〒");
+                }
+            if (rest.isEmpty())
+                continue;
+            if (!body.isEmpty())
+                body += u' ';
+            body += rest;
+        }
+        QStringView rest = body;
+        rest = Stripped(rest, u" 〒");
+        if (region_ == u"KR") {
+            ReadKorean(rest);
+            return;
+        }
+        for (qsizetype size = qMin<qsizetype>(8, rest.size()); size > 1; --size)
+            if (IsStateOf(region_, rest.first(size))) {
+                parts_.State = rest.first(size).toString();
+                rest = Stripped(rest.sliced(size), u" ");
+                break;
+            }
+        const qsizetype city = EndOfCity(rest);
+        if (city <= 0) {
+            parts_.State.clear();
+            return;
+        }
+        parts_.City = rest.first(city).toString();
+        parts_.Street = Stripped(rest.sliced(city), u" ").toString();
+    }
+
+    // 大阪市北区, 千代田区, 神埼郡吉野ヶ里町; 北京市朝阳区.
+    static qsizetype EndOfCity(QStringView text) {
+        constexpr qsizetype reach = 8;
+        const auto endOf = [text](QStringView marks, qsizetype from) {
+            for (qsizetype at = from + 1; at < qMin(text.size(), from + reach); ++at)
+                if (marks.contains(text[at]))
+                    return at + 1;
+            return qsizetype(-1);
+        };
+        const qsizetype town = endOf(u"市區区郡縣县", 0);
+        if (town < 0)
+            return endOf(u"町村", 0);
+        if (text[town - 1] == u'郡')
+            return endOf(u"町村", town);
+        if (text[town - 1] == u'市')
+            if (const qsizetype ward = endOf(u"区區", town);
+                ward > 0 && std::none_of(text.begin() + town, text.begin() + ward, [](QChar c) {
+                    return c.isDigit() || c == u'路' || c == u'街' || c == u'町' || c == u' ';
+                }))
+                return ward;
+        return town;
+    }
+
+    void ReadKorean(QStringView rest) {
+        qsizetype blank = rest.indexOf(u' ');
+        if (blank < 0)
+            return;
+        QStringView city = rest.first(blank);
+        if (city.endsWith(u'도')) {
+            parts_.State = city.toString();
+            rest = Stripped(rest.sliced(blank), u" ");
+            blank = rest.indexOf(u' ');
+            if (blank < 0)
+                return;
+            city = rest.first(blank);
+        }
+        parts_.City = city.toString();
+        parts_.Street = Stripped(rest.sliced(blank), u" ").toString();
+    }
+
+    QStringView text_;
+    QString region_;
+    Segments segments_;
+    AddressParts parts_;
+};
+
+} // namespace
+
+CountryGuess GuessCountry(const AddressHints& hints) {
+    if (const QString named = RegionOfCountryName(hints.Country); !named.isEmpty())
+        return {named, true};
+    const qsizetype hyphen = hints.Language.lastIndexOf(u'-');
+    if (const QString region = hyphen > 0 ? hints.Language.sliced(hyphen + 1).toUpper() : QString();
+        region.size() == 2 && AddressCountryOf(region) && hints.PhoneRegion.isEmpty() &&
+        HostRegion(hints.Host).isEmpty())
+        return {region, true};
+    if (const QString region = HostRegion(hints.Host); !region.isEmpty())
+        return {region, true};
+    if (!hints.PhoneRegion.isEmpty())
+        return {hints.PhoneRegion, true};
+    return {LanguageRegion(hints.Language), false};
+}
+
+AddressParts SplitAddress(QStringView text, const AddressHints& hints) {
+    constexpr qsizetype longest = 400;
+    const QString level = Levelled(text);
+    if (level.isEmpty() || level.size() > longest || level.count(u'\n') > 10)
+        return {};
+    return Splitter(level, GuessCountry(hints).Region).Run();
+}
+
+} // namespace Brindle

@@ -1,0 +1,164 @@
+#include "discovery/PostalAddress.h"
+#include "discovery/PostalAddressWords.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+namespace {
+
+bool IsLatinLetter(QChar c) {
+    const char16_t u = c.unicode() | 0x20;
+    return u >= u'a' && u <= u'z';
+}
+
+bool IsCodeDigit(QChar c) {
+    return (c >= u'0' && c <= u'9') || (c >= u'\uFF10' && c <= u'\uFF19');
+}
+
+// The end of the shape where the text has it at `at`; -1 where it has not.
+qsizetype MatchShape(QStringView text, qsizetype at, QStringView shape) {
+    bool upper = false;
+    bool lower = false;
+    for (const QChar s : shape) {
+        const QChar c = at < text.size() ? text[at] : QChar();
+        if (s == u' ') {
+            at += c == u' ' || c == u'\u00A0' ? 1 : 0;
+            continue;
+        }
+        bool fits = false;
+        if (s == u'9')
+            fits = IsCodeDigit(c);
+        else if (s == u'A' || s == u'X') {
+            fits = IsLatinLetter(c) || (s == u'X' && IsCodeDigit(c));
+            upper = upper || c.isUpper();
+            lower = lower || c.isLower();
+        } else if (s == u'-')
+            fits = c == u'-' || c == u'\u2010' || c == u'\u2011' || c == u'\u2013' || c == u'\u2212' || c == u'\uFF0D';
+        else
+            fits = c == s;
+        if (!fits)
+            return -1;
+        ++at;
+    }
+    return upper && lower ? -1 : at;
+}
+
+bool Joins(QChar c) {
+    return c == u'-' || c == u'/' || c == u'.' || c == u'+' || c == u'_' || c == u'@' || c == u'#' || c == u'&' ||
+           c == u'=' || c == u'€' || c == u'$' || c == u'£';
+}
+
+bool IsIdeograph(QChar c) {
+    return c.unicode() >= 0x2E80 && c.unicode() < 0xFF00;
+}
+
+// Whether a code may begin at `at`; a letter and hyphen of the country may stand before it.
+bool MayBegin(QStringView text, qsizetype at, QStringView prefixes) {
+    if (at == 0)
+        return true;
+    const QChar before = text[at - 1];
+    if (before == u'-' || before == u'.' || before == u' ')
+        for (const QStringView prefix : prefixes.split(u'|'))
+            if (!prefix.isEmpty() && at > prefix.size() &&
+                text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
+                (at == prefix.size() + 1 || !text[at - 2 - prefix.size()].isLetterOrNumber()))
+                return true;
+    return (!before.isLetterOrNumber() || IsIdeograph(before)) && !Joins(before);
+}
+
+bool MayEnd(QStringView text, qsizetype at) {
+    if (at >= text.size())
+        return true;
+    const QChar behind = text[at];
+    if (behind.isLetterOrNumber() && !IsIdeograph(behind))
+        return false;
+    const bool digitNext = at + 1 < text.size() && text[at + 1].isLetterOrNumber();
+    return !((Joins(behind) || behind == u',' || behind == u':') && digitNext &&
+             (behind != u',' || text[at + 1].isDigit())) &&
+           behind != u'%' && behind != u'€';
+}
+
+void FindShape(QStringView text, QStringView shape, QStringView prefixes, std::vector<TextSpan>& spans) {
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar c = text[at];
+        const bool digit = shape[0] == u'9';
+        if (digit ? !IsCodeDigit(c) : !IsLatinLetter(c))
+            continue;
+        const qsizetype end = MayBegin(text, at, prefixes) ? MatchShape(text, at, shape) : -1;
+        if (end >= 0 && MayEnd(text, end)) {
+            spans.push_back({at, end});
+            at = end - 1;
+            continue;
+        }
+        while (at + 1 < text.size() && (IsCodeDigit(text[at + 1]) || IsLatinLetter(text[at + 1])))
+            ++at;
+    }
+}
+
+} // namespace
+
+std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region) {
+    std::vector<TextSpan> spans;
+    const auto add = [&](const AddressCountry& country) {
+        for (const QStringView shape : country.Codes.split(u'|'))
+            if (!shape.isEmpty())
+                FindShape(text, shape, country.CodePrefixes, spans);
+    };
+    if (const AddressCountry* const country = AddressCountryOf(region))
+        add(*country);
+    else if (region.isEmpty())
+        for (const QStringView unmistakable : {u"CA", u"GB", u"NL", u"PL"})
+            add(*AddressCountryOf(unmistakable));
+    if (region.isEmpty()) {
+        FindShape(text, u"9999-999", {}, spans);
+        FindShape(text, u"99999-999", {}, spans);
+        FindShape(text, u"999-9999", {}, spans); // Japan, told from half a phone number by its mark
+        std::erase_if(spans, [text](const TextSpan& s) {
+            return s.End - s.Begin == 8 && text[s.Begin + 3] == u'-' && (s.Begin == 0 || text[s.Begin - 1] != u'〒');
+        });
+    }
+    // Two shapes may fit at one place: the longer one holds.
+    std::sort(spans.begin(), spans.end(), [](const TextSpan& a, const TextSpan& b) {
+        return a.Begin != b.Begin ? a.Begin < b.Begin : a.End > b.End;
+    });
+    qsizetype done = -1;
+    std::erase_if(spans, [&done](const TextSpan& s) {
+        if (s.Begin < done)
+            return true;
+        done = s.End;
+        return false;
+    });
+    return spans;
+}
+
+bool LooksLikeAddress(QStringView text, QStringView region) {
+    constexpr qsizetype longest = 250;
+    if (text.size() < 6 || text.size() > longest)
+        return false;
+    if (HasStreetWord(text) && HasDigit(text))
+        return true;
+    const std::vector<TextSpan> codes = PostalCodesIn(text, region);
+    if (codes.empty())
+        return false;
+    // A code alone may be any number; a place stands beside it.
+    const auto named = [text](qsizetype at) {
+        while (at < text.size() && (text[at].isSpace() || text[at] == u',' || text[at] == u'-'))
+            ++at;
+        return at < text.size() && (text[at].isUpper() || IsIdeograph(text[at]));
+    };
+    for (const TextSpan& code : codes) {
+        const bool letters = text.sliced(code.Begin, code.End - code.Begin).contains(u' ') ||
+                             text.sliced(code.Begin, code.End - code.Begin).contains(u'-');
+        const bool start = code.Begin == 0 || text.first(code.Begin).endsWith(u'\n') ||
+                           text.first(code.Begin).trimmed().endsWith(u',') || text[code.Begin - 1] == u'〒';
+        const bool state = StateAtEnd(region, text.first(code.Begin).trimmed()) > 0;
+        if (named(code.End) && (start || letters || HasDigit(text.first(code.Begin))))
+            return true;
+        if (state || (letters && code.Begin > 3 && code.End == text.size()))
+            return true;
+    }
+    return false;
+}
+
+} // namespace Brindle

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "discovery/PostalAddress.h"
+#include "discovery/PostalAddressTable.h"
+
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+namespace Brindle {
+
+// What the words of addresses tell, for those who take addresses apart.
+
+/// The row of a region; null when it is not in the table.
+const AddressCountry* AddressCountryOf(QStringView region);
+
+/// Behind the last word that ends a street in texts like "12 Main St Springfield", with a suite or floor behind it; -1
+/// when there is none.
+qsizetype EndOfStreetIn(QStringView text);
+
+/// The length of the name of a state at the end of the text, 0 when there is none there. What stands before it is a
+/// blank, comma, slash, hyphen or bracket, or nothing.
+qsizetype StateAtEnd(QStringView region, QStringView text);
+
+/// The length of the name of a country at the end of the text and its region; 0 when there is none.
+qsizetype CountryAtEnd(QStringView text, QString& region);
+
+bool HasDigit(QStringView text);
+
+} // namespace Brindle
