@@ -1,4 +1,4 @@
-#include "cli/JsonLine.h"
+#include "export/JsonLine.h"
 
 namespace Brindle {
 
@@ -47,14 +47,22 @@ void AppendString(QString& to, const QString& text) {
 } // namespace
 
 QByteArray JsonLine(const Lead& lead) {
+    return JsonLine(lead, {}, {});
+}
+
+QByteArray JsonLine(const Lead& lead, const QStringList& captions, const QStringList& texts) {
     QString line = u"{"_s;
-    for (int column = 0; column < FieldCount; ++column) {
-        if (column > 0)
+    const auto append = [&line](const QString& caption, const QString& text) {
+        if (line.size() > 1)
             line += u", ";
-        AppendString(line, EnglishCaptions()[column]);
+        AppendString(line, caption);
         line += u": ";
-        AppendString(line, lead.At(column));
-    }
+        AppendString(line, text);
+    };
+    for (int column = 0; column < FieldCount; ++column)
+        append(EnglishCaptions()[column], lead.At(column));
+    for (qsizetype i = 0; i < captions.size(); ++i)
+        append(captions[i], texts.value(i));
     line += u"}\n";
     return line.toUtf8();
 }

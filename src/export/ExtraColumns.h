@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/Lead.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace Brindle {
+
+/// Whether a mail domain takes mail, as far as it could be found out.
+enum class MailDomain { TakesMail, TakesNone, Unknown };
+/// Asks about a domain, in lower case and ASCII; may take its time.
+using MailDomainCheck = std::function<MailDomain(const QString& domain)>;
+
+/// A column beside the fourteen, made from a lead.
+enum class ExtraColumn {
+    InternationalPhone, ///< the phones that can be ones, E.164 (ITU-T), several joined by "; "
+    PhoneCheck,         ///< "impossible" when a phone is given and none of its numbers can be one
+    CheckedEmail        ///< the addresses that can be ones, those of the business's own domain first
+};
+
+/// The names of the further columns, in the order of the enumeration; they are the captions too.
+const QStringList& ExtraColumnNames();
+
+/// The columns of these names, whatever their case. Throws `Failure` that names the first one that is none.
+std::vector<ExtraColumn> ExtraColumnsNamed(const QStringList& names);
+
+/// Makes the texts of further columns.
+class ExtraColumns {
+public:
+    /// `checkDomain`: empty when nobody is to be asked.
+    explicit ExtraColumns(std::vector<ExtraColumn> columns = {}, MailDomainCheck checkDomain = {});
+
+    bool IsEmpty() const { return columns_.empty(); }
+    const std::vector<ExtraColumn>& Columns() const { return columns_; }
+    QStringList Captions() const;
+    /// One text a column.
+    QStringList Of(const Lead& lead) const;
+
+private:
+    QString TextOf(ExtraColumn column, const Lead& lead) const;
+
+    std::vector<ExtraColumn> columns_;
+    MailDomainCheck checkDomain_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,167 @@
+#include "export/Workbook.h"
+
+#include "core/Errors.h"
+#include "export/CsvFormat.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <array>
+#include <xlsxwriter.h>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// In characters of the standard font, by what the fields usually hold.
+constexpr std::array<double, FieldCount> widths{22, 34, 46, 30, 20, 12, 12, 14, 18, 18, 34, 34, 30, 40};
+constexpr double extraWidth = 26;
+constexpr qsizetype mostCharacters = 32'767; // UTF-16 units of a cell
+constexpr qsizetype mostOfLink = 2'079;
+constexpr qsizetype pieceSize = 1 << 20;
+
+bool IsLinkField(int field) {
+    return field == static_cast<int>(Field::Website) || field == static_cast<int>(Field::MapLink) ||
+           field == static_cast<int>(Field::DetailsLink);
+}
+
+bool IsWebAddress(const QString& text) {
+    return (text.startsWith(u"http://", Qt::CaseInsensitive) || text.startsWith(u"https://", Qt::CaseInsensitive)) &&
+           text.size() <= mostOfLink &&
+           std::none_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= 0x20; });
+}
+
+// What XML 1.0 has no character for, other than the control characters that the format can escape.
+bool CannotHold(QChar c) {
+    return c.unicode() == 0 || c.unicode() == 0xfffe || c.unicode() == 0xffff;
+}
+
+} // namespace
+
+Workbook::Workbook(const QString& fileName, const ExportShape& shape, qint64 rowsPerSheet)
+    : fileName_(fileName), shape_(shape), rowsPerSheet_(rowsPerSheet) {
+    for (int field = 0; field < FieldCount; ++field)
+        if (IsExported(field, shape.Options.eExportFields))
+            columns_.push_back({shape.Captions.value(field), field, widths.at(static_cast<size_t>(field)),
+                                IsLinkField(field)});
+    for (const QString& caption : shape.Extra.Captions())
+        columns_.push_back({caption, -1, extraWidth, false});
+    if (!work_.isValid())
+        Fail(work_.errorString());
+    workFile_ = QFile::encodeName(work_.filePath(u"leads.xlsx"_s));
+    workFolder_ = QFile::encodeName(work_.path());
+    lxw_workbook_options options{};
+    options.constant_memory = LXW_TRUE;
+    options.tmpdir = workFolder_.data();
+    options.use_zip64 = LXW_TRUE;
+    workbook_ = workbook_new_opt(workFile_.constData(), &options);
+    if (!workbook_)
+        Fail(u"no memory for a workbook"_s);
+    header_ = workbook_add_format(workbook_);
+    format_set_bold(header_);
+    format_set_bottom(header_, LXW_BORDER_THIN);
+    text_ = workbook_add_format(workbook_);
+    format_set_num_format(text_, "@");
+    BeginSheet();
+}
+
+Workbook::~Workbook() {
+    if (workbook_)
+        lxw_workbook_free(workbook_);
+}
+
+void Workbook::BeginSheet() {
+    ++sheets_;
+    const QByteArray name = sheets_ == 1 ? QByteArray("Leads") : "Leads " + QByteArray::number(sheets_);
+    sheet_ = workbook_add_worksheet(workbook_, name.constData());
+    if (!sheet_)
+        Fail(u"the workbook takes no further sheet"_s);
+    row_ = 0;
+    links_ = 0;
+    for (size_t i = 0; i < columns_.size(); ++i)
+        worksheet_set_column(sheet_, static_cast<lxw_col_t>(i), static_cast<lxw_col_t>(i), columns_[i].Width, nullptr);
+    worksheet_freeze_panes(sheet_, 1, 0);
+    for (size_t i = 0; i < columns_.size(); ++i)
+        worksheet_write_string(sheet_, 0, static_cast<lxw_col_t>(i), Held(columns_[i].Caption).constData(), header_);
+    row_ = 1;
+}
+
+void Workbook::EndSheet() {
+    if (!columns_.empty())
+        worksheet_autofilter(sheet_, 0, 0, static_cast<lxw_row_t>(row_ - 1),
+                             static_cast<lxw_col_t>(columns_.size() - 1));
+}
+
+QByteArray Workbook::Held(const QString& text) {
+    QString held = text;
+    if (std::any_of(held.begin(), held.end(), CannotHold)) {
+        ++losses_.Characters;
+        held.removeIf(CannotHold);
+    }
+    if (held.size() > mostCharacters) {
+        ++losses_.Shortened;
+        held.truncate(held[mostCharacters - 1].isHighSurrogate() ? mostCharacters - 1 : mostCharacters);
+    }
+    return held.toUtf8();
+}
+
+void Workbook::WriteCell(quint16 column, const QString& text, bool isLink) {
+    if (text.isEmpty())
+        return;
+    const auto row = static_cast<lxw_row_t>(row_);
+    const QByteArray held = Held(text);
+    if (isLink && IsWebAddress(text)) {
+        if (links_ < MostLinks && worksheet_write_url(sheet_, row, column, held.constData(), nullptr) == LXW_NO_ERROR) {
+            ++links_;
+            return;
+        }
+        ++losses_.PlainLinks;
+    }
+    worksheet_write_string(sheet_, row, column, held.constData(), text_);
+}
+
+void Workbook::Add(const Lead& lead) {
+    if (row_ >= rowsPerSheet_) {
+        EndSheet();
+        BeginSheet();
+    }
+    const QStringList extra = shape_.Extra.IsEmpty() ? QStringList() : shape_.Extra.Of(lead);
+    qsizetype nextExtra = 0;
+    for (size_t i = 0; i < columns_.size(); ++i) {
+        const Column& column = columns_[i];
+        WriteCell(static_cast<quint16>(i), column.Field >= 0 ? lead.At(column.Field) : extra[nextExtra++],
+                  column.IsLink);
+    }
+    ++row_;
+}
+
+void Workbook::Finish() {
+    EndSheet();
+    const lxw_error error = workbook_close(workbook_);
+    workbook_ = nullptr;
+    if (error != LXW_NO_ERROR)
+        Fail(QString::fromLocal8Bit(lxw_strerror(error)));
+    QFile made(work_.filePath(u"leads.xlsx"_s));
+    QSaveFile file(fileName_);
+    if (!made.open(QIODevice::ReadOnly))
+        Fail(made.errorString());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        Fail(file.errorString());
+    for (QByteArray piece = made.read(pieceSize); !piece.isEmpty(); piece = made.read(pieceSize))
+        if (file.write(piece) != piece.size())
+            Fail(file.errorString());
+    if (made.error() != QFileDevice::NoError)
+        Fail(made.errorString());
+    if (!file.commit())
+        Fail(file.errorString());
+}
+
+void Workbook::Fail(const QString& reason) const {
+    throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName_), reason));
+}
+
+} // namespace Brindle
