@@ -1,0 +1,141 @@
+#include "export/LeadReader.h"
+
+#include "core/Errors.h"
+#include "export/CsvReader.h"
+#include "export/SheetCsv.h"
+#include "export/VCardReader.h"
+#include "export/WorkbookReader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 mostBytes = qint64{1} << 30;
+
+QString Decoded(const QByteArray& bytes) {
+    QStringDecoder utf8(QStringConverter::Utf8);
+    const QString text = utf8(bytes);
+    if (!utf8.hasError())
+        return text;
+    QStringDecoder western("windows-1252");
+    return western.isValid() ? western(bytes) : QString::fromLatin1(bytes);
+}
+
+LeadFile JsonLeads(const QByteArray& bytes) {
+    LeadFile file;
+    qint64 number = 0;
+    for (qsizetype from = 0; from < bytes.size();) {
+        qsizetype end = bytes.indexOf('\n', from);
+        end = end < 0 ? bytes.size() : end;
+        const QByteArray line = bytes.sliced(from, end - from).trimmed();
+        from = end + 1;
+        ++number;
+        if (line.isEmpty())
+            continue;
+        QJsonParseError error{};
+        const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+        if (!document.isObject()) {
+            file.Problems.append(u"line %1: %2"_s.arg(number).arg(
+                error.error == QJsonParseError::NoError ? u"no JSON object"_s : error.errorString()));
+            continue;
+        }
+        Lead lead;
+        for (int column = 0; column < FieldCount; ++column)
+            lead.At(column) = document[EnglishCaptions()[column]].toString();
+        file.Leads.push_back(std::move(lead));
+    }
+    return file;
+}
+
+LeadFile TableLeads(const CsvTable& table, std::span<const QStringList> captions) {
+    LeadFile file;
+    file.Problems = table.Problems;
+    const std::vector<int> fields = FieldsOfColumns(table.Header, captions);
+    if (std::all_of(fields.begin(), fields.end(), [](int field) { return field < 0; }))
+        throw Failure(u"its first line has none of the captions of a list of leads"_s);
+    for (const QStringList& row : table.Rows)
+        file.Leads.push_back(LeadOfRow(row, fields, table.ForSpreadsheets));
+    return file;
+}
+
+LeadFile Read(const QByteArray& bytes, std::span<const QStringList> captions) {
+    if (bytes.startsWith("PK\x03\x04"))
+        return TableLeads(ReadWorkbook(bytes), captions);
+    const QByteArray begin = bytes.first(std::min<qsizetype>(bytes.size(), 256)).trimmed();
+    if (begin.toUpper().startsWith("BEGIN:VCARD"))
+        return ReadVCards(Decoded(bytes));
+    if (begin.startsWith('{'))
+        return JsonLeads(bytes);
+    if (begin.isEmpty())
+        return {};
+    return TableLeads(ReadCsv(Decoded(bytes), bytes.startsWith("\xef\xbb\xbf")), captions);
+}
+
+} // namespace
+
+std::vector<int> FieldsOfColumns(const QStringList& header, std::span<const QStringList> captions) {
+    const auto fieldOf = [&](const QString& caption) {
+        const auto among = [&](const QStringList& names) {
+            for (qsizetype i = 0; i < names.size() && i < FieldCount; ++i)
+                if (names[i].compare(caption, Qt::CaseInsensitive) == 0)
+                    return static_cast<int>(i);
+            return -1;
+        };
+        int field = among(EnglishCaptions());
+        for (size_t i = 0; field < 0 && i < captions.size(); ++i)
+            field = among(captions[i]);
+        return field;
+    };
+    std::vector<int> fields;
+    for (const QString& caption : header)
+        fields.push_back(fieldOf(caption.trimmed()));
+    if (header.size() == FieldCount && std::all_of(fields.begin(), fields.end(), [](int field) { return field < 0; }))
+        for (size_t i = 0; i < fields.size(); ++i)
+            fields[i] = static_cast<int>(i);
+    return fields;
+}
+
+Lead LeadOfRow(const QStringList& row, const std::vector<int>& fields, bool harmless) {
+    Lead lead;
+    for (qsizetype i = 0; i < row.size() && i < static_cast<qsizetype>(fields.size()); ++i) {
+        const int field = fields[static_cast<size_t>(i)];
+        if (field < 0)
+            continue;
+        QString text = row[i];
+        if (harmless && text.startsWith(u'\'') && IsFormula(QStringView(text).sliced(1)))
+            text.remove(0, 1);
+        lead.At(field) = std::move(text);
+    }
+    return lead;
+}
+
+LeadFile ReadLeadFile(const QString& fileName, std::span<const QStringList> captions) {
+    QFile file(fileName);
+    const auto failed = [&](const QString& reason) {
+        return Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), reason));
+    };
+    if (!file.open(QIODevice::ReadOnly))
+        throw failed(file.errorString());
+    if (file.size() > mostBytes)
+        throw failed(u"larger than 1 GiB"_s);
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw failed(file.errorString());
+    try {
+        return Read(bytes, captions);
+    } catch (const Failure& failure) {
+        throw failed(failure.Message());
+    }
+}
+
+} // namespace Brindle
