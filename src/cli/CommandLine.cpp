@@ -71,26 +71,9 @@ int WholeNumber(const QString& option, const QString& text, int least, int most)
 }
 
 LeadFormat FormatNamed(const QString& text) {
-    if (text == u"csv")
-        return LeadFormat::Csv;
-    if (text == u"csv-sheet")
-        return LeadFormat::CsvSheet;
-    if (text == u"jsonl")
-        return LeadFormat::JsonLines;
-    if (text == u"xlsx")
-        return LeadFormat::Workbook;
-    if (text == u"vcf")
-        return LeadFormat::VCard;
-    throw UsageError(u"--format: \u201C%1\u201D is none of csv, csv-sheet, jsonl, xlsx, vcf"_s.arg(text));
-}
-
-LeadFormat FormatBySuffix(const QString& fileName) {
-    for (const auto& [suffix, format] :
-         {std::pair(u".jsonl"_s, LeadFormat::JsonLines), std::pair(u".xlsx"_s, LeadFormat::Workbook),
-          std::pair(u".vcf"_s, LeadFormat::VCard)})
-        if (fileName.endsWith(suffix, Qt::CaseInsensitive))
-            return format;
-    return LeadFormat::Csv;
+    if (const std::optional<LeadFormat> format = LeadFormatNamed(text))
+        return *format;
+    throw UsageError(u"--format: \u201C%1\u201D is none of %2"_s.arg(text, LeadFormatNames().join(u", "_s)));
 }
 
 // Which of two words an option was given.
@@ -261,7 +244,7 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
         option->Apply(line, value);
     }
     if (!formatGiven)
-        line.Format = FormatBySuffix(line.OutFileName);
+        line.Format = LeadFormatOf(line.OutFileName);
     CheckArguments(line, *command);
     return line;
 }

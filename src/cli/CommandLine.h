@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Errors.h"
+#include "export/LeadFormat.h"
 
 #include <QString>
 #include <QStringList>
@@ -37,7 +38,6 @@ enum class Command {
     Version
 };
 
-enum class LeadFormat { Csv, CsvSheet, JsonLines, Workbook, VCard };
 enum class BrowserKind { Static, Web };
 enum class MarkupSource { AsIs, Site };
 

@@ -16,6 +16,7 @@ int RunFetch(const CommandLine& line, Console& console);
 int RunDemo(const CommandLine& line, Console& console);
 int RunSettings(const CommandLine& line);
 int RunLanguage(const CommandLine& line, Console& console);
+int RunMerge(const CommandLine& line, Console& console);
 
 /// Writes bytes to standard output as they are. Throws `Failure`.
 void WriteToStandardOutput(const QByteArray& bytes);

@@ -1,6 +1,7 @@
 #include "adapters/Adapters.h"
 #include "browser/StaticBrowser.h"
 #include "cli/Commands.h"
+#include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "core/HarvestDriver.h"
@@ -142,7 +143,8 @@ std::unique_ptr<EmbeddedBrowser> MakeBrowser(const CommandLine& line, Session& s
 }
 
 int HarvestFrom(const CommandLine& line, Session& session, const QString& start, const WebBrowserFactory& webBrowser) {
-    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
+                      FurtherColumns(line, session.More));
     output.Begin();
     const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
     Watch watch(line, session, *browser, output);
@@ -159,6 +161,8 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
         session.Loop.WaitForMessage(std::nullopt);
     browser->Stop();
 
+    if (const QString losses = output.Finish(); !losses.isEmpty())
+        session.Out.Note(u"%1: %2"_s.arg(line.OutFileName.isEmpty() ? u"standard output"_s : line.OutFileName, losses));
     session.Out.Report(session.Report.Text());
     session.Out.Note(u"%1 s"_s.arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
     for (const QString& error : {watch.Error(), output.Error()})

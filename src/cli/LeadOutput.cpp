@@ -1,7 +1,5 @@
 #include "cli/LeadOutput.h"
 
-#include "cli/JsonLine.h"
-
 #include <QDir>
 
 #include <cstdio>
@@ -32,19 +30,27 @@ int StandardOutput() {
 
 } // namespace
 
-LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings)
+LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings,
+                       const ExtraColumns& extra)
     : leads_(leads),
       file_(fileName),
       shownName_(fileName.isEmpty() ? u"standard output"_s : QDir::toNativeSeparators(fileName)),
       format_(format),
-      automatic_(settings.cExportAutomatic),
-      csv_(settings) {
-    constexpr auto mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-    // The descriptor, because the stream of that name would keep the last leads to itself until the end.
-    const bool opened =
-        fileName.isEmpty() ? file_.open(StandardOutput(), mode) : file_.open(mode | QIODevice::Truncate);
-    if (!opened)
-        throw Failure(u"%1: %2"_s.arg(shownName_, file_.errorString()));
+      automatic_(settings.cExportAutomatic) {
+    const ExportShape shape{.Options = settings, .Captions = leads.Captions, .Extra = extra};
+    if (format == LeadFormat::Workbook) {
+        if (fileName.isEmpty())
+            throw Failure(u"a workbook cannot go to standard output: --out FILE names its file"_s);
+        workbook_ = std::make_unique<Workbook>(fileName, shape);
+    } else {
+        constexpr auto mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
+        // The descriptor, because the stream of that name would keep the last leads to itself until the end.
+        const bool opened =
+            fileName.isEmpty() ? file_.open(StandardOutput(), mode) : file_.open(mode | QIODevice::Truncate);
+        if (!opened)
+            throw Failure(u"%1: %2"_s.arg(shownName_, file_.errorString()));
+        lines_ = MakeLeadLines(format, shape);
+    }
     leads_.AddObserver(this);
 }
 
@@ -53,9 +59,9 @@ LeadOutput::~LeadOutput() {
 }
 
 void LeadOutput::Begin() {
-    if (!automatic_ && !begun_ && format_ == LeadFormat::Csv) {
+    if (!automatic_ && !begun_ && lines_) {
         buffer_.resize(0);
-        csv_.AppendHeader(buffer_, leads_.Captions);
+        lines_->AppendHeader(buffer_);
         Write(buffer_);
     }
     begun_ = true;
@@ -63,13 +69,27 @@ void LeadOutput::Begin() {
 
 void LeadOutput::LeadAppended(qsizetype row) {
     const Lead lead = leads_.At(row);
-    if (format_ == LeadFormat::JsonLines)
-        return Write(JsonLine(lead));
+    if (workbook_)
+        return workbook_->Add(lead);
     buffer_.resize(0);
     if (automatic_ && row == 0) // a lead that could not be saved where it belongs
-        csv_.AppendHeader(buffer_, leads_.Captions);
-    csv_.AppendLead(buffer_, lead);
+        lines_->AppendHeader(buffer_);
+    lines_->AppendLead(buffer_, lead);
     Write(buffer_);
+}
+
+QString LeadOutput::Finish() {
+    if (!workbook_)
+        return lines_->Losses().Text();
+    try {
+        if (!automatic_ || leads_.Count() > 0)
+            workbook_->Finish();
+    } catch (const SaveError& error) {
+        error_ = error.Message();
+    }
+    const QString losses = workbook_->Losses().Text();
+    workbook_.reset();
+    return losses;
 }
 
 void LeadOutput::Write(const QByteArray& bytes) {

@@ -2,18 +2,21 @@
 
 #include "cli/CommandLine.h"
 #include "core/LeadList.h"
-#include "export/CsvFormat.h"
+#include "export/LeadLines.h"
+#include "export/Workbook.h"
 
 #include <QFile>
 
 namespace Brindle {
 
 /// Writes the leads of a list as they are found, in list order: each is in the file before the next one is looked for,
-/// so whatever ends the program keeps all that was found.
+/// so whatever ends the program keeps all that was found. A workbook cannot grow like that: it is put in place by
+/// `Finish`, whole.
 class LeadOutput : public LeadListObserver {
 public:
     /// `fileName`: empty for standard output. Throws `Failure` when the file cannot be made.
-    LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings);
+    LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings,
+               const ExtraColumns& extra = {});
     ~LeadOutput() override;
     LeadOutput(const LeadOutput&) = delete;
     LeadOutput& operator=(const LeadOutput&) = delete;
@@ -22,6 +25,8 @@ public:
     /// cannot be saved there.
     void Begin();
     void LeadAppended(qsizetype row) override;
+    /// To be called when no further lead comes. What the format could not hold, as one line; empty when it held all.
+    QString Finish();
 
     /// Why writing failed: file and reason; empty when all is well. Nothing is written after a failure.
     const QString& Error() const { return error_; }
@@ -35,7 +40,8 @@ private:
     LeadFormat format_;
     bool automatic_;
     bool begun_ = false;
-    CsvFormat csv_;
+    std::unique_ptr<LeadLines> lines_;   // of a text format
+    std::unique_ptr<Workbook> workbook_; // of the other one
     QByteArray buffer_;
     QString error_;
 };

@@ -1,5 +1,6 @@
 #include "adapters/Adapters.h"
 #include "cli/Commands.h"
+#include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "core/HarvestDriver.h"
@@ -64,7 +65,8 @@ void ReadPage(Session& session, const CommandLine& line, const QString& fileName
 int RunParse(const CommandLine& line, Console& console) {
     Session session(line, console, LoadSites(line));
     session.SelectSite(line.Site);
-    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
+                      FurtherColumns(line, session.More));
     output.Begin();
     session.Job.Begin();
     int status = ExitStatus::Done;
@@ -79,6 +81,8 @@ int RunParse(const CommandLine& line, Console& console) {
             status = ExitStatus::Failed;
         }
     }
+    if (const QString losses = output.Finish(); !losses.isEmpty())
+        console.Note(u"%1: %2"_s.arg(line.OutFileName.isEmpty() ? u"standard output"_s : line.OutFileName, losses));
     console.Report(session.Report.Text());
     if (!output.Error().isEmpty())
         console.Error(output.Error());

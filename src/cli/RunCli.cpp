@@ -75,6 +75,8 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         return RunNext(line, console);
     case Command::Explain:
         return RunExplain(line, console);
+    case Command::Merge:
+        return RunMerge(line, console);
     case Command::Help:
         WriteToStandardOutput(UsageText().toLocal8Bit());
         return ExitStatus::Done;
@@ -87,7 +89,6 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Searches:
     case Command::Leads:
     case Command::Status:
-    case Command::Merge:
     case Command::Diagnose:
         break;
     }

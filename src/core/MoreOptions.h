@@ -12,6 +12,8 @@ struct MoreOptions {
     bool WorkbookAtEnd = false; ///< export.workbook_at_end: a workbook of the leads at the end of every harvest
     bool SheetCsvAtEnd = false; ///< export.sheet_csv_at_end: the same as CSV for spreadsheets
 
+    QString MailNameServer;     ///< mail.name_server: "address:port" for --check-mx; empty: that of the system
+
     bool operator==(const MoreOptions&) const = default;
 };
 

@@ -102,6 +102,9 @@ std::optional<CsvTable> ByRule(QStringView text, bool strict) {
     return table;
 }
 
+// A field may have line breaks, but not this many: then a quote is missing somewhere.
+constexpr size_t mostLines = 500;
+
 // The classic form: what stands between two fields, and what the cut of two characters leaves at a line's end.
 struct ClassicForm {
     QString Between;
@@ -175,7 +178,7 @@ CsvTable Classic(QStringView text) {
                 else
                     tooMany = tooMany || fields.size() > columns;
             }
-            if (tooMany && !record) {
+            if (!record && (tooMany || i - first >= mostLines)) {
                 ++i;
                 break;
             }

@@ -19,9 +19,8 @@ namespace {
 bool IsDomainLabel(QStringView label) {
     if (label.isEmpty() || label.size() > 63 || label.front() == u'-' || label.back() == u'-')
         return false;
-    return std::all_of(label.begin(), label.end(), [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'-';
-    });
+    return std::all_of(label.begin(), label.end(),
+                       [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'-'; });
 }
 
 #ifdef BRINDLE_HAS_PSL
@@ -82,7 +81,8 @@ bool CanBeEmail(const QString& address) {
         return false;
     const QString domain = DomainOfEmail(address);
     const QStringList labels = domain.split(u'.');
-    return labels.size() >= 2 && std::all_of(labels.begin(), labels.end(), [](const QString& l) { return IsDomainLabel(l); }) &&
+    return labels.size() >= 2 &&
+           std::all_of(labels.begin(), labels.end(), [](const QString& l) { return IsDomainLabel(l); }) &&
            !IsFileName(domain) && IsTopLevelDomain(labels.last());
 }
 

@@ -4,6 +4,8 @@
 #include "export/EmailCheck.h"
 #include "toolkit/Phone.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace Brindle {
@@ -12,13 +14,37 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The phones of a field; nothing where not one of its numbers can be one.
-QStringList InternationalPhones(const Lead& lead) {
-    QStringList numbers;
-    for (const FoundPhone& found : FindPhones(lead.Phone, RegionOfCountry(lead.Country)))
-        if (found.Number.IsValid && !numbers.contains(found.Number.E164))
-            numbers.append(found.Number.E164);
-    return numbers;
+// The region of a lead's country as the directories write it; empty when it is unknown.
+QString RegionOfCountryName(const QString& name) {
+    static const QHash<QString, QString> regions{{u"united states"_s, u"US"_s},
+                                                 {u"usa"_s, u"US"_s},
+                                                 {u"canada"_s, u"CA"_s},
+                                                 {u"italy"_s, u"IT"_s},
+                                                 {u"italia"_s, u"IT"_s}};
+    return name.size() == 2 ? name.toUpper() : regions.value(name.trimmed().toLower());
+}
+
+struct Phones {
+    QStringList International;
+    bool Impossible = false; // a number is given whose country is known, and it can be none
+};
+
+Phones PhonesOf(const Lead& lead) {
+    const QString region = RegionOfCountryName(lead.Country);
+    Phones phones;
+    for (const QString& part : lead.Phone.split(u';')) {
+        const QStringView text = QStringView(part).trimmed();
+        if (text.isEmpty())
+            continue;
+        if (const std::optional<PhoneNumber> number = ReadPhone(text, region)) {
+            if (!phones.International.contains(number->E164))
+                phones.International.append(number->E164);
+        } else {
+            phones.Impossible =
+                phones.Impossible || !region.isEmpty() || text.startsWith(u'+') || text.startsWith(u"00");
+        }
+    }
+    return phones;
 }
 
 } // namespace
@@ -32,18 +58,19 @@ std::vector<ExtraColumn> ExtraColumnsNamed(const QStringList& names) {
     std::vector<ExtraColumn> columns;
     for (const QString& name : names) {
         const QString wanted = name.trimmed();
-        const auto found = std::find_if(ExtraColumnNames().begin(), ExtraColumnNames().end(), [&](const QString& known) {
-            return known.compare(wanted, Qt::CaseInsensitive) == 0;
-        });
+        const auto found =
+            std::find_if(ExtraColumnNames().begin(), ExtraColumnNames().end(),
+                         [&](const QString& known) { return known.compare(wanted, Qt::CaseInsensitive) == 0; });
         if (found == ExtraColumnNames().end())
-            throw Failure(u"\u201C%1\u201D is no further column; there are %2"_s.arg(wanted, ExtraColumnNames().join(u", "_s)));
+            throw Failure(
+                u"\u201C%1\u201D is no further column; there are %2"_s.arg(wanted, ExtraColumnNames().join(u", "_s)));
         columns.push_back(static_cast<ExtraColumn>(found - ExtraColumnNames().begin()));
     }
     return columns;
 }
 
-ExtraColumns::ExtraColumns(std::vector<ExtraColumn> columns, MailDomainCheck checkDomain)
-    : columns_(std::move(columns)), checkDomain_(std::move(checkDomain)) {}
+ExtraColumns::ExtraColumns(std::vector<ExtraColumn> columns, TakesNoMail takesNoMail)
+    : columns_(std::move(columns)), takesNoMail_(std::move(takesNoMail)) {}
 
 QStringList ExtraColumns::Captions() const {
     QStringList captions;
@@ -62,15 +89,13 @@ QStringList ExtraColumns::Of(const Lead& lead) const {
 QString ExtraColumns::TextOf(ExtraColumn column, const Lead& lead) const {
     switch (column) {
     case ExtraColumn::InternationalPhone:
-        return InternationalPhones(lead).join(u"; "_s);
+        return PhonesOf(lead).International.join(u"; "_s);
     case ExtraColumn::PhoneCheck:
-        return !lead.Phone.trimmed().isEmpty() && InternationalPhones(lead).isEmpty() ? u"impossible"_s : QString();
+        return PhonesOf(lead).Impossible ? u"impossible"_s : QString();
     case ExtraColumn::CheckedEmail: {
         QStringList emails = UsableEmails(lead.Email, lead.Website);
-        if (checkDomain_)
-            emails.removeIf([this](const QString& email) {
-                return checkDomain_(DomainOfEmail(email)) == MailDomain::TakesNone;
-            });
+        if (takesNoMail_)
+            emails.removeIf([this](const QString& email) { return takesNoMail_(DomainOfEmail(email)); });
         return emails.join(u"; "_s);
     }
     }

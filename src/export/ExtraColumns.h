@@ -10,15 +10,13 @@
 
 namespace Brindle {
 
-/// Whether a mail domain takes mail, as far as it could be found out.
-enum class MailDomain { TakesMail, TakesNone, Unknown };
-/// Asks about a domain, in lower case and ASCII; may take its time.
-using MailDomainCheck = std::function<MailDomain(const QString& domain)>;
+/// Whether a domain (lower case, ASCII) is known to take no mail; may take its time.
+using TakesNoMail = std::function<bool(const QString& domain)>;
 
 /// A column beside the fourteen, made from a lead.
 enum class ExtraColumn {
     InternationalPhone, ///< the phones that can be ones, E.164 (ITU-T), several joined by "; "
-    PhoneCheck,         ///< "impossible" when a phone is given and none of its numbers can be one
+    PhoneCheck,         ///< "impossible" when one of the numbers can be none in its country
     CheckedEmail        ///< the addresses that can be ones, those of the business's own domain first
 };
 
@@ -31,8 +29,9 @@ std::vector<ExtraColumn> ExtraColumnsNamed(const QStringList& names);
 /// Makes the texts of further columns.
 class ExtraColumns {
 public:
-    /// `checkDomain`: empty when nobody is to be asked.
-    explicit ExtraColumns(std::vector<ExtraColumn> columns = {}, MailDomainCheck checkDomain = {});
+    ExtraColumns() = default;
+    /// `takesNoMail`: empty when nobody is to be asked.
+    explicit ExtraColumns(std::vector<ExtraColumn> columns, TakesNoMail takesNoMail = {});
 
     bool IsEmpty() const { return columns_.empty(); }
     const std::vector<ExtraColumn>& Columns() const { return columns_; }
@@ -44,7 +43,7 @@ private:
     QString TextOf(ExtraColumn column, const Lead& lead) const;
 
     std::vector<ExtraColumn> columns_;
-    MailDomainCheck checkDomain_;
+    TakesNoMail takesNoMail_;
 };
 
 } // namespace Brindle

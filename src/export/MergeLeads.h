@@ -10,8 +10,8 @@
 namespace Brindle {
 
 /// Lists of leads made into one. Leads are the same business when they share a details link, or name and phone or name
-/// and full address (see `BusinessKeys`) while not both of them have a page of their own in the same directory. The lead
-/// that was added last stands for the business, in the place of the first.
+/// and full address (see `BusinessKeys`) while not both of them have a page of their own in the same directory. The
+/// lead that was added last stands for the business, in the place of the first.
 class LeadMerger {
 public:
     /// Leads are added oldest first.

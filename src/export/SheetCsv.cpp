@@ -56,8 +56,8 @@ void SheetCsv::AppendLead(QByteArray& to, const Lead& lead) {
     if (!shape_.Extra.IsEmpty()) {
         const QStringList extra = shape_.Extra.Of(lead);
         for (qsizetype i = 0; i < extra.size(); ++i)
-            fields.append(Harmless(extra[i], shape_.Extra.Columns()[static_cast<size_t>(i)] ==
-                                                 ExtraColumn::InternationalPhone));
+            fields.append(
+                Harmless(extra[i], shape_.Extra.Columns()[static_cast<size_t>(i)] == ExtraColumn::InternationalPhone));
     }
     AppendLine(to, fields);
 }

@@ -21,7 +21,8 @@ private:
     std::vector<int> columns_;
 };
 
-/// Whether a spreadsheet would take a text for a formula: it begins with "=", "+", "-", "@", a tab or a carriage return.
+/// Whether a spreadsheet would take a text for a formula: it begins with "=", "+", "-", "@", a tab or a carriage
+/// return.
 bool IsFormula(QStringView text);
 /// Whether a text is a phone number that may stand as it is: a leading "+", then digits, blanks and "()/.-" alone.
 bool IsPlainPhone(QStringView text);

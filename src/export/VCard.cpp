@@ -33,7 +33,11 @@ QString Escaped(const QString& text) {
 // A parameter's value in quotes (RFC 6868 for what quotes cannot hold).
 QString Quoted(const QString& text) {
     QString result = text;
-    result.replace(u'^', u"^^"_s).replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').replace(u'\n', u"^n"_s).replace(u'"', u"^'"_s);
+    result.replace(u'^', u"^^"_s)
+        .replace(u"\r\n"_s, u"\n"_s)
+        .replace(u'\r', u'\n')
+        .replace(u'\n', u"^n"_s)
+        .replace(u'"', u"^'"_s);
     return u'"' + result + u'"';
 }
 
@@ -65,8 +69,8 @@ QStringList Parts(const QString& text) {
 
 QString UidOf(const Lead& lead) {
     static const QUuid space = QUuid::createUuidV5(QUuid(), u"brindle:lead"_s);
-    const QString key = !lead.DetailsLink.isEmpty() ? lead.DetailsLink
-                                                    : lead.Name + u'\n' + lead.Phone + u'\n' + lead.FullAddress;
+    const QString key =
+        !lead.DetailsLink.isEmpty() ? lead.DetailsLink : lead.Name + u'\n' + lead.Phone + u'\n' + lead.FullAddress;
     return u"urn:uuid:"_s + QUuid::createUuidV5(space, key).toString(QUuid::WithoutBraces);
 }
 
@@ -107,9 +111,8 @@ void VCardLines::AppendLead(QByteArray& to, const Lead& original) {
     const bool inParts = !lead.Street.isEmpty() || !lead.City.isEmpty() || !lead.PostalCode.isEmpty();
     if (inParts || !lead.FullAddress.isEmpty() || !lead.State.isEmpty() || !lead.Country.isEmpty()) {
         const QString label = lead.FullAddress.isEmpty() ? QString() : u";LABEL="_s + Quoted(lead.FullAddress);
-        line(u"ADR"_s + label + u":;;" + Escaped(inParts ? lead.Street : lead.FullAddress) + u';' +
-             Escaped(lead.City) + u';' + Escaped(lead.State) + u';' + Escaped(lead.PostalCode) + u';' +
-             Escaped(lead.Country));
+        line(u"ADR"_s + label + u":;;" + Escaped(inParts ? lead.Street : lead.FullAddress) + u';' + Escaped(lead.City) +
+             u';' + Escaped(lead.State) + u';' + Escaped(lead.PostalCode) + u';' + Escaped(lead.Country));
     }
     for (const QString& phone : Parts(lead.Phone))
         property(u"TEL;VALUE=text;TYPE=\"voice,work\"", phone);

@@ -40,14 +40,30 @@ bool CannotHold(QChar c) {
     return c.unicode() == 0 || c.unicode() == 0xfffe || c.unicode() == 0xffff;
 }
 
+// A text with what the format would take for an escaped character: its underscore is escaped itself (ECMA-376, part 1,
+// section 22.9.2.19).
+QString Escaped(QString text) {
+    const auto isHex = [](QChar c) {
+        return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+    };
+    for (qsizetype at = text.indexOf(u"_x"); at >= 0 && at + 6 < text.size(); at = text.indexOf(u"_x", at + 1)) {
+        const QStringView code = QStringView(text).sliced(at + 2, 4);
+        if (text[at + 6] == u'_' && std::all_of(code.begin(), code.end(), isHex)) {
+            text.insert(at, u"_x005F");
+            at += 6;
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 Workbook::Workbook(const QString& fileName, const ExportShape& shape, qint64 rowsPerSheet)
     : fileName_(fileName), shape_(shape), rowsPerSheet_(rowsPerSheet) {
     for (int field = 0; field < FieldCount; ++field)
         if (IsExported(field, shape.Options.eExportFields))
-            columns_.push_back({shape.Captions.value(field), field, widths.at(static_cast<size_t>(field)),
-                                IsLinkField(field)});
+            columns_.push_back(
+                {shape.Captions.value(field), field, widths.at(static_cast<size_t>(field)), IsLinkField(field)});
     for (const QString& caption : shape.Extra.Captions())
         columns_.push_back({caption, -1, extraWidth, false});
     if (!work_.isValid())
@@ -106,7 +122,7 @@ QByteArray Workbook::Held(const QString& text) {
         ++losses_.Shortened;
         held.truncate(held[mostCharacters - 1].isHighSurrogate() ? mostCharacters - 1 : mostCharacters);
     }
-    return held.toUtf8();
+    return Escaped(held).toUtf8();
 }
 
 void Workbook::WriteCell(quint16 column, const QString& text, bool isLink) {
@@ -115,7 +131,8 @@ void Workbook::WriteCell(quint16 column, const QString& text, bool isLink) {
     const auto row = static_cast<lxw_row_t>(row_);
     const QByteArray held = Held(text);
     if (isLink && IsWebAddress(text)) {
-        if (links_ < MostLinks && worksheet_write_url(sheet_, row, column, held.constData(), nullptr) == LXW_NO_ERROR) {
+        if (links_ < MostLinks && worksheet_write_url_opt(sheet_, row, column, text.toUtf8().constData(), nullptr,
+                                                          held.constData(), nullptr) == LXW_NO_ERROR) {
             ++links_;
             return;
         }

@@ -30,11 +30,12 @@ struct Row {
     QString Name() const { return QString::fromLatin1(Table) + u'.' + QString::fromLatin1(Key); }
 };
 
-const std::array<Row, 4> rows{{
+const std::array<Row, 5> rows{{
     {"store", "keep", &MoreOptions::StoreKeep},
     {"store", "target", &MoreOptions::StoreTarget},
     {"export", "workbook_at_end", &MoreOptions::WorkbookAtEnd},
     {"export", "sheet_csv_at_end", &MoreOptions::SheetCsvAtEnd},
+    {"mail", "name_server", &MoreOptions::MailNameServer},
 }};
 
 QString Shown(const QString& fileName) {
