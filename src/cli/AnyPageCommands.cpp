@@ -1,6 +1,7 @@
 #include "cli/AnyPageCommands.h"
 
 #include "cli/Commands.h"
+#include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "core/BusinessKey.h"
@@ -82,7 +83,8 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
     const QString url = PageUrlOf(line);
     Session session(line, console, LoadSites(line));
     session.State.CurrID = anyPageSite.toString();
-    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options);
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
+                      FurtherColumns(line, session.More));
     output.Begin();
     session.Job.Begin();
     NewLeads leads(session);
@@ -103,6 +105,8 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
             status = ExitStatus::Failed;
         }
     }
+    if (const QString losses = output.Finish(); !losses.isEmpty())
+        console.Note(losses);
     console.Report(session.Report.Text());
     if (!output.Error().isEmpty())
         console.Error(output.Error());

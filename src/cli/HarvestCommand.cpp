@@ -162,7 +162,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
     browser->Stop();
 
     if (const QString losses = output.Finish(); !losses.isEmpty())
-        session.Out.Note(u"%1: %2"_s.arg(line.OutFileName.isEmpty() ? u"standard output"_s : line.OutFileName, losses));
+        session.Out.Note(losses);
     session.Out.Report(session.Report.Text());
     session.Out.Note(u"%1 s"_s.arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
     for (const QString& error : {watch.Error(), output.Error()})

@@ -82,7 +82,7 @@ int RunParse(const CommandLine& line, Console& console) {
         }
     }
     if (const QString losses = output.Finish(); !losses.isEmpty())
-        console.Note(u"%1: %2"_s.arg(line.OutFileName.isEmpty() ? u"standard output"_s : line.OutFileName, losses));
+        console.Note(losses);
     console.Report(session.Report.Text());
     if (!output.Error().isEmpty())
         console.Error(output.Error());
