@@ -111,8 +111,11 @@ void VCardLines::AppendLead(QByteArray& to, const Lead& original) {
     const bool inParts = !lead.Street.isEmpty() || !lead.City.isEmpty() || !lead.PostalCode.isEmpty();
     if (inParts || !lead.FullAddress.isEmpty() || !lead.State.isEmpty() || !lead.Country.isEmpty()) {
         const QString label = lead.FullAddress.isEmpty() ? QString() : u";LABEL="_s + Quoted(lead.FullAddress);
-        line(u"ADR"_s + label + u":;;" + Escaped(inParts ? lead.Street : lead.FullAddress) + u';' + Escaped(lead.City) +
-             u';' + Escaped(lead.State) + u';' + Escaped(lead.PostalCode) + u';' + Escaped(lead.Country));
+        // Not every address book shows the label, so an address that was not taken apart stands as the street too.
+        const QString undivided = inParts ? QString() : u";X-UNDIVIDED=1"_s;
+        line(u"ADR"_s + undivided + label + u":;;" + Escaped(inParts ? lead.Street : lead.FullAddress) + u';' +
+             Escaped(lead.City) + u';' + Escaped(lead.State) + u';' + Escaped(lead.PostalCode) + u';' +
+             Escaped(lead.Country));
     }
     for (const QString& phone : Parts(lead.Phone))
         property(u"TEL;VALUE=text;TYPE=\"voice,work\"", phone);

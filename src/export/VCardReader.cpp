@@ -82,15 +82,14 @@ void Take(const Property& property, Lead& lead) {
         lead.Name = property.Name == u"FN" ? Unescaped(value) : Components(value, u';').front();
     } else if (property.Name == u"ADR") {
         const QStringList parts = Components(value, u';');
-        const QString label = LabelOf(property.Parameters);
         lead.Street = parts.value(2);
         lead.City = parts.value(3);
         lead.State = parts.value(4);
         lead.PostalCode = parts.value(5);
         lead.Country = parts.value(6);
-        lead.FullAddress = label;
-        if (label == lead.Street && lead.City.isEmpty() && lead.PostalCode.isEmpty())
-            lead.Street.clear(); // the address was not taken apart
+        lead.FullAddress = LabelOf(property.Parameters);
+        if (property.Parameters.contains(u"X-UNDIVIDED", Qt::CaseInsensitive))
+            lead.Street.clear();
     } else if (property.Name == u"TEL") {
         QString number = Unescaped(value);
         if (number.startsWith(u"tel:", Qt::CaseInsensitive))
