@@ -53,6 +53,8 @@ public:
 Q_SIGNALS:
     void ProgressChange(qint64 progress, qint64 maximum);
     void NavigateComplete(const QString& address);
+    /// A page wanted something to be stored as a file, which is never done.
+    void DownloadRefused(const QString& address);
 };
 
 } // namespace Brindle

@@ -2,25 +2,29 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace Brindle {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-// Short date and long time of the user's locale, without what a file name cannot hold. The time zone, which some
-// locales put into the long form, would only lengthen the name.
-QString TimeStamp(const QDateTime& moment) {
-    const QLocale locale = QLocale::system();
-    QString timeFormat = locale.timeFormat(QLocale::LongFormat);
-    timeFormat.remove(u't');
+// Short date and long time of the locale, without what a file name cannot hold. The time zone, which some locales put
+// into the long form, often in brackets, would only lengthen the name.
+QString HarvestTimeStamp(const QDateTime& moment, const QLocale& locale) {
+    static const QRegularExpression zone(uR"('[^']*'|\s*[(\[]?t+[)\]]?)"_s);
+    const QString longFormat = locale.timeFormat(QLocale::LongFormat);
+    QString timeFormat = longFormat;
+    for (QRegularExpressionMatchIterator found = zone.globalMatch(longFormat); found.hasNext();) {
+        const QString text = found.next().captured();
+        if (!text.startsWith(u'\'')) // quoted letters stand for themselves
+            timeFormat.remove(text);
+    }
     QString stamp = locale.toString(moment.date(), QLocale::ShortFormat) + u' ' +
                     locale.toString(moment.time(), timeFormat.trimmed());
     stamp.replace(u':', u'-');
     stamp.replace(u'/', u'-');
     return stamp;
 }
-
-} // namespace
 
 Harvest::Harvest(const Parts& parts)
     : State(parts.State),
@@ -59,7 +63,7 @@ void Harvest::Begin() {
     State.MainCategory.clear();
     State.FailureMessage.clear();
     State.ShouldStop = false;
-    State.DateTimeVal = TimeStamp(QDateTime::currentDateTime());
+    State.DateTimeVal = HarvestTimeStamp(QDateTime::currentDateTime(), QLocale::system());
 }
 
 } // namespace Brindle

@@ -10,6 +10,8 @@
 #include "core/SiteCatalogue.h"
 #include "core/StatusView.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QString>
 
 #include <functional>
@@ -30,6 +32,10 @@ struct HarvestState {
     QString SelectedEntry;  ///< the site selector's text
     QString FailureMessage; ///< why the harvest had to end, for front ends without dialogs; empty: it did not
 };
+
+/// A moment as the names of a harvest's files have it: short date and long time of the locale, without time zone, with
+/// "-" for ":" and "/".
+QString HarvestTimeStamp(const QDateTime& moment, const QLocale& locale);
 
 /// One harvest and the services that an adapter may call.
 class Harvest {

@@ -14,7 +14,8 @@ public:
     /// The folder of `settings.dat` and of the browser's profile; it need not exist yet. Where "\" parts folders, none
     /// is doubled.
     virtual QString SettingsFolder() = 0;
-    /// Opens an address in the user's default browser; false when none is registered.
+    /// Opens an address in the user's default browser; false when none is registered, or where it is no web address and
+    /// the system would open something else with it.
     virtual bool OpenInDefaultBrowser(const QString& url) = 0;
     /// Empties the system's own URL cache, where it has one. Failures are ignored.
     virtual void ClearUrlCache() = 0;

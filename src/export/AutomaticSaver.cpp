@@ -33,6 +33,8 @@ void AutomaticSaver::AppendRecord(const QString& fileName, const QString& line) 
     constexpr QIODevice::OpenMode append = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
     // All but the first lead find the file there, so that is tried first.
     const bool exists = file.open(append | QIODevice::ExistingOnly);
+    if (!exists) // a folder that cannot be made shows when the file is
+        QDir().mkpath(QFileInfo(fileName).path());
     if (!exists && (QFileInfo::exists(fileName) || !file.open(append | QIODevice::NewOnly)))
         throw failed();
     QByteArray bytes;

@@ -19,8 +19,6 @@ public:
     /// system knows that. Missing folders are made. Throws `SaveError`, and the old file stays as it was.
     void SaveSettings(const Settings& settings) const;
 
-    const QString& FileName() const { return fileName_; }
-
 private:
     QString fileName_;
     QString documentsFolder_;

@@ -29,8 +29,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 patienceMs = 5000;
-
 // The scripts run in a world of their own, so a page can neither see nor change what they use. A document that is
 // being left carries a mark, which goes with it.
 constexpr quint32 world = QWebEngineScript::ApplicationWorld;
@@ -96,8 +94,10 @@ std::unique_ptr<QWebEngineProfile> MadeProfile(const QString& folder) {
 WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFolder)
     : loop_(loop), profile_(MadeProfile(profileFolder)) {
     defaultUserAgent_ = profile_->httpUserAgent();
-    connect(profile_.get(), &QWebEngineProfile::downloadRequested, this,
-            [](QWebEngineDownloadRequest* download) { download->cancel(); });
+    connect(profile_.get(), &QWebEngineProfile::downloadRequested, this, [this](QWebEngineDownloadRequest* download) {
+        download->cancel();
+        Tell([this, address = download->url().toString()] { Q_EMIT DownloadRefused(address); });
+    });
 
     page_ = std::make_unique<WebEnginePage>(profile_.get());
     page_->settings()->setAttribute(QWebEngineSettings::PluginsEnabled, false);
@@ -197,19 +197,29 @@ QString WebEngineBrowser::LinkInnerText(int index) {
 }
 
 void WebEngineBrowser::ClickLink(int index) {
-    if (index >= 0)
-        Evaluate(QString::fromUtf16(click).arg(index), Asked::Once);
+    if (index < 0)
+        return;
+    page_->BeginClick();
+    const QPointer<WebEngineBrowser> self(this);
+    Evaluate(QString::fromUtf16(click).arg(index), Asked::Once);
+    if (self)
+        page_->EndClick();
 }
 
 void WebEngineBrowser::SetProxy(const Proxy& proxy) {
     page_->SetProxyLogin(proxy);
+    proxyError_.clear();
     if (proxy.Host.isEmpty()) {
         QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-        return;
+    } else if (proxy.Port < 1 || proxy.Port > 65535) {
+        // Nothing listens on port 1, so every request fails, and none goes out on another way than the user wants.
+        proxyError_ = u"the proxy's port %1 is not from 1 to 65535"_s.arg(proxy.Port);
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1));
+    } else {
+        const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
+        QNetworkProxy::setApplicationProxy(QNetworkProxy(
+            QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName, login.Password));
     }
-    const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
-    QNetworkProxy::setApplicationProxy(QNetworkProxy(
-        QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName, login.Password));
 }
 
 void WebEngineBrowser::SetUserAgent(const QString& userAgent) {
@@ -230,8 +240,10 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
         return;
     }
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
-        lastError_ = info.url().toString(QUrl::FullyEncoded) + u": "_s +
-                     (info.errorString().isEmpty() ? u"the page could not be loaded"_s : info.errorString());
+        const QString reason = !proxyError_.isEmpty()          ? proxyError_
+                               : !info.errorString().isEmpty() ? info.errorString()
+                                                               : u"the page could not be loaded"_s;
+        lastError_ = info.url().toString(QUrl::FullyEncoded) + u": "_s + reason;
         gone_ = info.isErrorPage();
     }
     // What is shown now is the document, whether or not a new one came.
@@ -313,7 +325,7 @@ std::optional<QVariant> WebEngineBrowser::Evaluate(const QString& script, Asked 
     ask();
     quint64 changes = changes_;
     while (!*answer) {
-        const qint64 left = patienceMs - waited.elapsed();
+        const qint64 left = patience_.count() - waited.elapsed();
         if (left <= 0) {
             hung_ = true;
             lastError_ = LocationAddress() + u": the page does not answer"_s;

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -36,6 +37,9 @@ public:
     /// browser unless it is given a parent.
     QWidget* Widget() const;
 
+    /// How long a page may take to answer what it is asked; five seconds unless it is set.
+    void SetPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+
     void Navigate(const QString& address) override;
     void Stop() override;
     void Refresh() override;
@@ -43,7 +47,7 @@ public:
     void GoForward() override;
     bool Busy() const override { return busy_; }
     QString LocationAddress() const override;
-    /// Waits for the engine while messages are handled, at most five seconds; empty when it does not answer.
+    /// Waits for the engine while messages are handled, at most the patience; empty when it does not answer.
     QString BodyOuterHtml(MarkupForm form) override;
     /// Waits as `BodyOuterHtml` does.
     QString DocumentHtml() override;
@@ -76,6 +80,8 @@ private:
     QPointer<QWebEngineView> view_;
     QString defaultUserAgent_;
     QString lastError_;
+    QString proxyError_; // why nothing can be loaded through the proxy; empty: it can be used
+    std::chrono::milliseconds patience_{5000};
     std::optional<QStringList> linkTexts_;
     std::function<void()> afterEnd_; // what to load when the page's process has ended
     quint64 changes_ = 0;            // of the page: counts loads that begin, come up or end

@@ -13,7 +13,9 @@ using namespace Qt::StringLiterals;
 WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profile, nullptr) {
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         const QUrl target = request.requestedUrl();
-        if (!target.isEmpty() && target.scheme() != u"about"_s)
+        const bool wanted = request.isUserInitiated() || !windowExpected_.hasExpired();
+        windowExpected_.setRemainingTime(0); // one click, one window
+        if (wanted && !target.isEmpty() && target.scheme() != u"about"_s)
             load(target);
     });
     // An authenticator without a name gives up, and the page that goes with the refusal is shown.
@@ -21,7 +23,10 @@ WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profil
             [](const QUrl&, QAuthenticator* login) { *login = QAuthenticator(); });
     connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
             [this](const QUrl& asker, QAuthenticator* login, const QString&) { AnswerProxy(asker, login); });
-    connect(this, &QWebEnginePage::loadStarted, this, [this] { askedFor_.clear(); });
+    connect(this, &QWebEnginePage::loadStarted, this, [this] {
+        askedFor_.clear();
+        windowExpected_.setRemainingTime(0);
+    });
     connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl& origin, Feature feature) {
         setFeaturePermission(origin, feature, PermissionDeniedByUser);
     });
@@ -30,6 +35,11 @@ WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profil
     connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });
     connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
             [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+void WebEnginePage::EndClick() {
+    if (windowExpected_.isForever())
+        windowExpected_.setRemainingTime(5000);
 }
 
 void WebEnginePage::javaScriptAlert(const QUrl&, const QString&) {}

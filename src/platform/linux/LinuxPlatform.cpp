@@ -1,4 +1,5 @@
 #include "platform/CreatePlatform.h"
+#include "platform/OpenableAddress.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -20,8 +21,10 @@ public:
     }
 
     bool OpenInDefaultBrowser(const QString& url) override {
+        // The opener would take anything else for a file, and opens files with whatever program they belong to.
+        const QString address = OpenableAddress(url);
         const QString opener = QStandardPaths::findExecutable(u"xdg-open"_s);
-        return !opener.isEmpty() && QProcess::startDetached(opener, {url});
+        return !address.isEmpty() && !opener.isEmpty() && QProcess::startDetached(opener, {address});
     }
 
     void ClearUrlCache() override {} // the browser's own cache is the only one here

@@ -1,6 +1,9 @@
 #include "platform/StandardStreams.h"
 
+#include <QFile>
+
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Brindle {
@@ -18,8 +21,16 @@ bool ErrorIsTerminal() {
 
 void TakeParentConsole() {}
 
+// A program that is started from a menu has a standard error too: none at all, /dev/null, the system's journal or the
+// log of the session, where nobody looks.
 bool HasStandardError() {
-    return true;
+    struct stat about {};
+    if (fstat(STDERR_FILENO, &about) != 0 || S_ISSOCK(about.st_mode))
+        return false;
+    if (S_ISCHR(about.st_mode))
+        return ErrorIsTerminal();
+    const QString file = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(STDERR_FILENO));
+    return !file.endsWith(u"/.xsession-errors") && !file.endsWith(u"-session.log");
 }
 
 } // namespace Brindle

@@ -480,5 +480,18 @@ TEST_F(Driving, TheBrowserBar) {
                                           u"navigate "_s + base, u"navigate http://a.test"_s}));
 }
 
+TEST(HarvestTimeStamp, IsFitForAFileNameInEveryLocale) {
+    const QDateTime moment(QDate(2026, 11, 21), QTime(19, 5, 6));
+    EXPECT_EQ(HarvestTimeStamp(moment, QLocale(u"es_ES"_s)), u"21-11-26 19-05-06"_s);
+    EXPECT_EQ(HarvestTimeStamp(moment, QLocale(u"it_IT"_s)), u"21-11-26 19-05-06"_s);
+    for (const QLocale& locale :
+         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
+        const QString stamp = HarvestTimeStamp(moment, locale);
+        EXPECT_EQ(stamp, stamp.trimmed()) << locale.name().toStdString();
+        for (const QChar c : QStringView(u":/()[]"))
+            EXPECT_FALSE(stamp.contains(c)) << locale.name().toStdString() << ' ' << stamp.toStdString();
+    }
+}
+
 } // namespace
 } // namespace Brindle

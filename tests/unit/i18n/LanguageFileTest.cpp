@@ -2,6 +2,7 @@
 
 #include "PrintTo.h"
 #include "core/Lead.h"
+#include "i18n/WindowTexts.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -63,6 +64,17 @@ TEST(LanguageFile, FillsTheMessageSlots) {
     EXPECT_EQ(texts.Text(Message::Request), u""_s) << "a missing element is an empty text";
 }
 
+TEST(WindowTexts, AreEnglishWhereTheFileLacksThem) {
+    WindowTexts texts;
+    texts.Load(u"<main1>x</main1><text-Reload>Recharger</text-Reload><text-NoAddress>[VAR2] [VAR1] [VAR3]"_s
+               u"</text-NoAddress>"_s);
+    EXPECT_EQ(texts.Text(WindowText::Reload), u"Recharger"_s);
+    EXPECT_EQ(texts.Text(WindowText::CancelExport), WindowTexts::English(WindowText::CancelExport));
+    EXPECT_EQ(texts.With(WindowText::NoAddress, {u"[VAR2]"_s, u"b"_s}), u"b [VAR2] "_s);
+    texts.Load({});
+    EXPECT_EQ(texts.Text(WindowText::Reload), u"Reload"_s);
+}
+
 TEST(ReadLanguageText, KnowsByteOrderMarks) {
     const QString text = u"<main1>Città €</main1>"_s;
     QByteArray little("\xFF\xFE", 2);
@@ -120,6 +132,18 @@ TEST_P(ShippedLanguage, HasEveryTextInOrder) {
             compare(u"main%1"_s.arg(number), language.Main(number), english.Main(number));
     for (int number = 1; number <= LanguageFile::LastSettings; ++number)
         compare(u"settings%1"_s.arg(number), language.Settings(number), english.Settings(number));
+    WindowTexts texts;
+    const QString text = ReadLanguageText(file.fileName());
+    texts.Load(text);
+    for (int i = 0; i < static_cast<int>(WindowText::Count); ++i) {
+        const auto slot = static_cast<WindowText>(i);
+        EXPECT_TRUE(text.contains(u"<text-%1>"_s.arg(WindowTexts::Name(slot))))
+            << WindowTexts::Name(slot).toStdString();
+        compare(WindowTexts::Name(slot), texts.Text(slot), WindowTexts::English(slot));
+        if (code == u"en"_s) {
+            EXPECT_EQ(texts.Text(slot), WindowTexts::English(slot));
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, ShippedLanguage, testing::Values("en", "fr", "es", "it"),
@@ -131,6 +155,14 @@ TEST(English, HasTheBuiltInCaptions) {
     EXPECT_EQ(english.Main(4), u"Get Data"_s);
     EXPECT_EQ(english.Main(45), u"[VAR1] items listed"_s);
     EXPECT_EQ(english.Main(46), u"[VAR1] items exported"_s);
+    // What a stopped harvest says too, and what fits the columns of the directories.
+    const auto textOf = [](QStringView code) {
+        return LanguageFile(ReadLanguageText(QString(shippedFolder + code + u".dat")));
+    };
+    EXPECT_EQ(textOf(u"it").Main(69), u"Estrazione terminata."_s);
+    EXPECT_EQ(textOf(u"fr").Main(26), u"Province/État"_s);
+    EXPECT_TRUE(textOf(u"fr").Main(63).endsWith(u"via le proxy"));
+    EXPECT_EQ(textOf(u"es").Settings(17), u"Columnas para exportar:"_s);
     EXPECT_EQ(english.Settings(11), u"Use a random proxy from the following  list. Enter 1 proxy per line."_s);
 }
 

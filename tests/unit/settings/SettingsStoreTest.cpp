@@ -125,15 +125,19 @@ TEST_F(SettingsStoreTest, IsNeverDamagedByAKill) {
     }
     RecordProperty("kills_after_a_short_save", shortFiles);
 
-    // The unfinished copies of killed programs go away once they are old enough to be nobody's work in hand.
-    const auto copies = [this] { return QFileInfo(fileName_).dir().entryInfoList({u"settings.dat.*"_s}, QDir::Files); };
-    for (const QFileInfo& copy : copies()) {
-        QFile file(copy.filePath());
+    // The unfinished copies of killed programs go away once they are old enough to be nobody's work in hand; what a
+    // person keeps beside the settings stays.
+    const QDir folder = QFileInfo(fileName_).dir();
+    const QStringList own{u"settings.dat.backup"_s, u"settings.dat.before"_s, u"settings.dat.unfinished"_s};
+    for (const QString& name : own + QStringList{u"settings.dat.unfinished-1a2b3c"_s})
+        QFile::copy(fileName_, folder.filePath(name));
+    for (const QString& name : folder.entryList({u"settings.dat.*"_s}, QDir::Files)) {
+        QFile file(folder.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFile::FileModificationTime);
     }
     store_.SaveSettings({});
-    EXPECT_TRUE(copies().isEmpty());
+    EXPECT_EQ(folder.entryList({u"settings.dat.*"_s}, QDir::Files, QDir::Name), own);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/CreatePlatform.h"
+#include "platform/StandardStreams.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -7,6 +8,8 @@
 #include <QThread>
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace Brindle {
 namespace {
@@ -63,6 +66,8 @@ TEST(LinuxPlatform, HandsAnAddressToTheDesktopsOpenerUnchanged) {
                   ".new' '" + opened.toLocal8Bit() + "'\n",
               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const Environment path("PATH", folder.path().toLocal8Bit() + ':' + qgetenv("PATH"));
+    EXPECT_FALSE(platform->OpenInDefaultBrowser(u"file:///bin/sh"_s));
+    EXPECT_FALSE(platform->OpenInDefaultBrowser(u"pizza in milano"_s));
     const QString address = u"http://a.test/maps?q=Via+Città,+\"1\"&x=$HOME;ls"_s;
     EXPECT_TRUE(platform->OpenInDefaultBrowser(address));
     // The opener is a program of its own; waiting for it has a bound that no machine needs.
@@ -76,6 +81,45 @@ TEST(LinuxPlatform, HandsAnAddressToTheDesktopsOpenerUnchanged) {
     QFile file(opened);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().toStdString(), "1|" + address.toStdString());
+}
+
+// What the standard error of this process is for the length of a test.
+class ErrorTo {
+public:
+    explicit ErrorTo(int descriptor) : old_(dup(STDERR_FILENO)) { dup2(descriptor, STDERR_FILENO); }
+    ~ErrorTo() {
+        dup2(old_, STDERR_FILENO);
+        close(old_);
+    }
+    ErrorTo(const ErrorTo&) = delete;
+    ErrorTo& operator=(const ErrorTo&) = delete;
+
+private:
+    int old_;
+};
+
+TEST(StandardStreams, KnowsWhetherAnybodySeesItsErrors) {
+    const QTemporaryDir folder;
+    QFile log(folder.filePath(u"program.log"_s));
+    QFile session(folder.filePath(u".xsession-errors"_s));
+    QFile nothing(u"/dev/null"_s);
+    for (QFile* file : {&log, &session, &nothing})
+        ASSERT_TRUE(file->open(QIODevice::WriteOnly));
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    int journal[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, journal), 0);
+    const auto seen = [](int descriptor) {
+        const ErrorTo error(descriptor);
+        return HasStandardError();
+    };
+    EXPECT_TRUE(seen(ends[1]));
+    EXPECT_TRUE(seen(log.handle()));
+    EXPECT_FALSE(seen(session.handle()));
+    EXPECT_FALSE(seen(nothing.handle()));
+    EXPECT_FALSE(seen(journal[0]));
+    for (const int descriptor : {ends[0], ends[1], journal[0], journal[1]})
+        close(descriptor);
 }
 
 } // namespace

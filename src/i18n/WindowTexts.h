@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+
+namespace Brindle {
+
+/// The texts of the windows that older language files do not know. Each has a name, under which it stands in a language
+/// file as <text-NAME>...</text-NAME>, wherever in the file, and an English text for files that lack it.
+enum class WindowText {
+    HarvestCounts,
+    HarvestReadsPage,
+    HarvestWaitsForResults,
+    HarvestLoadsNextPage,
+    HarvestPageGivenUp,
+    NoAddress,
+    CannotOpen,
+    DownloadRefused,
+    Reload,
+    CloseNotice,
+    NoUpdateAddress,
+    ProxyHint,
+    CancelExport,
+    Count
+};
+
+/// What the windows say in the language of the user.
+class WindowTexts {
+public:
+    /// English.
+    WindowTexts();
+
+    /// Takes the texts of a language file; English for those that it lacks.
+    void Load(const QString& languageText);
+
+    const QString& Text(WindowText text) const { return texts_.at(static_cast<size_t>(text)); }
+    /// The text with "[VAR1]", "[VAR2]", ... replaced.
+    QString With(WindowText text, const QStringList& values) const;
+
+    static QString Name(WindowText text);
+    static QString English(WindowText text);
+
+private:
+    std::array<QString, static_cast<size_t>(WindowText::Count)> texts_;
+};
+
+} // namespace Brindle
