@@ -4,6 +4,8 @@ namespace Brindle {
 
 namespace {
 
+const char* const hintProperty = "hint";
+
 QKeySequence AltAnd(QChar letter) {
     return letter.isNull() ? QKeySequence() : QKeySequence(Qt::ALT | static_cast<Qt::Key>(letter.unicode()));
 }
@@ -13,6 +15,13 @@ bool IsLetter(QChar c) {
 }
 
 } // namespace
+
+QString WithoutColon(const QString& caption) {
+    QString text = caption;
+    while (text.endsWith(u':') || text.endsWith(u' ') || text.endsWith(QChar::Nbsp))
+        text.chop(1);
+    return text;
+}
 
 QChar TakeAccessKey(const QString& caption, QString& taken) {
     const auto take = [&taken](QChar c) {
@@ -43,6 +52,10 @@ void AccessKeys::Add(QLabel* label, QWidget* control) {
     labels_.append({label, control, key});
 }
 
+void AccessKeys::SetHint(QAbstractButton* button, const QString& hint) {
+    button->setProperty(hintProperty, hint);
+}
+
 void AccessKeys::Assign() {
     QString taken = reserved_;
     const auto ownKey = [](const QString& caption) { return QKeySequence::mnemonic(caption); };
@@ -58,7 +71,9 @@ void AccessKeys::Assign() {
         const QKeySequence key = AltAnd(TakeAccessKey(button->text(), taken));
         button->setShortcut(key);
         const QString shown = key.toString(QKeySequence::NativeText);
-        button->setToolTip(shown.isEmpty() ? button->text() : QString(button->text() + u" (" + shown + u')'));
+        const QString named = shown.isEmpty() ? button->text() : QString(button->text() + u" (" + shown + u')');
+        const QString hint = button->property(hintProperty).toString();
+        button->setToolTip(hint.isEmpty() ? named : QString(named + u'\n' + hint));
     }
 }
 

@@ -18,6 +18,8 @@ public:
     void Add(QAbstractButton* button) { buttons_.append(button); }
     /// The key leads to the label's control.
     void Add(QLabel* label, QWidget* control);
+    /// What the tooltip of a button says below its caption, from the next `Assign` on.
+    static void SetHint(QAbstractButton* button, const QString& hint);
     /// To be called whenever captions have changed.
     void Assign();
 
@@ -31,6 +33,9 @@ private:
     QList<Labelled> labels_;
     QList<QAbstractButton*> buttons_;
 };
+
+/// The caption of a label as the name of its control.
+QString WithoutColon(const QString& caption);
 
 /// A letter, A to Z, that is not in `taken`, which it then joins: the first of the caption if possible, otherwise any;
 /// null for an empty caption or when none is left.

@@ -160,7 +160,7 @@ void Draw(Glyph glyph, QPainter& p) {
 
 class GlyphEngine : public QIconEngine {
 public:
-    explicit GlyphEngine(Glyph glyph) : glyph_(glyph) {}
+    explicit GlyphEngine(Glyph glyph, bool faded = false) : glyph_(glyph), faded_(faded) {}
 
     // Glyphs are drawn on a square of 24 units.
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
@@ -169,7 +169,7 @@ public:
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(QRectF(rect).center() - QPointF(size / 2, size / 2));
         painter->scale(size / 24, size / 24);
-        if (mode == QIcon::Disabled)
+        if (faded_ || mode == QIcon::Disabled)
             painter->setOpacity(0.35);
         const QColor ink = QGuiApplication::palette().color(QPalette::Active, QPalette::ButtonText);
         painter->setPen(QPen(ink, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -189,12 +189,17 @@ public:
 
 private:
     Glyph glyph_;
+    bool faded_;
 };
 
 } // namespace
 
 QIcon IconOf(Glyph glyph) {
     return QIcon(new GlyphEngine(glyph));
+}
+
+QIcon FadedIconOf(Glyph glyph) {
+    return QIcon(new GlyphEngine(glyph, true));
 }
 
 } // namespace Brindle

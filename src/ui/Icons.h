@@ -28,5 +28,7 @@ enum class Glyph {
 };
 
 QIcon IconOf(Glyph glyph);
+/// The same, faded, for what makes no sense now.
+QIcon FadedIconOf(Glyph glyph);
 
 } // namespace Brindle

@@ -1,5 +1,6 @@
 #include "ui/MainForm.h"
 
+#include "ui/ChoiceBox.h"
 #include "ui/Icons.h"
 
 #include <QHBoxLayout>
@@ -27,13 +28,32 @@ QLabel* Label(QWidget* parent, const QString& name, const QString& caption) {
 }
 
 QComboBox* Selector(QWidget* parent, const QString& name) {
-    auto* const box = new QComboBox(parent);
+    auto* const box = new ChoiceBox(parent);
     box->setObjectName(name);
     return box;
 }
 
-QString WithoutColon(const QString& caption) {
-    return caption.endsWith(u':') ? caption.chopped(1) : caption;
+// The one of two buttons that makes sense now stands out; the other one looks as if it could not be pressed.
+void SetProminent(QPushButton* button, Glyph glyph, bool prominent) {
+    QFont font = button->font();
+    font.setBold(prominent);
+    button->setFont(font);
+    button->setIcon(prominent ? IconOf(glyph) : FadedIconOf(glyph));
+    QPalette palette = button->parentWidget()->palette();
+    if (!prominent)
+        palette.setColor(QPalette::ButtonText, palette.color(QPalette::Disabled, QPalette::ButtonText));
+    button->setPalette(palette);
+}
+
+// As wide as it is at its widest, so that nothing moves when it becomes prominent.
+void KeepRoomForBold(QPushButton* button) {
+    QFont font = button->font();
+    font.setBold(true);
+    button->setMinimumWidth(0);
+    const QFont now = button->font();
+    button->setFont(font);
+    button->setMinimumWidth(button->sizeHint().width());
+    button->setFont(now);
 }
 
 } // namespace
@@ -77,6 +97,15 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
         keys_.Add(button);
     keys_.Assign();
     NameForScreenReaders();
+    ShowRunning(false);
+}
+
+void MainForm::ShowRunning(bool running) {
+    if (running_ == running)
+        return;
+    running_ = running;
+    SetProminent(btnStart, Glyph::Start, !running);
+    SetProminent(btnStop, Glyph::Stop, running);
 }
 
 QLayout* MainForm::BuildTop(QWidget* parent) {
@@ -95,10 +124,6 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     btnStop = Button(parent, u"btnStop"_s, u"Stop"_s, Glyph::Stop);
     btnSettings = Button(parent, u"btnSettings"_s, u"Settings"_s, Glyph::Settings);
     btnUpdates = Button(parent, u"btnUpdates"_s, u"Check for Updates"_s, Glyph::Updates);
-    QFont bold = btnStart->font();
-    bold.setBold(true);
-    btnStart->setFont(bold);
-
     row->addWidget(lblCurrentLanguage);
     row->addWidget(cbxLanguage);
     row->addSpacing(10);
@@ -121,6 +146,9 @@ QWidget* MainForm::BuildBrowserPage(QWidget* browserView) {
     column->setSpacing(0);
     Bar = new BrowserBar(page);
     column->addWidget(Bar);
+    Notice = new NoticeBar(page);
+    Notice->setObjectName(u"Notice");
+    column->addWidget(Notice);
     browserView->setObjectName(u"ewbMain");
     column->addWidget(browserView, 1);
     return page;
@@ -162,7 +190,7 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     return Results;
 }
 
-void MainForm::ApplyCaptions(const LanguageFile& language) {
+void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& texts) {
     const std::initializer_list<std::pair<QLabel*, int>> labels{
         {lblCurrentLanguage, 1}, {lblWebsite, 2}, {panResultsHeader, 20}};
     const std::initializer_list<std::pair<QPushButton*, int>> buttons{
@@ -181,6 +209,10 @@ void MainForm::ApplyCaptions(const LanguageFile& language) {
     pgcMain->setTabText(0, language.Main(18));
     pgcMain->setTabText(1, language.Main(19));
     Status->SetPanel(3, language.Main(43));
+    Notice->SetCloseHint(texts.Text(WindowText::CloseNotice));
+    AccessKeys::SetHint(btnUpdates, btnUpdates->isEnabled() ? QString() : texts.Text(WindowText::NoUpdateAddress));
+    for (QPushButton* button : {btnStart, btnStop})
+        KeepRoomForBold(button);
     keys_.Assign();
     NameForScreenReaders();
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "i18n/LanguageFile.h"
+#include "i18n/WindowTexts.h"
 #include "ui/AccessKeys.h"
 #include "ui/BrowserBar.h"
 #include "ui/LeadTableView.h"
+#include "ui/NoticeBar.h"
 #include "ui/StatusBarView.h"
 
 #include <QComboBox>
@@ -12,6 +14,8 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
+
+#include <optional>
 
 namespace Brindle {
 
@@ -22,7 +26,9 @@ public:
     MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView);
 
     /// Puts the texts of a language file into the captions; what the file lacks becomes an empty caption.
-    void ApplyCaptions(const LanguageFile& language);
+    void ApplyCaptions(const LanguageFile& language, const WindowTexts& texts);
+    /// Get Data and Stop show which of them makes sense; both can be pressed at any time.
+    void ShowRunning(bool running);
 
     QLabel* lblCurrentLanguage;
     QComboBox* cbxLanguage;
@@ -36,6 +42,7 @@ public:
     QWidget* TabSheet1; ///< the browser page
     QWidget* TabSheet2; ///< the news page
     BrowserBar* Bar;
+    NoticeBar* Notice; ///< above the page
     QSplitter* Splitter;
     QWidget* Results; ///< everything below the splitter
     QLabel* panResultsHeader;
@@ -57,6 +64,7 @@ private:
     void NameForScreenReaders();
 
     AccessKeys keys_;
+    std::optional<bool> running_; // as the buttons show it
 };
 
 } // namespace Brindle

@@ -29,13 +29,6 @@ int Indent(const QWidget& widget) {
            style->pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
 }
 
-QString WithoutColon(const QString& caption) {
-    QString text = caption;
-    while (text.endsWith(u':') || text.endsWith(u' ') || text.endsWith(QChar::Nbsp))
-        text.chop(1);
-    return text;
-}
-
 } // namespace
 
 SettingsForm::SettingsForm(QDialog& dialog, const QStringList& columnCaptions) : dialog_(dialog) {
@@ -246,6 +239,12 @@ void SettingsForm::ApplyCaptions(const LanguageFile& language) {
 }
 
 // Buttons are named by their captions, and what has no label of its own by the choice that it belongs to.
+void SettingsForm::ApplyHints(const WindowTexts& texts) {
+    for (QAbstractButton* choice : {rbtProxy, rbtRandom})
+        AccessKeys::SetHint(choice, texts.Text(WindowText::ProxyHint));
+    CaptionsChanged();
+}
+
 void SettingsForm::CaptionsChanged() {
     keys_.Assign();
     for (const auto& [control, caption] :

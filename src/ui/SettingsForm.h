@@ -1,6 +1,7 @@
 #pragma once
 
 #include "i18n/LanguageFile.h"
+#include "i18n/WindowTexts.h"
 #include "ui/AccessKeys.h"
 #include "ui/DigitsEdit.h"
 
@@ -24,6 +25,8 @@ public:
 
     /// Replaces every caption; a text that the file lacks becomes empty.
     void ApplyCaptions(const LanguageFile& language);
+    /// What the tooltips say beyond the captions.
+    void ApplyHints(const WindowTexts& texts);
 
     // Page "Connections"
     QRadioButton* rbtNoProxy;

@@ -14,10 +14,14 @@ namespace {
 constexpr std::array<int, StatusBarView::PanelCount> widths{350, 160, 170, 0, 0}; // 0: as wide as it needs
 constexpr int gaugeSteps = 1'000'000;
 
+constexpr int widestActivity = 460;
+
 /// A label whose text ends in dots where it does not fit; the whole of it is then the tooltip.
 class PanelLabel : public QLabel {
 public:
     using QLabel::QLabel;
+
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -30,7 +34,8 @@ protected:
 
 } // namespace
 
-StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(new QProgressBar(this)) {
+StatusBarView::StatusBarView(QWidget* parent)
+    : QStatusBar(parent), activity_(new PanelLabel(this)), mainGauge_(new QProgressBar(this)) {
     setObjectName(u"StatusBar");
     setContentsMargins(6, 0, 0, 0);
     for (int panel = 0; panel < PanelCount; ++panel) {
@@ -45,6 +50,11 @@ StatusBarView::StatusBarView(QWidget* parent) : QStatusBar(parent), mainGauge_(n
         addWidget(label, panel == PanelCount - 1 ? 1 : 0);
     }
     panels_.back()->setMinimumWidth(120);
+    activity_->setObjectName(u"StatusActivity"_s);
+    activity_->setTextFormat(Qt::PlainText);
+    activity_->setContentsMargins(6, 0, 0, 0);
+    addPermanentWidget(activity_);
+    activity_->hide();
     SetPanel(1, u"0 items listed"_s);
     SetPanel(2, u"0 items exported"_s);
     SetPanel(3, u"Progress:"_s);
@@ -69,6 +79,16 @@ void StatusBarView::SetProgressPosition(qint64 position) {
     if (maximum_ > gaugeSteps)
         position = static_cast<qint64>(static_cast<double>(position) / static_cast<double>(maximum_) * gaugeSteps);
     mainGauge_->setValue(maximum_ < 1 ? 0 : static_cast<int>(std::clamp<qint64>(position, 0, mainGauge_->maximum())));
+}
+
+void StatusBarView::ShowActivity(const QString& text) {
+    const bool shown = activity_->isVisibleTo(this);
+    activity_->setText(text);
+    activity_->setVisible(!text.isEmpty());
+    // It changes each second; what stands beside it must not dance with it, so its room only grows while it is shown.
+    const int wanted = std::min(activity_->sizeHint().width(), widestActivity);
+    activity_->setMinimumWidth(shown ? std::max(wanted, activity_->minimumWidth()) : wanted);
+    activity_->setMaximumWidth(activity_->minimumWidth());
 }
 
 QString StatusBarView::PanelText(int panel) const {

@@ -27,6 +27,9 @@ public:
     QString PanelText(int panel) const;
     /// Where a panel lies in the status bar.
     QRect PanelRect(int panel) const;
+    /// What goes on, behind the panels; an empty text takes no room.
+    void ShowActivity(const QString& text);
+    QString Activity() const { return activity_->text(); }
     /// What a screen reader calls the progress bar.
     void NameGauge(const QString& name) { mainGauge_->setAccessibleName(name); }
     /// Puts the progress bar over the last panel.
@@ -38,6 +41,7 @@ protected:
 
 private:
     std::array<QLabel*, PanelCount> panels_{};
+    QLabel* activity_;
     QProgressBar* mainGauge_;
     qint64 maximum_ = 0;
 };

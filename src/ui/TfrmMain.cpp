@@ -7,6 +7,7 @@
 #include "export/CsvExport.h"
 #include "net/CustomProxy.h"
 #include "ui/BrowserEmulation.h"
+#include "ui/ExportBox.h"
 #include "ui/Icons.h"
 #include "ui/TfrmSettings.h"
 
@@ -26,6 +27,7 @@ namespace {
 
 constexpr int edition = 0;
 constexpr int startUpDelay = 100;
+constexpr int indicatorInterval = 500;
 constexpr std::array<QStringView, 4> languageCodes{u"en", u"fr", u"es", u"it"};
 const QString blank = u"about:blank"_s;
 
@@ -59,9 +61,14 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
           {state_, leads_, options_, texts_, catalogue_, loop_, *form_.Status, notices_, idHttp1_, emails_, saver_}),
       driver_(harvest_, *browser_.Browser, SiteAdapters(), this),
       selector_(harvest_, driver_, *browser_.Browser, system_),
-      updates_({idHttp1_, texts_, notices_, *form_.Status, system_}, sites_.PublisherUpdates,
+      updatePages_(updateState_, options_, texts_, loop_, *form_.Status),
+      updates_({updatePages_, texts_, notices_, *form_.Status, system_, loop_}, sites_.PublisherUpdates,
                QStringLiteral(BRINDLE_VERSION)),
-      tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })) {
+      links_(system_, notices_, windowTexts_),
+      browserNotices_(*browser_.Browser, *form_.Notice, windowTexts_),
+      indicator_(harvest_, *form_.Status, windowTexts_),
+      tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
+      tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
     setObjectName(u"frmMain");
     setWindowIcon(IconOf(Glyph::Program));
     resize(1240, 760);
@@ -83,8 +90,14 @@ TfrmMain::~TfrmMain() {
 void TfrmMain::ConnectHarvest() {
     EmbeddedBrowser* const browser = browser_.Browser.get();
     const BrowserBar* const bar = form_.Bar;
-    connect(form_.btnStart, &QPushButton::clicked, this, [this] { driver_.Start(); });
-    connect(form_.btnStop, &QPushButton::clicked, this, [this] { driver_.Stop(); });
+    connect(form_.btnStart, &QPushButton::clicked, this, [this] {
+        driver_.Start();
+        FollowHarvest();
+    });
+    connect(form_.btnStop, &QPushButton::clicked, this, [this] {
+        driver_.Stop();
+        FollowHarvest();
+    });
     connect(form_.btnSettings, &QPushButton::clicked, this, &TfrmMain::btnSettingsClick);
     connect(form_.btnUpdates, &QPushButton::clicked, this, &TfrmMain::btnUpdatesClick);
     connect(form_.cbxWebsites, &QComboBox::activated, this, &TfrmMain::cbxWebsitesChange);
@@ -94,7 +107,10 @@ void TfrmMain::ConnectHarvest() {
     connect(bar->imgStop, &QToolButton::clicked, this, [this] { driver_.StopLoading(); });
     connect(bar->imgRefresh, &QToolButton::clicked, this, [this] { driver_.Refresh(); });
     connect(bar->imgHome, &QToolButton::clicked, this, [this] { driver_.GoHome(); });
-    connect(bar, &BrowserBar::GoTo, this, [this](const QString& address) { driver_.Go(address); });
+    connect(bar, &BrowserBar::GoTo, this, [this](const QString& address) {
+        if (browserNotices_.TakesAddress(address))
+            driver_.Go(address);
+    });
     connect(browser, &EmbeddedBrowser::NavigateComplete, this, &TfrmMain::ewbMainNavigateComplete);
 }
 
@@ -121,18 +137,15 @@ void TfrmMain::FormCreate() {
     form_.cbxWebsites->addItem(u"Loading Websites...."_s);
     form_.cbxWebsites->setEnabled(false);
     form_.btnStart->setEnabled(false);
+    form_.btnUpdates->setEnabled(!sites_.PublisherUpdates.isEmpty());
     LoadLanguage(options_.Language);
     setWindowTitle(ProductTitle() + QStringLiteral(" " BRINDLE_VERSION));
     ApplyProxy();
     form_.Bar->edtAddress->setFocus();
 
-    if (sites_.PublisherUpdates.isEmpty()) {
-        form_.btnUpdates->setEnabled(false);
-        form_.btnUpdates->setToolTip(u"No update address is configured ([publisher] updates in sites.ini)."_s);
-    }
     if (!sites_.PublisherHelp.isEmpty())
         connect(new QShortcut(QKeySequence(QKeySequence::HelpContents), this), &QShortcut::activated, this,
-                [this] { system_.OpenInDefaultBrowser(sites_.PublisherHelp); });
+                [this] { links_.Open(sites_.PublisherHelp); });
 }
 
 void TfrmMain::showEvent(QShowEvent* event) {
@@ -161,13 +174,12 @@ void TfrmMain::tmlTimer() {
     loop_.ProcessMessages();
     if (loop_.Quitting())
         return;
-    updates_.Run(false);
-    if (loop_.Quitting())
-        return;
     LoadCatalogue();
     if (news_.Browser)
         news_.Browser->Navigate(sites_.PublisherNews);
     ready_ = true;
+    // Last, because its server may keep it waiting, and nobody has asked for it.
+    updates_.Run(false);
 }
 
 void TfrmMain::closeEvent(QCloseEvent* event) {
@@ -183,6 +195,7 @@ void TfrmMain::FormCloseQuery() {
     loop_.Quit();
     tml_->SetEnabled(false);
     idHttp1_.Disconnect();
+    updatePages_.Disconnect();
     browser_.Browser->Stop();
 }
 
@@ -205,13 +218,16 @@ void TfrmMain::SaveSettings() {
 }
 
 void TfrmMain::LoadLanguage(const QString& code) {
-    const LanguageFile language(ReadLanguageText(LanguageFileName(code)));
+    const QString text = ReadLanguageText(LanguageFileName(code));
+    const LanguageFile language(text);
     if (language.IsEmpty())
         return;
+    windowTexts_.Load(text);
+    qtTexts_.Load(code);
     leads_.Captions = language.ColumnCaptions();
     language.FillMessages(texts_, edition, ProductTitle());
     model_.CaptionsChanged();
-    form_.ApplyCaptions(language);
+    form_.ApplyCaptions(language, windowTexts_);
     if (!form_.cbxWebsites->isEnabled())
         form_.cbxWebsites->setItemText(0, texts_.Text(Message::LoadingWebsites));
     // The counts stand there until something is counted again, in the language of before.
@@ -238,14 +254,19 @@ void TfrmMain::ApplyProxy() {
 }
 
 void TfrmMain::cbxLanguageChange(int index) {
-    if (index >= 0 && index < static_cast<int>(languageCodes.size()))
-        options_.Language = languageCodes.at(static_cast<size_t>(index)).toString();
+    const bool known = index >= 0 && index < static_cast<int>(languageCodes.size());
+    const QString code = known ? languageCodes.at(static_cast<size_t>(index)).toString() : options_.Language;
+    if (code == options_.Language)
+        return;
+    options_.Language = code;
     SaveSettings();
     LoadLanguage(options_.Language);
 }
 
 void TfrmMain::cbxWebsitesChange() {
-    selector_.Change(form_.cbxWebsites->currentText());
+    if (form_.cbxWebsites->currentText() != state_.SelectedEntry)
+        selector_.Change(form_.cbxWebsites->currentText());
+    FollowHarvest();
 }
 
 void TfrmMain::btnSettingsClick() {
@@ -257,9 +278,6 @@ void TfrmMain::btnSettingsClick() {
 }
 
 void TfrmMain::btnUpdatesClick() {
-    // A stop that is over must not keep the request from being made.
-    if (!driver_.Running())
-        state_.ShouldStop = false;
     updates_.Run(true);
 }
 
@@ -275,12 +293,14 @@ void TfrmMain::btnRDeleteAllClick() {
 void TfrmMain::btnExportAllClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
     form_.Results->setEnabled(false); // messages are handled meanwhile, and the rows must stay
+    ExportBox box(this, texts_.Text(Message::Saving), windowTexts_.Text(WindowText::CancelExport));
     ExportSelected({leads_, options_, texts_, notices_, *form_.Status, loop_, system_.GetDocumentsFolder()}, rows,
-                   [this](qsizetype written, qsizetype count) {
+                   [&](qsizetype written, qsizetype count) {
                        form_.Status->SetProgressMaximum(count);
                        form_.Status->SetProgressPosition(written);
+                       box.Show(written, count);
                        loop_.ProcessMessages();
-                       return !loop_.Quitting();
+                       return !loop_.Quitting() && !box.Cancelled();
                    });
     form_.Status->SetProgressPosition(0);
     form_.Results->setEnabled(true);
@@ -289,15 +309,31 @@ void TfrmMain::btnExportAllClick() {
 void TfrmMain::OpenFieldOfSelected(Field field) {
     const qsizetype row = form_.lvwItems->Selected();
     if (row >= 0)
-        system_.OpenInDefaultBrowser(leads_.FieldAt(row, field));
+        links_.Open(leads_.FieldAt(row, field));
 }
 
 void TfrmMain::ewbMainNavigateComplete() {
     form_.Bar->edtAddress->setText(browser_.Browser->LocationAddress());
 }
 
+void TfrmMain::FollowHarvest() {
+    const bool running = driver_.Running();
+    form_.ShowRunning(running);
+    indicator_.Follow(running);
+    tmrIndicator_->SetEnabled(running && !loop_.Quitting());
+}
+
+void TfrmMain::PageIncomplete(const QString& page) {
+    indicator_.PageIncomplete(page);
+}
+
 void TfrmMain::PageRead() {
     model_.ShowPending();
+    indicator_.PageRead();
+}
+
+void TfrmMain::HarvestEnded() {
+    FollowHarvest();
 }
 
 } // namespace Brindle

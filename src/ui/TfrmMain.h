@@ -4,12 +4,17 @@
 #include "core/Platform.h"
 #include "core/SitesFile.h"
 #include "export/AutomaticSaver.h"
+#include "i18n/WindowTexts.h"
 #include "net/EmailHarvester.h"
 #include "net/PageFetcher.h"
 #include "settings/SettingsStore.h"
+#include "ui/BrowserNotices.h"
 #include "ui/BrowserViews.h"
+#include "ui/HarvestIndicator.h"
+#include "ui/LinkOpener.h"
 #include "ui/MainForm.h"
 #include "ui/MessageBoxDialogs.h"
+#include "ui/QtTranslations.h"
 #include "ui/SiteSelector.h"
 #include "ui/UpdateCheck.h"
 #include "ui/WindowPlace.h"
@@ -82,7 +87,10 @@ private:
     void OpenFieldOfSelected(Field field);
     void ewbMainNavigateComplete();
 
+    void FollowHarvest();
+    void PageIncomplete(const QString& page) override;
     void PageRead() override;
+    void HarvestEnded() override;
 
     MessageLoop& loop_;
     Platform& system_;
@@ -97,6 +105,8 @@ private:
 
     Settings options_;
     MessageTexts texts_;
+    WindowTexts windowTexts_;
+    QtTranslations qtTexts_;
     LeadList leads_;
     LeadTableModel model_{leads_};
     HarvestState state_;
@@ -107,8 +117,14 @@ private:
     Harvest harvest_;
     HarvestDriver driver_;
     SiteSelector selector_;
+    HarvestState updateState_; // of a client of its own: a harvest may begin while the server is waited for
+    PageFetcher updatePages_;
     UpdateCheck updates_;
+    LinkOpener links_;
+    BrowserNotices browserNotices_;
+    HarvestIndicator indicator_;
     std::unique_ptr<MessageLoop::Timer> tml_;
+    std::unique_ptr<MessageLoop::Timer> tmrIndicator_;
     bool shown_ = false;
     bool ready_ = false;
 };

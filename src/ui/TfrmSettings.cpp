@@ -111,7 +111,11 @@ void TfrmSettings::FormShow() {
 }
 
 void TfrmSettings::LoadLanguage(const QString& code) {
-    ApplyLanguage(LanguageFile(ReadLanguageText(LanguageFileName(code))));
+    const QString text = ReadLanguageText(LanguageFileName(code));
+    ApplyLanguage(LanguageFile(text));
+    WindowTexts texts;
+    texts.Load(text);
+    form_.ApplyHints(texts);
 }
 
 void TfrmSettings::ApplyLanguage(const LanguageFile& language) {

@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype longestLine = 2000;
+constexpr qint32 unaskedPatience = 5000;
 
 } // namespace
 
@@ -47,6 +48,9 @@ void UpdateCheck::Run(bool userHasAsked) {
     parts_.Status.SetPanel(0, parts_.Texts.Text(Message::UpdateChecking));
     QString page;
     std::optional<Release> release;
+    // Disconnecting makes the wait return.
+    const auto limit = parts_.Loop.CreateTimer(unaskedPatience, [this] { parts_.Pages.Disconnect(); });
+    limit->SetEnabled(!userHasAsked);
     if (parts_.Pages.DirectDownloadURL(address_, page, false))
         release = ParseRelease(page);
     parts_.Status.SetPanel(0, {});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Dialogs.h"
+#include "core/MessageLoop.h"
 #include "core/MessageTexts.h"
 #include "core/Platform.h"
 #include "core/Services.h"
@@ -32,13 +33,14 @@ public:
         Dialogs& Notices;
         StatusView& Status;
         Platform& System;
+        MessageLoop& Loop;
     };
     /// `address`: of the announcement; `ownVersion`: of the running program.
     UpdateCheck(const Parts& parts, QString address, QString ownVersion);
 
     /// Fetches the announcement and offers a newer release, which is opened in the default browser when the user wants
     /// it. That there is none, or that the server did not answer, is only said when the user has asked. A call while
-    /// another one waits does nothing.
+    /// another one waits does nothing. Unasked, it gives up after some seconds.
     void Run(bool userHasAsked);
 
 private:

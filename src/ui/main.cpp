@@ -28,10 +28,21 @@ namespace {
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
 
+bool HasDisplay() {
+#ifdef Q_OS_LINUX
+    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    return false;
+#else
+    return true;
+#endif
+}
+
 // One line about why the program ends; in a box of its own where nobody would see the line.
 void Report(const QString& reason) {
     WriteTo(StandardStream::Error, u"brindle: %1\n"_s.arg(reason));
-    if (HasStandardError())
+    if (HasStandardError() || !HasDisplay())
         return;
     int count = 0;
     std::optional<QApplication> app;
@@ -43,17 +54,6 @@ void Report(const QString& reason) {
 // For what must be known before the application object takes the arguments.
 bool Asks(int argc, char** argv, QByteArrayView argument) {
     return std::find(argv + 1, argv + argc, argument) != argv + argc;
-}
-
-bool HasDisplay() {
-#ifdef Q_OS_LINUX
-    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        if (!qEnvironmentVariableIsEmpty(variable))
-            return true;
-    return false;
-#else
-    return true;
-#endif
 }
 
 BrowserFactory BrowserOf(ProgramOptions::Engine engine) {

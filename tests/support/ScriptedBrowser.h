@@ -41,6 +41,9 @@ public:
     void ClearCache() override { Calls.append(QStringLiteral("clear cache")); }
     bool RunsScripts() const override { return false; }
 
+    QString LastError() const override { return Errors.value(address_); }
+
+    QHash<QString, QString> Errors; ///< address to why it cannot be loaded
     bool IsBusy = false;
     MarkupForm LastForm = MarkupForm::Standard;
 

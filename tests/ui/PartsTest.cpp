@@ -129,7 +129,8 @@ TEST(UpdateCheckTest, OffersANewerRelease) {
         if (c.Page)
             bench.Pages.Pages.insert(address, QString::fromUtf16(c.Page));
         RecordingPlatform system;
-        UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system}, address, u"3.16"_s);
+        UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system, bench.Loop}, address,
+                          u"3.16"_s);
         check.Run(true);
         EXPECT_EQ(bench.Notices.Said, QStringList{QString::fromUtf16(c.Said)});
         EXPECT_EQ(system.Opened.size(), c.Opened ? 1 : 0);

@@ -18,7 +18,7 @@ public:
     QString SettingsFolder() override { return folder_.filePath(QStringLiteral("settings")); }
     bool OpenInDefaultBrowser(const QString& url) override {
         Opened.append(url);
-        return true;
+        return HasBrowser;
     }
     void ClearUrlCache() override { ++CachesCleared; }
     QString BrowserEngineVersion() override { return QStringLiteral("0"); }
@@ -29,6 +29,7 @@ public:
     QStringList Opened;
     QStringList Written;
     int CachesCleared = 0;
+    bool HasBrowser = true;
 
 private:
     QTemporaryDir folder_;
@@ -60,6 +61,8 @@ public:
     /// Chooses an entry of a selector as a user does.
     void Choose(const char16_t* selector, int index) const;
     QString Panel(int panel) const { return Control<StatusBarView>(u"StatusBar")->PanelText(panel); }
+    /// What the notice above the page says; empty while it is hidden.
+    QString Notice() const { return Control<NoticeBar>(u"Notice")->Said(); }
     LeadTableView& Items() const { return *Control<LeadTableView>(u"lvwItems"); }
     /// Chooses an entry of the site selector and waits until its home page is there.
     void ChooseSite(const QString& code, const Demo::DemoServer& server);

@@ -1,13 +1,18 @@
 #include "PrintTo.h"
 #include "ScriptedBrowser.h"
 #include "WindowFixture.h"
+#include "core/QtMessageLoop.h"
 
 #include <QClipboard>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QProgressDialog>
+#include <QTcpServer>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -149,6 +154,146 @@ TEST_F(WindowTest, ChangeOfSiteStopsTheHarvest) {
     EXPECT_EQ(Run->Window->State().CurrID, SiteCode::YellowPagesCanada);
 }
 
+// Turns the wheel over a control, as one does who scrolls past it.
+void Wheel(QWidget* control) {
+    const QPointF middle = control->rect().center();
+    QWheelEvent turn(middle, control->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(control, &turn);
+}
+
+TEST_F(WindowTest, OnlyAnotherEntryChosenOnPurposeIsAChoice) {
+    Open();
+    const QString settings = QDir(Run->System.SettingsFolder()).filePath(u"settings.dat"_s);
+    Run->Click(u"btnStart");
+    Run->Choose(u"cbxWebsites", 0);
+    Run->Choose(u"cbxLanguage", 0);
+    for (const char16_t* selector : {u"cbxWebsites", u"cbxLanguage"})
+        Wheel(Run->Control<QComboBox>(selector));
+    EXPECT_TRUE(Run->Window->Driver().Running());
+    EXPECT_EQ(Browser->Calls, QStringList());
+    EXPECT_EQ(Run->Window->Options().Language, u"en"_s);
+    EXPECT_FALSE(QFile::exists(settings));
+    // A language that is not offered is in force; the entry that is shown meanwhile can be chosen.
+    Run->Window->Options().Language = u"xx"_s;
+    Run->Choose(u"cbxLanguage", 0);
+    EXPECT_EQ(Run->Window->Options().Language, u"en"_s);
+    EXPECT_TRUE(QFile::exists(settings));
+}
+
+TEST_F(WindowTest, SaysWhatTheBrowserCannotDo) {
+    Open();
+    auto* const address = Run->Control<QLineEdit>(u"edtAddress");
+    const auto enter = [&](const QString& text) {
+        address->setText(text);
+        Run->Click(u"btnGo");
+    };
+    for (const QString& typed : {u"pizza in milano"_s, u""_s, u"http://"_s}) {
+        enter(typed);
+        EXPECT_TRUE(Run->Notice().contains(u'\u201C' + typed + u'\u201D')) << typed.toStdString();
+        EXPECT_EQ(address->text(), typed);
+    }
+    EXPECT_EQ(Browser->Calls, QStringList());
+    enter(u"www.a.test/x y"_s);
+    EXPECT_EQ(Run->Notice(), QString());
+
+    const QString bad = u"http://bad.test"_s;
+    Browser->Errors.insert(bad, u"http://bad.test: refused"_s);
+    enter(bad);
+    EXPECT_EQ(Run->Notice(), u"http://bad.test: refused"_s);
+    auto* const reload = Run->Control<NoticeBar>(u"Notice")->findChild<QPushButton*>();
+    EXPECT_FALSE(reload->isHidden());
+    Browser->Errors.clear();
+    Browser->Calls.clear();
+    reload->click();
+    EXPECT_EQ(Browser->Calls, QStringList{u"refresh"_s});
+    Q_EMIT Browser->NavigateComplete(bad);
+    EXPECT_EQ(Run->Notice(), QString());
+
+    // The page that offered a download stays, and so does the notice, until another page comes.
+    Q_EMIT Browser->DownloadRefused(u"http://a.test/setup.exe"_s);
+    Q_EMIT Browser->NavigateComplete(bad);
+    EXPECT_TRUE(Run->Notice().contains(u"http://a.test/setup.exe"));
+    EXPECT_TRUE(reload->isHidden());
+    enter(u"http://a.test"_s);
+    EXPECT_EQ(Run->Notice(), QString());
+}
+
+TEST_F(WindowTest, ShowsThatAHarvestRuns) {
+    Open();
+    const auto activity = [this] { return Run->Control<StatusBarView>(u"StatusBar")->Activity(); };
+    const auto prominent = [this] {
+        QStringList bold;
+        for (const char16_t* button : {u"btnStart", u"btnStop"})
+            if (Run->Control<QWidget>(button)->font().bold())
+                bold.append(QString::fromUtf16(button));
+        return bold.join(u' ');
+    };
+    EXPECT_EQ(activity(), QString());
+    EXPECT_EQ(prominent(), u"btnStart"_s);
+    Browser->Pages.insert(first, u"<body>a search form</body>"_s);
+    Run->Click(u"btnStart");
+    EXPECT_EQ(prominent(), u"btnStop"_s);
+    Loop.RunUntil(Loop.Now() + 65'000);
+    EXPECT_TRUE(activity().startsWith(u"1:05   pages: 0   leads: 0   waiting for a results page: missing list marker"))
+        << activity().toStdString();
+    Browser->Pages.insert(first, u"<body>business-serp <a href=\"/next\">Next</a> footer-wrapper Next<"_s);
+    Loop.RunUntil(Loop.Now() + 3000);
+    EXPECT_TRUE(activity().endsWith(u"   pages: 1   leads: 0   waiting for the next page")) << activity().toStdString();
+    for (const char16_t* button : {u"btnStart", u"btnStop"})
+        EXPECT_TRUE(Run->Control<QWidget>(button)->isEnabled());
+    Run->Click(u"btnStop");
+    Loop.RunUntil(Loop.Now() + 20'000);
+    EXPECT_EQ(activity(), QString());
+    EXPECT_EQ(prominent(), u"btnStart"_s);
+}
+
+TEST_F(WindowTest, AStalledUpdateServerHoldsNothingUp) {
+    QTcpServer silent; // takes connections and says nothing
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    SitesFile sites = TestSites();
+    sites.PublisherUpdates = u"http://127.0.0.1:%1/"_s.arg(silent.serverPort());
+    QtMessageLoop real;
+    WindowRun run(real, sites, [this](MessageLoop&, const QString&) {
+        auto browser = std::make_unique<ScriptedBrowser>();
+        Browser = browser.get();
+        return ShownBrowser{std::move(browser), new QWidget};
+    });
+    bool asked = false;
+    run.When([&] { return silent.hasPendingConnections(); },
+             [&] {
+                 asked = run.Control<QWidget>(u"cbxWebsites")->isEnabled() &&
+                         Browser->Calls.contains(QString(u"navigate " + first));
+                 run.Window->close();
+             });
+    run.Window->show();
+    EXPECT_TRUE(run.Until([&] { return real.Quitting(); }));
+    EXPECT_TRUE(asked) << "the sites were not there while the server was waited for";
+}
+
+TEST_F(WindowTest, AnExportOfManyRowsCanBeCancelled) {
+    Open();
+    for (int i = 0; i < 100'000; ++i)
+        Run->Window->Leads().Append({.Name = u"x"_s});
+    Run->Click(u"btnRSelectAll");
+    Run->Notices.FileName = Run->System.GetDocumentsFolder() + u"/leads.csv";
+    int boxes = 0;
+    Run->When([&] { return Run->Window->findChild<QProgressDialog*>() != nullptr; },
+              [&] {
+                  ++boxes;
+                  Run->Window->findChild<QProgressDialog*>()->findChild<QPushButton*>()->click();
+              });
+    // The looks are taken while the export handles messages; a quick one may be over between two of them.
+    for (int attempt = 0; attempt < 100 && boxes == 0; ++attempt) {
+        QFile::remove(Run->Notices.FileName);
+        Run->Click(u"btnExportAll");
+    }
+    EXPECT_EQ(boxes, 1);
+    EXPECT_FALSE(QFile::exists(Run->Notices.FileName));
+    EXPECT_EQ(Run->Panel(0), QString());
+    EXPECT_TRUE(Run->Control<QWidget>(u"btnExportAll")->isEnabled());
+}
+
 TEST_F(WindowTest, SelectsAndDeletes) {
     Open();
     AddLeads(6);
@@ -187,6 +332,30 @@ TEST_F(WindowTest, OpensTheLinksOfTheSelectedRow) {
         Run->Click(button);
     EXPECT_EQ(Run->System.Opened,
               (QStringList{u"http://web.test/2"_s, u"http://map.test/2"_s, u"http://details.test/2"_s}));
+
+    const auto open = [this](const QString& website) {
+        Lead lead;
+        lead.Website = website;
+        Run->Window->Leads().Append(lead);
+        Run->Click(u"btnRSelectAll");
+        Run->Click(u"btnRClearSelection");
+        const int row = static_cast<int>(Run->Window->Leads().Count()) - 1;
+        SelectRows(row, row);
+        Run->System.Opened.clear();
+        Run->Notices.Said.clear();
+        Run->Click(u"btnOpenWebsite");
+    };
+    open(u"www.web.it"_s);
+    EXPECT_EQ(Run->System.Opened, QStringList{u"http://www.web.it"_s});
+    EXPECT_TRUE(Run->Notices.Said.isEmpty());
+    for (const QString& website : {u"file:///bin/sh"_s, u"on request"_s, QString()}) {
+        open(website);
+        EXPECT_TRUE(Run->System.Opened.isEmpty());
+        EXPECT_EQ(Run->Notices.Said.filter(u'\u201C' + website + u'\u201D').size(), 1) << website.toStdString();
+    }
+    Run->System.HasBrowser = false;
+    open(u"www.web.it"_s);
+    EXPECT_EQ(Run->Notices.Said.size(), 1);
 }
 
 TEST_F(WindowTest, CopiesAndExportsTheSelectedRows) {
@@ -226,7 +395,8 @@ TEST_F(WindowTest, LanguageChangesEveryCaptionAtOnce) {
     const auto texts = [this] {
         QStringList all;
         for (const QAbstractButton* button : Run->Window->findChildren<QPushButton*>())
-            all.append(button->text());
+            if (!button->objectName().isEmpty())
+                all.append(button->text());
         for (const QToolButton* button : Run->Window->findChildren<QToolButton*>())
             if (button->objectName().startsWith(u"img"))
                 all.append(button->accessibleName());
@@ -251,6 +421,12 @@ TEST_F(WindowTest, LanguageChangesEveryCaptionAtOnce) {
         for (qsizetype i = 0; i < english.size(); ++i)
             same += english[i] == translated[i] ? 1 : 0;
         EXPECT_LE(same, 6) << language;
+        // Qt's own texts, and why there is nothing to ask for updates.
+        const QDialogButtonBox box(QDialogButtonBox::Cancel);
+        EXPECT_EQ(box.button(QDialogButtonBox::Cancel)->text().remove(u'&'),
+                  QStringList({u"Annuler"_s, u"Cancelar"_s, u"Annulla"_s}).value(language - 1));
+        EXPECT_TRUE(Run->Control<QWidget>(u"btnUpdates")->toolTip().contains(u"[publisher] updates"));
+        EXPECT_FALSE(Run->Control<QWidget>(u"btnUpdates")->toolTip().contains(u"configured"));
     }
     EXPECT_EQ(Caption(u"btnRDeleteAll"), LanguageFile(ReadLanguageText(LanguageFileName(u"it"_s))).Main(38));
     QFile settings(QDir(Run->System.SettingsFolder()).filePath(u"settings.dat"_s));

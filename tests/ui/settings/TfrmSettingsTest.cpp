@@ -377,6 +377,13 @@ TEST(TfrmSettings, ShowsAnEmptyCaptionForAMissingText) {
     EXPECT_EQ(bench.Control<QPushButton>("btnOk")->text(), u""_s);
 }
 
+TEST(TfrmSettings, SaysThatAProxyIsNotUsedForEverything) {
+    DialogBench bench;
+    bench.Dialog.show();
+    for (const char* choice : {"rbtProxy", "rbtRandom"})
+        EXPECT_TRUE(bench.Control<QWidget>(choice)->toolTip().contains(u"directly")) << choice;
+}
+
 } // namespace
 } // namespace Brindle::Test
 

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/HarvestDriver.h"
+#include "i18n/WindowTexts.h"
+#include "ui/StatusBarView.h"
+
+#include <memory>
+
+namespace Brindle {
+
+/// Shows at the end of the status bar that a harvest runs: time, pages, leads and what it is waiting for; nothing when
+/// none does.
+class HarvestIndicator : public HarvestObserver {
+public:
+    HarvestIndicator(Harvest& harvest, StatusBarView& bar, const WindowTexts& texts);
+
+    /// To be called behind whatever may have begun or ended a harvest. `running`: one is in progress.
+    void Follow(bool running);
+
+    void PageIncomplete(const QString& page) override;
+    void PageRead() override;
+
+private:
+    void Show();
+    QString Waiting() const;
+
+    Harvest& harvest_;
+    StatusBarView& bar_;
+    const WindowTexts& texts_;
+    QString missing_;        // what the page that is shown lacks of a results page
+    qint32 leadsBefore_ = 0; // before the page in hand
+    qint64 pages_ = 0;
+    quint32 begin_ = 0;
+    bool running_ = false;
+    bool nextPage_ = false;
+};
+
+} // namespace Brindle
