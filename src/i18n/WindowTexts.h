@@ -15,6 +15,8 @@ enum class WindowText {
     HarvestWaitsForResults,
     HarvestLoadsNextPage,
     HarvestPageGivenUp,
+    HarvestGivenUpCount,
+    HarvestGoesRound,
     NoAddress,
     CannotOpen,
     DownloadRefused,

@@ -11,6 +11,7 @@ void HarvestIndicator::Follow(bool running) {
     if (running && !running_) {
         begin_ = harvest_.Loop.TickCount();
         pages_ = 0;
+        pagesGivenUp_ = 0;
         leadsBefore_ = 0;
         missing_.clear();
         nextPage_ = false;
@@ -33,6 +34,11 @@ void HarvestIndicator::PageRead() {
     Show();
 }
 
+void HarvestIndicator::PageGivenUp(const QString& /*address*/, const QString& /*reason*/) {
+    ++pagesGivenUp_;
+    Show();
+}
+
 QString HarvestIndicator::Waiting() const {
     // The first lead of a page is the first sign that it is being read.
     if (harvest_.State.ExtractedNum != leadsBefore_)
@@ -47,10 +53,13 @@ void HarvestIndicator::Show() {
         return bar_.ShowActivity({});
     const quint32 seconds = (harvest_.Loop.TickCount() - begin_) / 1000;
     const QString time = u"%1:%2"_s.arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
-    const QString counts = texts_.With(WindowText::HarvestCounts,
-                                       {time, QString::number(pages_), QString::number(harvest_.State.ExtractedNum)});
-    const QString waiting = Waiting();
-    bar_.ShowActivity(waiting.isEmpty() ? counts : QString(counts + u"   " + waiting));
+    QStringList parts{texts_.With(WindowText::HarvestCounts,
+                                  {time, QString::number(pages_), QString::number(harvest_.State.ExtractedNum)})};
+    if (pagesGivenUp_ > 0)
+        parts.append(texts_.With(WindowText::HarvestGivenUpCount, {QString::number(pagesGivenUp_)}));
+    parts.append(Waiting());
+    parts.removeAll(QString());
+    bar_.ShowActivity(parts.join(u"   "_s));
 }
 
 } // namespace Brindle

@@ -19,6 +19,7 @@ public:
 
     void PageIncomplete(const QString& page) override;
     void PageRead() override;
+    void PageGivenUp(const QString& address, const QString& reason) override;
 
 private:
     void Show();
@@ -30,6 +31,7 @@ private:
     QString missing_;        // what the page that is shown lacks of a results page
     qint32 leadsBefore_ = 0; // before the page in hand
     qint64 pages_ = 0;
+    qint64 pagesGivenUp_ = 0;
     quint32 begin_ = 0;
     bool running_ = false;
     bool nextPage_ = false;

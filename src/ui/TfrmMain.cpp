@@ -332,6 +332,15 @@ void TfrmMain::PageRead() {
     indicator_.PageRead();
 }
 
+void TfrmMain::PageGivenUp(const QString& address, const QString& reason) {
+    indicator_.PageGivenUp(address, reason);
+    form_.Notice->Say(windowTexts_.With(WindowText::HarvestPageGivenUp, {address, reason}));
+}
+
+void TfrmMain::PagesRepeat(const QString& address) {
+    form_.Notice->Say(windowTexts_.With(WindowText::HarvestGoesRound, {address}));
+}
+
 void TfrmMain::HarvestEnded() {
     FollowHarvest();
 }

@@ -90,6 +90,8 @@ private:
     void FollowHarvest();
     void PageIncomplete(const QString& page) override;
     void PageRead() override;
+    void PageGivenUp(const QString& address, const QString& reason) override;
+    void PagesRepeat(const QString& address) override;
     void HarvestEnded() override;
 
     MessageLoop& loop_;

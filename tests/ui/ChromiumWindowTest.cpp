@@ -6,7 +6,9 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QTcpServer>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +143,94 @@ TEST_F(ChromiumWindowTest, ChangesTheSiteInTheMiddle) {
     Harvest();
     EXPECT_EQ(Run->Window->Leads().Count() - before,
               static_cast<qsizetype>(Server.PlantedLeads(SiteCode::Canada411).size()));
+}
+
+// The pages of the first round, from the first look at the page to the next page: Stop is pressed at every tenth of a
+// second of it, each time in a harvest of its own. The clock of the waits goes twenty times as fast.
+class ChromiumStopTest : public ChromiumWindowTest, public testing::WithParamInterface<QStringView> {};
+
+TEST_P(ChromiumStopTest, EndsAtAnyMoment) {
+    constexpr double pace = 0.05;
+    constexpr qint64 longestWait = 7000;
+    Open();
+    OpenResults(GetParam());
+    TfrmMain& window = *Run->Window;
+    window.Options().eRandom = u"0"_s; // the fetches of details pages would make the round minutes long
+    EmbeddedBrowser& browser = window.ewbMain();
+    const QString firstPage = browser.LocationAddress();
+    const auto waitFor = [this](qint64 ms) {
+        QElapsedTimer waited;
+        waited.start();
+        while (waited.elapsed() < ms)
+            Loop.WaitForMessage(ms - waited.elapsed());
+    };
+    int presses = 0;
+    int slow = 0;
+    bool roundOver = false;
+    for (; !roundOver && presses < 250; ++presses) {
+        Run->Click(u"btnRDeleteAll");
+        Loop.SetPace(0.01);
+        if (browser.LocationAddress() != firstPage || browser.Busy()) {
+            ASSERT_TRUE(Run->GoTo(firstPage));
+        }
+        Loop.SetPace(pace);
+        Run->Click(u"btnStart");
+        ASSERT_TRUE(window.State().Parsing) << "Get Data is dead behind press " << presses;
+        QElapsedTimer taken;
+        // In the middle of whatever wait the harvest is in then.
+        QTimer::singleShot(static_cast<int>(100 * pace * presses), Qt::PreciseTimer, &window, [&] {
+            const QString shown = browser.LocationAddress();
+            roundOver = (shown != firstPage && shown.startsWith(u"http")) || !window.Driver().Running();
+            taken.start();
+            Run->Click(u"btnStop");
+        });
+        ASSERT_TRUE(Run->Until([&] { return taken.isValid() && !window.Driver().Running(); }, 20)) << presses;
+        slow += taken.elapsed() > static_cast<qint64>(longestWait * pace) + 500 ? 1 : 0;
+        EXPECT_FALSE(window.State().Parsing);
+        const QString left = browser.LocationAddress();
+        const qsizetype leads = window.Leads().Count();
+        waitFor(40);
+        EXPECT_FALSE(window.Driver().Running());
+        EXPECT_EQ(browser.LocationAddress(), left) << "another page was loaded behind press " << presses;
+        EXPECT_EQ(window.Leads().Count(), leads);
+        EXPECT_NE(Run->Panel(0), u"Loading the page..."_s);
+        EXPECT_TRUE(Run->Control<StatusBarView>(u"StatusBar")->Activity().isEmpty());
+    }
+    EXPECT_TRUE(roundOver);
+    // A machine that is busy with other things may be late now and then.
+    EXPECT_LE(slow, presses / 10);
+    RecordProperty("presses", presses);
+
+    Run->Click(u"btnRDeleteAll");
+    Loop.SetPace(0.01);
+    ASSERT_TRUE(Run->GoTo(firstPage));
+    Harvest();
+    EXPECT_EQ(Run->ShownLeads(), Server.PlantedLeads(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sites, ChromiumStopTest,
+                         testing::Values(SiteCode::UsYellowPages, SiteCode::YellowPagesCanada, SiteCode::Canada411,
+                                         SiteCode::PagineBianche, SiteCode::PagineMail, SiteCode::InfobelItaly,
+                                         SiteCode::Virgilio, SiteCode::Trovanumeri),
+                         [](const auto& info) { return info.param.toString().toStdString(); });
+
+TEST_F(ChromiumWindowTest, SaysWhatThePageCannotDoAndReloadsIt) {
+    Open();
+    QTcpServer closed;
+    ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
+    const QString nobody = u"http://127.0.0.1:%1/"_s.arg(closed.serverPort());
+    closed.close();
+    Run->GoTo(nobody);
+    EXPECT_TRUE(Run->Until([&] { return Run->Notice().startsWith(nobody); })) << Run->Notice().toStdString();
+    auto* const reload = Run->Control<NoticeBar>(u"Notice")->findChild<QPushButton*>();
+    EXPECT_FALSE(reload->isHidden());
+
+    OpenResults(SiteCode::YellowPagesCanada);
+    EXPECT_EQ(Run->Notice(), QString());
+    Run->Window->ewbMain().Navigate(u"chrome://crash"_s);
+    ASSERT_TRUE(Run->Until([&] { return Run->Notice().contains(u"process has ended"); }));
+    reload->click();
+    EXPECT_TRUE(Run->Until([&] { return Run->Notice().isEmpty() && !Run->Window->ewbMain().Busy(); }));
 }
 
 // Where the harvest stands when the window is closed.
