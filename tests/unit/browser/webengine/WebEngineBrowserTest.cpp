@@ -243,7 +243,7 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
 
     // 65536 more than the port of a proxy that answers.
     proxy.Pages["http://third.example/"] = "<p>wrong port";
-    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort() + 65536, {}, {}});
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort() + 65536, {}});
     ASSERT_TRUE(Load(u"http://third.example/"_s));
     ASSERT_TRUE(Load(u"http://third.example/"_s));
     EXPECT_EQ(Body(), QString());
