@@ -135,7 +135,9 @@ INSTANTIATE_TEST_SUITE_P(Inputs, BadInputTest, testing::ValuesIn(BadInputs()),
 // The folder of the automatic file cannot be written: the harvest ends, and the lead in hand is not lost.
 TEST_F(DemoFixture, LeadThatCannotBeSavedIsNotLost) {
     const DemoSite canada{u"KVPN002001"_s, 1};
-    const QString folder = Path(u"no/such/folder"_s);
+    QFile file(Path(u"file"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QString folder = file.fileName() + u"/below"; // which cannot be made
     const Outcome outcome = RunCli(Harvest(canada, {u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s,
                                                     u"cExportManually=0"_s, u"--set"_s, u"eExportFolder=" + folder}));
     EXPECT_EQ(outcome.Status, 1);
