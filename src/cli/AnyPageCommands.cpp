@@ -8,17 +8,20 @@
 #include "discovery/AnyPage.h"
 #include "discovery/Explain.h"
 #include "net/TextDecoder.h"
+#include "recipes/RecipeFile.h"
+#include "recipes/RecipeFolders.h"
+#include "recipes/RecipeReader.h"
 #include "toolkit/PageAddress.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSet>
 
+#include <optional>
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
-
-namespace {
 
 PageTree TreeOfFile(const QString& fileName) {
     const QString shownName = QDir::toNativeSeparators(fileName);
@@ -41,10 +44,42 @@ QString PageUrlOf(const CommandLine& line) {
     return url;
 }
 
+namespace {
+
 AnyPageReading ReadingOfFile(const CommandLine& line) {
     const QString url = PageUrlOf(line);
     return ReadAnyPage(TreeOfFile(line.Arguments.first()), url);
 }
+
+// Reads saved pages as those of any directory or as a recipe says, and remembers what of the recipe did not hold.
+class SavedPageReader {
+public:
+    explicit SavedPageReader(const QString& recipeFileName) {
+        if (!recipeFileName.isEmpty())
+            recipe_.emplace(LoadRecipe(recipeFileName));
+    }
+
+    std::vector<PageRecord> Read(const PageTree& page, const QString& url) {
+        if (!recipe_)
+            return ReadAnyPage(page, url).Records;
+        RecipeReading reading = recipe_->Read(page, url);
+        AddCounts(counts_, reading.Counts);
+        for (const QString& problem : reading.Problems)
+            if (!problems_.contains(problem))
+                problems_.append(problem);
+        return std::move(reading.Records);
+    }
+
+    /// What the user should know of the recipe, line by line.
+    QStringList Remarks() const {
+        return recipe_ ? QStringList(problems_ + DriftOf(recipe_->What().Taught, counts_)) : QStringList();
+    }
+
+private:
+    std::optional<RecipeReader> recipe_;
+    RecipeCounts counts_;
+    QStringList problems_;
+};
 
 // Lists or saves the leads that are new to the harvest.
 class NewLeads {
@@ -81,8 +116,9 @@ private:
 
 int RunParseAnyPage(const CommandLine& line, Console& console) {
     const QString url = PageUrlOf(line);
+    SavedPageReader reader(line.RecipeFileName);
     Session session(line, console, LoadSites(line));
-    session.State.CurrID = anyPageSite.toString();
+    session.State.CurrID = line.RecipeFileName.isEmpty() ? anyPageSite.toString() : RecipeCodeOf(line.RecipeFileName);
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
                       FurtherColumns(line, session.More));
     output.Begin();
@@ -94,7 +130,7 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
             break;
         try {
             const PageTree page = TreeOfFile(fileName);
-            for (const PageRecord& record : ReadAnyPage(page, url).Records) {
+            for (const PageRecord& record : reader.Read(page, url)) {
                 if (session.State.ShouldStop)
                     break;
                 leads.Keep(record.Fields);
@@ -108,6 +144,8 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
     if (const QString losses = output.Finish(); !losses.isEmpty())
         console.Note(losses);
     console.Report(session.Report.Text());
+    for (const QString& remark : reader.Remarks())
+        console.Report(QString(QDir::toNativeSeparators(line.RecipeFileName) + u": " + remark));
     if (!output.Error().isEmpty())
         console.Error(output.Error());
     if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())

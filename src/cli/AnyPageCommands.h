@@ -2,15 +2,21 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Console.h"
+#include "page/PageTree.h"
 
 namespace Brindle {
 
-/// `parse --site AUTO`: the leads of saved pages of any directory.
+/// `parse --site AUTO` and `parse --recipe FILE`: the leads of saved pages of any directory, or of a recipe's.
 int RunParseAnyPage(const CommandLine& line, Console& console);
 /// `next`: the address of the page on which the list of a saved page goes on.
 int RunNext(const CommandLine& line, Console& console);
 /// `explain`: what was found on a saved page and why, as JSON.
 int RunExplain(const CommandLine& line, Console& console);
+
+/// A saved page; "-" is standard input. Throws `Failure` that names the file.
+PageTree TreeOfFile(const QString& fileName);
+/// The address of `--url`, which must be one of the web; throws `UsageError`.
+QString PageUrlOf(const CommandLine& line);
 
 /// The site code that stands for a directory that nobody described.
 inline constexpr QStringView anyPageSite = u"AUTO";

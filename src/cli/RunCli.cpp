@@ -60,7 +60,8 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
             return RunWithEngine(arguments);
         return RunHarvest(line, console, webBrowser);
     case Command::Parse:
-        return line.Site == anyPageSite ? RunParseAnyPage(line, console) : RunParse(line, console);
+        return line.Site == anyPageSite || !line.RecipeFileName.isEmpty() ? RunParseAnyPage(line, console)
+                                                                          : RunParse(line, console);
     case Command::Emails:
         return RunEmails(line, console);
     case Command::Fetch:

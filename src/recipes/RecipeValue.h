@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/Lead.h"
+#include "discovery/AnyPageText.h"
+#include "page/PageTree.h"
+
+#include <QString>
+
+namespace Brindle {
+
+/// A page as values are read from it.
+struct ValueSource {
+    const PageTree& Page;
+    const PageLines& Lines;
+    const QString& Base; ///< address to resolve links with
+};
+
+/// Whether a column holds the address of a page.
+bool IsLinkColumn(Field column);
+
+/// What an element gives for a column: the attribute, or its text; a link without an attribute is that of the element,
+/// or of the first one in it. Blanks are levelled; lines of an address are joined by commas.
+QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, const QString& attribute);
+
+/// The value as it goes into the lead: links absolute and of http or https, "tel:" and "mailto:" taken off; empty when
+/// it is nothing of that kind.
+QString FinishedFieldValue(Field column, const QString& base, const QString& text);
+
+/// Takes the full address of a lead apart, as its country writes addresses; parts that are not sure stay as they are.
+void SplitFullAddress(const PageTree& page, const QString& url, const QString& country, Lead& lead);
+
+} // namespace Brindle
