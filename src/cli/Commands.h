@@ -15,6 +15,8 @@ int RunEmails(const CommandLine& line, Console& console);
 int RunFetch(const CommandLine& line, Console& console);
 int RunDemo(const CommandLine& line, Console& console);
 int RunSettings(const CommandLine& line);
+/// `teach`: a recipe from examples on a saved page.
+int RunTeach(const CommandLine& line, Console& console);
 int RunLanguage(const CommandLine& line, Console& console);
 int RunMerge(const CommandLine& line, Console& console);
 

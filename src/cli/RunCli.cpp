@@ -70,6 +70,8 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         return RunDemo(line, console);
     case Command::Settings:
         return RunSettings(line);
+    case Command::Teach:
+        return RunTeach(line, console);
     case Command::Language:
         return RunLanguage(line, console);
     case Command::Next:
@@ -84,7 +86,6 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Version:
         WriteToStandardOutput("Brindle " BRINDLE_VERSION "\n");
         return ExitStatus::Done;
-    case Command::Teach:
     case Command::Run:
     case Command::Work:
     case Command::Searches:

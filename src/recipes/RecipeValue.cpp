@@ -1,5 +1,6 @@
 #include "recipes/RecipeValue.h"
 
+#include "discovery/PostalAddress.h"
 #include "discovery/StructuredLinks.h"
 #include "discovery/StructuredText.h"
 #include "toolkit/Text.h"
@@ -71,6 +72,19 @@ QString FinishedFieldValue(Field column, const QString& base, const QString& tex
     return WithLevelBlanks(text);
 }
 
-void SplitFullAddress(const PageTree&, const QString&, const QString&, Lead&) {}
+void SplitFullAddress(const PageTree& page, const QString& url, const QString& country, Lead& lead) {
+    const QString language = page.Root() == noNode ? QString() : page.Attribute(page.Root(), u"lang").toString();
+    const AddressParts parts = SplitAddress(
+        lead.FullAddress, {.Country = country, .Language = language, .Host = HostOfAddress(url), .PhoneRegion = {}});
+    const auto take = [](QString& field, const QString& part) {
+        if (!part.isEmpty())
+            field = part;
+    };
+    take(lead.Street, parts.Street);
+    take(lead.City, parts.City);
+    take(lead.State, parts.State);
+    take(lead.PostalCode, parts.PostalCode);
+    take(lead.Country, parts.Country);
+}
 
 } // namespace Brindle

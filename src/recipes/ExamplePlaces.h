@@ -1,0 +1,44 @@
+#pragma once
+
+#include "recipes/RecipeValue.h"
+
+#include <vector>
+
+namespace Brindle {
+
+/// Where a value stands, and how it is taken from there.
+struct ExamplePlace {
+    NodeIndex Node = noNode;
+    QString Attribute{}; ///< as in `RecipeField`
+    QString Pattern{};   ///< as in `RecipeField`
+    double Cost = 0;     ///< how little it is to be trusted; 0 is best
+};
+
+/// A text in the form in which an example is compared with what a page shows: letters and digits alone, lower case.
+QString FoldedExample(QStringView text);
+
+/// Whether a value that was read is the example.
+bool IsExample(Field column, QStringView value, QStringView example);
+
+/// Finds examples on a page; made once, asked often.
+class ExamplePlaces {
+public:
+    ExamplePlaces(const ValueSource& source);
+
+    /// The places where a text stands as the value of a column, in the page's order; at most some hundred.
+    std::vector<ExamplePlace> Find(Field column, const QString& text) const;
+
+private:
+    void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
+    void AddAttributes(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
+    NodeIndex ElementAround(qsizetype begin, qsizetype end) const;
+    qsizetype BeginOf(NodeIndex node) const { return begins_[static_cast<size_t>(node)]; }
+    qsizetype EndOf(NodeIndex node) const { return begins_[static_cast<size_t>(source_.Page.End(node))]; }
+
+    ValueSource source_;
+    QString folded_;                // the whole page's text
+    std::vector<qsizetype> begins_; // where each node's text begins in it
+    std::vector<NodeIndex> texts_;  // nodes that add to it
+};
+
+} // namespace Brindle

@@ -1,0 +1,460 @@
+#include "recipes/LearnRecipe.h"
+
+#include "core/Errors.h"
+#include "discovery/AnyPage.h"
+#include "discovery/NextPage.h"
+#include "discovery/StructuredLinks.h"
+#include "recipes/RecipeReader.h"
+#include "recipes/RecipeTrial.h"
+#include "recipes/SturdySelectors.h"
+#include "toolkit/PageAddress.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int mostLevels = 8;      // from the examples up to the record
+constexpr size_t mostTogether = 6; // places where the examples stand together that are tried
+constexpr size_t mostRows = 40;    // rows that are tried for a column
+constexpr size_t fewRows = 5;      // rows that are tried for each set of records
+
+QString CaptionOf(Field column) {
+    return EnglishCaptions()[static_cast<int>(column)];
+}
+
+struct FoundExample {
+    RecipeExample What;
+    QString Text;
+    std::vector<ExamplePlace> Places;
+};
+
+// The elements that could be the records, and a record of them for each business.
+struct RecordSet {
+    QString Selector;
+    double Score = 0;
+    std::vector<NodeIndex> Members;
+    std::vector<NodeIndex> OfBusiness; // by its number
+};
+
+struct RatedRow {
+    RecipeField Row;
+    double Cost = 0;
+};
+
+QString HomeOf(const QString& url) {
+    const qsizetype end = url.indexOf(u'/', url.indexOf(u"://") + 3);
+    return end < 0 ? QString(url + u'/') : url.left(end + 1);
+}
+
+// A recipe for what the page says of itself, when the examples are in that.
+std::optional<LearnedRecipe> LearnStructured(const PageTree& page, const QString& url,
+                                             const std::vector<RecipeExample>& examples) {
+    LearnedRecipe learned;
+    learned.What.Name = HostOfAddress(url);
+    learned.What.Home = HomeOf(url);
+    learned.What.Records = structuredRecords.toString();
+    learned.What.Next = automaticNextPage.toString();
+    const RecipeReading reading = RecipeReader(learned.What).Read(page, url);
+    int businesses = 0;
+    for (const RecipeExample& example : examples)
+        businesses = std::max(businesses, example.Business + 1);
+    for (int business = 0; business < businesses; ++business) {
+        const auto isThis = [&](const PageRecord& record) {
+            return std::all_of(examples.begin(), examples.end(), [&](const RecipeExample& example) {
+                return example.Business != business ||
+                       IsExample(example.Column, record.Fields.At(static_cast<int>(example.Column)), example.Text);
+            });
+        };
+        if (std::none_of(reading.Records.begin(), reading.Records.end(), isThis))
+            return {};
+    }
+    if (reading.Records.size() < 2)
+        return {};
+    learned.What.Taught = reading.Counts;
+    return learned;
+}
+
+class Learner {
+public:
+    Learner(const PageTree& page, const QString& url)
+        : page_(page),
+          url_(url),
+          base_(BaseAddressOf(page, url)),
+          lines_(page),
+          source_{page_, lines_, base_},
+          places_(source_),
+          trial_(source_) {
+        NoteAsides();
+    }
+
+    LearnedRecipe Learn(const std::vector<RecipeExample>& examples) {
+        Find(examples);
+        const std::optional<RecordSet> best = BestRecords();
+        if (!best)
+            throw Failure(u"nothing on the page holds for more than one record"_s);
+        LearnedRecipe learned;
+        Recipe& recipe = learned.What;
+        recipe.Name = HostOfAddress(url_);
+        recipe.Home = HomeOf(url_);
+        recipe.Records = best->Selector;
+        recipe.Next = automaticNextPage.toString();
+        AddRows(*best, recipe);
+        AddDetailsLink(*best, recipe);
+        std::stable_sort(recipe.Fields.begin(), recipe.Fields.end(),
+                         [](const RecipeField& a, const RecipeField& b) { return a.Column < b.Column; });
+        Check(recipe);
+        Propose(*best, learned);
+        return learned;
+    }
+
+private:
+    // Side columns and the like hold lists of their own, often of the same make.
+    void NoteAsides() {
+        aside_.resize(static_cast<size_t>(page_.Count()));
+        NodeIndex end = 0;
+        for (NodeIndex node = 0; node < page_.Count(); ++node) {
+            if (node >= end && page_.IsElement(node) && IsAside(node))
+                end = page_.End(node);
+            aside_[static_cast<size_t>(node)] = node < end;
+        }
+    }
+
+    bool IsAside(NodeIndex node) const {
+        if (page_.Is(node, u"aside") || page_.Is(node, u"nav") || page_.Is(node, u"footer"))
+            return true;
+        const QStringView classes = page_.Attribute(node, u"class");
+        static constexpr QStringView words[] = {u"sidebar", u"side-bar", u"related",
+                                                u"similar", u"recently", u"footer"};
+        return std::any_of(std::begin(words), std::end(words),
+                           [&](QStringView word) { return classes.contains(word, Qt::CaseInsensitive); });
+    }
+
+    void Find(const std::vector<RecipeExample>& examples) {
+        for (const RecipeExample& example : examples) {
+            FoundExample found{.What = example, .Text = example.Text, .Places = {}};
+            if (example.Node != noNode) {
+                found.Places.push_back({example.Node, {}, {}, 0});
+                found.Text =
+                    FinishedFieldValue(example.Column, base_, RawFieldValue(source_, example.Node, example.Column, {}));
+            } else {
+                found.Places = places_.Find(example.Column, example.Text);
+            }
+            if (found.Places.empty() || found.Text.isEmpty())
+                throw Failure(u"%1=%2: not found on the page"_s.arg(CaptionOf(example.Column), example.Text));
+            businesses_ = std::max(businesses_, example.Business + 1);
+            examples_.push_back(std::move(found));
+        }
+    }
+
+    // ------------------------------------------------------------------------------------------------ the records
+
+    bool HasPlaceIn(const FoundExample& example, NodeIndex node) const {
+        const auto at = std::lower_bound(example.Places.begin(), example.Places.end(), node,
+                                         [](const ExamplePlace& place, NodeIndex n) { return place.Node < n; });
+        return at != example.Places.end() && at->Node < page_.End(node);
+    }
+
+    bool HoldsAll(int business, NodeIndex node) const {
+        return std::all_of(examples_.begin(), examples_.end(), [&](const FoundExample& example) {
+            return example.What.Business != business || HasPlaceIn(example, node);
+        });
+    }
+
+    // The smallest elements in which all examples of the first business stand, the smallest first.
+    std::vector<NodeIndex> Together() const {
+        const FoundExample* anchor = nullptr;
+        for (const FoundExample& example : examples_)
+            if (example.What.Business == 0 && (!anchor || example.Places.size() < anchor->Places.size()))
+                anchor = &example;
+        std::vector<NodeIndex> found;
+        if (!anchor)
+            return found;
+        for (const ExamplePlace& place : anchor->Places) {
+            NodeIndex node = place.Node;
+            while (node != noNode && !HoldsAll(0, node))
+                node = page_.Parent(node);
+            if (node != noNode && std::find(found.begin(), found.end(), node) == found.end())
+                found.push_back(node);
+        }
+        std::stable_sort(found.begin(), found.end(), [this](NodeIndex a, NodeIndex b) {
+            const NodeIndex sizeA = page_.End(a) - a;
+            const NodeIndex sizeB = page_.End(b) - b;
+            return aside_[size_t(a)] != aside_[size_t(b)] ? aside_[size_t(b)] : sizeA < sizeB;
+        });
+        found.resize(std::min(found.size(), mostTogether));
+        return found;
+    }
+
+    std::optional<RecordSet> BestRecords() {
+        std::optional<RecordSet> best;
+        for (const NodeIndex together : Together()) {
+            std::optional<RecordSet> bestHere;
+            NodeIndex record = together;
+            for (int level = 0;
+                 level < mostLevels && record != noNode && record != page_.Body() && record != page_.Root();
+                 ++level, record = page_.Parent(record)) {
+                // A wider element with as many records is the whole record.
+                std::optional<RecordSet> set = BestSelector(record);
+                if (set && (!bestHere || set->Score >= bestHere->Score * 0.98))
+                    bestHere = std::move(set);
+            }
+            if (bestHere && (!best || bestHere->Score > best->Score * 1.02))
+                best = std::move(bestHere);
+        }
+        return best;
+    }
+
+    std::optional<RecordSet> BestSelector(NodeIndex record) {
+        std::vector<CandidateSelector> candidates = RecordSelectors(page_, record);
+        std::stable_sort(candidates.begin(), candidates.end(),
+                         [](const CandidateSelector& a, const CandidateSelector& b) { return a.Cost < b.Cost; });
+        std::vector<std::vector<RatedRow>> rows;
+        for (const FoundExample& example : examples_)
+            rows.push_back(example.What.Business == 0 ? RowsFor(example, record, fewRows) : std::vector<RatedRow>());
+        std::optional<RecordSet> best;
+        std::vector<std::vector<NodeIndex>> seen;
+        for (const CandidateSelector& candidate : candidates) {
+            RecordSet set{
+                .Selector = candidate.Text, .Members = trial_.Records(candidate.Text), .OfBusiness = {record}};
+            if (set.Members.size() < 2 || !std::binary_search(set.Members.begin(), set.Members.end(), record))
+                continue;
+            if (std::find(seen.begin(), seen.end(), set.Members) != seen.end() || !FindBusinesses(set))
+                continue;
+            seen.push_back(set.Members);
+            set.Score = ScoreOf(set, rows) - 0.02 * candidate.Cost;
+            if (set.Score > 0 && (!best || set.Score > best->Score))
+                best = std::move(set);
+        }
+        return best;
+    }
+
+    // Every business is a record of its own.
+    bool FindBusinesses(RecordSet& set) const {
+        for (int business = 1; business < businesses_; ++business) {
+            const auto at = std::find_if(set.Members.begin(), set.Members.end(), [&](NodeIndex member) {
+                return HoldsAll(business, member) &&
+                       std::find(set.OfBusiness.begin(), set.OfBusiness.end(), member) == set.OfBusiness.end();
+            });
+            if (at == set.Members.end())
+                return false;
+            set.OfBusiness.push_back(*at);
+        }
+        return true;
+    }
+
+    // How many records hold what the examples promise; what does not counts against it.
+    double ScoreOf(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
+        double sum = 0;
+        double weakest = 1;
+        int count = 0;
+        for (size_t i = 0; i < examples_.size(); ++i) {
+            if (examples_[i].What.Business != 0)
+                continue;
+            double best = 0;
+            for (const RatedRow& row : rows[i]) {
+                const RecipeTrial::Fill fill = trial_.FillOf(row.Row, set.Members);
+                const bool isName = row.Row.Column == Field::BusinessName;
+                best = std::max(best, isName && fill.Difference < 0.5 ? fill.Share * 0.3 : fill.Share);
+            }
+            sum += best;
+            ++count;
+            if (examples_[i].What.Column == Field::BusinessName)
+                weakest = best;
+        }
+        if (count == 0)
+            return 0;
+        auto records = static_cast<double>(set.Members.size());
+        const bool isAside = aside_[static_cast<size_t>(set.OfBusiness.front())];
+        for (const NodeIndex member : set.Members)
+            records -= !isAside && aside_[static_cast<size_t>(member)] ? 2 : 0;
+        const double filled = records * weakest;
+        return filled < 1.5 || weakest < 0.4 ? 0 : filled * weakest * (sum / count);
+    }
+
+    // ------------------------------------------------------------------------------------------------- the fields
+
+    // Rows that give an example within a record, the best first.
+    std::vector<RatedRow> RowsFor(const FoundExample& example, NodeIndex record, size_t most) {
+        std::vector<RatedRow> rows;
+        for (const ExamplePlace& place : example.Places) {
+            if (!page_.Contains(record, place.Node))
+                continue;
+            for (const CandidateSelector& candidate : FieldSelectors(page_, record, place.Node))
+                rows.push_back({{.Column = example.What.Column,
+                                 .Selector = candidate.Text,
+                                 .Attribute = place.Attribute,
+                                 .Pattern = place.Pattern},
+                                candidate.Cost + place.Cost});
+        }
+        std::stable_sort(rows.begin(), rows.end(),
+                         [](const RatedRow& a, const RatedRow& b) { return a.Cost < b.Cost; });
+        std::vector<RatedRow> good;
+        for (RatedRow& row : rows) {
+            const auto same = [&](const RatedRow& other) { return other.Row == row.Row; };
+            if (good.size() < most && std::none_of(good.begin(), good.end(), same) &&
+                IsExample(row.Row.Column, trial_.Read(row.Row, record), example.Text))
+                good.push_back(std::move(row));
+        }
+        return good;
+    }
+
+    std::optional<RecipeField> BestRow(const FoundExample& example, const RecordSet& set) {
+        std::optional<RecipeField> best;
+        double bestScore = -1;
+        const auto business = static_cast<size_t>(example.What.Business);
+        for (const RatedRow& row : RowsFor(example, set.OfBusiness[business], mostRows)) {
+            if (!HoldsForOthers(row.Row, example, set))
+                continue;
+            const RecipeTrial::Fill fill = trial_.FillOf(row.Row, set.Members);
+            double score = fill.Share - 0.04 * row.Cost;
+            // The first of several is easily another one tomorrow.
+            if (trial_.CountOf(row.Row.Selector, set.OfBusiness[business]) > 1)
+                score -= 0.03;
+            if (example.What.Column == Field::BusinessName && fill.Difference < 0.5)
+                score -= 0.5;
+            if (score > bestScore) {
+                bestScore = score;
+                best = row.Row;
+            }
+        }
+        return best;
+    }
+
+    // Whether a row gives what is said of the column in the other businesses too.
+    bool HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set) {
+        return std::all_of(examples_.begin(), examples_.end(), [&](const FoundExample& other) {
+            return &other == &example || other.What.Column != row.Column ||
+                   IsExample(row.Column, trial_.Read(row, set.OfBusiness[static_cast<size_t>(other.What.Business)]),
+                             other.Text);
+        });
+    }
+
+    static bool Has(const Recipe& recipe, Field column) {
+        return std::any_of(recipe.Fields.begin(), recipe.Fields.end(),
+                           [column](const RecipeField& field) { return field.Column == column; });
+    }
+
+    void AddRows(const RecordSet& set, Recipe& recipe) {
+        for (const FoundExample& example : examples_) {
+            if (Has(recipe, example.What.Column))
+                continue;
+            const std::optional<RecipeField> row = BestRow(example, set);
+            if (!row)
+                throw Failure(u"%1=%2: no selector holds for it and the other records"_s.arg(
+                    CaptionOf(example.What.Column), example.Text));
+            recipe.Fields.push_back(*row);
+        }
+        const bool hasParts = Has(recipe, Field::Address) || Has(recipe, Field::City) || Has(recipe, Field::PostalCode);
+        for (RecipeField& field : recipe.Fields)
+            field.SplitAddress = field.Column == Field::FullAddress && !hasParts;
+        if (!Has(recipe, Field::BusinessName))
+            throw Failure(u"an example of Business Name is missing"_s);
+    }
+
+    // A name that is a link, or stands in one, leads to the record's own page.
+    void AddDetailsLink(const RecordSet& set, Recipe& recipe) {
+        if (Has(recipe, Field::DetailsLink))
+            return;
+        const NodeIndex record = set.OfBusiness.front();
+        for (const FoundExample& example : examples_) {
+            if (example.What.Column != Field::BusinessName || example.What.Business != 0)
+                continue;
+            std::vector<ExamplePlace> places = example.Places;
+            std::stable_sort(places.begin(), places.end(),
+                             [](const ExamplePlace& a, const ExamplePlace& b) { return a.Cost < b.Cost; });
+            for (const ExamplePlace& place : places) {
+                const NodeIndex link = page_.Contains(record, place.Node) ? LinkAt(place.Node, record) : noNode;
+                if (link == noNode)
+                    continue;
+                const QString address = WebAddress(base_, page_.Attribute(link, u"href"));
+                if (!IsSameSite(address, url_) || WithoutFragment(address) == WithoutFragment(url_))
+                    continue;
+                const FoundExample implied{
+                    .What = {.Column = Field::DetailsLink}, .Text = address, .Places = {{.Node = link}}};
+                const std::optional<RecipeField> row = BestRow(implied, set);
+                if (row && trial_.FillOf(*row, set.Members).Difference > 0.7) {
+                    recipe.Fields.push_back(*row);
+                    return;
+                }
+            }
+        }
+    }
+
+    NodeIndex LinkAt(NodeIndex node, NodeIndex record) const {
+        for (NodeIndex at = node; at != noNode && page_.Contains(record, at); at = page_.Parent(at))
+            if (page_.Is(at, u"a"))
+                return at;
+        for (NodeIndex at = node; at < page_.End(node); ++at)
+            if (page_.Is(at, u"a"))
+                return at;
+        return noNode;
+    }
+
+    // --------------------------------------------------------------------------------------------------- the check
+
+    // Reads the page as a harvest would; the examples must come out.
+    void Check(Recipe& recipe) const {
+        const RecipeReading reading = RecipeReader(recipe).Read(page_, url_);
+        if (reading.Records.size() < 2)
+            throw Failure(u"nothing on the page holds for more than one record"_s);
+        for (const FoundExample& example : examples_) {
+            const int column = static_cast<int>(example.What.Column);
+            const bool comesOut =
+                std::any_of(reading.Records.begin(), reading.Records.end(), [&](const PageRecord& record) {
+                    return IsExample(example.What.Column, record.Fields.At(column), example.Text);
+                });
+            if (!comesOut)
+                throw Failure(u"%1=%2: does not come out of what was learned"_s.arg(CaptionOf(example.What.Column),
+                                                                                    example.Text));
+        }
+        recipe.Taught = reading.Counts;
+    }
+
+    // What any page is read by may hold for the columns that nobody spoke of.
+    void Propose(const RecordSet& set, LearnedRecipe& learned) {
+        for (const FieldReading& reading : ReadAnyPage(page_, url_).Fields) {
+            if (Has(learned.What, reading.Column) || reading.Selector.isEmpty())
+                continue;
+            RecipeProposal proposal{.Row = {.Column = reading.Column, .Selector = reading.Selector}, .Sample = {}};
+            try {
+                const RecipeTrial::Fill fill = trial_.FillOf(proposal.Row, set.Members);
+                proposal.Filled = fill.Filled;
+                proposal.Sample = fill.Sample;
+            } catch (const Failure&) {
+                continue; // a selector of another kind
+            }
+            if (proposal.Filled * 5 >= static_cast<int>(set.Members.size()))
+                learned.Proposals.push_back(std::move(proposal));
+        }
+    }
+
+    const PageTree& page_;
+    const QString& url_;
+    const QString base_;
+    const PageLines lines_;
+    const ValueSource source_;
+    const ExamplePlaces places_;
+    RecipeTrial trial_;
+    std::vector<char> aside_; // for each node
+    std::vector<FoundExample> examples_;
+    int businesses_ = 1;
+};
+
+} // namespace
+
+LearnedRecipe LearnRecipe(const PageTree& page, const QString& url, const std::vector<RecipeExample>& examples) {
+    try {
+        return Learner(page, url).Learn(examples);
+    } catch (const Failure&) {
+        if (std::optional<LearnedRecipe> structured = LearnStructured(page, url, examples))
+            return std::move(*structured);
+        throw;
+    }
+}
+
+} // namespace Brindle

@@ -1,0 +1,99 @@
+#include "recipes/RecipeTrial.h"
+
+#include "recipes/RecipePattern.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr size_t mostTried = 120; // records, evenly taken of longer lists
+constexpr qsizetype longestValue = 300;
+
+// Whether a value can be one of its column.
+bool IsOfKind(Field column, const QString& value) {
+    if (value.size() > longestValue && !IsLinkColumn(column))
+        return false;
+    const auto digits = std::count_if(value.cbegin(), value.cend(), [](QChar c) { return c.isDigit(); });
+    switch (column) {
+    case Field::Phone:
+    case Field::Fax:
+        return digits >= 5 && digits <= 40 && value.size() < 80;
+    case Field::PostalCode:
+        return digits >= 2 && value.size() <= 12;
+    case Field::BusinessName:
+        return std::any_of(value.cbegin(), value.cend(), [](QChar c) { return c.isLetter(); });
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+const SelectorQuery& RecipeTrial::QueryOf(const QString& selector) {
+    std::shared_ptr<SelectorQuery>& query = queries_[selector];
+    if (!query)
+        query = std::make_shared<SelectorQuery>(source_.Page, Selector::Parse(selector));
+    return *query;
+}
+
+const std::vector<NodeIndex>& RecipeTrial::Records(const QString& selector) {
+    const auto known = records_.constFind(selector);
+    if (known != records_.cend())
+        return *known;
+    std::vector<NodeIndex> outermost;
+    NodeIndex end = 0;
+    for (const NodeIndex node : QueryOf(selector).All()) {
+        if (node < end)
+            continue;
+        end = source_.Page.End(node);
+        outermost.push_back(node);
+    }
+    return *records_.insert(selector, std::move(outermost));
+}
+
+int RecipeTrial::CountOf(const QString& selector, NodeIndex record) {
+    return static_cast<int>(QueryOf(selector).Within(record).size());
+}
+
+QString RecipeTrial::Read(const RecipeField& row, NodeIndex record) {
+    for (const NodeIndex node : QueryOf(row.Selector).Within(record)) {
+        QString text = RawFieldValue(source_, node, row.Column, row.Attribute);
+        RecipePattern(row.Pattern).Apply(text);
+        text = FinishedFieldValue(row.Column, source_.Base, text);
+        if (!text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
+RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<NodeIndex>& records) {
+    Fill fill;
+    QSet<QString> different;
+    int good = 0;
+    int tried = 0;
+    const size_t step = records.size() / mostTried + 1;
+    for (size_t i = 0; i < records.size(); i += step) {
+        ++tried;
+        const QString value = Read(row, records[i]);
+        if (value.isEmpty())
+            continue;
+        ++fill.Filled;
+        if (fill.Sample.isEmpty())
+            fill.Sample = value;
+        good += IsOfKind(row.Column, value) ? 1 : 0;
+        different.insert(value);
+    }
+    if (tried > 0)
+        fill.Share = static_cast<double>(good) / tried;
+    if (fill.Filled > 0)
+        fill.Difference = static_cast<double>(different.size()) / fill.Filled;
+    return fill;
+}
+
+} // namespace Brindle
