@@ -2,9 +2,11 @@
 
 #include "core/SiteCatalogue.h"
 #include "demo/BusinessWebsites.h"
+#include "demo/DemoAuthority.h"
 #include "demo/DemoPage.h"
 #include "demo/Directories.h"
 #include "demo/LoopbackServers.h"
+#include "demo/modern/ModernDirectory.h"
 
 #include <httplib.h>
 
@@ -64,8 +66,15 @@ struct DemoServer::State {
         DemoContext Context;
     };
 
+    struct Modern {
+        std::unique_ptr<ModernDirectory> Directory;
+        DemoContext Context;
+    };
+
     std::vector<Site> Sites;
+    std::vector<Modern> ModernSites;
     QString Businesses;
+    std::unique_ptr<DemoAuthority> Authority;
     // Destroyed first: routes use the directories.
     LoopbackServers Servers;
 
@@ -74,6 +83,25 @@ struct DemoServer::State {
             if (site.Code == code && site.Directory && layout >= 1 && layout <= site.Directory->LayoutCount())
                 return &site;
         return nullptr;
+    }
+
+    const Modern* FindModern(QStringView code) const {
+        for (const Modern& site : ModernSites)
+            if (site.Directory->Is().Code == code)
+                return &site;
+        return nullptr;
+    }
+
+    void AddModernSites(const QString& clicks) {
+#ifdef BRINDLE_DEMO_TLS
+        Authority = std::make_unique<DemoAuthority>();
+#endif
+        for (auto& directory : AllModernDirectories(Authority != nullptr)) {
+            const QString base = directory->Is().Secure ? Servers.AddSecure(*Authority) : Servers.Add();
+            Modern& site =
+                ModernSites.emplace_back(Modern{std::move(directory), {base, base, clicks, Businesses, Businesses}});
+            site.Directory->AddRoutes(Servers.At(base), site.Context);
+        }
     }
 };
 
@@ -85,6 +113,8 @@ void DemoServer::Start() {
     Stop();
     State& state = *state_;
     std::vector<std::unique_ptr<DemoDirectory>> directories = AllDirectories();
+    if (manyLeads_ > 0)
+        directories.back() = MakeManyLeadsDemo(manyLeads_);
     for (const QString& code : KnownSiteCodes()) {
         State::Site& site = state.Sites.emplace_back();
         site.Code = code;
@@ -109,6 +139,7 @@ void DemoServer::Start() {
         if (ownDetails)
             site.Directory->AddDetailsRoutes(state.Servers.At(context.DetailsBase), context);
     }
+    state.AddModernSites(clicks);
     state.Servers.Run();
 }
 
@@ -164,6 +195,31 @@ std::vector<Lead> DemoServer::PlantedLeads(QStringView siteCode, int layout, boo
 
 QString DemoServer::Businesses() const {
     return state_->Businesses;
+}
+
+std::vector<ModernSite> DemoServer::ModernSites() const {
+    std::vector<ModernSite> sites;
+    for (const State::Modern& site : state_->ModernSites) {
+        const ModernDirectory::Kind& kind = site.Directory->Is();
+        sites.push_back({kind.Code.toString(), kind.Label.toString(), kind.Region.toString(),
+                         site.Directory->FirstResultPage(site.Context), site.Directory->SearchAddress(site.Context),
+                         kind.NeedsScripts, kind.Secure});
+    }
+    return sites;
+}
+
+std::vector<Lead> DemoServer::ModernLeads(QStringView code, bool details) const {
+    const State::Modern* const site = state_->FindModern(code);
+    return site ? site->Directory->PlantedLeads(site->Context, details) : std::vector<Lead>();
+}
+
+void DemoServer::ChangeClasses(QStringView code, bool changed) {
+    if (const State::Modern* const site = state_->FindModern(code))
+        site->Directory->ChangeClasses(changed);
+}
+
+QString DemoServer::AuthorityFile() const {
+    return state_->Authority ? state_->Authority->File() : QString();
 }
 
 } // namespace Brindle::Demo

@@ -11,6 +11,17 @@
 
 namespace Brindle::Demo {
 
+/// A directory as today's are built, which no adapter knows.
+struct ModernSite {
+    QString Code;              ///< "demo-table"
+    QString Label;             ///< what is special about it
+    QString Region;            ///< ISO 3166 alpha-2
+    QString Start;             ///< address of the first result page
+    QString SearchAddress;     ///< with {what} and {where}
+    bool NeedsScripts = false; ///< the list is whole in a browser with scripts alone
+    bool Secure = false;       ///< https, with a certificate of the demo's own authority
+};
+
 /// Serves invented directories on 127.0.0.1, each on a free port of its own, with the servers that they link to: one
 /// that redirects clicks, one with the websites of businesses and a map page. Nothing else is reached.
 class DemoServer {
@@ -18,6 +29,9 @@ public:
     DemoServer();
     ~DemoServer();
 
+    /// To be called before `Start`: Trovanumeri's directory lists so many businesses, its pages made as they are asked
+    /// for.
+    void ServeManyLeads(int leads) { manyLeads_ = leads; }
     /// Takes the ports and begins to answer. Throws std::runtime_error when no port is free.
     void Start();
     /// Ends all servers; returns when their threads have ended. Also done by the destructor.
@@ -39,9 +53,21 @@ public:
     /// Base address of the business websites.
     QString Businesses() const;
 
+    /// The modern directories, in the order in which a harvest walks them.
+    std::vector<ModernSite> ModernSites() const;
+    /// The leads of one of them, each field as a person reads it off the list; with `details` what the pages of the
+    /// businesses add. Empty for an unknown code.
+    std::vector<Lead> ModernLeads(QStringView code, bool details = false) const;
+    /// Gives the classes on the pages of a modern directory other names, as after a relaunch, or their first ones
+    /// again.
+    void ChangeClasses(QStringView code, bool changed);
+    /// The certificate of the authority that vouches for the secure ones, a PEM file; empty when there are none.
+    QString AuthorityFile() const;
+
 private:
     struct State;
     std::unique_ptr<State> state_;
+    int manyLeads_ = 0;
 };
 
 } // namespace Brindle::Demo

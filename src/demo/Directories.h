@@ -18,6 +18,9 @@ std::unique_ptr<DemoDirectory> MakeInfobelItalyDemo();
 std::unique_ptr<DemoDirectory> MakeVirgilioDemo();
 std::unique_ptr<DemoDirectory> MakeTrovanumeriDemo();
 
+/// In the place of Trovanumeri's: as many businesses as are wanted.
+std::unique_ptr<DemoDirectory> MakeManyLeadsDemo(int leads);
+
 /// The directories that there are.
 std::vector<std::unique_ptr<DemoDirectory>> AllDirectories();
 

@@ -1,5 +1,6 @@
 #include "demo/LoopbackServers.h"
 
+#include "demo/DemoAuthority.h"
 #include "demo/DemoPage.h"
 
 #include <condition_variable>
@@ -81,7 +82,7 @@ private:
 
 struct OneServer {
     QString Base;
-    httplib::Server Http;
+    std::unique_ptr<httplib::Server> Http;
     std::thread Acceptor;
 };
 
@@ -99,8 +100,22 @@ LoopbackServers::~LoopbackServers() {
 }
 
 QString LoopbackServers::Add() {
+    return Take(std::make_unique<httplib::Server>(), u"http");
+}
+
+QString LoopbackServers::AddSecure(const DemoAuthority& authority) {
+#ifdef BRINDLE_DEMO_TLS
+    return Take(std::make_unique<httplib::SSLServer>(authority.ServerCertificate(), authority.ServerKey()), u"https");
+#else
+    Q_UNUSED(authority);
+    throw std::runtime_error("built without https");
+#endif
+}
+
+QString LoopbackServers::Take(std::unique_ptr<httplib::Server> http_, QStringView scheme) {
     auto server = std::make_unique<OneServer>();
-    httplib::Server& http = server->Http;
+    server->Http = std::move(http_);
+    httplib::Server& http = *server->Http;
     http.new_task_queue = [this] { return new SharedQueue(running_->Answering); };
     http.set_socket_options([](auto) {}); // by default another program could take the same port
     // Header and body go out in two writes, the second of which would otherwise wait for the client's delayed answer.
@@ -114,7 +129,7 @@ QString LoopbackServers::Add() {
     const int port = http.bind_to_any_port("127.0.0.1");
     if (port <= 0)
         throw std::runtime_error("no free port on 127.0.0.1");
-    server->Base = u"http://127.0.0.1:%1"_s.arg(port);
+    server->Base = scheme + u"://127.0.0.1:" + QString::number(port);
     running_->Servers.push_back(std::move(server));
     return running_->Servers.back()->Base;
 }
@@ -122,22 +137,22 @@ QString LoopbackServers::Add() {
 httplib::Server& LoopbackServers::At(const QString& base) {
     for (const auto& server : running_->Servers)
         if (server->Base == base)
-            return server->Http;
+            return *server->Http;
     throw std::logic_error("no server at " + base.toStdString());
 }
 
 void LoopbackServers::Run() {
     for (const auto& server : running_->Servers)
-        server->Acceptor = std::thread([&http = server->Http] { http.listen_after_bind(); });
+        server->Acceptor = std::thread([&http = *server->Http] { http.listen_after_bind(); });
     // A server that is told to stop before it runs would not hear it.
     for (const auto& server : running_->Servers)
-        while (!server->Http.is_running())
+        while (!server->Http->is_running())
             std::this_thread::yield();
 }
 
 void LoopbackServers::Stop() {
     for (const auto& server : running_->Servers)
-        server->Http.stop();
+        server->Http->stop();
     for (const auto& server : running_->Servers)
         if (server->Acceptor.joinable())
             server->Acceptor.join();
