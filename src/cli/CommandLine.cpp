@@ -102,6 +102,10 @@ const std::vector<Option>& Options() {
          [](CommandLine& line, const QString& v) { line.Site = v; }},
         {u"--start", Of(Command::Harvest), true, [](CommandLine& line, const QString& v) { line.Start = v; }},
         {u"--demo", Of(Command::Harvest), false, [](CommandLine& line, const QString&) { line.OnDemo = true; }},
+        {u"--listings", Of(Command::Demo), true,
+         [](CommandLine& line, const QString& v) {
+             line.DemoListings = WholeNumber(u"--listings"_s, v, 1, 10'000'000);
+         }},
         {u"--browser", Of(Command::Harvest), true,
          [](CommandLine& line, const QString& v) {
              line.Browser = IsSecond(u"--browser"_s, v, u"static", u"web") ? BrowserKind::Web : BrowserKind::Static;
@@ -255,6 +259,8 @@ QString UsageText() {
            "brindle-cli sites                             the directories: code, base address, label\n"
            "brindle-cli harvest --site CODE --start URL   walk the result pages from URL on, write the leads\n"
            "brindle-cli parse   --site CODE PAGE...       read saved result pages, in the order given, as one "
+           "demo\n"
+           "  --listings N         the demo of Trovanumeri lists N businesses, its pages made as they are asked for\n"
            "harvest\n"
            "brindle-cli emails  URL                       the addresses of one business website, joined by \";\"\n"
            "brindle-cli fetch   URL                       one page through the page fetcher, to standard output\n"

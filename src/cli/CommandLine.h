@@ -54,6 +54,7 @@ struct CommandLine {
     QString Site;
     QString Start;
     bool OnDemo = false;
+    int DemoListings = 0; ///< of the directory that grows; 0: the usual ones
     BrowserKind Browser = BrowserKind::Static;
     QString OutFileName; ///< empty: standard output
     LeadFormat Format = LeadFormat::Csv;

@@ -122,11 +122,16 @@ int RunLanguage(const CommandLine& line, Console& console) {
 int RunDemo(const CommandLine& line, Console& console) {
     Session session(line, console, {});
     Demo::DemoServer server;
+    server.ServeManyLeads(line.DemoListings);
     server.Start();
     WriteToStandardOutput(server.SitesIni().toUtf8());
     for (const QString& code : server.SiteCodes())
         for (int layout = 1; layout <= server.LayoutCount(code); ++layout)
             console.Note(u"%1 layout %2: %3"_s.arg(code).arg(layout).arg(server.FirstResultPage(code, layout)));
+    for (const Demo::ModernSite& site : server.ModernSites())
+        console.Note(u"%1 (%2, %3%4): %5"_s.arg(site.Code, site.Label, site.Region,
+                                                site.NeedsScripts ? u", needs --browser web"_s : QString(),
+                                                site.Start));
     while (!session.CtrlC.Happened())
         session.Loop.WaitForMessage(std::nullopt);
     return ExitStatus::Interrupted;
