@@ -132,7 +132,7 @@ TurnedPage GetPagEmailNextURL(PageTurn& turn, const QString& page) {
     const QString target = NextPageNumber(page);
     const bool goesOn = target != u"1";
     if (goesOn)
-        turn.Job.Status.SetPanel(0, turn.Job.Texts.Text(Message::Request));
+        turn.Job.Status.SetPanel(StatusPanel::Message, turn.Job.Texts.Text(Message::Request));
     const bool clicked = ClickFirstLink(turn, [&](const QString& text) { return Trim(text) == target; });
     return {.Clicked = clicked, .GoesOn = goesOn};
 }

@@ -24,6 +24,16 @@ constexpr int redrawInterval = 100;
 
 } // namespace
 
+QString LiveLine(qint64 seconds, qint64 pages, qint64 leads, const QString& address) {
+    constexpr int narrowestTerminal = 80;
+    const QString line = u"%1:%2  %3 pages  %4 leads  %5"_s.arg(seconds / 60)
+                             .arg(seconds % 60, 2, 10, QLatin1Char('0'))
+                             .arg(pages)
+                             .arg(leads)
+                             .arg(OneLine(address));
+    return line.left(narrowestTerminal - 2);
+}
+
 Console::Console(bool quiet) : quiet_(quiet), terminal_(ErrorIsTerminal()) {
     sinceStart_.start();
 }
@@ -55,13 +65,7 @@ void Console::ShowProgress(qint64 pages, qint64 leads, const QString& address) {
     if (quiet_ || !terminal_ || (sinceDrawn_.isValid() && sinceDrawn_.elapsed() < redrawInterval))
         return;
     sinceDrawn_.start();
-    const qint64 seconds = sinceStart_.elapsed() / 1000;
-    const QString line = u"%1:%2  %3 pages  %4 leads  %5"_s.arg(seconds / 60)
-                             .arg(seconds % 60, 2, 10, QLatin1Char('0'))
-                             .arg(pages)
-                             .arg(leads)
-                             .arg(OneLine(address));
-    Write(u'\r' + line.left(78) + u"\x1B[K"_s);
+    Write(u'\r' + LiveLine(sinceStart_.elapsed() / 1000, pages, leads, address) + u"\x1B[K"_s);
     liveLineShown_ = true;
 }
 

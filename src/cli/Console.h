@@ -8,6 +8,9 @@
 
 namespace Brindle {
 
+/// What the live line shows: one line that fits a terminal and cannot steer it, whatever an address holds.
+QString LiveLine(qint64 seconds, qint64 pages, qint64 leads, const QString& address);
+
 /// The standard error of the command line: errors, one line each, and the progress of a harvest: a live line on a
 /// terminal, plain lines otherwise. Nothing but errors when quiet.
 class Console {

@@ -5,7 +5,6 @@
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "core/HarvestDriver.h"
-#include "net/CustomProxy.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -137,8 +136,7 @@ std::unique_ptr<EmbeddedBrowser> MakeBrowser(const CommandLine& line, Session& s
         browser = webBrowser(session.Loop, {});
     else
         browser = std::make_unique<StaticBrowser>();
-    const QString& userAgent = session.Sites.BrowserUserAgent;
-    SetCustomProxy(*browser, session.Options, userAgent.isEmpty() ? BrowserUserAgent() : userAgent);
+    session.Bench.SetUp(*browser);
     return browser;
 }
 

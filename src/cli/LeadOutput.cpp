@@ -1,34 +1,12 @@
 #include "cli/LeadOutput.h"
 
+#include "platform/StandardStreams.h"
+
 #include <QDir>
-
-#include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The descriptor of standard output, which takes bytes as they are.
-int StandardOutput() {
-#ifdef Q_OS_WIN
-    const int descriptor = _fileno(stdout);
-    _setmode(descriptor, _O_BINARY);
-    return descriptor;
-#else
-    return STDOUT_FILENO;
-#endif
-}
-
-} // namespace
 
 LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings,
                        const ExtraColumns& extra)
@@ -46,7 +24,7 @@ LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat form
         constexpr auto mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
         // The descriptor, because the stream of that name would keep the last leads to itself until the end.
         const bool opened =
-            fileName.isEmpty() ? file_.open(StandardOutput(), mode) : file_.open(mode | QIODevice::Truncate);
+            fileName.isEmpty() ? file_.open(StandardOutputDescriptor(), mode) : file_.open(mode | QIODevice::Truncate);
         if (!opened)
             throw Failure(u"%1: %2"_s.arg(shownName_, file_.errorString()));
         lines_ = MakeLeadLines(format, shape);

@@ -2,6 +2,7 @@
 #include "cli/Session.h"
 #include "i18n/LanguageFile.h"
 #include "platform/CreatePlatform.h"
+#include "platform/StandardStreams.h"
 #include "settings/SettingsText.h"
 
 #include <QCoreApplication>
@@ -13,13 +14,6 @@
 #endif
 
 #include <algorithm>
-#include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <fcntl.h>
-#include <io.h>
-#endif
-
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -41,11 +35,9 @@ QString Escaped(QString text) {
 } // namespace
 
 void WriteToStandardOutput(const QByteArray& bytes) {
-#ifdef Q_OS_WIN
-    _setmode(_fileno(stdout), _O_BINARY);
-#endif
-    const auto size = static_cast<size_t>(bytes.size());
-    if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+    QFile output;
+    if (!output.open(StandardOutputDescriptor(), QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        output.write(bytes) != bytes.size())
         throw Failure(u"standard output: cannot be written"_s);
 }
 

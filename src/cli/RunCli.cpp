@@ -3,17 +3,10 @@
 #include "cli/AnyPageCommands.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
+#include "platform/Programs.h"
+#include "workbench/Product.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
-
-#include <cstdio>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#else
-#include <QProcess>
-#endif
 
 namespace Brindle {
 
@@ -21,31 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-#ifdef Q_OS_UNIX
-// Becomes the other program: same process, same standard streams, same Ctrl-C.
-int BecomeProgram(const QString& program, const QStringList& arguments) {
-    std::vector<QByteArray> texts{program.toLocal8Bit()};
-    for (const QString& argument : arguments)
-        texts.push_back(argument.toLocal8Bit());
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (QByteArray& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    execv(pointers[0], pointers.data());
-    throw Failure(u"%1: cannot be started"_s.arg(program));
-}
-#else
-int BecomeProgram(const QString& program, const QStringList& arguments) {
-    return QProcess::execute(program, arguments);
-}
-#endif
-
 int RunWithEngine(const QStringList& arguments) {
-    QString program = QCoreApplication::applicationDirPath() + u"/brindle-cli-web"_s;
-#ifdef Q_OS_WIN
-    program += u".exe"_s;
-#endif
+    const QString program = ProgramBeside(u"brindle-cli-web"_s);
     if (!QFileInfo::exists(program))
         throw Failure(u"--browser web: this installation has no browser engine"_s);
     return BecomeProgram(program, arguments);
@@ -84,7 +54,7 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         WriteToStandardOutput(UsageText().toLocal8Bit());
         return ExitStatus::Done;
     case Command::Version:
-        WriteToStandardOutput("Brindle " BRINDLE_VERSION "\n");
+        WriteToStandardOutput(QString(ProductTitle() + u' ' + ProductVersion() + u'\n').toLocal8Bit());
         return ExitStatus::Done;
     case Command::Run:
     case Command::Work:

@@ -6,8 +6,8 @@
 #include "settings/OptionsFile.h"
 #include "settings/SettingsStore.h"
 #include "settings/SettingsText.h"
+#include "workbench/ProgramFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -16,8 +16,7 @@ namespace Brindle {
 using namespace Qt::StringLiterals;
 
 Settings LoadSettingsInForce(const CommandLine& line, Platform& platform) {
-    const QString fileName =
-        line.SettingsFileName.value_or(QDir(platform.SettingsFolder()).filePath(u"settings.dat"_s));
+    const QString fileName = ProgramFiles::Settings(platform, line.SettingsFileName.value_or(QString()));
     if (line.SettingsFileName && !QFileInfo::exists(fileName))
         throw Failure(u"%1: no such file"_s.arg(QDir::toNativeSeparators(fileName)));
     Settings settings = SettingsStore(fileName, platform.GetDocumentsFolder()).LoadSettings();
@@ -40,9 +39,9 @@ Settings LoadSettingsInForce(const CommandLine& line, Platform& platform) {
 }
 
 MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Console& console) {
-    const QDir folder = line.SettingsFileName ? QFileInfo(*line.SettingsFileName).dir() : platform.SettingsFolder();
     QStringList problems;
-    MoreOptions options = OptionsFile(folder.filePath(u"options.toml"_s)).Load(problems);
+    const QString fileName = ProgramFiles::Options(platform, line.SettingsFileName.value_or(QString()));
+    MoreOptions options = OptionsFile(fileName).Load(problems);
     for (const QString& problem : problems)
         console.Error(problem);
     for (const QString& assignment : line.Overrides) {
@@ -55,35 +54,28 @@ MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Cons
 }
 
 SitesFile LoadSites(const CommandLine& line) {
-    return SitesFile::Load(line.SitesFileName.value_or(QCoreApplication::applicationDirPath() + u"/sites.ini"_s));
+    return SitesFile::Load(ProgramFiles::Sites(line.SitesFileName.value_or(QString())));
 }
 
 Session::Session(const CommandLine& line, Console& console, SitesFile sites)
     : Out(console),
       System(CreatePlatform()),
-      Sites(std::move(sites)),
-      Catalogue(Sites.Catalogue()),
-      Options(LoadSettingsInForce(line, *System)),
-      More(LoadOptionsInForce(line, *System, console)),
       Loop(SystemTickCount),
       Notices(console),
-      Fetcher(State, Options, Texts, Loop, Status),
-      Emails(State, Options, Fetcher),
-      Saver(State, Options, Leads, Texts, Status, Loop),
-      Job({State, Leads, Options, Texts, Catalogue, Loop, Status, Notices, Fetcher, Emails, Saver}),
+      Bench({Loop, Status, Notices}, std::move(sites)),
       CtrlC([this] {
           State.ShouldStop = true;
           Loop.Quit();
           Fetcher.Disconnect();
       }) {
+    Options = LoadSettingsInForce(line, *System);
+    More = LoadOptionsInForce(line, *System, console);
+    Bench.LoadCatalogue();
     Loop.SetPace(line.Pace);
     Fetcher.SetPatience(qRound64(line.PatienceSeconds * 1000));
     Fetcher.AttemptFailed = [this](const QString& failure) { Out.Note(failure); };
     Fetcher.GaveUp = [this](const QString& failure) { Out.Error(failure); };
-    const LanguageFile language(ReadLanguageText(LanguageFileName(Options.Language)));
-    language.FillMessages(Texts, 0, u"Brindle"_s);
-    if (!language.IsEmpty())
-        Leads.Captions = language.ColumnCaptions();
+    Bench.Use(LanguageFile(ReadLanguageText(LanguageFileName(Options.Language))));
     Job.LeadKept = [this](const Lead& lead) { Report.Add(lead); };
 }
 

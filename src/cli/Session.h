@@ -2,16 +2,11 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Console.h"
-#include "cli/Interrupt.h"
 #include "cli/LeadReport.h"
-#include "core/Harvest.h"
-#include "core/MoreOptions.h"
 #include "core/Platform.h"
 #include "core/QtMessageLoop.h"
-#include "core/SitesFile.h"
-#include "export/AutomaticSaver.h"
-#include "net/EmailHarvester.h"
-#include "net/PageFetcher.h"
+#include "platform/Interrupt.h"
+#include "workbench/Workbench.h"
 
 #include <memory>
 
@@ -36,7 +31,7 @@ MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Cons
 /// The deployment file in force. Throws `Failure` when it cannot be read.
 SitesFile LoadSites(const CommandLine& line);
 
-/// Everything that a command which fetches or harvests needs, built the way the window builds it.
+/// Everything that a command which fetches or harvests needs, on the same workbench as the window.
 class Session {
 public:
     /// `sites`: what the directories' addresses are taken from. Throws `Failure`.
@@ -48,20 +43,23 @@ public:
 
     Console& Out;
     std::unique_ptr<Platform> System;
-    SitesFile Sites;
-    SiteCatalogue Catalogue;
-    Settings Options;
-    MoreOptions More;
-    MessageTexts Texts;
     QtMessageLoop Loop;
-    LeadList Leads;
-    HarvestState State;
     SilentStatus Status;
     ConsoleDialogs Notices;
-    PageFetcher Fetcher;
-    EmailHarvester Emails;
-    AutomaticSaver Saver;
-    Harvest Job;
+    Workbench Bench;
+
+    // What is on the workbench, for those who need but a part of it.
+    const SitesFile& Sites = Bench.Sites;
+    const SiteCatalogue& Catalogue = Bench.Catalogue;
+    Settings& Options = Bench.Options;
+    MoreOptions& More = Bench.More;
+    MessageTexts& Texts = Bench.Texts;
+    LeadList& Leads = Bench.Leads;
+    HarvestState& State = Bench.State;
+    PageFetcher& Fetcher = Bench.Fetcher;
+    EmailHarvester& Emails = Bench.Emails;
+    AutomaticSaver& Saver = Bench.Saver;
+    Harvest& Job = Bench.Job;
     LeadReport Report;
     Interrupt CtrlC;
 

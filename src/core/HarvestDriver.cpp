@@ -73,7 +73,8 @@ void HarvestDriver::Launch() {
     harvest_.Begin();
     pagesRead_.Clear();
     loadedAnew_ = false;
-    harvest_.Status.SetPanel(2, harvest_.Texts.WithNumber(Message::ExportedCount, state.ExportedNum));
+    harvest_.Status.SetPanel(StatusPanel::ExportedCount,
+                             harvest_.Texts.WithNumber(Message::ExportedCount, state.ExportedNum));
     const quint32 stopsBefore = stops_;
     harvest_.PumpMessages();
     if (stops_ != stopsBefore || harvest_.Loop.Quitting())
@@ -95,7 +96,7 @@ void HarvestDriver::Stop() {
     browser_.Stop();
     harvest_.Pages.Disconnect();
     harvest_.Pages.Disconnect();
-    harvest_.Status.SetPanel(0, {});
+    harvest_.Status.SetPanel(StatusPanel::Message, {});
     harvest_.Status.SetProgressPosition(0);
     Delay(harvest_.Loop, 1000);
     harvest_.PumpMessages();
@@ -166,7 +167,7 @@ void HarvestDriver::Tick() {
     HarvestState& state = harvest_.State;
     tmrParse_->SetEnabled(false);
     state.Parsing = false;
-    harvest_.Status.SetPanel(0, {});
+    harvest_.Status.SetPanel(StatusPanel::Message, {});
 
     // Reading can wait for the page, too, so messages are handled meanwhile.
     const QString page = browser_.BodyOuterHtml(MarkupFormOf(state.CurrID));
@@ -251,7 +252,7 @@ void HarvestDriver::LoadNext(const QString& page) {
         // Site and layout are those of the page that was read; they can change while messages are handled.
         const QString address = MadeAbsolute(link);
         const bool slow = harvest_.State.CurrID == SiteCode::InfobelItaly;
-        harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+        harvest_.Status.SetPanel(StatusPanel::Message, harvest_.Texts.Text(Message::Request));
         browser_.Navigate(u"about:blank"_s);
         Delay(harvest_.Loop, 2000);
         if (harvest_.ShouldStop())
@@ -267,7 +268,7 @@ void HarvestDriver::LoadNext(const QString& page) {
 }
 
 void HarvestDriver::GoOn(bool nextPageLoaded, bool openToStart) {
-    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::Request));
+    harvest_.Status.SetPanel(StatusPanel::Message, harvest_.Texts.Text(Message::Request));
     tmrParse_->SetEnabled(true);
     harvest_.State.Parsing = !openToStart;
     if (observer_)
@@ -277,7 +278,7 @@ void HarvestDriver::GoOn(bool nextPageLoaded, bool openToStart) {
 void HarvestDriver::Finish() {
     harvest_.State.Parsing = false;
     harvest_.PumpMessages();
-    harvest_.Status.SetPanel(0, harvest_.Texts.Text(Message::HarvestFinished));
+    harvest_.Status.SetPanel(StatusPanel::Message, harvest_.Texts.Text(Message::HarvestFinished));
     harvest_.Status.SetProgressPosition(0);
 }
 

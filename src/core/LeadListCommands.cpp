@@ -18,7 +18,7 @@ QString DuplicateKeyOf(QStringView siteCode, const Lead& lead) {
 }
 
 void ShowListCount(const LeadList& leads, const MessageTexts& texts, StatusView& status) {
-    status.SetPanel(1, texts.WithNumber(Message::ListCount, leads.Count()));
+    status.SetPanel(StatusPanel::ListCount, texts.WithNumber(Message::ListCount, leads.Count()));
 }
 
 bool DeleteSelected(LeadList& leads, std::span<const qsizetype> rows, QStringView siteCode, const MessageTexts& texts,

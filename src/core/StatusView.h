@@ -4,7 +4,12 @@
 
 namespace Brindle {
 
-/// Port: the status bar. Panel 0 holds the message, 1 the list count, 2 the exported count, 3 the progress label.
+/// The panels of the status bar, left to right.
+namespace StatusPanel {
+enum : int { Message, ListCount, ExportedCount, ProgressLabel };
+}
+
+/// Port: the status bar.
 class StatusView {
 public:
     virtual ~StatusView() = default;

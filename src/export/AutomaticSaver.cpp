@@ -18,12 +18,12 @@ AutomaticSaver::AutomaticSaver(HarvestState& state, const Settings& settings, co
 
 void AutomaticSaver::AutomaticSave(const QString& folder, const QString& name, const QString& line) {
     const QString fileName = folder + QDir::separator() + SanitizeFileName(name) + u' ' + state_.DateTimeVal + u".csv";
-    status_.SetPanel(0, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName));
+    status_.SetPanel(StatusPanel::Message, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName));
     loop_.ProcessMessages();
 
     AppendRecord(fileName, line);
     ++state_.ExportedNum;
-    status_.SetPanel(2, texts_.WithNumber(Message::ExportedCount, state_.ExportedNum));
+    status_.SetPanel(StatusPanel::ExportedCount, texts_.WithNumber(Message::ExportedCount, state_.ExportedNum));
     loop_.ProcessMessages();
 }
 

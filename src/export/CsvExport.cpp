@@ -71,7 +71,7 @@ bool ExportSelected(const ExportCommand& command, std::span<const qsizetype> sel
     if (fileName.isEmpty())
         return false;
     const auto show = [&command](const QString& text) {
-        command.Status.SetPanel(0, text);
+        command.Status.SetPanel(StatusPanel::Message, text);
         command.Loop.ProcessMessages();
     };
     show(command.Texts.Text(Message::Saving));

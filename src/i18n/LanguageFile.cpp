@@ -10,6 +10,8 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A language file has some ten kilobytes; reading stops far beyond that, whatever the file is.
@@ -34,6 +36,12 @@ QString ReadLanguageText(const QString& fileName) {
     if (file.error() != QFileDevice::NoError || bytes.size() > sizeLimit)
         return {};
     return DecodeLanguageText(bytes);
+}
+
+const QList<Language>& OfferedLanguages() {
+    static const QList<Language> languages{
+        {u"en"_s, u"English"_s}, {u"fr"_s, u"French"_s}, {u"es"_s, u"Spanish"_s}, {u"it"_s, u"Italian"_s}};
+    return languages;
 }
 
 QString LanguageFolder() {

@@ -3,6 +3,7 @@
 #include "core/MessageTexts.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,14 @@ namespace Brindle {
 QString ReadLanguageText(const QString& fileName);
 /// The same for the bytes of a file.
 QString DecodeLanguageText(const QByteArray& bytes);
+
+/// A language that the program offers.
+struct Language {
+    QString Code; ///< the name of its file
+    QString Name; ///< in English
+};
+/// In the order in which they are offered.
+const QList<Language>& OfferedLanguages();
 
 /// The folder of the language files, beside the executable.
 QString LanguageFolder();

@@ -82,11 +82,11 @@ void PageFetcher::EndFailedAttempt(const QString& url, const QString& reason, Ro
     }
     Delay(loop_, pauseAfterFailure);
     if (state_.ShouldStop) {
-        status_.SetPanel(0, texts_.Text(Message::RequestStopped));
+        status_.SetPanel(StatusPanel::Message, texts_.Text(Message::RequestStopped));
     } else {
-        status_.SetPanel(0, {});
+        status_.SetPanel(StatusPanel::Message, {});
         if (!rotation.Ended)
-            status_.SetPanel(0, texts_.Text(Message::NextProxy));
+            status_.SetPanel(StatusPanel::Message, texts_.Text(Message::NextProxy));
     }
     loop_.ProcessMessages();
     if (rotation.Ended || TimeLeft(rotation) != 0)
@@ -125,13 +125,13 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
         KeepReason(url, u"stopped"_s);
         return false;
     }
-    status_.SetPanel(0, texts_.Text(Message::DirectDownload));
+    status_.SetPanel(StatusPanel::Message, texts_.Text(Message::DirectDownload));
     status_.SetProgressPosition(0);
     loop_.ProcessMessages();
     const HttpResponse response = Get(url, directReadTimeoutMs, 0);
     if (response.Succeeded()) {
         page = TextOf(response, utf8);
-        status_.SetPanel(0, {});
+        status_.SetPanel(StatusPanel::Message, {});
         return true;
     }
     KeepReason(url, ReasonOf(response));
@@ -187,7 +187,7 @@ void PageFetcher::WaitRandomDelay(const Rotation& rotation) {
     const int bound = settings_.eRandom.toInt(&isNumber);
     if (!isNumber)
         return;
-    status_.SetPanel(0, texts_.Text(Message::RandomDelay) + rotation.Remark());
+    status_.SetPanel(StatusPanel::Message, texts_.Text(Message::RandomDelay) + rotation.Remark());
     qint64 ms = bound > 0 ? random_(bound) * qint64{1000} : 0;
     if (const std::optional<qint64> left = TimeLeft(rotation); left && loop_.Pace() > 0)
         ms = std::min(ms, qRound64(static_cast<double>(*left) / loop_.Pace()));
@@ -240,7 +240,7 @@ QString PageFetcher::TextOf(const HttpResponse& response, bool utf8) const {
 }
 
 void PageFetcher::Show(const QString& text) {
-    status_.SetPanel(0, text);
+    status_.SetPanel(StatusPanel::Message, text);
     loop_.ProcessMessages();
 }
 

@@ -10,6 +10,9 @@ enum class StandardStream { Output, Error };
 
 void WriteTo(StandardStream stream, const QString& text);
 
+/// The descriptor of standard output, which takes bytes as they are; there is no other way to write data there.
+int StandardOutputDescriptor();
+
 /// Whether standard error is a terminal that can clear and overwrite its current line. On Windows this also tells the
 /// console to take the escape sequences for it.
 bool ErrorIsTerminal();

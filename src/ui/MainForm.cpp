@@ -114,7 +114,8 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     row->setSpacing(6);
     lblCurrentLanguage = Label(parent, u"lblCurrentLanguage"_s, u"Language:"_s);
     cbxLanguage = Selector(parent, u"cbxLanguage"_s);
-    cbxLanguage->addItems({u"English"_s, u"French"_s, u"Spanish"_s, u"Italian"_s});
+    for (const Language& language : OfferedLanguages())
+        cbxLanguage->addItem(language.Name, language.Code);
     lblWebsite = Label(parent, u"lblWebsite"_s, u"Website:"_s);
     cbxWebsites = Selector(parent, u"cbxWebsites"_s);
     cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -208,7 +209,7 @@ void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& te
         BrowserBar::SetHint(button, language.Main(number));
     pgcMain->setTabText(0, language.Main(18));
     pgcMain->setTabText(1, language.Main(19));
-    Status->SetPanel(3, language.Main(43));
+    Status->SetPanel(StatusPanel::ProgressLabel, language.Main(43));
     Notice->SetCloseHint(texts.Text(WindowText::CloseNotice));
     AccessKeys::SetHint(btnUpdates, btnUpdates->isEnabled() ? QString() : texts.Text(WindowText::NoUpdateAddress));
     for (QPushButton* button : {btnStart, btnStop})

@@ -55,9 +55,9 @@ StatusBarView::StatusBarView(QWidget* parent)
     activity_->setContentsMargins(6, 0, 0, 0);
     addPermanentWidget(activity_);
     activity_->hide();
-    SetPanel(1, u"0 items listed"_s);
-    SetPanel(2, u"0 items exported"_s);
-    SetPanel(3, u"Progress:"_s);
+    SetPanel(StatusPanel::ListCount, u"0 items listed"_s);
+    SetPanel(StatusPanel::ExportedCount, u"0 items exported"_s);
+    SetPanel(StatusPanel::ProgressLabel, u"Progress:"_s);
     mainGauge_->setObjectName(u"MainGauge");
     mainGauge_->setTextVisible(false);
     mainGauge_->setRange(0, 100);

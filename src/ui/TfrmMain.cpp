@@ -5,11 +5,11 @@
 #include "core/Errors.h"
 #include "core/LeadListCommands.h"
 #include "export/CsvExport.h"
-#include "net/CustomProxy.h"
 #include "ui/BrowserEmulation.h"
 #include "ui/ExportBox.h"
 #include "ui/Icons.h"
 #include "ui/TfrmSettings.h"
+#include "workbench/Product.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -17,7 +17,7 @@
 #include <QFileInfo>
 #include <QShortcut>
 
-#include <array>
+#include <algorithm>
 
 namespace Brindle {
 
@@ -25,10 +25,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int edition = 0;
 constexpr int startUpDelay = 100;
 constexpr int indicatorInterval = 500;
-constexpr std::array<QStringView, 4> languageCodes{u"en", u"fr", u"es", u"it"};
 const QString blank = u"about:blank"_s;
 
 ShownBrowser NewsBrowser(const MainWindowParts& parts) {
@@ -39,14 +37,9 @@ ShownBrowser NewsBrowser(const MainWindowParts& parts) {
 
 } // namespace
 
-QString ProductTitle() {
-    return u"Brindle"_s;
-}
-
 TfrmMain::TfrmMain(const MainWindowParts& parts)
     : loop_(parts.Loop),
       system_(parts.System),
-      sites_(parts.Sites),
       browser_(parts.CreateBrowser(parts.Loop, QDir(parts.SettingsFolder).filePath(u"browser"_s))),
       news_(NewsBrowser(parts)),
       form_(*this, browser_.View, news_.View),
@@ -54,19 +47,15 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       notices_(parts.Notices ? *parts.Notices : messageBoxes_),
       store_(parts.SettingsFileName, system_.GetDocumentsFolder()),
       place_(QDir(parts.SettingsFolder).filePath(u"window.ini"_s)),
-      idHttp1_(state_, options_, texts_, loop_, *form_.Status),
-      emails_(state_, options_, idHttp1_),
-      saver_(state_, options_, leads_, texts_, *form_.Status, loop_),
-      harvest_(
-          {state_, leads_, options_, texts_, catalogue_, loop_, *form_.Status, notices_, idHttp1_, emails_, saver_}),
-      driver_(harvest_, *browser_.Browser, SiteAdapters(), this),
-      selector_(harvest_, driver_, *browser_.Browser, system_),
-      updatePages_(updateState_, options_, texts_, loop_, *form_.Status),
-      updates_({updatePages_, texts_, notices_, *form_.Status, system_, loop_}, sites_.PublisherUpdates,
-               QStringLiteral(BRINDLE_VERSION)),
+      bench_({loop_, *form_.Status, notices_}, parts.Sites),
+      driver_(bench_.Job, *browser_.Browser, SiteAdapters(), this),
+      selector_(bench_.Job, driver_, *browser_.Browser, system_),
+      updatePages_(updateState_, bench_.Options, bench_.Texts, loop_, *form_.Status),
+      updates_({updatePages_, bench_.Texts, notices_, *form_.Status, system_, loop_}, bench_.Sites.PublisherUpdates,
+               ProductVersion()),
       links_(system_, notices_, windowTexts_),
       browserNotices_(*browser_.Browser, *form_.Notice, windowTexts_),
-      indicator_(harvest_, *form_.Status, windowTexts_),
+      indicator_(bench_.Job, *form_.Status, windowTexts_),
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
       tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
     setObjectName(u"frmMain");
@@ -131,21 +120,19 @@ void TfrmMain::FormCreate() {
     SetIERegistryKey(system_.BrowserEngineVersion(), QFileInfo(QCoreApplication::applicationFilePath()).fileName(),
                      system_, *browser_.Browser);
     LoadSettings();
-    const auto code = std::find(languageCodes.begin(), languageCodes.end(), options_.Language);
-    form_.cbxLanguage->setCurrentIndex(code == languageCodes.end() ? 0
-                                                                   : static_cast<int>(code - languageCodes.begin()));
+    form_.cbxLanguage->setCurrentIndex(std::max(0, form_.cbxLanguage->findData(bench_.Options.Language)));
     form_.cbxWebsites->addItem(u"Loading Websites...."_s);
     form_.cbxWebsites->setEnabled(false);
     form_.btnStart->setEnabled(false);
-    form_.btnUpdates->setEnabled(!sites_.PublisherUpdates.isEmpty());
-    LoadLanguage(options_.Language);
-    setWindowTitle(ProductTitle() + QStringLiteral(" " BRINDLE_VERSION));
-    ApplyProxy();
+    form_.btnUpdates->setEnabled(!bench_.Sites.PublisherUpdates.isEmpty());
+    LoadLanguage(bench_.Options.Language);
+    setWindowTitle(QString(ProductTitle() + u' ' + ProductVersion()));
+    bench_.SetUp(*browser_.Browser);
     form_.Bar->edtAddress->setFocus();
 
-    if (!sites_.PublisherHelp.isEmpty())
+    if (!bench_.Sites.PublisherHelp.isEmpty())
         connect(new QShortcut(QKeySequence(QKeySequence::HelpContents), this), &QShortcut::activated, this,
-                [this] { links_.Open(sites_.PublisherHelp); });
+                [this] { links_.Open(bench_.Sites.PublisherHelp); });
 }
 
 void TfrmMain::showEvent(QShowEvent* event) {
@@ -176,7 +163,7 @@ void TfrmMain::tmlTimer() {
         return;
     LoadCatalogue();
     if (news_.Browser)
-        news_.Browser->Navigate(sites_.PublisherNews);
+        news_.Browser->Navigate(bench_.Sites.PublisherNews);
     ready_ = true;
     // Last, because its server may keep it waiting, and nobody has asked for it.
     updates_.Run(false);
@@ -191,27 +178,27 @@ void TfrmMain::closeEvent(QCloseEvent* event) {
 }
 
 void TfrmMain::FormCloseQuery() {
-    state_.ShouldStop = true;
+    bench_.State.ShouldStop = true;
     loop_.Quit();
     tml_->SetEnabled(false);
-    idHttp1_.Disconnect();
+    bench_.Fetcher.Disconnect();
     updatePages_.Disconnect();
     browser_.Browser->Stop();
 }
 
 void TfrmMain::LoadSettings() {
     try {
-        options_ = store_.LoadSettings();
+        bench_.Options = store_.LoadSettings();
     } catch (const Failure& failure) {
-        options_ = Settings();
-        options_.eExportFolder = system_.GetDocumentsFolder();
-        form_.Status->SetPanel(0, failure.Message());
+        bench_.Options = Settings();
+        bench_.Options.eExportFolder = system_.GetDocumentsFolder();
+        form_.Status->SetPanel(StatusPanel::Message, failure.Message());
     }
 }
 
 void TfrmMain::SaveSettings() {
     try {
-        store_.SaveSettings(options_);
+        store_.SaveSettings(bench_.Options);
     } catch (const SaveError& error) {
         notices_.Warn(error.Message());
     }
@@ -224,57 +211,51 @@ void TfrmMain::LoadLanguage(const QString& code) {
         return;
     windowTexts_.Load(text);
     qtTexts_.Load(code);
-    leads_.Captions = language.ColumnCaptions();
-    language.FillMessages(texts_, edition, ProductTitle());
+    bench_.Use(language);
     model_.CaptionsChanged();
     form_.ApplyCaptions(language, windowTexts_);
     if (!form_.cbxWebsites->isEnabled())
-        form_.cbxWebsites->setItemText(0, texts_.Text(Message::LoadingWebsites));
+        form_.cbxWebsites->setItemText(0, bench_.Texts.Text(Message::LoadingWebsites));
     // The counts stand there until something is counted again, in the language of before.
-    ShowListCount(leads_, texts_, *form_.Status);
-    form_.Status->SetPanel(2, texts_.WithNumber(Message::ExportedCount, state_.ExportedNum));
+    ShowListCount(bench_.Leads, bench_.Texts, *form_.Status);
+    form_.Status->SetPanel(StatusPanel::ExportedCount,
+                           bench_.Texts.WithNumber(Message::ExportedCount, bench_.State.ExportedNum));
 }
 
 void TfrmMain::LoadCatalogue() {
-    catalogue_ = sites_.Catalogue();
+    bench_.LoadCatalogue();
     form_.cbxWebsites->clear();
-    form_.cbxWebsites->addItems(catalogue_.WebsiteURLS());
-    const bool any = !catalogue_.WebsiteURLS().isEmpty();
+    form_.cbxWebsites->addItems(bench_.Catalogue.WebsiteURLS());
+    const bool any = !bench_.Catalogue.WebsiteURLS().isEmpty();
     form_.cbxWebsites->setEnabled(any);
     form_.btnStart->setEnabled(any);
-    if (!sites_.Problems.empty())
-        form_.Status->SetPanel(0, sites_.Problems.front().Text);
+    if (!bench_.Sites.Problems.empty())
+        form_.Status->SetPanel(StatusPanel::Message, bench_.Sites.Problems.front().Text);
     if (any)
         selector_.Open(form_.cbxWebsites->currentText());
 }
 
-void TfrmMain::ApplyProxy() {
-    SetCustomProxy(*browser_.Browser, options_,
-                   sites_.BrowserUserAgent.isEmpty() ? BrowserUserAgent() : sites_.BrowserUserAgent);
-}
-
 void TfrmMain::cbxLanguageChange(int index) {
-    const bool known = index >= 0 && index < static_cast<int>(languageCodes.size());
-    const QString code = known ? languageCodes.at(static_cast<size_t>(index)).toString() : options_.Language;
-    if (code == options_.Language)
+    const QString code = form_.cbxLanguage->itemData(index).toString();
+    if (code.isEmpty() || code == bench_.Options.Language)
         return;
-    options_.Language = code;
+    bench_.Options.Language = code;
     SaveSettings();
-    LoadLanguage(options_.Language);
+    LoadLanguage(code);
 }
 
 void TfrmMain::cbxWebsitesChange() {
-    if (form_.cbxWebsites->currentText() != state_.SelectedEntry)
+    if (form_.cbxWebsites->currentText() != bench_.State.SelectedEntry)
         selector_.Change(form_.cbxWebsites->currentText());
     FollowHarvest();
 }
 
 void TfrmMain::btnSettingsClick() {
-    TfrmSettings dialog(options_, leads_.Captions, system_, notices_, this);
+    TfrmSettings dialog(bench_.Options, bench_.Leads.Captions, system_, notices_, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     SaveSettings();
-    ApplyProxy();
+    bench_.SetUp(*browser_.Browser);
 }
 
 void TfrmMain::btnUpdatesClick() {
@@ -283,25 +264,26 @@ void TfrmMain::btnUpdatesClick() {
 
 void TfrmMain::btnRDeleteClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
-    DeleteSelected(leads_, rows, state_.CurrID, texts_, notices_, loop_, *form_.Status);
+    DeleteSelected(bench_.Leads, rows, bench_.State.CurrID, bench_.Texts, notices_, loop_, *form_.Status);
 }
 
 void TfrmMain::btnRDeleteAllClick() {
-    DeleteAll(leads_, texts_, notices_, loop_, *form_.Status);
+    DeleteAll(bench_.Leads, bench_.Texts, notices_, loop_, *form_.Status);
 }
 
 void TfrmMain::btnExportAllClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
     form_.Results->setEnabled(false); // messages are handled meanwhile, and the rows must stay
-    ExportBox box(this, texts_.Text(Message::Saving), windowTexts_.Text(WindowText::CancelExport));
-    ExportSelected({leads_, options_, texts_, notices_, *form_.Status, loop_, system_.GetDocumentsFolder()}, rows,
-                   [&](qsizetype written, qsizetype count) {
-                       form_.Status->SetProgressMaximum(count);
-                       form_.Status->SetProgressPosition(written);
-                       box.Show(written, count);
-                       loop_.ProcessMessages();
-                       return !loop_.Quitting() && !box.Cancelled();
-                   });
+    ExportBox box(this, bench_.Texts.Text(Message::Saving), windowTexts_.Text(WindowText::CancelExport));
+    ExportSelected(
+        {bench_.Leads, bench_.Options, bench_.Texts, notices_, *form_.Status, loop_, system_.GetDocumentsFolder()},
+        rows, [&](qsizetype written, qsizetype count) {
+            form_.Status->SetProgressMaximum(count);
+            form_.Status->SetProgressPosition(written);
+            box.Show(written, count);
+            loop_.ProcessMessages();
+            return !loop_.Quitting() && !box.Cancelled();
+        });
     form_.Status->SetProgressPosition(0);
     form_.Results->setEnabled(true);
 }
@@ -309,7 +291,7 @@ void TfrmMain::btnExportAllClick() {
 void TfrmMain::OpenFieldOfSelected(Field field) {
     const qsizetype row = form_.lvwItems->Selected();
     if (row >= 0)
-        links_.Open(leads_.FieldAt(row, field));
+        links_.Open(bench_.Leads.FieldAt(row, field));
 }
 
 void TfrmMain::ewbMainNavigateComplete() {

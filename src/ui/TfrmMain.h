@@ -2,11 +2,7 @@
 
 #include "core/HarvestDriver.h"
 #include "core/Platform.h"
-#include "core/SitesFile.h"
-#include "export/AutomaticSaver.h"
 #include "i18n/WindowTexts.h"
-#include "net/EmailHarvester.h"
-#include "net/PageFetcher.h"
 #include "settings/SettingsStore.h"
 #include "ui/BrowserNotices.h"
 #include "ui/BrowserViews.h"
@@ -18,6 +14,7 @@
 #include "ui/SiteSelector.h"
 #include "ui/UpdateCheck.h"
 #include "ui/WindowPlace.h"
+#include "workbench/Workbench.h"
 
 #include <QMainWindow>
 
@@ -51,12 +48,12 @@ public:
     bool Ready() const { return ready_; }
 
     // The state that tests look at.
-    LeadList& Leads() { return leads_; }
-    HarvestState& State() { return state_; }
-    Settings& Options() { return options_; }
+    LeadList& Leads() { return bench_.Leads; }
+    HarvestState& State() { return bench_.State; }
+    Settings& Options() { return bench_.Options; }
     EmbeddedBrowser& ewbMain() { return *browser_.Browser; }
     HarvestDriver& Driver() { return driver_; }
-    PageFetcher& IdHTTP1() { return idHttp1_; }
+    PageFetcher& IdHTTP1() { return bench_.Fetcher; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -75,7 +72,6 @@ private:
     void SaveSettings();
     void LoadLanguage(const QString& code);
     void LoadCatalogue();
-    void ApplyProxy();
 
     void cbxLanguageChange(int index);
     void cbxWebsitesChange();
@@ -96,7 +92,6 @@ private:
 
     MessageLoop& loop_;
     Platform& system_;
-    const SitesFile sites_;
     ShownBrowser browser_;
     ShownBrowser news_; // without a browser where the publisher has no news
     MainForm form_;
@@ -105,18 +100,10 @@ private:
     SettingsStore store_;
     WindowPlace place_;
 
-    Settings options_;
-    MessageTexts texts_;
     WindowTexts windowTexts_;
     QtTranslations qtTexts_;
-    LeadList leads_;
-    LeadTableModel model_{leads_};
-    HarvestState state_;
-    SiteCatalogue catalogue_;
-    PageFetcher idHttp1_;
-    EmailHarvester emails_;
-    AutomaticSaver saver_;
-    Harvest harvest_;
+    Workbench bench_;
+    LeadTableModel model_{bench_.Leads};
     HarvestDriver driver_;
     SiteSelector selector_;
     HarvestState updateState_; // of a client of its own: a harvest may begin while the server is waited for
@@ -130,8 +117,5 @@ private:
     bool shown_ = false;
     bool ready_ = false;
 };
-
-/// The title that the program has in its captions.
-QString ProductTitle();
 
 } // namespace Brindle

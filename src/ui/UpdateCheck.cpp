@@ -45,7 +45,7 @@ void UpdateCheck::Run(bool userHasAsked) {
     if (running_ || address_.isEmpty())
         return;
     const QScopedValueRollback running(running_, true);
-    parts_.Status.SetPanel(0, parts_.Texts.Text(Message::UpdateChecking));
+    parts_.Status.SetPanel(StatusPanel::Message, parts_.Texts.Text(Message::UpdateChecking));
     QString page;
     std::optional<Release> release;
     // Disconnecting makes the wait return.
@@ -53,7 +53,7 @@ void UpdateCheck::Run(bool userHasAsked) {
     limit->SetEnabled(!userHasAsked);
     if (parts_.Pages.DirectDownloadURL(address_, page, false))
         release = ParseRelease(page);
-    parts_.Status.SetPanel(0, {});
+    parts_.Status.SetPanel(StatusPanel::Message, {});
     if (release && IsNewerVersion(release->Version, ownVersion_)) {
         QString question = parts_.Texts.Text(Message::UpdateAvailable);
         ReplaceAll(question, u"[VAR1]", release->Version);

@@ -1,9 +1,12 @@
 #include "core/QtMessageLoop.h"
 #include "platform/CreatePlatform.h"
+#include "platform/Programs.h"
 #include "platform/StandardStreams.h"
 #include "platform/TickCount.h"
 #include "ui/ProgramOptions.h"
 #include "ui/TfrmMain.h"
+#include "workbench/Product.h"
+#include "workbench/ProgramFiles.h"
 
 #ifdef BRINDLE_HAS_DEMO
 #include "demo/DemoServer.h"
@@ -13,7 +16,6 @@
 #endif
 
 #include <QApplication>
-#include <QDir>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -27,17 +29,6 @@ namespace {
 
 constexpr int failed = 1;
 constexpr int wrongUsage = 2;
-
-bool HasDisplay() {
-#ifdef Q_OS_LINUX
-    for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        if (!qEnvironmentVariableIsEmpty(variable))
-            return true;
-    return false;
-#else
-    return true;
-#endif
-}
 
 // One line about why the program ends; in a box of its own where nobody would see the line.
 void Report(const QString& reason) {
@@ -86,27 +77,19 @@ SitesFile StartDemo(DemoServers&) {
 }
 #endif
 
-SitesFile LoadSites(const ProgramOptions& options) {
-    const QString fileName = options.SitesFileName.isEmpty() ? QCoreApplication::applicationDirPath() + u"/sites.ini"_s
-                                                             : options.SitesFileName;
-    return SitesFile::Load(fileName);
-}
-
 int Run(const ProgramOptions& options) {
     const std::unique_ptr<Platform> system = CreatePlatform();
     DemoServers demo{};
-    SitesFile sites = options.OnDemo ? StartDemo(demo) : LoadSites(options);
+    SitesFile sites = options.OnDemo ? StartDemo(demo) : SitesFile::Load(ProgramFiles::Sites(options.SitesFileName));
     for (const SitesProblem& problem : sites.Problems)
         WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop(SystemTickCount);
     loop.SetPace(options.Pace);
-    const QString folder = system->SettingsFolder();
     TfrmMain window({.Loop = loop,
                      .System = *system,
                      .Sites = std::move(sites),
-                     .SettingsFolder = folder,
-                     .SettingsFileName = options.SettingsFileName.isEmpty() ? QDir(folder).filePath(u"settings.dat"_s)
-                                                                            : options.SettingsFileName,
+                     .SettingsFolder = system->SettingsFolder(),
+                     .SettingsFileName = ProgramFiles::Settings(*system, options.SettingsFileName),
                      .CreateBrowser = BrowserOf(options.Browser)});
     window.show();
     return QApplication::exec();
@@ -121,7 +104,7 @@ int main(int argc, char** argv) {
         if (Asks(argc, argv, "--help") || Asks(argc, argv, "-h"))
             return WriteTo(StandardStream::Output, ProgramHelp()), 0;
         if (Asks(argc, argv, "--version"))
-            return WriteTo(StandardStream::Output, ProductTitle() + QStringLiteral(" " BRINDLE_VERSION "\n")), 0;
+            return WriteTo(StandardStream::Output, ProductTitle() + u' ' + ProductVersion() + u'\n'), 0;
         if (!HasDisplay() && !Asks(argc, argv, "-platform"))
             throw Failure(u"there is no display for the window; brindle-cli works without one"_s);
 #ifdef BRINDLE_HAS_WEBENGINE

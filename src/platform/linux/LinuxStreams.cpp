@@ -15,6 +15,10 @@ void WriteTo(StandardStream stream, const QString& text) {
     std::fflush(file);
 }
 
+int StandardOutputDescriptor() {
+    return STDOUT_FILENO;
+}
+
 bool ErrorIsTerminal() {
     return isatty(STDERR_FILENO) != 0;
 }

@@ -1,5 +1,8 @@
 #include "platform/StandardStreams.h"
 
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 namespace Brindle {
@@ -32,6 +35,12 @@ void WriteTo(StandardStream stream, const QString& text) {
     }
     const QByteArray bytes = text.toLocal8Bit();
     WriteFile(handle, bytes.constData(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+int StandardOutputDescriptor() {
+    const int descriptor = _fileno(stdout);
+    _setmode(descriptor, _O_BINARY);
+    return descriptor;
 }
 
 bool ErrorIsTerminal() {
