@@ -166,15 +166,26 @@ QString ArgentineMobile(const PhonePlan& plan, QStringView national) {
     return {};
 }
 
+// An island with one area code dials seven digits.
+QString WithIslandCode(const PhonePlan& plan, QStringView digits) {
+    const QStringView area = plan.Numbers.first(3);
+    if (digits.size() != 7 || digits[0] < u'2' || plan.Numbers[3] != u'+')
+        return {};
+    return area + digits;
+}
+
 // The national number without what is only dialled inside the country.
 QString NationalOf(const PhonePlan& plan, QStringView digits) {
-    std::array<QStringView, 4> prefixes = {plan.Trunk};
+    std::array<QStringView, 5> prefixes = {plan.Trunk};
     if (plan.Region == u"BY")
         prefixes = {u"80", u"8", u"0"};
     else if (plan.Region == u"LT")
         prefixes = {u"8", u"0"};
     else if (plan.Region == u"MX")
         prefixes = {u"044", u"045", u"01", u"1"};
+    else if (plan.Code == 1)
+        if (const QString local = WithIslandCode(plan, digits); !local.isEmpty())
+            return local;
     for (const QStringView prefix : prefixes) {
         QStringView stripped = digits;
         if (!WithoutPrefix(stripped, prefix))
@@ -187,8 +198,12 @@ QString NationalOf(const PhonePlan& plan, QStringView digits) {
             return stripped.sliced(2).toString();
         if (IsInUse(plan, stripped))
             return stripped.toString();
-        // What is too short without it may be a number of its own kind.
-        if (!IsInUse(plan, digits) && (IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan)))
+        // What is a number of the country with it and none without it keeps it; so does what is too short without it.
+        // In Belarus the 8 begins the numbers of services, too.
+        const bool service = plan.Region == u"BY" && prefix[0] == u'8' && IsPossibleLength(plan, digits.size());
+        if (service || IsInUse(plan, digits) || (IsLikeOne(plan, digits) && !IsLikeOne(plan, stripped)))
+            continue;
+        if (IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan))
             return stripped.toString();
     }
     if (plan.Region == u"AR")

@@ -138,6 +138,22 @@ bool IsInUse(const PhonePlan& plan, QStringView national) {
     return inUse;
 }
 
+bool IsLikeOne(const PhonePlan& plan, QStringView national) {
+    if (national.isEmpty() || !IsPossibleLength(plan, national.size()))
+        return false;
+    bool like = false;
+    EachEntry(plan, [&](QStringView heads, QStringView, QStringView lengths) {
+        if (like || (ReadLengths(lengths) >> national.size() & 1) == 0)
+            return;
+        while (!like && !heads.isEmpty()) {
+            const QStringView head = TakeUpTo(heads, u',');
+            const qsizetype first = head.startsWith(u'[') ? head.indexOf(u']') + 1 : 1;
+            like = Fits(head.first(first), national) >= 0;
+        }
+    });
+    return like;
+}
+
 std::pair<const PhonePlan*, const PhonePlan*> AllPlans() {
     return {std::begin(phonePlans), std::end(phonePlans)};
 }

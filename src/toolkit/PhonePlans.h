@@ -32,6 +32,9 @@ qsizetype LongestOf(const PhonePlan& plan);
 /// Whether its first digits are in use with its length.
 bool IsInUse(const PhonePlan& plan, QStringView national);
 
+/// Whether numbers of its length begin with its first digit.
+bool IsLikeOne(const PhonePlan& plan, QStringView national);
+
 /// The plans of all regions, by region.
 std::pair<const PhonePlan*, const PhonePlan*> AllPlans();
 

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include <chrono>
+#include <ctime>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -226,13 +226,13 @@ TEST(HasStreetWord, CostsTheSamePerCharacterInALongText) {
     for (const QString& part : {u"a "_s, u"x"_s, u"Str. "_s, u"街"_s, u"-."_s}) {
         const auto cost = [&part](int times) {
             const QString text = part.repeated(times) + u" 1";
-            const auto start = std::chrono::steady_clock::now();
+            const std::clock_t start = std::clock();
             HasStreetWord(text);
             PostalCodesIn(text, u"DE");
-            return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
         };
         const double base = cost(5000);
-        EXPECT_LT(cost(100000), 80 * base + 0.05) << part.toStdString();
+        EXPECT_LT(cost(100000), 100 * base + 0.1) << part.toStdString();
     }
 }
 

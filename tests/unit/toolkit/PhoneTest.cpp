@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include <chrono>
+#include <ctime>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -43,8 +43,10 @@ TEST(ReadPhone, ReadsWhateverWritingPeopleUse) {
         {u"0 21 11 2345 6789", u"BR", "+551123456789"}, // with a carrier's digits
         {u"44 20 7946 0018", u"GB", "+442079460018"},
         {u"+221 33 123 45 67", u"", "+221331234567"}, // a country whose plan is unknown
-        {u"(416) 555-0100", u"", ""},                 // whose?
-        {u"555-0100", u"US", ""},                     // no area code
+        {u"555-0199", u"BS", "+12425550199"},         // an island with one area code
+        {u"8 029 123 45 67", u"BY", "+375291234567"},
+        {u"(416) 555-0100", u"", ""}, // whose?
+        {u"555-0100", u"US", ""},     // no area code
         {u"+999 123 456 789", u"", ""},
         {u"80331 München", u"DE", ""},
         {u"030 123456, 030 123457", u"DE", ""},
@@ -143,16 +145,15 @@ TEST(FindPhones, TakesNothingElseForANumber) {
 TEST(FindPhones, CostsTheSamePerCharacterInALongText) {
     const auto cost = [](const QString& part, int times) {
         const QString text = part.repeated(times);
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         const std::size_t found = FindPhones(text, u"DE").size();
-        const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
-        return std::pair(found, spent.count());
+        return std::pair(found, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
     };
     for (const QString& part : {u"1"_s, u"1 "_s, u"(030"_s, u"+"_s, u"/ 0"_s, u"Tel 030 123456 x "_s}) {
         const auto [few, base] = cost(part, 2000);
         const auto [many, spent] = cost(part, 40000);
         EXPECT_LE(few, many);
-        EXPECT_LT(spent, 60 * base + 0.05) << part.toStdString();
+        EXPECT_LT(spent, 100 * base + 0.1) << part.toStdString();
     }
 }
 
