@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "net/TextDecoder.h"
+#include "net/UserAgent.h"
 #include "page/MarkupFormText.h"
 #include "toolkit/PageAddress.h"
 
@@ -24,10 +25,6 @@ QString AcceptedLanguages() {
     return name == u"C" || name == u"en" || name.isEmpty() ? u"en-US,en;q=0.9"_s : name + u",en;q=0.8";
 }
 
-QString OwnAgent() {
-    return QStringLiteral("Mozilla/5.0 (compatible; Brindle/" BRINDLE_VERSION ")");
-}
-
 // Text that is no markup is shown as engines show it.
 QString PlainTextPage(const QString& text) {
     return u"<pre style=\"word-wrap: break-word; white-space: pre-wrap;\">"_s + text.toHtmlEscaped() + u"</pre>"_s;
@@ -45,9 +42,10 @@ bool IsMarkup(const QByteArray& type) {
 } // namespace
 
 StaticBrowser::StaticBrowser() {
-    template_.UserAgent = OwnAgent();
+    template_.UserAgent = OwnUserAgent();
     template_.ReadTimeoutMs = readTimeoutMs;
     template_.ReuseConnection = true;
+    template_.Guarded = true;
     progress_.setInterval(progressIntervalMs);
     connect(&progress_, &QTimer::timeout, this, &StaticBrowser::ReportProgress);
 }
@@ -55,10 +53,23 @@ StaticBrowser::StaticBrowser() {
 StaticBrowser::~StaticBrowser() = default;
 
 void StaticBrowser::Navigate(const QString& address) {
-    Open(TypedAddress(address), {});
+    Open(TypedAddress(address), {}, {});
 }
 
-void StaticBrowser::Open(const QString& address, const QString& referer) {
+void StaticBrowser::Follow(const QString& address) {
+    const QString scheme = SchemeOf(address);
+    if (scheme != u"http" && scheme != u"https")
+        lastError_ = ShownAddress(address) + u": not an http or https address"_s;
+    else
+        Open(address, RefererFor(document_.Address, address), Origin());
+}
+
+PageOrigin StaticBrowser::Origin() const {
+    const bool web = !document_.Address.isEmpty() && SchemeOf(document_.Address) != u"about";
+    return web ? PageOrigin{document_.Address, document_.Peer} : PageOrigin{};
+}
+
+void StaticBrowser::Open(const QString& address, const QString& referer, const PageOrigin& from) {
     const QString scheme = SchemeOf(address);
     if (scheme == u"about") {
         historyTarget_ = -1;
@@ -73,7 +84,7 @@ void StaticBrowser::Open(const QString& address, const QString& referer) {
         Q_EMIT NavigateComplete(address);
     } else {
         historyTarget_ = -1;
-        Load(address, referer, false);
+        Load(address, referer, from, false);
     }
 }
 
@@ -86,7 +97,7 @@ void StaticBrowser::Refresh() {
     if (document_.Address.isEmpty() || document_.Address == blankPage)
         return;
     historyTarget_ = historyPlace_;
-    Load(document_.Address, {}, true);
+    Load(document_.Address, {}, {}, true);
 }
 
 void StaticBrowser::GoBack() {
@@ -106,7 +117,7 @@ void StaticBrowser::GoBy(int steps) {
     if (address == blankPage)
         ShowBlank();
     else
-        Load(address, {}, false);
+        Load(address, {}, {}, false);
 }
 
 void StaticBrowser::ShowBlank() {
@@ -118,13 +129,14 @@ void StaticBrowser::ShowBlank() {
     Show(std::move(blank));
 }
 
-void StaticBrowser::Load(const QString& address, const QString& referer, bool reload) {
+void StaticBrowser::Load(const QString& address, const QString& referer, const PageOrigin& from, bool reload) {
     Stop();
     lastError_.clear();
     loading_ = address;
     expectedSize_ = 0;
     HttpRequest request = template_;
     request.Url = WithoutFragment(address).toString();
+    request.From = from;
     request.Headers = {u"Accept: text/html,application/xhtml+xml,application/xml;q=0.9,*/*;q=0.8"_s,
                        u"Accept-Language: "_s + AcceptedLanguages()};
     if (!referer.isEmpty())
@@ -160,6 +172,7 @@ void StaticBrowser::Loaded() {
         return;
     } else {
         document.Address = response.FinalUrl;
+        document.Peer = response.Peer;
         if (loading_.contains(u'#') && !response.FinalUrl.contains(u'#'))
             document.Address += QStringView(loading_).sliced(loading_.indexOf(u'#'));
         const QByteArray type = MediaType(response.ContentType);
@@ -256,7 +269,7 @@ void StaticBrowser::ClickLink(int index) {
     const QString target = ResolveAddress(base, link.Href);
     const QString scheme = SchemeOf(target);
     if (!link.Downloads && (scheme == u"http" || scheme == u"https" || scheme == u"about"))
-        Open(target, RefererFor(document_.Address, target));
+        Open(target, RefererFor(document_.Address, target), Origin());
 }
 
 void StaticBrowser::SetProxy(const Proxy& proxy) {
@@ -264,7 +277,7 @@ void StaticBrowser::SetProxy(const Proxy& proxy) {
 }
 
 void StaticBrowser::SetUserAgent(const QString& userAgent) {
-    template_.UserAgent = userAgent.isEmpty() ? OwnAgent() : userAgent;
+    template_.UserAgent = userAgent.isEmpty() ? OwnUserAgent() : userAgent;
 }
 
 } // namespace Brindle

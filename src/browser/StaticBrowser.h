@@ -24,6 +24,7 @@ public:
     ~StaticBrowser() override;
 
     void Navigate(const QString& address) override;
+    void Follow(const QString& address) override;
     /// Ends a load that is under way; the page before it is the document again.
     void Stop() override;
     void Refresh() override;
@@ -31,6 +32,7 @@ public:
     void GoForward() override;
     bool Busy() const override { return transfer_ != nullptr; }
     QString LocationAddress() const override { return document_.Address; }
+    QString PeerAddress() const override { return document_.Peer; }
     QString BodyOuterHtml(MarkupForm form) override;
     QString DocumentHtml() override;
     int LinkCount() override;
@@ -49,13 +51,15 @@ private:
     // What is shown. `Source` waits to be parsed; once it is, `Parsed` is set and `Source` empty.
     struct Document {
         QString Address;
+        QString Peer;
         QString Source;
         std::optional<HtmlDocument> Parsed;
         std::optional<QString> LegacyBody;
     };
 
-    void Open(const QString& address, const QString& referer);
-    void Load(const QString& address, const QString& referer, bool reload);
+    void Open(const QString& address, const QString& referer, const PageOrigin& from);
+    void Load(const QString& address, const QString& referer, const PageOrigin& from, bool reload);
+    PageOrigin Origin() const;
     void Show(Document document);
     void ShowBlank();
     void Loaded();

@@ -20,9 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A character that no address holds: what is still there afterwards was never written.
-const QString unwritten(QChar(0xFFFF));
-
 // A text on one line of a table.
 QString Escaped(QString text) {
     text.replace(u"\r\n"_s, u"\\n"_s);
@@ -73,13 +70,12 @@ int RunEmails(const CommandLine& line, Console& console) {
     const auto setsExtraction = [](const QString& assignment) { return assignment.startsWith(u"cExtractEmails="); };
     if (std::none_of(line.Overrides.begin(), line.Overrides.end(), setsExtraction))
         session.Options.cExtractEmails = true;
-    QString emails = unwritten;
-    session.Emails.GetEmailsFromWebsite(line.Arguments.first(), emails);
+    const std::optional<QString> emails = session.Emails.EmailsOfWebsite(line.Arguments.first());
     if (session.CtrlC.Happened())
         return ExitStatus::Interrupted;
-    if (emails == unwritten)
+    if (!emails)
         throw Failure(session.Fetcher.LastError());
-    WriteToStandardOutput(QString(emails + u'\n').toUtf8());
+    WriteToStandardOutput(QString(*emails + u'\n').toUtf8());
     return ExitStatus::Done;
 }
 

@@ -18,6 +18,9 @@ public:
 
     /// Starts loading an address; returns at once. "about:blank" empties the document.
     virtual void Navigate(const QString& address) = 0;
+    /// Starts loading an address to which the shown page leads. Unlike one of the user's own, it is not loaded where
+    /// that page may not lead to; `LastError` then says so.
+    virtual void Follow(const QString& address) { Navigate(address); }
     virtual void Stop() = 0;
     virtual void Refresh() = 0;
     virtual void GoBack() = 0;
@@ -26,6 +29,8 @@ public:
     virtual bool Busy() const = 0;
     /// The address of the page that is shown, after redirects.
     virtual QString LocationAddress() const = 0;
+    /// Numeric address of the server that the shown page came from; empty when it is not known.
+    virtual QString PeerAddress() const { return {}; }
 
     /// The serialisation of the document's body element, tag included, in the form that is asked for; empty while
     /// there is no document or it cannot be read.

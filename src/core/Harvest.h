@@ -4,11 +4,13 @@
 #include "core/LeadList.h"
 #include "core/MessageLoop.h"
 #include "core/MessageTexts.h"
+#include "core/PageOrigin.h"
 #include "core/PageRecords.h"
 #include "core/Services.h"
 #include "core/Settings.h"
 #include "core/SiteCatalogue.h"
 #include "core/StatusView.h"
+#include "core/Way.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -20,13 +22,16 @@ namespace Brindle {
 
 /// The state of the current harvest, shared by everything that takes part in it.
 struct HarvestState {
-    bool Parsing = false;    ///< a harvest is in progress; false while a tick runs
-    bool ShouldStop = false; ///< the user asked to stop
-    QString CurrID;          ///< site code
-    int CurrSite = 0;        ///< layout variant of the last page that was recognised
-    QString CurrRedirect;    ///< where the last HTTP redirect led; kept while fetches are not redirected
-    QString DateTimeVal;     ///< when the harvest was started, fit for a file name
-    QString MainCategory;    ///< the category remembered from the harvest's first page
+    bool Parsing = false;       ///< a harvest is in progress; false while a tick runs
+    bool ShouldStop = false;    ///< the user asked to stop
+    QString CurrID;             ///< site code
+    int CurrSite = 0;           ///< layout variant of the last page that was recognised
+    Way CurrWay = Way::Classic; ///< how the current directory is reached
+    PageOrigin CurrPage;        ///< the page that leads to what is fetched; the modern way asks where it stands
+    PageOrigin LastFetched;     ///< the page that was fetched last
+    QString CurrRedirect;       ///< where the last HTTP redirect led; kept while fetches are not redirected
+    QString DateTimeVal;        ///< when the harvest was started, fit for a file name
+    QString MainCategory;       ///< the category remembered from the harvest's first page
     qint32 ExtractedNum = 0;
     qint32 ExportedNum = 0;
     QString SelectedEntry;  ///< the site selector's text

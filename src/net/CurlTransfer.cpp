@@ -28,6 +28,8 @@ CurlTransfer::CurlTransfer(CurlSession& session, HttpRequest request, std::funct
     for (const QString& header : request_.Headers)
         list = curl_slist_append(list, header.toUtf8().constData());
     headersSent_.reset(list);
+    if (request_.Guarded && !request_.From.Address.isEmpty())
+        from_ = KindOfOrigin(request_.From);
     Begin(NormalAddress(request_.Url));
 }
 
@@ -71,17 +73,22 @@ void CurlTransfer::Begin(const QString& address) {
     const QString scheme = SchemeOf(address);
     if (scheme.isEmpty())
         return Fail(HttpFailure::Other, u"not a valid address"_s);
-    if (scheme == u"https" && !request_.AllowTls)
+    if (scheme == u"https" && request_.Tls == TlsUse::Refused)
         return Fail(HttpFailure::NoTlsLayer, u"IOHandler: this client has no TLS layer"_s);
     if (scheme != u"http" && scheme != u"https")
         return Fail(HttpFailure::Other, u"not an HTTP address"_s);
     if (!request_.Via.Host.isEmpty() && (request_.Via.Port <= 0 || request_.Via.Port > 65535))
         return Fail(HttpFailure::Other, u"%1 is no proxy port"_s.arg(request_.Via.Port));
+    // Where a proxy looks the name up, its text is all that is known.
+    const std::optional<AddressKind> kind = from_ ? KindOfHost(HostOf(address)) : std::nullopt;
+    if (kind && !MayLeadTo(*from_, *kind))
+        return Fail(HttpFailure::Other, RefusalText(HostOf(address), HostOf(address)));
     Configure();
     headers_ = {};
     body_.clear();
     discarded_ = 0;
     tooLarge_ = false;
+    cut_ = false;
     sinceBytes_.start();
     WatchTime();
     if (!done_)
@@ -106,6 +113,7 @@ void CurlTransfer::Configure() {
     Set(CURLOPT_FRESH_CONNECT, request_.ReuseConnection ? 0L : 1L);
     ConfigureTls();
     ConfigureProxy();
+    ConfigureGuard();
     Set(CURLOPT_ERRORBUFFER, errorText_);
     errorText_[0] = 0;
     Set(CURLOPT_WRITEFUNCTION, &CurlTransfer::OnBody);
@@ -117,8 +125,8 @@ void CurlTransfer::Configure() {
 void CurlTransfer::ConfigureTls() {
     Set(CURLOPT_SSL_VERIFYPEER, 1L);
     Set(CURLOPT_SSL_VERIFYHOST, 2L);
-    if (request_.OnlyTls12)
-        Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2) | CURL_SSLVERSION_MAX_TLSv1_2);
+    const long newest = request_.Tls == TlsUse::Only12 ? CURL_SSLVERSION_MAX_TLSv1_2 : CURL_SSLVERSION_MAX_DEFAULT;
+    Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2) | newest);
     // The variable is the one that OpenSSL's own look-up obeys; the library goes past it.
     const QByteArray caFile =
         request_.CaFile.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(request_.CaFile.toUtf8());
@@ -138,6 +146,7 @@ void CurlTransfer::ConfigureProxy() {
     Set(CURLOPT_PROXY, address.constData());
     if (proxy.Host.isEmpty())
         return;
+    Set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L); // they are the proxy's
     Set(CURLOPT_PROXYPORT, static_cast<long>(proxy.Port));
     if (!proxy.Login)
         return;
@@ -146,6 +155,44 @@ void CurlTransfer::ConfigureProxy() {
     const QByteArray login =
         proxy.Login->UserName.toUtf8().toPercentEncoding() + ':' + proxy.Login->Password.toUtf8().toPercentEncoding();
     Set(CURLOPT_PROXYUSERPWD, login.constData());
+}
+
+// A guarded hop asks twice: before a connection is made, and, as it may use one that was made before, when there is
+// one.
+void CurlTransfer::ConfigureGuard() {
+    if (!from_ || !request_.Via.Host.isEmpty())
+        return;
+    refusal_.clear();
+    Set(CURLOPT_OPENSOCKETFUNCTION, &CurlTransfer::OpenSocket);
+    Set(CURLOPT_OPENSOCKETDATA, this);
+    Set(CURLOPT_PREREQFUNCTION, &CurlTransfer::BeforeRequest);
+    Set(CURLOPT_PREREQDATA, this);
+}
+
+curl_socket_t CurlTransfer::OpenSocket(void* self, curlsocktype /*purpose*/, curl_sockaddr* address) {
+    // Behind the family and the port, in version 6 also behind the flow's label; the same on every system.
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&address->addr);
+    std::optional<NumericAddress> numeric;
+    if (address->family == AF_INET)
+        numeric = NumericAddressOf({bytes + 4, 4});
+    else if (address->family == AF_INET6)
+        numeric = NumericAddressOf({bytes + 8, 16});
+    if (!static_cast<CurlTransfer*>(self)->MayConnectTo(numeric, {}))
+        return CURL_SOCKET_BAD;
+    return socket(address->family, address->socktype, address->protocol);
+}
+
+int CurlTransfer::BeforeRequest(void* self, char* peer, char* /*own*/, int /*peerPort*/, int /*ownPort*/) {
+    const QString numeric = QString::fromLatin1(peer);
+    const bool may = static_cast<CurlTransfer*>(self)->MayConnectTo(ReadNumericAddress(numeric), numeric);
+    return may ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+bool CurlTransfer::MayConnectTo(const std::optional<NumericAddress>& address, const QString& shown) {
+    if (address && MayLeadTo(*from_, KindOf(*address)))
+        return true;
+    refusal_ = RefusalText(HostOf(address_), shown.isEmpty() && address ? TextOf(*address) : shown);
+    return false;
 }
 
 size_t CurlTransfer::OnHeader(const char* data, size_t size, size_t count, void* self) {
@@ -180,7 +227,9 @@ bool CurlTransfer::TakeBody(QByteArrayView bytes) {
         discarded_ += bytes.size();
         return discarded_ <= discardLimit;
     }
-    if (body_.size() + bytes.size() > request_.BodyLimit) {
+    const qint64 room = request_.BodyLimit - body_.size();
+    const bool fits = bytes.size() <= room;
+    if (!fits && !request_.CutBody) {
         tooLarge_ = true;
         return false;
     }
@@ -190,15 +239,23 @@ bool CurlTransfer::TakeBody(QByteArrayView bytes) {
         expectedSize_ = static_cast<qint64>(expected);
         bodyBegun_ = true;
     }
-    body_.append(bytes);
+    body_.append(fits ? bytes : bytes.first(room));
     received_ = body_.size();
-    return true;
+    cut_ = !fits;
+    return fits;
 }
 
 int CurlTransfer::Status() const {
     long status = 0;
     curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return static_cast<int>(status);
+}
+
+// Empty behind a proxy, whose address it would be.
+QString CurlTransfer::Peer() const {
+    char* text = nullptr;
+    curl_easy_getinfo(easy_.get(), CURLINFO_PRIMARY_IP, &text);
+    return text && request_.Via.Host.isEmpty() ? QString::fromLatin1(text) : QString();
 }
 
 bool CurlTransfer::IsToBeFollowed() const {
@@ -222,6 +279,7 @@ void CurlTransfer::WatchTime() {
 void CurlTransfer::Ended(CURLcode result) {
     response_.Status = Status();
     response_.FinalUrl = address_;
+    response_.Peer = Peer();
     if (tooLarge_ || headers_.TooLarge())
         return Fail(HttpFailure::Other, u"the response is too large"_s);
     // Once its headers are there, what is wrong with the rest of a redirect is of no matter.
@@ -229,9 +287,11 @@ void CurlTransfer::Ended(CURLcode result) {
         return FollowRedirect();
     if (headers_.LengthIsImpossible())
         return Fail(HttpFailure::Other, u"the length that the response gives cannot be"_s);
+    if (result != CURLE_OK && !refusal_.isEmpty())
+        return Fail(HttpFailure::Other, refusal_);
     if (result == CURLE_URL_MALFORMAT)
         return Fail(HttpFailure::Other, u"not a valid address"_s);
-    if (result != CURLE_OK)
+    if (result != CURLE_OK && !cut_)
         return Fail(HttpFailure::Other,
                     QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : curl_easy_strerror(result)));
     // A connection that closes inside the headers is no response, though it looks like an empty one.
@@ -251,6 +311,8 @@ void CurlTransfer::FollowRedirect() {
     // An absolute location is handed on as the server wrote it.
     const QString written = HeaderText(location);
     redirects_.push_back(SchemeOf(written).isEmpty() ? next : written);
+    if (request_.Guarded)
+        from_ = KindOfOrigin({address_, response_.Peer});
     CurlSession::Reset(easy_.get());
     Begin(next);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/AddressGuard.h"
 #include "net/CurlSession.h"
 #include "net/HttpClient.h"
 #include "net/ResponseHeaders.h"
@@ -29,6 +30,7 @@ private:
     void Configure();
     void ConfigureTls();
     void ConfigureProxy();
+    void ConfigureGuard();
     template <typename T>
     void Set(CURLoption option, T value) {
         curl_easy_setopt(easy_.get(), option, value);
@@ -36,9 +38,13 @@ private:
 
     static size_t OnHeader(const char* data, size_t size, size_t count, void* self);
     static size_t OnBody(const char* data, size_t size, size_t count, void* self);
+    static curl_socket_t OpenSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
+    static int BeforeRequest(void* self, char* peer, char* own, int peerPort, int ownPort);
+    bool MayConnectTo(const std::optional<NumericAddress>& address, const QString& shown);
     bool TakeHeader(QByteArrayView line);
     bool TakeBody(QByteArrayView bytes);
     int Status() const;
+    QString Peer() const;
     bool IsToBeFollowed() const;
 
     void WatchTime();
@@ -58,9 +64,12 @@ private:
     QElapsedTimer sinceStart_;
     QElapsedTimer sinceBytes_;
 
+    std::optional<AddressKind> from_; // of a guarded hop: the kind of the place that leads to it
+    QString refusal_;                 // why the hop may not go where it leads
     ResponseHeaders headers_;
     QByteArray body_;
     bool tooLarge_ = false;
+    bool cut_ = false;     // the body is longer than what was asked for
     qint64 discarded_ = 0; // bytes of a redirect's body
     std::vector<QString> redirects_;
     bool done_ = false;

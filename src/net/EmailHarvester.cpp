@@ -1,9 +1,13 @@
 #include "net/EmailHarvester.h"
 
 #include "net/EmailSearch.h"
+#include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 #include "toolkit/WorkingText.h"
 
+#include <QScopeGuard>
+
+#include <utility>
 #include <vector>
 
 namespace Brindle {
@@ -63,24 +67,33 @@ void DistinctTexts::Clear() {
     folded_.clear();
 }
 
-EmailHarvester::EmailHarvester(const HarvestState& state, const Settings& settings, PageSource& pages)
+EmailHarvester::EmailHarvester(HarvestState& state, const Settings& settings, PageSource& pages)
     : state_(state), settings_(settings), pages_(pages) {}
 
 void EmailHarvester::GetEmailsFromWebsite(const QString& url, QString& emails) {
+    if (const std::optional<QString> found = EmailsOfWebsite(url))
+        emails = *found;
+}
+
+std::optional<QString> EmailHarvester::EmailsOfWebsite(const QString& url) {
     EmailList.Clear();
     ContactPagesList.Clear();
     if (state_.ShouldStop)
-        return;
+        return std::nullopt;
     QString page;
     if (!pages_.DirectDownloadURL(url, page, false) || state_.ShouldStop)
-        return;
+        return std::nullopt;
+    // What the website leads to, it leads to, and not the directory.
+    const auto restore = qScopeGuard(
+        [this, directory = std::exchange(state_.CurrPage, state_.LastFetched)] { state_.CurrPage = directory; });
     FindContactPages(page);
     if (!state_.ShouldStop && settings_.cExtractEmails) {
         ExtractEmailsFromPage(page);
         ExtractEmails();
     }
-    if (!state_.ShouldStop)
-        emails = EmailList.Texts().join(u';');
+    if (state_.ShouldStop)
+        return std::nullopt;
+    return EmailList.Texts().join(u';');
 }
 
 void EmailHarvester::FindContactPages(const QString& page) {
@@ -94,11 +107,33 @@ void EmailHarvester::FindContactPages(const QString& page) {
         if (!link.isEmpty() && (HoldsContactWord(anchor) || HoldsContactWord(link)))
             ContactPagesList.Add(link.toString());
     }
+    if (IsModern())
+        ResolveLinks();
+    else
+        CompleteClassic();
+}
+
+void EmailHarvester::CompleteClassic() {
     for (QString& entry : ContactPagesList.Texts()) {
         if (entry.startsWith(u'/'))
             entry.remove(0, 1);
         if (!ContainsFolded(entry, u"http://"))
             entry = websiteBase_ + u'/' + entry;
+    }
+}
+
+void EmailHarvester::ResolveLinks() {
+    constexpr qsizetype mostPages = 20;
+    const QStringList links = ContactPagesList.Texts();
+    const QString start = WithoutFragment(state_.CurrPage.Address).toString();
+    ContactPagesList.Clear();
+    for (const QString& link : links) {
+        QString text = link;
+        ReplaceAll(text, u"&amp;", u"&");
+        const QString target = NormalAddress(ResolveAddress(start, text));
+        const QString page = WithoutFragment(target).toString();
+        if (StartsWithFolded(page, u"http") && page != NormalAddress(start) && ContactPagesList.Count() < mostPages)
+            ContactPagesList.Add(page);
     }
 }
 
@@ -114,7 +149,8 @@ void EmailHarvester::ExtractEmails() {
 
 void EmailHarvester::ExtractEmailsFromPage(const QString& page) {
     for (const QString& address : FindEmails(page))
-        EmailList.Add(address);
+        if (!IsModern() || MayBeEmail(address))
+            EmailList.Add(address);
 }
 
 } // namespace Brindle

@@ -6,6 +6,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <optional>
+
 namespace Brindle {
 
 /// A list of texts without repeats, letter case not mattering, in the order in which they were first seen.
@@ -14,6 +16,7 @@ public:
     /// Appends the text unless an equal one is there.
     void Add(const QString& text);
     void Clear();
+    qsizetype Count() const { return texts_.size(); }
     const QStringList& Texts() const { return texts_; }
     QStringList& Texts() { return texts_; }
 
@@ -26,11 +29,14 @@ private:
 /// announce as contact pages.
 class EmailHarvester : public EmailSource {
 public:
-    EmailHarvester(const HarvestState& state, const Settings& settings, PageSource& pages);
+    EmailHarvester(HarvestState& state, const Settings& settings, PageSource& pages);
 
     void GetEmailsFromWebsite(const QString& url, QString& emails) override;
+    /// The same as a value: the addresses joined by ";"; nothing when the search did not run to its end.
+    std::optional<QString> EmailsOfWebsite(const QString& url);
 
-    /// Fills `ContactPagesList` from the links of a page.
+    /// Fills `ContactPagesList` from the links of a page. In the classic way only absolute http links can be followed;
+    /// in the modern one any that the page leads to, the first twenty.
     void FindContactPages(const QString& page);
     /// Fetches every contact page and collects its addresses.
     void ExtractEmails();
@@ -41,7 +47,11 @@ public:
     DistinctTexts ContactPagesList;
 
 private:
-    const HarvestState& state_;
+    void CompleteClassic();
+    void ResolveLinks();
+    bool IsModern() const { return state_.CurrWay == Way::Modern; }
+
+    HarvestState& state_;
     const Settings& settings_;
     PageSource& pages_;
     QString websiteBase_; // nothing fills it, so only absolute links can be followed

@@ -10,4 +10,9 @@ namespace Brindle {
 /// time is linear whatever the text holds.
 QStringList FindEmails(QStringView text);
 
+/// Whether a match can be somebody's address. Scripts and styles are full of others: files (logo@2x.png), versions
+/// (bootstrap@5.3.0), keys of error reports. The parts have the form that mail needs (RFC 5321, section 4.1.2), and the
+/// last one is a top-level domain by its shape and the suffix of no file.
+bool MayBeEmail(QStringView address);
+
 } // namespace Brindle

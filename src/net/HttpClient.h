@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/MessageLoop.h"
+#include "core/PageOrigin.h"
 #include "core/Proxy.h"
 
 #include <QByteArray>
@@ -12,6 +13,12 @@
 
 namespace Brindle {
 
+enum class TlsUse {
+    Refused, ///< an https address fails with `HttpFailure::NoTlsLayer`
+    Only12,  ///< TLS 1.2 and nothing else
+    From12   ///< TLS 1.2 and newer
+};
+
 /// One GET request with what follows from its redirects.
 struct HttpRequest {
     QString Url;
@@ -20,11 +27,15 @@ struct HttpRequest {
     Proxy Via;
     qint64 ReadTimeoutMs = 300'000; ///< time without a single byte, not total time
     qint64 TotalTimeoutMs = 0;      ///< time for the whole request with its redirects; 0: no limit
-    bool AllowTls = true;           ///< off: an https address fails with `HttpFailure::NoTlsLayer`
-    bool OnlyTls12 = false;         ///< TLS 1.2 and nothing else
-    QString CaFile;                 ///< certificate authorities; empty: those of SSL_CERT_FILE, else the system's
-    bool ReuseConnection = false;   ///< off: the connection is closed when the request has ended
-    qint64 BodyLimit = 64LL << 20;  ///< unpacked bytes; a longer body is a failure
+    TlsUse Tls = TlsUse::From12;
+    QString CaFile;                ///< certificate authorities; empty: those of SSL_CERT_FILE, else the system's
+    bool ReuseConnection = false;  ///< off: the connection is closed when the request has ended
+    qint64 BodyLimit = 64LL << 20; ///< unpacked bytes; a longer body is a failure
+    bool CutBody = false;          ///< on: of a longer body the rest is left out
+    /// On: the request, and every redirect after it, goes only where the page before may lead (`MayLeadTo`), judged by
+    /// the address that is really connected to; behind a proxy by what the host's text tells.
+    bool Guarded = false;
+    PageOrigin From; ///< of a guarded request: the page that leads to it
 };
 
 enum class HttpFailure { None, NoTlsLayer, Other };
@@ -36,6 +47,7 @@ struct HttpResponse {
     QByteArray ContentType; ///< value of the Content-Type header
     QByteArray Body;        ///< unpacked
     QString FinalUrl;       ///< after redirects
+    QString Peer;           ///< numeric address of the server; empty behind a proxy
 
     /// A response came in whole, whatever its status.
     bool Complete() const { return Failure == HttpFailure::None; }

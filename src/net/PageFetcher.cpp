@@ -3,6 +3,7 @@
 #include "core/Delay.h"
 #include "net/ProxyText.h"
 #include "net/TextDecoder.h"
+#include "net/UserAgent.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -21,6 +22,8 @@ const QStringList noCacheHeaders{acceptHeader, u"Cache-Control: no-cache"_s, u"P
 
 constexpr qint64 readTimeoutMs = 40'000;
 constexpr qint64 directReadTimeoutMs = 60'000;
+constexpr qint64 robotsReadTimeoutMs = 30'000;
+constexpr qint64 robotsLimit = 500 * 1024; // RFC 9309, section 2.5
 constexpr qint32 pauseAfterFailure = 500;
 
 QString ReasonOf(const HttpResponse& response) {
@@ -59,6 +62,7 @@ bool PageFetcher::DownloadURL(const QString& url, QString& page, bool utf8) {
             response = GetByTls(url);
         if (response.Succeeded()) {
             page = TextOf(response, utf8 && !byTls);
+            state_.LastFetched = {response.FinalUrl, response.Peer};
             if (!byTls)
                 Show({});
             return true;
@@ -128,9 +132,15 @@ bool PageFetcher::DirectDownloadURL(const QString& url, QString& page, bool utf8
     status_.SetPanel(StatusPanel::Message, texts_.Text(Message::DirectDownload));
     status_.SetProgressPosition(0);
     loop_.ProcessMessages();
+    if (state_.CurrWay == Way::Modern) {
+        // The classic way keeps the proxy of the last call, and with none before it the user's own address is seen.
+        Rotation rotation;
+        ChooseProxy(rotation);
+    }
     const HttpResponse response = Get(url, directReadTimeoutMs, 0);
     if (response.Succeeded()) {
         page = TextOf(response, utf8);
+        state_.LastFetched = {response.FinalUrl, response.Peer};
         status_.SetPanel(StatusPanel::Message, {});
         return true;
     }
@@ -205,15 +215,44 @@ HttpResponse PageFetcher::Send(HttpClient& client, const HttpRequest& request, c
     return client.Fetch(request, loop_, events);
 }
 
-HttpResponse PageFetcher::Get(const QString& url, qint64 timeoutMs, qint64 totalTimeoutMs) {
+HttpRequest PageFetcher::NewRequest(const QString& url) const {
+    const bool modern = state_.CurrWay == Way::Modern;
     HttpRequest request;
     request.Url = url;
     request.Headers = noCacheHeaders;
-    request.UserAgent = userAgent;
+    request.UserAgent = modern ? (browserAgent_.isEmpty() ? OwnUserAgent() : browserAgent_) : userAgent;
     request.Via = proxy_;
+    request.Tls = modern ? TlsUse::From12 : TlsUse::Refused;
+    request.CaFile = caFile_;
+    request.Guarded = modern;
+    request.From = state_.CurrPage;
+    return request;
+}
+
+HttpResponse PageFetcher::FetchRobots(const QString& url) {
+    if (state_.ShouldStop || loop_.Quitting()) {
+        HttpResponse stopped;
+        stopped.Failure = HttpFailure::Other;
+        stopped.Error = u"stopped"_s;
+        return stopped;
+    }
+    Rotation rotation;
+    ChooseProxy(rotation);
+    HttpRequest request = NewRequest(url);
+    request.Headers = {u"Accept: text/plain,*/*;q=0.5"_s};
+    request.UserAgent = OwnUserAgent();
+    request.ReadTimeoutMs = robotsReadTimeoutMs;
+    request.Tls = TlsUse::From12;
+    request.Guarded = true;
+    request.BodyLimit = robotsLimit;
+    request.CutBody = true;
+    return Send(idHttp1_, request, {});
+}
+
+HttpResponse PageFetcher::Get(const QString& url, qint64 timeoutMs, qint64 totalTimeoutMs) {
+    HttpRequest request = NewRequest(url);
     request.ReadTimeoutMs = timeoutMs;
     request.TotalTimeoutMs = totalTimeoutMs;
-    request.AllowTls = false;
     return Send(idHttp1_, request,
                 {[this](qint64 size) { IdHTTP1WorkBegin(size); }, [this](qint64 count) { IdHTTP1Work(count); },
                  [this] { IdHTTP1WorkEnd(); }, [this](const QString& newLocation) { IdHTTP1Redirect(newLocation); }});
@@ -226,7 +265,7 @@ HttpResponse PageFetcher::GetByTls(const QString& url) {
     request.Url = url;
     request.Headers = {acceptHeader};
     request.UserAgent = userAgent;
-    request.OnlyTls12 = true;
+    request.Tls = TlsUse::Only12;
     request.CaFile = caFile_;
     HttpClient* const outer = std::exchange(tlsClient_, &client);
     HttpResponse response = Send(client, request, {});
@@ -236,7 +275,8 @@ HttpResponse PageFetcher::GetByTls(const QString& url) {
 
 QString PageFetcher::TextOf(const HttpResponse& response, bool utf8) const {
     const QString text = DecodePage(response.Body, response.ContentType);
-    return utf8 ? QString::fromUtf8(text.toLocal8Bit()) : text;
+    // The modern way goes by what the page says of its characters.
+    return utf8 && state_.CurrWay == Way::Classic ? QString::fromUtf8(text.toLocal8Bit()) : text;
 }
 
 void PageFetcher::Show(const QString& text) {

@@ -12,7 +12,9 @@
 namespace Brindle {
 
 /// The program's one HTTP client for pages: shared cookies, the proxy mode and the random delay of the settings,
-/// progress in the status bar. Every failure is a plain `false`.
+/// progress in the status bar. Every failure is a plain `false`. The way of the current directory says how: the classic
+/// one leaves https to a client of its own, the modern one takes it along, and goes only where the current page may
+/// lead.
 class PageFetcher : public PageSource {
 public:
     /// A random whole number from 0 to `bound` - 1.
@@ -24,6 +26,10 @@ public:
     bool DownloadURL(const QString& url, QString& page, bool utf8) override;
     bool DirectDownloadURL(const QString& url, QString& page, bool utf8) override;
     void Disconnect() override;
+
+    /// The whole response to a request for a robots.txt, cut where it is longer than such a file has to be read, in the
+    /// modern way and under the program's own name.
+    HttpResponse FetchRobots(const QString& url);
 
     /// Why the last request failed: address and reason in one line, without credentials; empty after a success.
     const QString& LastError() const { return lastError_; }
@@ -38,7 +44,9 @@ public:
 
     /// Replaces the source of the random delay.
     void SetRandom(Random random) { random_ = std::move(random); }
-    /// Certificate authorities of the TLS fallback instead of the system's.
+    /// The user agent of the modern way, that of the browser; empty: the program's own.
+    void SetBrowserAgent(const QString& agent) { browserAgent_ = agent; }
+    /// Certificate authorities instead of the system's.
     void SetCaFile(const QString& caFile) { caFile_ = caFile; }
 
 protected:
@@ -71,6 +79,7 @@ private:
     bool ApplyNextProxy(Rotation& rotation);
     void WaitRandomDelay(const Rotation& rotation);
     void ShowRequest(const Rotation& rotation);
+    HttpRequest NewRequest(const QString& url) const;
     HttpResponse Get(const QString& url, qint64 readTimeoutMs, qint64 totalTimeoutMs);
     HttpResponse GetByTls(const QString& url);
     QString TextOf(const HttpResponse& response, bool utf8) const;
@@ -86,6 +95,7 @@ private:
     Proxy proxy_; // stays from one call to the next
     Random random_;
     QString caFile_;
+    QString browserAgent_;
     std::optional<qint64> patience_;
     qint64 progressMaximum_ = 0;
     HttpClient* tlsClient_ = nullptr; // while a fallback is under way

@@ -1,5 +1,7 @@
 #include "net/ResponseHeaders.h"
 
+#include "toolkit/Ascii.h"
+
 #include <QList>
 #include <QStringDecoder>
 
@@ -25,7 +27,7 @@ bool IsImpossibleLength(const QByteArray& value) {
     bool fits = false;
     value.toLongLong(&fits);
     return !fits && !value.isEmpty() &&
-           std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
+           std::all_of(value.begin(), value.end(), [](char c) { return Ascii::IsDigit(c); });
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "net/TextDecoder.h"
 
 #include "net/CharacterSets.h"
+#include "toolkit/Ascii.h"
 
 #include <QByteArrayList>
 #include <QStringDecoder>
@@ -236,7 +237,7 @@ bool IsMetaTag(QByteArrayView lowered) {
 
 bool IsTag(QByteArrayView lowered) {
     const qsizetype name = lowered.startsWith("</") ? 2 : 1;
-    return lowered.size() > name && lowered[name] >= 'a' && lowered[name] <= 'z';
+    return lowered.size() > name && Ascii::IsLetter(lowered[name]);
 }
 
 // The label that a <meta> at the page's beginning gives.

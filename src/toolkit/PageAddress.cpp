@@ -1,5 +1,6 @@
 #include "toolkit/PageAddress.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
@@ -11,19 +12,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool IsLetter(QChar c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
 bool IsWeb(QStringView scheme) {
     return scheme == u"http" || scheme == u"https";
 }
 
 qsizetype SchemeLength(QStringView address) {
-    if (address.isEmpty() || !IsLetter(address.front()))
+    if (address.isEmpty() || !Ascii::IsLetter(address.front()))
         return 0;
     const auto end = std::find_if_not(address.begin(), address.end(), [](QChar c) {
-        return IsLetter(c) || (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.';
+        return Ascii::IsLetterOrDigit(c) || c == u'+' || c == u'-' || c == u'.';
     });
     return end != address.end() && *end == u':' ? end - address.begin() : 0;
 }
@@ -41,6 +38,14 @@ QStringView PathAndQueryEnd(QStringView address) {
     const QStringView whole = WithoutFragment(address);
     const qsizetype query = whole.indexOf(u'?');
     return query < 0 ? whole : whole.first(query);
+}
+
+QStringView HostAndPort(QStringView address) {
+    const qsizetype begin = address.indexOf(u"://") + 3;
+    if (begin < 3)
+        return {};
+    const QStringView authority = address.first(PathBegin(address)).sliced(begin);
+    return authority.sliced(authority.lastIndexOf(u'@') + 1);
 }
 
 // The blanks, tabs and line ends that browsers forgive, and the backslashes of the part before the query.
@@ -175,10 +180,26 @@ QString ShownAddress(const QString& address) {
     const qsizetype host = address.indexOf(u"://") + 3;
     if (host < 3)
         return address;
-    const auto hostEnd = std::find_if(address.begin() + host, address.end(),
-                                      [](QChar c) { return c == u'/' || c == u'?' || c == u'#'; });
-    const qsizetype at = QStringView(address).first(hostEnd - address.begin()).lastIndexOf(u'@');
+    const qsizetype at = QStringView(address).first(PathBegin(address)).lastIndexOf(u'@');
     return at < host ? address : address.first(host) + address.sliced(at + 1);
+}
+
+QString HostOf(const QString& address) {
+    const QStringView host = HostAndPort(address);
+    const qsizetype bracket = host.indexOf(u']');
+    const qsizetype colon = host.indexOf(u':', std::max<qsizetype>(bracket, 0));
+    return (colon < 0 ? host : host.first(colon)).toString();
+}
+
+QString ServerOf(const QString& address) {
+    const QString scheme = SchemeOf(address);
+    QString host = HostAndPort(address).toString().toLower();
+    for (const QStringView port : {scheme == u"https" ? QStringView(u":443") : QStringView(u":80"), QStringView(u":")})
+        if (host.endsWith(port)) {
+            host.chop(port.size());
+            break;
+        }
+    return scheme + u"://" + host;
 }
 
 QString RefererFor(const QString& from, const QString& to) {

@@ -28,6 +28,13 @@ QString NormalAddress(const QString& address);
 /// The address without user name and password, fit to be shown.
 QString ShownAddress(const QString& address);
 
+/// The host of an absolute address as it stands there, without login and port; one of IP version 6 in its brackets.
+QString HostOf(const QString& address);
+
+/// Scheme, host and port of an absolute address, in lower case, without login and slash (RFC 6454, section 6.2): what
+/// the addresses of one server have in common. The usual port of the scheme is left out.
+QString ServerOf(const QString& address);
+
 /// The address without its fragment.
 QStringView WithoutFragment(QStringView address);
 

@@ -31,6 +31,7 @@ bool StubPages::DownloadURL(const QString& url, QString& page, bool /*utf8*/) {
         page = EveryPage;
     else
         return false;
+    state_.LastFetched = {url, {}};
     return true;
 }
 

@@ -182,6 +182,35 @@ TEST_F(StaticPages, FailuresAreNamedInOneLine) {
     EXPECT_EQ(Browser.LastError(), QString());
 }
 
+TEST_F(StaticPages, LeadOnlyWhereAPageMay) {
+    Server.Pages["/start"] = "<p>start <a href='http://169.254.169.254/'>x</a>";
+    Server.Pages["/next"] = "<p>next";
+    Server.Headers["/away"] = "Status: 302 Found\r\nLocation: http://10.0.0.1/\r\n";
+    ASSERT_TRUE(Load(u"/start"_s));
+    EXPECT_EQ(Browser.PeerAddress(), u"127.0.0.1"_s);
+    for (const QString& address : {u"file:///etc/hostname"_s, u"data:text/html,x"_s, u"javascript:x"_s}) {
+        Browser.Follow(address);
+        EXPECT_FALSE(Browser.Busy());
+        EXPECT_TRUE(Browser.LastError().startsWith(address)) << Browser.LastError().toStdString();
+        EXPECT_TRUE(Body().contains(u"start")); // the page stays
+    }
+    const auto expectRefused = [this] {
+        ASSERT_TRUE(Settles());
+        EXPECT_TRUE(Browser.LastError().contains(u"may lead")) << Browser.LastError().toStdString();
+        ASSERT_TRUE(Load(u"/start"_s));
+    };
+    Browser.ClickLink(0);
+    expectRefused();
+    Browser.Follow(u"http://192.168.0.1/"_s);
+    expectRefused();
+    Browser.Navigate(Server.Address(u"/away"_s));
+    expectRefused();
+    Browser.Follow(Server.Address(u"/next"_s));
+    ASSERT_TRUE(Settles());
+    EXPECT_TRUE(Body().contains(u"next")) << Browser.LastError().toStdString();
+    EXPECT_TRUE(Server.Requests.last().contains(QString(u"Referer: " + Server.Address(u"/start"_s)).toLatin1()));
+}
+
 TEST_F(StaticPages, CharactersSetsAndPlainTextAreRead) {
     Server.Pages["/latin"] = "<p>\xe8";
     Server.Headers["/latin"] = "Content-Type: text/html; charset=iso-8859-1\r\n";
