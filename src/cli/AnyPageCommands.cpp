@@ -46,11 +46,6 @@ QString PageUrlOf(const CommandLine& line) {
 
 namespace {
 
-AnyPageReading ReadingOfFile(const CommandLine& line) {
-    const QString url = PageUrlOf(line);
-    return ReadAnyPage(TreeOfFile(line.Arguments.first()), url);
-}
-
 // Reads saved pages as those of any directory or as a recipe says, and remembers what of the recipe did not hold.
 class SavedPageReader {
 public:
@@ -163,7 +158,9 @@ int RunNext(const CommandLine& line, Console&) {
 }
 
 int RunExplain(const CommandLine& line, Console&) {
-    WriteToStandardOutput(ExplainReading(ReadingOfFile(line)));
+    const QString url = PageUrlOf(line);
+    const PageTree page = TreeOfFile(line.Arguments.first());
+    WriteToStandardOutput(ExplainReading(ReadAnyPage(page, url, Selectors::Made)));
     return ExitStatus::Done;
 }
 

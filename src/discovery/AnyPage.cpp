@@ -1,11 +1,137 @@
 #include "discovery/AnyPage.h"
 
+#include "discovery/RecordsAddress.h"
+#include "discovery/RecordsMerge.h"
+
+#include <algorithm>
+
 namespace Brindle {
 
-AnyPageReading ReadAnyPage(const PageTree& page, const QString& url) {
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr size_t mostLists = 6;       // that are read in full
+constexpr double wellWitnessed = 0.6; // share of a list's records that structured data names
+
+void Take(AnyPageReading& reading, RecordsReading& list) {
+    reading.Records = std::move(list.Records);
+    reading.Fields = std::move(list.Fields);
+    reading.RecordSelector = list.Selector;
+}
+
+double QualityOf(const RecordsReading& list) {
+    return list.Score / static_cast<double>(std::max<size_t>(list.Records.size(), 1));
+}
+
+// Whether nearly all of the inner records lie within outer ones.
+template <typename Inner, typename Outer>
+bool LiesWithin(const Inner& inner, const Outer& outer) {
+    size_t at = 0;
+    size_t within = 0;
+    for (const auto& record : inner.Records) {
+        while (at + 1 < outer.Records.size() && outer.Records[at].End <= record.Begin)
+            ++at;
+        within += outer.Records[at].Begin <= record.Begin && record.End <= outer.Records[at].End;
+    }
+    return within * 10 >= inner.Records.size() * 9;
+}
+
+// Parts of records can be many and look like records of their own: whole ones that say more go before them.
+void PreferWhole(std::vector<RecordsReading>& lists) {
+    for (size_t i = 1; i < lists.size() && lists[i].Sure; ++i)
+        if (QualityOf(lists[i]) > 1.25 * QualityOf(lists.front()) && LiesWithin(lists.front(), lists[i]))
+            std::rotate(lists.begin(), lists.begin() + static_cast<std::ptrdiff_t>(i),
+                        lists.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+}
+
+void CountFields(AnyPageReading& reading, const QString& why) {
+    for (int column = 0; column < FieldCount; ++column) {
+        const auto field = static_cast<Field>(column);
+        const auto filled = static_cast<int>(
+            std::count_if(reading.Records.begin(), reading.Records.end(),
+                          [&](const PageRecord& record) { return !record.Fields.At(column).isEmpty(); }));
+        const auto known = std::find_if(reading.Fields.begin(), reading.Fields.end(),
+                                        [&](const FieldReading& one) { return one.Column == field; });
+        if (known != reading.Fields.end()) {
+            if (!why.isEmpty() && known->Filled != filled)
+                known->Why += u"; also in "_s + why;
+            known->Filled = filled;
+        } else if (filled > 0) {
+            reading.Fields.push_back({field, {}, filled, u"in "_s + why});
+        }
+    }
+}
+
+} // namespace
+
+AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors) {
     AnyPageReading reading;
     const PageLines lines(page);
     reading.Next = FindNextPage(page, lines, url);
+    std::vector<StructuredRecord> structured = StructuredRecords(page, url);
+    const PageAnnotations annotations(page, lines, url, AddressHintsOf(page, url, structured));
+    const Signatures signatures(page);
+    const PageSubject subject = SubjectOf(annotations);
+    const RecordsMerge merge(page, std::move(structured));
+    std::vector<RecordsReading> lists;
+    std::vector<ListCandidate> parts;
+    double promise = 0; // of the best list that is sure
+    size_t sure = 0;    // its number
+    for (const RecordList& list : FindLists(annotations, signatures, mostLists)) {
+        if (promise > 0 && list.Promise < 0.5 * promise && LiesWithin(list, lists[sure])) {
+            parts.push_back({{}, static_cast<int>(list.Records.size()), 0, u"parts of the records of a better list"_s});
+            continue;
+        }
+        lists.push_back(ReadRecords(annotations, signatures, list, subject, selectors));
+        if (lists.back().Sure && promise == 0) {
+            promise = list.Promise;
+            sure = lists.size() - 1;
+        }
+    }
+    for (RecordsReading& list : lists) {
+        // Structured data that names a list's records stands in for what its look does not say.
+        const double witness = merge.WitnessFor(list);
+        if (witness >= wellWitnessed) {
+            list.Score *= 1 + witness;
+            list.Verdict += list.Sure ? u"; "_s + merge.Source() + u" names them"_s : QString();
+        }
+        list.Witness = witness;
+    }
+    std::stable_sort(lists.begin(), lists.end(), [](const RecordsReading& one, const RecordsReading& other) {
+        return one.Sure != other.Sure ? one.Sure : one.Score > other.Score;
+    });
+    PreferWhole(lists);
+    for (const RecordsReading& list : lists)
+        reading.Candidates.push_back({list.Selector, static_cast<int>(list.Records.size()), list.Score, list.Verdict});
+    reading.Candidates.insert(reading.Candidates.end(), parts.begin(), parts.end());
+    if (!lists.empty() && lists.front().Sure) {
+        reading.Candidates.front().Verdict = u"taken: "_s + lists.front().Verdict;
+        RecordsReading& best = lists.front();
+        const bool witnessed = best.Witness >= wellWitnessed;
+        if (best.Witness > 0)
+            merge.AddTo(best);
+        Take(reading, best);
+        reading.Source = witnessed ? merge.Source() : u"shape"_s;
+        CountFields(reading, merge.Source());
+        return reading;
+    }
+    std::vector<PageRecord> alone = merge.Alone();
+    if (alone.empty())
+        return reading;
+    reading.Source = merge.Source();
+    // A list that is not sure by its look alone still adds to what is said of its records.
+    const auto witnessed = std::find_if(lists.begin(), lists.end(),
+                                        [](const RecordsReading& list) { return list.Witness >= wellWitnessed; });
+    if (witnessed != lists.end()) {
+        merge.AddTo(*witnessed);
+        reading.Candidates[static_cast<size_t>(witnessed - lists.begin())].Verdict =
+            u"taken: "_s + reading.Source + u" names its records"_s;
+        Take(reading, *witnessed);
+    } else {
+        reading.Records = std::move(alone);
+    }
+    CountFields(reading, reading.Source);
     return reading;
 }
 

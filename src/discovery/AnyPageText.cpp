@@ -85,9 +85,10 @@ private:
                 ++end;
             const bool lineBegun = lineBegin_ < lines_.Text.size();
             // Neighbouring elements without a blank are told apart by the page's style: "<b>12345</b><b>Town</b>".
-            const bool apart = tagBefore_ && lineBegun && lines_.Text.back().isLetterOrNumber() &&
-                               text[at].isLetterOrNumber() && page_.Parent(node) != lastParent_ &&
-                               !page_.Contains(lastParent_, node) && !page_.Contains(page_.Parent(node), lastNode_);
+            const bool apart = tagBefore_ && lineBegun && !QStringView(u"(/[").contains(lines_.Text.back()) &&
+                               !QStringView(u",.;:)/%]\u00BB").contains(text[at]) &&
+                               page_.Parent(node) != lastParent_ && !page_.Contains(lastParent_, node) &&
+                               !page_.Contains(page_.Parent(node), lastNode_);
             if (lineBegun && (blankBefore_ || apart))
                 lines_.Text += u' ';
             if (lines_.Pieces.empty() || lines_.Pieces.back().Node != node)

@@ -208,14 +208,12 @@ QString WithoutDotSegments(const QString& address) {
 }
 
 QString BaseAddressOf(const PageTree& page, const QString& url) {
-    // The first base element with an address counts, HTML, section 4.2.3.
-    const NodeIndex end = page.Head() == noNode ? noNode : page.End(page.Head());
-    for (NodeIndex node = page.Head(); node != noNode && node < end; ++node)
-        if (page.Is(node, u"base"))
-            if (const QStringView href = page.Attribute(node, u"href"); !href.isNull()) {
-                const QString base = ResolveAddress(url, href.toString());
-                return SiteOf(base).isEmpty() ? url : base;
-            }
+    // The first base element with an address counts (HTML, section 4.2.3); a broken page has it in its body.
+    for (NodeIndex node = 0; node < page.Count(); ++node)
+        if (page.Is(node, u"base") && page.HasAttribute(node, u"href")) {
+            const QString base = ResolveAddress(url, page.Attribute(node, u"href").toString());
+            return SiteOf(base).isEmpty() ? url : base;
+        }
     return url;
 }
 

@@ -417,7 +417,7 @@ private:
 
     // What any page is read by may hold for the columns that nobody spoke of.
     void Propose(const RecordSet& set, LearnedRecipe& learned) {
-        for (const FieldReading& reading : ReadAnyPage(page_, url_).Fields) {
+        for (const FieldReading& reading : ReadAnyPage(page_, url_, Selectors::Made).Fields) {
             if (Has(learned.What, reading.Column) || reading.Selector.isEmpty())
                 continue;
             RecipeProposal proposal{.Row = {.Column = reading.Column, .Selector = reading.Selector}, .Sample = {}};

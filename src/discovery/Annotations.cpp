@@ -1,0 +1,522 @@
+#include "discovery/Annotations.h"
+
+#include "discovery/NextPage.h"
+#include "discovery/RecordsAddress.h"
+#include "toolkit/PageAddress.h"
+#include "toolkit/Phone.h"
+#include "toolkit/Text.h"
+
+#include <QHash>
+#include <QSet>
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto socialHosts = std::to_array<QStringView>({u"facebook.com",
+                                                         u"fb.com",
+                                                         u"fb.me",
+                                                         u"twitter.com",
+                                                         u"x.com",
+                                                         u"t.co",
+                                                         u"instagram.com",
+                                                         u"linkedin.com",
+                                                         u"youtube.com",
+                                                         u"youtu.be",
+                                                         u"pinterest.com",
+                                                         u"tiktok.com",
+                                                         u"plus.google.com",
+                                                         u"wa.me",
+                                                         u"whatsapp.com",
+                                                         u"t.me",
+                                                         u"telegram.me",
+                                                         u"vk.com",
+                                                         u"ok.ru",
+                                                         u"xing.com",
+                                                         u"line.me",
+                                                         u"weibo.com",
+                                                         u"tumblr.com",
+                                                         u"reddit.com",
+                                                         u"vimeo.com",
+                                                         u"flickr.com",
+                                                         u"snapchat.com",
+                                                         u"play.google.com",
+                                                         u"itunes.apple.com",
+                                                         u"apps.apple.com",
+                                                         u"addthis.com",
+                                                         u"sharethis.com",
+                                                         u"digg.com",
+                                                         u"stumbleupon.com",
+                                                         u"del.icio.us",
+                                                         u"delicious.com",
+                                                         u"b.hatena.ne.jp",
+                                                         u"getpocket.com",
+                                                         u"foursquare.com"});
+
+bool IsHost(QStringView host, std::span<const QStringView> hosts) {
+    return std::any_of(hosts.begin(), hosts.end(), [host](QStringView known) {
+        return host == known || (host.endsWith(known) && host[host.size() - known.size() - 1] == u'.');
+    });
+}
+
+bool IsMapAddress(const QString& host, const QString& address) {
+    constexpr auto mapHosts = std::to_array<QStringView>(
+        {u"openstreetmap.org", u"mapy.cz", u"goo.gl", u"mapquest.com", u"waze.com", u"here.com", u"2gis.ru",
+         u"map.qq.com", u"map.baidu.com", u"map.naver.com", u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
+    if (host.startsWith(u"maps.") || host.startsWith(u"map.") || IsHost(host, mapHosts))
+        return true;
+    const bool engine = host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
+                        host.contains(u"yahoo.") || host.contains(u"apple.");
+    return engine && address.contains(u"/map", Qt::CaseInsensitive);
+}
+
+void Count(quint8& number) {
+    if (number < std::numeric_limits<quint8>::max())
+        ++number;
+}
+
+quint8 Sum(quint8 one, quint8 other) {
+    return static_cast<quint8>(std::min<int>(one + other, std::numeric_limits<quint8>::max()));
+}
+
+bool IsWordMark(QChar c) {
+    return c.isLetterOrNumber() || c == u'.' || c == u'_' || c == u'-' || c == u'+';
+}
+
+bool IsMonth(QStringView word) {
+    static const QSet<QString> months = [] {
+        QSet<QString> set;
+        constexpr QStringView names =
+            u"january february march april june july august september october november december jan feb mar apr jun "
+            u"jul "
+            u"aug sep sept oct nov dec januar februar märz mai juni juli oktober dezember dez janvier février mars "
+            u"avril "
+            u"juin juillet août septembre octobre novembre décembre enero febrero marzo abril mayo junio julio agosto "
+            u"septiembre octubre noviembre diciembre gennaio febbraio aprile maggio giugno luglio settembre ottobre "
+            u"dicembre janeiro fevereiro março maio junho julho setembro outubro novembro dezembro januari februari "
+            u"maart "
+            u"mei augustus stycznia lutego marca kwietnia maja czerwca lipca sierpnia września października listopada "
+            u"grudnia января февраля марта апреля мая июня июля августа сентября октября ноября декабря";
+        for (const QStringView name : names.split(u' '))
+            set.insert(name.toString());
+        return set;
+    }();
+    return word.size() <= 12 && months.contains(word.toString().toLower());
+}
+
+} // namespace
+
+NodeFacts& NodeFacts::operator+=(const NodeFacts& other) {
+    for (quint8 NodeFacts::*const member :
+         {&NodeFacts::Phones, &NodeFacts::Mails, &NodeFacts::Websites, &NodeFacts::Maps, &NodeFacts::PostalCodes,
+          &NodeFacts::Streets, &NodeFacts::Headings, &NodeFacts::OwnLinks, &NodeFacts::Names, &NodeFacts::Addresses,
+          &NodeFacts::Cities, &NodeFacts::Categories, &NodeFacts::Strong, &NodeFacts::Prices, &NodeFacts::Dates,
+          &NodeFacts::Ratings})
+        this->*member = Sum(this->*member, other.*member);
+    Characters += other.Characters;
+    return *this;
+}
+
+PageAnnotations::PageAnnotations(const PageTree& page, const PageLines& lines, const QString& url,
+                                 const AddressHints& country)
+    : Page(page),
+      Lines(lines),
+      Url(url),
+      Base(BaseAddressOf(page, url)),
+      Site(SiteOf(url)),
+      Country(country),
+      Region(GuessCountry(country).Region),
+      Hints(static_cast<size_t>(page.Count()), 0),
+      Facts(static_cast<size_t>(page.Count())),
+      IsAddressLine(lines.Lines.size(), false),
+      IsDateLine(lines.Lines.size(), false),
+      IsPriceLine(lines.Lines.size(), false) {
+    ReadElements();
+    ReadLines();
+    std::stable_sort(Phones.begin(), Phones.end(),
+                     [](const PagePhone& one, const PagePhone& other) { return one.Node < other.Node; });
+    std::stable_sort(Mails.begin(), Mails.end(),
+                     [](const PageMail& one, const PageMail& other) { return one.Node < other.Node; });
+    CountUpward();
+}
+
+const PageLink* PageAnnotations::LinkAt(NodeIndex node) const {
+    const auto found = std::lower_bound(Links.begin(), Links.end(), node,
+                                        [](const PageLink& link, NodeIndex wanted) { return link.Node < wanted; });
+    return found != Links.end() && found->Node == node ? &*found : nullptr;
+}
+
+void PageAnnotations::ReadElements() {
+    const NodeIndex body = Page.Body();
+    if (body == noNode)
+        return;
+    for (NodeIndex node = body; node < Page.End(body);) {
+        if (Page.IsElement(node)) {
+            if (HoldsNoText(Page, node) && !Page.Is(node, u"noscript")) {
+                node = Page.End(node);
+                continue;
+            }
+            ReadElement(node);
+        }
+        ++node;
+    }
+}
+
+void PageAnnotations::ReadElement(NodeIndex node) {
+    // The same names stand on many elements.
+    static thread_local QHash<QString, HintSet> known;
+    if (known.size() > 20000)
+        known.clear();
+    HintSet hints = 0;
+    QStringView href;
+    for (const PageAttribute& attribute : Page.Attributes(node)) {
+        const QStringView name = attribute.Name;
+        if (name == u"href") {
+            href = attribute.Value;
+        } else if (name == u"class" || name == u"id" || name == u"itemprop" || name == u"property" ||
+                   name == u"data-testid" || name == u"data-field" || name == u"data-label" || name == u"itemtype") {
+            if (attribute.Value.isEmpty() || attribute.Value.size() > 300)
+                continue;
+            const QString key = attribute.Value.toString();
+            auto found = known.constFind(key);
+            if (found == known.cend()) {
+                const QStringView value = name == u"itemtype"
+                                              ? attribute.Value.sliced(attribute.Value.lastIndexOf(u'/') + 1)
+                                              : attribute.Value;
+                found = known.insert(key, HintsOfName(value));
+            }
+            hints |= *found;
+        } else if (name == u"data-cfemail") {
+            if (const QString mail = DecodedMail(attribute.Value); !mail.isEmpty())
+                Mails.push_back({node, mail});
+        }
+    }
+    const bool isAside = Page.Is(node, u"nav") || Page.Is(node, u"footer") || Page.Is(node, u"aside");
+    if (isAside)
+        hints = hints | Hint::Aside;
+    Hints[static_cast<size_t>(node)] = hints;
+
+    NodeFacts& facts = Facts[static_cast<size_t>(node)];
+    const QStringView name = Page.Name(node);
+    if (name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6')
+        Count(facts.Headings);
+    else if (name == u"b" || name == u"strong" || name == u"dt")
+        Count(facts.Strong);
+    if (Has(hints, Hint::Name))
+        Count(facts.Names);
+    if (name == u"address" || Has(hints, Hint::Address) || Has(hints, Hint::Street))
+        Count(facts.Addresses);
+    if (Has(hints, Hint::City))
+        Count(facts.Cities);
+    if (Has(hints, Hint::Category))
+        Count(facts.Categories);
+    if (Has(hints, Hint::Rating))
+        Count(facts.Ratings);
+    if (name == u"time")
+        Count(facts.Dates);
+    if (name == u"a" && !href.isNull())
+        ReadLink(node, href);
+}
+
+void PageAnnotations::ReadLink(NodeIndex node, QStringView href) {
+    const QString trimmed = TrimmedView(href).toString();
+    PageLink link{node, LinkKind::None, {}, {}};
+    NodeFacts& facts = Facts[static_cast<size_t>(node)];
+    const QString scheme = SchemeOf(trimmed);
+    if (scheme == u"tel" || scheme == u"callto" || scheme == u"sms") {
+        link.Kind = LinkKind::Phone;
+        link.Address = QUrl::fromPercentEncoding(trimmed.sliced(scheme.size() + 1).toUtf8());
+        while (link.Address.startsWith(u'/'))
+            link.Address.remove(0, 1);
+    } else if (scheme == u"mailto") {
+        QString mail = trimmed.sliced(7);
+        if (const qsizetype query = mail.indexOf(u'?'); query >= 0)
+            mail.truncate(query);
+        const QStringList mails = MailsIn(QUrl::fromPercentEncoding(mail.toUtf8()));
+        if (!mails.isEmpty()) {
+            link.Kind = LinkKind::Mail;
+            link.Address = mails.join(u';');
+            for (const QString& one : mails)
+                Mails.push_back({node, one});
+            Count(facts.Mails);
+        }
+    } else if (scheme == u"geo") {
+        link.Kind = LinkKind::Map;
+        link.Address = trimmed;
+    } else if (!trimmed.isEmpty() && !trimmed.startsWith(u'#') &&
+               (scheme.isEmpty() || scheme == u"http" || scheme == u"https")) {
+        link.Address = WithoutDotSegments(ResolveAddress(Base, trimmed));
+        link.Host = SiteOf(link.Address);
+        const bool own = link.Host == Site || link.Host.endsWith(u'.' + Site) || Site.endsWith(u'.' + link.Host);
+        if (link.Host.isEmpty())
+            link.Kind = LinkKind::None;
+        else if (IsMapAddress(link.Host, link.Address) && !own)
+            link.Kind = LinkKind::Map;
+        else if (IsHost(link.Host, socialHosts) && !own)
+            link.Kind = LinkKind::Social;
+        else if (!own)
+            link.Kind = LinkKind::Outside;
+        else if (WithoutFragment(link.Address) != WithoutFragment(Url))
+            link.Kind = LinkKind::Own;
+        if (link.Kind == LinkKind::Map)
+            Count(facts.Maps);
+        else if (link.Kind == LinkKind::Outside)
+            Count(facts.Websites);
+        else if (link.Kind == LinkKind::Own)
+            Count(facts.OwnLinks);
+    }
+    Links.push_back(std::move(link));
+}
+
+NodeIndex PageAnnotations::NodeAt(int line, qsizetype position) const {
+    const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
+    auto piece = static_cast<size_t>(whole.FirstPiece);
+    for (int i = 1; i < whole.PieceCount && Lines.Pieces[piece + 1].Begin <= position; ++i)
+        ++piece;
+    return Lines.Pieces[piece].Node;
+}
+
+void PageAnnotations::ReadLines() {
+    for (size_t i = 0; i < Lines.Lines.size(); ++i) {
+        const TextLine& line = Lines.Lines[i];
+        const QStringView text = Lines.TextOf(line);
+        for (int piece = line.FirstPiece; piece < line.FirstPiece + line.PieceCount; ++piece) {
+            const TextPiece& part = Lines.Pieces[static_cast<size_t>(piece)];
+            Facts[static_cast<size_t>(part.Node)].Characters += static_cast<quint32>(part.Length);
+        }
+        const int number = static_cast<int>(i);
+        if (text.contains(u'@') || text.contains(u"[at]") || text.contains(u"(at)"))
+            ReadMails(number);
+        const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+        if (digits == 0 || line.Length > 4000)
+            continue;
+        NodeFacts& facts = Facts[static_cast<size_t>(NodeAt(number, line.Begin))];
+        if (digits >= 5)
+            ReadPhones(number);
+        const AddressSigns signs = AddressSignsIn(text, Region);
+        if (signs.PostalCode)
+            Count(facts.PostalCodes);
+        if (signs.Street)
+            Count(facts.Streets);
+        IsAddressLine[i] = signs.PostalCode || signs.Street;
+        if (HasDate(text)) {
+            IsDateLine[i] = true;
+            Count(facts.Dates);
+        }
+        if (HasPrice(text)) {
+            IsPriceLine[i] = true;
+            Count(facts.Prices);
+        }
+    }
+    // Numbers that stand in a link only: "Call now".
+    const std::vector<PagePhone> shown = Phones;
+    for (const PageLink& link : Links) {
+        if (link.Kind != LinkKind::Phone)
+            continue;
+        const auto within = std::lower_bound(shown.begin(), shown.end(), link.Node,
+                                             [](const PagePhone& phone, NodeIndex node) { return phone.Node < node; });
+        if (within != shown.end() && within->Node < Page.End(link.Node))
+            continue;
+        if (const std::optional<PhoneNumber> number = ReadPhone(link.Address, Region))
+            AddPhone({link.Node, -1, 0, 0, link.Address, number->E164});
+    }
+}
+
+void PageAnnotations::AddPhone(const PagePhone& phone) {
+    Count(Facts[static_cast<size_t>(phone.Node)].Phones);
+    Phones.push_back(phone);
+}
+
+void PageAnnotations::ReadPhones(int line) {
+    const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
+    const QStringView text = Lines.TextOf(whole);
+    // Numbers in elements of their own first: what stands beside them may only look like a part of them.
+    std::vector<FoundPhone> places;
+    if (whole.PieceCount > 1)
+        for (int i = whole.FirstPiece; i < whole.FirstPiece + whole.PieceCount; ++i) {
+            const TextPiece& piece = Lines.Pieces[static_cast<size_t>(i)];
+            if (piece.Length < 6)
+                continue;
+            for (FoundPhone& place : FindPhones(Lines.TextOf(piece), Region)) {
+                place.Begin += piece.Begin - whole.Begin;
+                place.End += piece.Begin - whole.Begin;
+                places.push_back(std::move(place));
+            }
+        }
+    const auto own = static_cast<std::ptrdiff_t>(places.size());
+    for (FoundPhone& place : FindPhones(text, Region))
+        if (std::none_of(places.begin(), places.begin() + own, [&place](const FoundPhone& known) {
+                return known.Begin < place.End && place.Begin < known.End;
+            }))
+            places.push_back(std::move(place));
+    std::stable_sort(places.begin(), places.end(),
+                     [](const FoundPhone& one, const FoundPhone& other) { return one.Begin < other.Begin; });
+    for (const FoundPhone& place : places) {
+        // Few digits are a number only where the page says so.
+        const QStringView shown = text.sliced(place.Begin, place.End - place.Begin);
+        const auto count = std::count_if(shown.begin(), shown.end(), [](QChar c) { return c.isDigit(); });
+        if (count < 7 && !EndsWithPhoneLabel(text.first(place.Begin)))
+            continue;
+        AddPhone({NodeAt(line, whole.Begin + place.Begin), line, whole.Begin + place.Begin, whole.Begin + place.End,
+                  shown.toString(), place.Number.E164});
+    }
+}
+
+void PageAnnotations::ReadMails(int line) {
+    const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
+    const QStringView text = Lines.TextOf(whole);
+    for (const QString& mail : MailsIn(text)) {
+        const qsizetype at = std::max<qsizetype>(0, text.indexOf(QStringView(mail).first(mail.indexOf(u'@'))));
+        const NodeIndex node = NodeAt(line, whole.Begin + at);
+        Count(Facts[static_cast<size_t>(node)].Mails);
+        Mails.push_back({node, mail});
+    }
+}
+
+void PageAnnotations::CountUpward() {
+    for (NodeIndex node = Page.Count() - 1; node > 0; --node)
+        if (const NodeIndex parent = Page.Parent(node); parent != noNode)
+            Facts[static_cast<size_t>(parent)] += Facts[static_cast<size_t>(node)];
+}
+
+QStringList MailsIn(QStringView text) {
+    QString plain = text.toString();
+    if (!plain.contains(u'@'))
+        for (const QStringView at : {u" [at] ", u"[at]", u" (at) ", u"(at)"})
+            plain.replace(at.toString(), u"@"_s, Qt::CaseInsensitive);
+    if (!plain.contains(u'@'))
+        return {};
+    for (const QStringView dot : {u" [dot] ", u"[dot]", u" (dot) ", u"(dot)", u" [punkt] ", u"[punkt]"})
+        plain.replace(dot.toString(), u"."_s, Qt::CaseInsensitive);
+    QStringList mails;
+    for (qsizetype at = plain.indexOf(u'@'); at >= 0; at = plain.indexOf(u'@', at + 1)) {
+        qsizetype begin = at;
+        while (begin > 0 && at - begin < 64 && IsWordMark(plain[begin - 1]))
+            --begin;
+        qsizetype end = at + 1;
+        while (end < plain.size() && end - at < 254 &&
+               (plain[end].isLetterOrNumber() || plain[end] == u'-' || plain[end] == u'.'))
+            ++end;
+        while (end > at + 1 && (plain[end - 1] == u'.' || plain[end - 1] == u'-'))
+            --end;
+        while (begin < at && (plain[begin] == u'.' || plain[begin] == u'-'))
+            ++begin;
+        const QString host = plain.sliced(at + 1, end - at - 1);
+        const qsizetype dot = host.lastIndexOf(u'.');
+        const QStringView top = QStringView(host).sliced(dot + 1);
+        const bool picture = top == u"png" || top == u"jpg" || top == u"gif" || top == u"svg" || top == u"webp";
+        if (begin < at && dot > 0 && top.size() >= 2 && !picture &&
+            std::all_of(top.begin(), top.end(), [](QChar c) { return c.isLetter() || c == u'-'; })) {
+            const QString mail = plain.sliced(begin, end - begin);
+            if (!mails.contains(mail))
+                mails << mail;
+        }
+    }
+    return mails;
+}
+
+QString DecodedMail(QStringView hexadecimal) {
+    const QByteArray bytes = QByteArray::fromHex(hexadecimal.toLatin1());
+    if (bytes.size() < 4 || hexadecimal.size() > 600)
+        return {};
+    QByteArray mail;
+    for (qsizetype i = 1; i < bytes.size(); ++i)
+        mail += static_cast<char>(bytes[i] ^ bytes[0]);
+    const QStringList mails = MailsIn(QString::fromUtf8(mail));
+    return mails.size() == 1 ? mails.first() : QString();
+}
+
+bool HasDate(QStringView text) {
+    // 24.12.2023, 12/24/23, 2023-12-24, 2023年12月24日, 24 December 2023
+    const auto number = [text](qsizetype& at) {
+        int value = 0;
+        int digits = 0;
+        while (at < text.size() && text[at] >= u'0' && text[at] <= u'9' && digits < 5) {
+            value = value * 10 + text[at++].digitValue();
+            ++digits;
+        }
+        return std::pair(value, digits);
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] < u'0' || text[i] > u'9')
+            continue;
+        qsizetype at = i;
+        const auto [first, firstDigits] = number(at);
+        const bool begins = i == 0 || (!text[i - 1].isLetterOrNumber() && text[i - 1] != u'+' && text[i - 1] != u'/');
+        if (begins && firstDigits <= 4 && at + 3 < text.size()) {
+            const QChar mark = text[at];
+            if (mark == u'.' || mark == u'/' || mark == u'-' || mark == u'\u5E74') {
+                qsizetype behind = at + 1;
+                const auto [second, secondDigits] = number(behind);
+                const bool again = behind < text.size() && (text[behind] == mark || text[behind] == u'\u6708');
+                if (secondDigits >= 1 && secondDigits <= 2 && again) {
+                    qsizetype last = behind + 1;
+                    const auto [third, thirdDigits] = number(last);
+                    const bool ends = last >= text.size() || (!text[last].isDigit() && text[last] != mark);
+                    const bool yearFirst =
+                        firstDigits == 4 && first >= 1900 && first < 2100 && second <= 12 && third <= 31;
+                    const bool yearLast = firstDigits <= 2 && first <= 31 && second <= 31 &&
+                                          ((thirdDigits == 4 && third >= 1900 && third < 2100) || thirdDigits == 2);
+                    if (ends && thirdDigits >= 1 && (yearFirst || yearLast))
+                        return true;
+                }
+            }
+            // A month beside it, by its name.
+            qsizetype word = at;
+            while (word < text.size() && (text[word] == u' ' || text[word] == u'.' || text[word] == u','))
+                ++word;
+            qsizetype end = word;
+            while (end < text.size() && text[end].isLetter())
+                ++end;
+            if (firstDigits <= 2 && first <= 31 && end - word >= 3 && IsMonth(text.sliced(word, end - word)))
+                return true;
+            qsizetype before = i;
+            while (before > 0 && (text[before - 1] == u' ' || text[before - 1] == u'.'))
+                --before;
+            qsizetype begin = before;
+            while (begin > 0 && text[begin - 1].isLetter())
+                --begin;
+            if (first <= 2100 && before - begin >= 3 && IsMonth(text.sliced(begin, before - begin)))
+                return true;
+        }
+        i = std::max(i, at - 1);
+    }
+    return false;
+}
+
+bool HasPrice(QStringView text) {
+    constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9\u20BD\u20A9\u20BA\u20AB\u0E3F\u20B4\u20AA";
+    constexpr auto names = std::to_array<QStringView>(
+        {u"EUR", u"USD", u"GBP", u"CHF", u"PLN", u"z\u0142", u"K\u010D", u"Ft",  u"kr",  u"SEK", u"руб",
+         u"р.",  u"грн", u"円",  u"元",  u"원",  u"Rs",      u"TL",      u"AED", u"lei", u"CAD", u"AUD"});
+    const auto digitBeside = [text](qsizetype begin, qsizetype end) {
+        const auto isGap = [](QChar c) { return c == u' ' || c == u'\u00A0' || c == u'.' || c == u'-' || c == u','; };
+        qsizetype before = begin - 1;
+        for (int i = 0; i < 2 && before >= 0 && isGap(text[before]); ++i)
+            --before;
+        qsizetype behind = end;
+        for (int i = 0; i < 2 && behind < text.size() && isGap(text[behind]); ++i)
+            ++behind;
+        return (before >= 0 && text[before].isDigit()) || (behind < text.size() && text[behind].isDigit());
+    };
+    for (qsizetype i = 0; i < text.size(); ++i)
+        if (signs.contains(text[i]) && digitBeside(i, i + 1))
+            return true;
+    for (const QStringView name : names)
+        for (qsizetype at = text.indexOf(name); at >= 0; at = text.indexOf(name, at + 1)) {
+            const qsizetype end = at + name.size();
+            const bool isWord = (at == 0 || !text[at - 1].isLetter()) && (end == text.size() || !text[end].isLetter());
+            if (isWord && at > 0 && digitBeside(at, end))
+                return true;
+        }
+    return false;
+}
+
+} // namespace Brindle

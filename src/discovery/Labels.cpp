@@ -1,0 +1,378 @@
+#include "discovery/Labels.h"
+
+#include "discovery/AnyPageText.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Row {
+    HintSet Hints;
+    const char16_t* Words; // parted by blanks; in labels by "|"
+};
+
+constexpr HintSet Of(Hint hint) {
+    return static_cast<HintSet>(hint);
+}
+
+// Parts of class names, ids and properties.
+constexpr Row nameParts[] = {
+    {Of(Hint::Name),
+     u"name fn companyname businessname bizname firmenname firmname placename nombre nom naam nome nazwa "
+     u"nazev firma raison denominazione ragionesociale"},
+    {Of(Hint::Title), u"title titel titre titulo titolo heading headline header caption tytul"},
+    {Of(Hint::Phone), u"phone tel telephone telefon telefono telefone phonenumber fon telefoon mobile mobil cell "
+                      u"cellphone handy rufnummer phones telnumber call tlf puhelin telefonnummer phoneno"},
+    {Of(Hint::Fax), u"fax telefax faxnumber faks"},
+    {Of(Hint::Mail), u"email mail mailto emails courriel correo"},
+    {Of(Hint::Website), u"website web homepage www site webseite webpage url siteweb sitio"},
+    {Of(Hint::Street), u"street streetaddress strasse str rue calle via ulica straat thoroughfare addressline address1 "
+                       u"gatuadress logradouro gade"},
+    {Of(Hint::City), u"city locality addresslocality town ort stadt ville ciudad citta cidade plaats miasto mesto obec "
+                     u"neighborhood neighbourhood woonplaats municipio postort localita district suburb commune"},
+    {Of(Hint::State), u"region addressregion province state bundesland provincia county estado"},
+    {Of(Hint::PostalCode), u"postalcode postcode zip zipcode plz cap cep cp codepostal psc"},
+    {Of(Hint::Country), u"country addresscountry countryname land pays pais"},
+    {Of(Hint::Address), u"address adr addr adresse direccion indirizzo endereco adres adresa anschrift location "
+                        u"adress osoite addresses locations standort"},
+    {Of(Hint::Category), u"category categories cuisine cuisines branche branchen rubrique rubric categoria categorie "
+                         u"kategorie kategoria kategorija trade trades industry sector activity activite specialty "
+                         u"speciality specialties tags tag services keywords businesstype branch gewerbe "
+                         u"bransch toimiala categorias type"},
+    {Of(Hint::Map), u"map maps karte directions route mapa plan geo"},
+    {Of(Hint::Hours), u"hours opening openinghours oeffnungszeiten open horaires horario orari openingstijden closed "
+                      u"openuntil"},
+    {Of(Hint::Rating), u"rating ratings stars star score bewertung rate valoracion sterne"},
+    {Of(Hint::Review), u"review reviews snippet opinion opinions testimonial feedback reviewcount votes vote likes"},
+    {Of(Hint::Price), u"price prices preis prix precio prezzo prijs cena pricerange cost salary"},
+    {Of(Hint::Date), u"date time datetime published datum posted timestamp datepublished calendar"},
+    {Of(Hint::Author), u"author byline writer username user autor auteur poster"},
+    {Of(Hint::Description),
+     u"description desc excerpt summary teaser snippet text about intro body slogan abstract blurb"},
+    {Of(Hint::Distance), u"distance dist km entfernung miles abstand"},
+    {Of(Hint::Business), u"business company listing restaurant hotel venue poi organization biz vcard hcard dealer "
+                         u"store shop firm eintrag company merchant provider eatery establishment place places "
+                         u"localbusiness member vendor supplier office clinic practice doctor lawyer unternehmen "
+                         u"entreprise empresa azienda bedrijf podnik cafe bar dentist treffer agency"},
+    {Of(Hint::Product), u"product products cart basket buy sku addtocart warenkorb produkt produit producto prodotto "
+                        u"artikelnr add2cart wishlist price2 deal offer"},
+    {Of(Hint::Article), u"article post blog entry news story comment comments thread topic forum reply message hentry "
+                        u"permalink recipe rezept recette gallery photo video album episode lesson course publication "
+                        u"paper chapter book"},
+    {Of(Hint::Job), u"job jobs vacancy career stelle stellenangebot emploi empleo lavoro position"},
+    {Of(Hint::Event), u"event events veranstaltung termin evento concert show agenda tribe"},
+    {Of(Hint::Person), u"person people staff team employee faculty profile member author"},
+    {Of(Hint::Aside),
+     u"nav navigation menu sidebar footer breadcrumb breadcrumbs aside pagination pager submenu topbar "
+     u"navbar subnav toolbar dropdown cookie header masthead widget"},
+    {Of(Hint::Advert), u"ad ads advert advertisement sponsored sponsor anzeige promo banner adsense werbung promoted"},
+    {Of(Hint::Similar), u"related similar recent popular recommended nearby viewed trending latest"},
+};
+
+// Labels before a value or in the cell before it.
+constexpr Row labels[] = {
+    {Of(Hint::Phone),
+     u"tel|tel no|t|p|ph|ph no|phone|phone no|phone number|telephone|telephone no|telephone number|phones|call|call us|"
+     u"mobile|mobile no|mob|m|cell|cell phone|landline|office|toll free|toll-free|hotline|contact number|contact no|"
+     u"telefon|telefonnummer|tel-nr|tel.-nr|telefon-nr|fon|rufnummer|mobil|mobiltelefon|handy|festnetz|telefon und fax|"
+     u"téléphone|tél|telephone|portable|gsm|mobile|"
+     u"teléfono|telefono|telf|tfno|tlf|teléfonos|móvil|celular|cel|"
+     u"telèfon|mòbil|telefone|telemóvel|telemovel|fone|celular|whatsapp|"
+     u"cellulare|cell|tel./fax|telefoon|telefoonnummer|tel.nr|mobiel|"
+     u"tel. kom|kom|telefon komórkowy|nr tel|numer telefonu|tel. stacjonarny|"
+     u"telefonní číslo|mobilní telefon|telefón|mobilný telefón|telefonszám|"
+     u"telefonul|mobiltelefon|telefonnr|tlf.nr|puhelin|puh|puhelinnumero|gsm|telefoninumber|mobiiltelefon|tālrunis|"
+     u"telefonas|telefon no|cep|cep telefonu|gsm|τηλέφωνο|τηλ|κινητό|"
+     u"телефон|тел|телефоны|моб|мобильный|телефону|мобільний|тел./факс|мобилен|телефони|мобилни|"
+     u"電話|電話番号|お電話|携帯|电话|电话号码|联系电话|手机|連絡電話|聯絡電話|電話號碼|전화|전화번호|연락처|휴대폰|"
+     u"대표전화|"
+     u"الهاتف|هاتف|تلفون|جوال|טלפון|טל|נייד|تلفن|โทร|โทรศัพท์|เบอร์โทร|điện thoại|đt|sđt|di động|hotline|"
+     u"telp|telepon|no telp|no tel|फ़ोन|फोन|मोबाइल"},
+    {Of(Hint::Fax), u"fax|f|fax no|fax number|telefax|faxnummer|fax-nr|télécopie|télécopieur|faks|факс|φαξ|ファックス|"
+                    u"ｆａｘ|传真|傳真|팩스|فاكس|פקס|فکس|โทรสาร|แฟกซ์|faksi|faksas|fakss|faxnr|numer faksu|फ़ैक्स"},
+    {Of(Hint::Mail),
+     u"email|e-mail|mail|e|e-mail address|email address|e-mailadresse|courriel|mél|correo|correo electrónico|"
+     u"correu|e-mail-adresse|posta elettronica|e-post|epost|sähköposti|eposta|e-posta|ηλεκτρονικό ταχυδρομείο|"
+     u"эл. почта|электронная почта|почта|имейл|ел. пошта|メール|メールアドレス|電子メール|邮箱|电子邮件|電郵|"
+     u"이메일|البريد الإلكتروني|בريد|דוא\"ל|אימייל|ایمیل|อีเมล|thư điện tử|surel|ईमेल|el. paštas|e-pasts"},
+    {Of(Hint::Website),
+     u"website|web|web site|homepage|home page|www|url|w|internet|webseite|internetseite|site|site web|"
+     u"site internet|sitio web|página web|pàgina web|página|sito|sito web|site-ul|strona|strona www|"
+     u"www stránky|webové stránky|honlap|weboldal|hemsida|hjemmeside|nettside|kotisivu|kotisivut|"
+     u"koduleht|mājaslapa|svetainė|web sitesi|ιστοσελίδα|сайт|веб-сайт|уебсайт|ホームページ|ウェブサイト|"
+     u"公式サイト|网址|网站|網址|網站|홈페이지|웹사이트|الموقع|الموقع الإلكتروني|אתר|אתר אינטרנט|وب سایت|"
+     u"เว็บไซต์|trang web|situs|situs web|वेबसाइट"},
+    {Of(Hint::Address),
+     u"address|addr|location|adresse|anschrift|standort|adr|domicilio|dirección|direccion|ubicación|adreça|endereço|"
+     u"morada|localização|indirizzo|sede|adres|bezoekadres|lokalizacja|adresa|adresă|cím|adress|besöksadress|"
+     u"besøksadresse|"
+     u"osoite|käyntiosoite|aadress|adrese|adresas|adresi|adres bilgisi|διεύθυνση|адрес|адреса|住所|所在地|地址|주소|"
+     u"العنوان|כתובת|آدرس|ที่อยู่|địa chỉ|alamat|पता|a|naslov"},
+    {Of(Hint::Street), u"street|straße|strasse|rue|calle|via|ulica|straat|улица|utca|gata"},
+    {Of(Hint::City),
+     u"city|town|city/town|ort|stadt|ville|ciudad|localidad|población|città|comune|località|cidade|plaats|"
+     u"woonplaats|miasto|miejscowość|město|obec|mesto|helység|település|oraș|oras|ort|by|kaupunki|"
+     u"şehir|il|πόλη|город|місто|град|市区町村|都市|城市|도시|المدينة|עיר|شهر|kota|neighborhood|"
+     u"neighbourhood|quartier|stadtteil|thành phố|linn|miestas"},
+    {Of(Hint::State),
+     u"state|province|region|county|bundesland|région|département|provincia|estado|región|regione|regio|"
+     u"provincie|województwo|kraj|okres|megye|județ|län|fylke|lääni|il|область|регион|都道府県|省|省份"},
+    {Of(Hint::PostalCode), u"zip|zip code|postcode|postal code|post code|plz|postleitzahl|code postal|cp|código postal|"
+                           u"cap|cep|kod pocztowy|psč|irányítószám|cod poștal|postnummer|postnr|postinumero|posta kodu|"
+                           u"τ.κ|индекс|почтовый индекс|郵便番号|邮编|邮政编码|郵遞區號|우편번호"},
+    {Of(Hint::Country), u"country|land|pays|país|paese|kraj|země|ország|țară|maa|ülke|χώρα|страна|国|国家|국가"},
+    {Of(Hint::Category),
+     u"category|categories|cuisine|cuisines|type|industry|sector|business type|specialty|specialties|speciality|trade|"
+     u"services|kategorie|kategorien|branche|branchen|tätigkeit|rubrik|gewerbe|leistungen|küche|catégorie|catégories|"
+     u"activité|activités|secteur|rubrique|cuisine|spécialités|categoría|categorías|actividad|sector|rubro|categoria|"
+     u"categorie|attività|settore|rubriek|categorieën|branża|kategoria|kategorie|obor|činnost|kategória|tevékenység|"
+     u"categorie|domeniu|bransch|kategori|branche|kategoria|toimiala|tegevusala|kategorija|nozare|veikla|sektör|"
+     u"κατηγορία|категория|рубрика|отрасль|категорія|カテゴリ|カテゴリー|業種|ジャンル|分类|类别|行业|類別|업종|"
+     u"카테고리|"
+     u"الفئة|التصنيف|קטגוריה|תחום|دسته|หมวดหมู่|ประเภท|danh mục|ngành nghề|kategori|श्रेणी"},
+    {Of(Hint::Name),
+     u"name|company|company name|business|business name|firma|firmenname|unternehmen|nom|entreprise|société|"
+     u"raison sociale|nombre|empresa|razón social|nome|azienda|ragione sociale|naam|bedrijf|bedrijfsnaam|"
+     u"nazwa|nazwa firmy|název|jméno|názov|név|cégnév|nume|denumire|namn|företag|navn|nimi|yritys|ad|"
+     u"firma adı|επωνυμία|όνομα|название|наименование|компания|назва|име|会社名|店名|店舗名|名称|名前|企業名|"
+     u"公司名称|公司|名稱|상호|업체명|회사명|الاسم|اسم الشركة|שם|שם העסק|نام|ชื่อ|tên|tên công ty|nama|नाम"},
+    {Of(Hint::Hours),
+     u"hours|opening hours|open|business hours|öffnungszeiten|geöffnet|horaires|heures d'ouverture|horario|"
+     u"horarios|orari|orario|orari di apertura|openingstijden|godziny otwarcia|otevírací doba|nyitvatartás|"
+     u"öppettider|åbningstider|åpningstider|aukioloajat|çalışma saatleri|часы работы|режим работы|営業時間|"
+     u"定休日|营业时间|營業時間|영업시간|ساعات العمل|שעות פתיחה|เวลาทำการ|giờ mở cửa|jam buka|program"},
+    {Of(Hint::Person),
+     u"contact|contact person|owner|manager|ansprechpartner|inhaber|geschäftsführer|contacto|contatto|"
+     u"contactpersoon|osoba kontaktowa|代表者|担当者|联系人|담당자|контактное лицо|director|gérant"},
+    {Of(Hint::Price), u"price|price range|preis|preise|prix|precio|prezzo|prijs|cena|цена|料金|价格|가격|salary|gehalt|"
+                      u"salaire|salario|予算|fees|kosten"},
+    {Of(Hint::Date),
+     u"date|datum|posted|published|veröffentlicht|publié|publicado|pubblicato|gepubliceerd|opublikowano|"
+     u"дата|日付|日期|updated|deadline|when|wann|start date|founded|est|established|since|gegründet"},
+    {Of(Hint::Rating), u"rating|ratings|bewertung|note|valoración|voto|beoordeling|ocena|оценка|評価|评分|평점|score"},
+    {Of(Hint::Review), u"reviews|bewertungen|avis|opiniones|recensioni|opinie|отзывы|口コミ|评论|리뷰"},
+    {Of(Hint::Distance), u"distance|entfernung|distancia|distanza|afstand|odległość|расстояние|距離|距离|거리"},
+};
+
+// What lists of businesses are about; words that begin so count.
+constexpr auto businessStems =
+    u"restaurant restaurang restauracj restaurac ristorant ресторан εστιατόρι étterem éttermek lokanta hotel hôtel "
+    u"albergh "
+    u"отел гостиниц pension hostel caf kaffee kawiarn кафе bistro bar bars pub pubs kneipe bakery bakeries bäcker "
+    u"bäckerei boulanger panader padaria panifici piekarni пекарн plumb klempner sanitär plombier fontaner idraulic "
+    u"encanador loodgieter hydraulik instalatér vízvezeték сантехник dentist zahnarzt zahnärzt dentiste tandarts "
+    u"dentysta zubař fogorvos стоматолог tandläkar tandlæge lawyer attorney solicitor rechtsanwalt rechtsanwält avocat "
+    u"abogado avvocat advogad advocat adwokat právník ügyvéd адвокат юрист electrician elektrik électric electric "
+    u"elettric электрик doctor arzt ärzte médecin médico medici lekarz lékař orvos врач clinic klinik cliniqu "
+    u"clínic pharmac apotheke farmaci apteka lékárna gyógyszertár аптек hairdresser friseur coiffeur peluquer "
+    u"parrucchier "
+    u"kapper fryzjer kadeřni fodrász парикмахер salon beauty kosmetik garage werkstatt mechanic autohaus dealer "
+    u"dealers "
+    u"taxi company companies business businesses firm firms firma firmen firmy firem entreprise société empresa aziend "
+    u"impres bedrijf bedrijven cég cégek företag virksomhed bedrift yritys yrityks ettevõt uzņēmum įmon şirket "
+    u"firmalar "
+    u"επιχειρήσε компани фирм предприят підприємств directory directories branchenbuch branchenverzeichnis annuaire "
+    u"directorio elenco gids katalog katalóg rejstřík cégkereső katalogus lista listing listings verzeichnis gewerbe "
+    u"handwerker yellowpages gelbe pages dienstleister supplier suppliers provider contractor contractors store stores "
+    u"shops geschäfte läden magasins tiendas negozi winkels sklep obchod üzlet agency agencies agentur agence agencia "
+    u"agenzi builder builders roofing dachdecker maler painter tischler schreiner carpenter architect architekt notar "
+    u"steuerberater accountant physio optiker optician tierarzt veterinar veterinär vet gym fitness florist blumen "
+    u"fleuriste school schule kindergarten church museum venues places nightlife clubs unterkünfte accommodation "
+    u"gasthof gasthaus agriturism weingut winery brewery immobilienmakler realtor estate insurance versicherung "
+    u"bank attraction locksmith serrur schlüsseldienst cerrajer fabbri cleaner reinigung locations branches filialen";
+constexpr auto businessMarks = u"レストラン|飲食店|居酒屋|カフェ|ホテル|旅館|美容|歯科|歯医者|病院|医院|クリニック|"
+                               u"弁護士|税理士|会社|企業|業者|店舗|お店|店|"
+                               u"工務店|水道|電気工事|不動産|餐厅|餐馆|酒店|公司|企业|商家|医院|牙医|律师|厂家|餐廳|"
+                               u"飯店|診所|商店|음식점|맛집|호텔|병원|치과|"
+                               u"업체|회사|변호사|미용실|카페|مطاعم|مطعم|فنادق|شركات|شركة|عيادة|محلات|מסעדות|מלון|"
+                               u"עסקים|חברות|רופא|עורכי דין|ร้านอาหาร|"
+                               u"โรงแรม|บริษัท|ร้าน|nhà hàng|khách sạn|công ty|rumah makan|perusahaan|toko|रेस्टोरेंट|होटल";
+
+constexpr auto otherStems =
+    u"job jobs karriere career careers vacancies stellenangebot emploi empleo lavoro vacature praca recipe recipes "
+    u"rezept "
+    u"recette receta ricett przepis news nachrichten zeitung noticias actualit actualidad notizie nieuws wiadomości "
+    u"новост blog article articles artikel forum thread topic discussion product products produkt produit producto "
+    u"prodott shop cart warenkorb panier carrito carrello onlineshop sale angebote event events veranstaltung concert "
+    u"concerts kalender calendar agenda gallery galerie galería album video videos photos movie movies film films song "
+    u"songs lyrics book books wiki wikipedia download software game games classifieds kleinanzeigen annonces anuncios "
+    u"immobilien apartments wohnungen cars autos gebrauchtwagen staff faculty team players spieler roster standings";
+constexpr auto otherMarks = u"求人|転職|レシピ|ニュース|ブログ|記事|商品|掲示板|イベント|招聘|新闻|博客|论坛|商品|产品|"
+                            u"视频|채용|뉴스|블로그|상품";
+
+constexpr auto jobStems =
+    u"job jobs karriere career careers vacancies vacancy stellenangebot stellenangebote stellenanzeige emploi empleo "
+    u"vacature vacatures praca nabídka hiring recruitment вакансии вакансия ваканс";
+constexpr auto jobMarks = u"(m/w|(w/m|(m/f|(f/m|(h/f|m/w/d|m/f/d|求人|転職|招聘|채용";
+
+constexpr auto buttonWords =
+    u"more|more info|more details|details|detail|view|view details|view profile|view listing|profile|read more|see "
+    u"more|"
+    u"learn more|website|web|visit website|homepage|www|map|maps|view map|show map|directions|get "
+    u"directions|route|call|"
+    u"call now|phone|email|e-mail|send email|contact|contact us|book|book now|reserve|menu|reviews|write a review|"
+    u"add review|share|save|favorite|like|compare|print|open|closed|closed now|open now|order online|request quote|"
+    u"get a quote|claim|claim this business|sponsored|ad|featured|premium|verified|new|top|mehr|mehr infos|"
+    u"weitere infos|zum eintrag|zum profil|webseite|karte|route planen|routenplaner|anrufen|kontakt|bewerten|anzeige|"
+    u"geöffnet|geschlossen|merken|termin buchen|en savoir plus|plus d'infos|voir|voir la fiche|site "
+    u"web|plan|itinéraire|"
+    u"appeler|contacter|ouvert|fermé|ver más|más información|ver ficha|sitio web|mapa|cómo llegar|llamar|contactar|"
+    u"abierto|cerrado|dettagli|scheda|sito web|mappa|indicazioni|chiama|contatta|aperto|chiuso|meer|meer info|"
+    u"bekijk|kaart|bel|website bezoeken|więcej|szczegóły|strona www|mapa|zadzwoń|více|podrobnosti|zavolat|"
+    u"подробнее|сайт|на "
+    u"карте|позвонить|詳細|詳しく見る|地図|地図を見る|電話する|予約|予約する|详情|地图|查看|更多|상세보기|지도|전화";
+
+QHash<QString, HintSet> TableOf(std::span<const Row> rows, QChar separator) {
+    QHash<QString, HintSet> table;
+    for (const Row& row : rows)
+        for (const QStringView word : QStringView(row.Words).split(separator, Qt::SkipEmptyParts))
+            table[word.toString()] |= row.Hints;
+    return table;
+}
+
+QSet<QString> SetOf(const char16_t* words, QChar separator) {
+    QSet<QString> set;
+    for (const QStringView word : QStringView(words).split(separator, Qt::SkipEmptyParts))
+        set.insert(word.toString());
+    return set;
+}
+
+// Whether a word of the text begins with one of the stems.
+class StemSearch {
+public:
+    StemSearch(const char16_t* stems, const char16_t* marks) : stems_(SetOf(stems, u' ')) {
+        for (const QStringView mark : QStringView(marks).split(u'|'))
+            marks_ << mark.toString();
+        for (const QString& stem : std::as_const(stems_))
+            longest_ = std::max(longest_, stem.size());
+    }
+
+    bool FindsIn(QStringView words) const {
+        for (qsizetype at = 0; at < words.size();) {
+            if (!words[at].isLetter()) {
+                ++at;
+                continue;
+            }
+            qsizetype end = at;
+            while (end < words.size() && (words[end].isLetter() || words[end].isMark()))
+                ++end;
+            // Short stems are whole words; longer ones may be followed by an ending.
+            for (qsizetype length = std::min(end - at, longest_); length >= 3; --length)
+                if ((length >= 5 || length == end - at) && stems_.contains(words.sliced(at, length).toString()))
+                    return true;
+            at = end;
+        }
+        // The marks are of scripts without blanks, or have a stroke.
+        if (std::none_of(words.begin(), words.end(), [](QChar c) { return c.unicode() >= 0x590 || c == u'/'; }))
+            return false;
+        return std::any_of(marks_.begin(), marks_.end(), [words](const QString& mark) { return words.contains(mark); });
+    }
+
+private:
+    QSet<QString> stems_;
+    QStringList marks_;
+    qsizetype longest_ = 0;
+};
+
+bool IsLower(QChar c) {
+    return c >= u'a' && c <= u'z';
+}
+bool IsUpper(QChar c) {
+    return c >= u'A' && c <= u'Z';
+}
+
+} // namespace
+
+HintSet HintsOfName(QStringView name) {
+    static const QHash<QString, HintSet> table = TableOf(nameParts, u' ');
+    HintSet hints = 0;
+    const auto look = [&hints](const QString& part) {
+        if (part.size() >= 2)
+            hints |= table.value(part, 0);
+    };
+    QString before;
+    // Some pages keep addresses in classes.
+    if (name.contains(u'/'))
+        return 0;
+    for (qsizetype at = 0; at < name.size() && at < 300;) {
+        if (!IsLower(name[at]) && !IsUpper(name[at])) {
+            before = name[at].isSpace() ? QString() : before;
+            ++at;
+            continue;
+        }
+        // A part: "Phone" of "listingPhone", "URL", "phone".
+        qsizetype end = at + 1;
+        if (IsUpper(name[at]) && end < name.size() && IsUpper(name[end]))
+            while (end < name.size() && IsUpper(name[end]))
+                ++end;
+        while (end < name.size() && IsLower(name[end]))
+            ++end;
+        const QString part = name.sliced(at, end - at).toString().toLower();
+        look(part);
+        if (!before.isEmpty())
+            look(before + part);
+        before = part;
+        at = end;
+    }
+    return hints;
+}
+
+HintSet HintsOfLabel(QStringView text) {
+    static const QHash<QString, HintSet> table = TableOf(labels, u'|');
+    if (text.size() > 40)
+        return 0;
+    const QString words = BareWords(text);
+    return words.isEmpty() ? 0 : table.value(words, 0);
+}
+
+LeadingLabel LabelAtBegin(QStringView text) {
+    constexpr QStringView ends = u":\uFF1A=\u2013|";
+    for (qsizetype i = 1; i < text.size() && i < 40; ++i) {
+        if (!ends.contains(text[i]))
+            continue;
+        const HintSet hints = HintsOfLabel(text.first(i));
+        if (hints == 0 && text[i] != u':' && text[i] != u'\uFF1A')
+            continue;
+        if (hints == 0)
+            return {};
+        ++i;
+        while (i < text.size() && (text[i].isSpace() || ends.contains(text[i])))
+            ++i;
+        return {hints, i};
+    }
+    // "Tel. 030 123", "Fax 030 124": the label ends where the number begins.
+    for (qsizetype i = 1; i < text.size() && i < 24; ++i)
+        if (text[i].isDigit() || text[i] == u'+' || text[i] == u'(') {
+            const HintSet hints = HintsOfLabel(text.first(i));
+            return Has(hints, Hint::Phone) || Has(hints, Hint::Fax) ? LeadingLabel{hints, i} : LeadingLabel{};
+        }
+    return {};
+}
+
+bool NamesBusinesses(QStringView words) {
+    static const StemSearch search(businessStems, businessMarks);
+    return search.FindsIn(words);
+}
+
+bool NamesOtherThings(QStringView words) {
+    static const StemSearch search(otherStems, otherMarks);
+    return search.FindsIn(words);
+}
+
+bool NamesJobs(QStringView words) {
+    static const StemSearch search(jobStems, jobMarks);
+    return search.FindsIn(words);
+}
+
+bool IsButtonText(QStringView words) {
+    static const QSet<QString> table = SetOf(buttonWords, u'|');
+    return words.size() <= 40 && table.contains(words.toString());
+}
+
+} // namespace Brindle

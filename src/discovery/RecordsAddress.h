@@ -1,0 +1,19 @@
+#pragma once
+
+#include "discovery/PostalAddress.h"
+#include "discovery/StructuredData.h"
+
+namespace Brindle {
+
+/// What a text has of a postal address.
+struct AddressSigns {
+    bool PostalCode = false;
+    bool Street = false;
+};
+AddressSigns AddressSignsIn(QStringView text, QStringView region);
+
+/// What a page says of the country of its addresses: its language and host, the phones of its links, what its
+/// structured data names.
+AddressHints AddressHintsOf(const PageTree& page, const QString& url, const std::vector<StructuredRecord>& structured);
+
+} // namespace Brindle

@@ -1,0 +1,268 @@
+#include "discovery/RecordsColumns.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int mostLevels = 40;
+constexpr size_t mostColumns = 600;
+constexpr int mostOrdinals = 12;
+
+bool IsHeadingName(QStringView name) {
+    return name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6';
+}
+
+bool HasWord(QStringView text) {
+    for (qsizetype i = 0; i + 1 < text.size(); ++i)
+        if (text[i].isLetter() && (text[i + 1].isLetter() || text[i].unicode() >= 0x2E80))
+            return true;
+    return text.size() == 1 && text.front().unicode() >= 0x2E80;
+}
+
+} // namespace
+
+RecordColumns::RecordColumns(const PageAnnotations& page, const Signatures& signatures, const RecordList& list)
+    : Page(page), List(list), Lines(list.Records.size()), signatures_(signatures) {
+    ReadHeader();
+    for (size_t record = 0; record < Count(); ++record)
+        ReadLines(record);
+    for (size_t record = 0; record < Count(); ++record)
+        ReadColumns(record);
+    for (RecordColumn& column : Columns)
+        Measure(column);
+}
+
+QStringView RecordColumns::TextOf(const RecordLine& line) const {
+    const TextPiece& first = Page.Lines.Pieces[static_cast<size_t>(line.FirstPiece)];
+    const TextPiece& last = Page.Lines.Pieces[static_cast<size_t>(line.EndPiece) - 1];
+    return QStringView(Page.Lines.Text).sliced(first.Begin, last.Begin + last.Length - first.Begin);
+}
+
+QString RecordColumns::TextOf(NodeIndex node) const {
+    const NodeIndex end = Page.Page.End(node);
+    const auto first = static_cast<size_t>(Page.Lines.PieceFrom(node));
+    size_t last = first;
+    while (last < Page.Lines.Pieces.size() && Page.Lines.Pieces[last].Node < end &&
+           Page.Lines.Pieces[last].Line == Page.Lines.Pieces[first].Line)
+        ++last;
+    if (last == first)
+        return {};
+    const TextPiece& begin = Page.Lines.Pieces[first];
+    const TextPiece& back = Page.Lines.Pieces[last - 1];
+    return Page.Lines.Text.sliced(begin.Begin, back.Begin + back.Length - begin.Begin);
+}
+
+quint64 RecordColumns::PathOf(NodeIndex node, const RecordRange& record) const {
+    quint64 path = 1;
+    int levels = 0;
+    for (NodeIndex at = node; at != noNode && at >= record.Begin && levels < mostLevels;
+         at = Page.Page.Parent(at), ++levels) {
+        if (at == record.Begin && !List.Flat)
+            break;
+        path = Mixed(path, signatures_.Of(at));
+    }
+    return path;
+}
+
+HintSet RecordColumns::HintsAround(NodeIndex node, const RecordRange& record, int levels) const {
+    HintSet hints = 0;
+    for (NodeIndex at = node; at != noNode && at >= record.Begin && levels > 0; at = Page.Page.Parent(at), --levels) {
+        if (at == record.Begin && !List.Flat)
+            break;
+        hints |= Page.HintsOf(at);
+    }
+    return hints;
+}
+
+int RecordColumns::CellOf(NodeIndex node, const RecordRange& record) const {
+    NodeIndex cell = node;
+    int levels = 0;
+    while (cell != noNode && cell > record.Begin && !Page.Page.Is(cell, u"td") && !Page.Page.Is(cell, u"th") &&
+           ++levels < mostLevels)
+        cell = Page.Page.Parent(cell);
+    if (cell == noNode || cell <= record.Begin || levels >= mostLevels)
+        return -1;
+    int number = 0;
+    for (NodeIndex other = Page.Page.FirstChild(Page.Page.Parent(cell)); other != noNode && other < cell && number < 60;
+         other = Page.Page.NextSibling(other))
+        number += Page.Page.IsElement(other);
+    return number;
+}
+
+void RecordColumns::ReadHeader() {
+    const PageTree& page = Page.Page;
+    NodeIndex table = List.Records.front().Begin;
+    if (!page.Is(table, u"tr"))
+        return;
+    for (int i = 0; i < 4 && table != noNode && !page.Is(table, u"table"); ++i)
+        table = page.Parent(table);
+    if (table == noNode || !page.Is(table, u"table"))
+        return;
+    // The row above the first record.
+    NodeIndex row = noNode;
+    for (NodeIndex node = table; node < List.Records.front().Begin; ++node)
+        if (page.Is(node, u"tr"))
+            row = node;
+    if (row == noNode)
+        return;
+    for (NodeIndex cell = page.FirstChild(row); cell != noNode && header_.size() < 60; cell = page.NextSibling(cell))
+        if (page.IsElement(cell))
+            header_.push_back(HintsOfLabel(Page.TextWithin(cell)));
+}
+
+void RecordColumns::ReadLines(size_t record) {
+    const RecordRange& range = List.Records[record];
+    const std::vector<TextPiece>& pieces = Page.Lines.Pieces;
+    std::vector<RecordLine>& lines = Lines[record];
+    for (auto i = static_cast<size_t>(Page.Lines.PieceFrom(range.Begin));
+         i < pieces.size() && pieces[i].Node < range.End; ++i) {
+        if (!lines.empty() && lines.back().Line == pieces[i].Line) {
+            ++lines.back().EndPiece;
+            continue;
+        }
+        RecordLine line;
+        line.Line = pieces[i].Line;
+        line.FirstPiece = static_cast<int>(i);
+        line.EndPiece = static_cast<int>(i) + 1;
+        lines.push_back(line);
+    }
+    HintSet before = 0; // the line before is a label and nothing else
+    for (RecordLine& line : lines) {
+        const QStringView text = TextOf(line);
+        const NodeIndex node = pieces[static_cast<size_t>(line.FirstPiece)].Node;
+        const NodeIndex parent = Page.Page.Parent(node);
+        line.Around = HintsAround(parent, range, 4);
+        const LeadingLabel label = LabelAtBegin(text);
+        line.Label = label.Hints;
+        line.LabelLength = label.Length;
+        if (line.Label == 0)
+            line.Label = before;
+        if (line.Label == 0 && !header_.empty())
+            if (const int cell = CellOf(parent, range); cell >= 0 && cell < static_cast<int>(header_.size()))
+                line.Label = header_[static_cast<size_t>(cell)];
+        const bool onlyLabel = label.Length >= text.size() && label.Hints != 0;
+        const bool isLabel =
+            onlyLabel || (label.Hints == 0 && text.size() <= 30 && HintsOfLabel(text) != 0 &&
+                          (text.endsWith(u':') || text.endsWith(u'\uFF1A') || Page.Page.Is(parent, u"dt") ||
+                           Page.Page.Is(parent, u"th") || !Page.LinkAt(parent)));
+        before = isLabel ? HintsOfLabel(text) : 0;
+    }
+}
+
+void RecordColumns::ReadColumns(size_t record) {
+    const RecordRange& range = List.Records[record];
+    const std::vector<TextPiece>& pieces = Page.Lines.Pieces;
+    std::unordered_map<quint64, int> ordinals;
+    NodeIndex lastElement = noNode;
+    int place = 0;
+    for (const RecordLine& line : Lines[record]) {
+        for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
+            NodeIndex element = Page.Page.Parent(pieces[static_cast<size_t>(i)].Node);
+            if (element < range.Begin || element == lastElement)
+                continue;
+            lastElement = element;
+            // The element of the text itself, and those around it that say what it is.
+            for (int level = 0; element >= range.Begin && level < 6; element = Page.Page.Parent(element), ++level) {
+                const QStringView name = Page.Page.Name(element);
+                const HintSet hints = Page.HintsOf(element);
+                const bool matters = level == 0 || IsHeadingName(name) || name == u"a" ||
+                                     (hints & (Hint::Name | Hint::Category | Hint::City | Hint::Address)) != 0;
+                if (matters) {
+                    const quint64 path =
+                        Mixed(PathOf(element, range), static_cast<quint64>(CellOf(element, range) + 1));
+                    int& ordinal = ordinals[path];
+                    const quint64 key = Mixed(path, static_cast<quint64>(std::min(ordinal++, mostOrdinals)));
+                    auto found = numbers_.find(key);
+                    if (found == numbers_.end()) {
+                        if (Columns.size() >= mostColumns)
+                            break;
+                        found = numbers_.emplace(key, Columns.size()).first;
+                        Columns.push_back({});
+                        Columns.back().Key = key;
+                        Columns.back().Nodes.assign(Count(), noNode);
+                    }
+                    RecordColumn& column = Columns[found->second];
+                    if (column.Nodes[record] == noNode) {
+                        column.Nodes[record] = element;
+                        column.Own |= hints;
+                        column.Around |= HintsAround(Page.Page.Parent(element), range, 2);
+                        column.Label |= line.Label;
+                        column.IsHeading = column.IsHeading || IsHeadingName(name);
+                        column.IsLink = column.IsLink || name == u"a";
+                        column.IsStrong =
+                            column.IsStrong || name == u"strong" || name == u"b" || name == u"dt" || name == u"th";
+                        column.Order += place;
+                        ++column.Filled;
+                    }
+                }
+                if (element == range.Begin)
+                    break;
+            }
+            ++place;
+        }
+    }
+}
+
+void RecordColumns::Measure(RecordColumn& column) const {
+    QSet<QString> texts;
+    qsizetype characters = 0;
+    int pieces = 0;
+    int phones = 0;
+    int addresses = 0;
+    int dates = 0;
+    int prices = 0;
+    int buttons = 0;
+    int wordless = 0;
+    int colons = 0;
+    int digits = 0;
+    int webs = 0;
+    for (size_t record = 0; record < column.Nodes.size(); ++record) {
+        const NodeIndex node = column.Nodes[record];
+        if (node == noNode)
+            continue;
+        const auto piece = static_cast<size_t>(Page.Lines.PieceFrom(node));
+        const auto line = static_cast<size_t>(Page.Lines.Pieces[piece].Line);
+        const QString text = TextOf(node);
+        characters += text.size();
+        for (size_t i = piece; i < Page.Lines.Pieces.size() && Page.Lines.Pieces[i].Node < Page.Page.End(node) &&
+                               Page.Lines.Pieces[i].Line == static_cast<int>(line) && i < piece + 6;
+             ++i)
+            ++pieces;
+        texts.insert(BareWords(QStringView(text).left(200)));
+        const bool wholeLine = text.size() * 2 > Page.Lines.Lines[line].Length;
+        phones += wholeLine && text.size() < 80 && Page.FactsOf(node).Phones > 0;
+        addresses += wholeLine && Page.IsAddressLine[line];
+        dates += Page.IsDateLine[line] && HasDate(text);
+        prices += Page.IsPriceLine[line] && HasPrice(text);
+        buttons += IsButtonText(BareWords(text));
+        webs += !text.contains(u' ') &&
+                (text.contains(u'@') || text.contains(u"://") || text.startsWith(u"www.", Qt::CaseInsensitive));
+        colons += text.endsWith(u':') || text.endsWith(u'\uFF1A');
+        wordless += !HasWord(text);
+        digits += std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+    }
+    const double filled = std::max(1, column.Filled);
+    column.Order /= filled;
+    column.Distinct = static_cast<double>(texts.size()) / filled;
+    column.Length = static_cast<double>(characters) / filled;
+    column.Pieces = pieces / filled;
+    column.Phones = phones / filled;
+    column.AddressLines = addresses / filled;
+    column.Dates = dates / filled;
+    column.Prices = prices / filled;
+    column.Buttons = buttons / filled;
+    column.Colons = colons / filled;
+    column.Wordless = wordless / filled;
+    column.Digits = digits / filled;
+    column.Addresses = webs / filled;
+}
+
+} // namespace Brindle

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "discovery/RecordsLists.h"
+
+#include <unordered_map>
+#include <vector>
+
+namespace Brindle {
+
+/// A line of text of a record, as far as it lies within the record.
+struct RecordLine {
+    int Line = 0; ///< of the page
+    int FirstPiece = 0;
+    int EndPiece = 0;
+    HintSet Label = 0;  ///< what stands before the value, in the line, the cell before or the head of the table
+    HintSet Around = 0; ///< what the elements around call themselves
+    qsizetype LabelLength = 0;
+};
+
+/// What stands at the same place in the records of a list.
+struct RecordColumn {
+    quint64 Key = 0;
+    std::vector<NodeIndex> Nodes; ///< by record; `noNode` where it is missing
+    HintSet Own = 0;              ///< what the elements call themselves, in any record
+    HintSet Around = 0;           ///< what the elements around them call themselves
+    HintSet Label = 0;
+    bool IsHeading = false;
+    bool IsLink = false;
+    bool IsStrong = false;
+    double Order = 0; ///< its place in the records, on the average: 0 is the first text
+
+    // As shares of the records that have it.
+    int Filled = 0;
+    double Distinct = 0;
+    double Length = 0; ///< characters, on the average
+    double Pieces = 0; ///< texts of different elements, on the average
+    double Phones = 0;
+    double AddressLines = 0;
+    double Dates = 0;
+    double Prices = 0;
+    double Buttons = 0;
+    double Colons = 0;    ///< ended by a colon
+    double Wordless = 0;  ///< without two letters in a row
+    double Digits = 0;    ///< with a digit
+    double Addresses = 0; ///< of the web or of mail
+};
+
+/// The texts of a list's records: line by line, and aligned in columns by their places.
+class RecordColumns {
+public:
+    RecordColumns(const PageAnnotations& page, const Signatures& signatures, const RecordList& list);
+
+    const PageAnnotations& Page;
+    const RecordList& List;
+    std::vector<std::vector<RecordLine>> Lines; ///< by record
+    std::vector<RecordColumn> Columns;
+
+    size_t Count() const { return List.Records.size(); }
+    QStringView TextOf(const RecordLine& line) const;
+    /// Without its label.
+    QStringView ValueOf(const RecordLine& line) const { return TextOf(line).sliced(line.LabelLength); }
+    /// What an element of a column says: its first line.
+    QString TextOf(NodeIndex node) const;
+    /// The columns' path of an element within a record.
+    quint64 PathOf(NodeIndex node, const RecordRange& record) const;
+
+private:
+    void ReadHeader();
+    void ReadLines(size_t record);
+    void ReadColumns(size_t record);
+    void Measure(RecordColumn& column) const;
+    HintSet HintsAround(NodeIndex node, const RecordRange& record, int levels) const;
+    int CellOf(NodeIndex node, const RecordRange& record) const;
+
+    const Signatures& signatures_;
+    std::vector<HintSet> header_;                 // by cell
+    std::unordered_map<quint64, size_t> numbers_; // of columns by key
+};
+
+} // namespace Brindle

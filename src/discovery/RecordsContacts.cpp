@@ -1,0 +1,285 @@
+#include "discovery/RecordsContacts.h"
+
+#include "discovery/NextPage.h"
+#include "toolkit/PageAddress.h"
+
+#include <QSet>
+#include <QUrl>
+#include <QUrlQuery>
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype prose = 160; // characters; a longer line is a description
+
+template <typename List, typename Use>
+void Within(const List& list, const RecordRange& range, Use use) {
+    auto at = std::lower_bound(list.begin(), list.end(), range.Begin,
+                               [](const auto& one, NodeIndex node) { return one.Node < node; });
+    for (; at != list.end() && at->Node < range.End; ++at)
+        use(*at);
+}
+
+// "https://site/out?url=https%3A%2F%2Fwww.joes.example": where a counting link leads.
+QString RedirectTarget(const QString& address) {
+    const qsizetype query = address.indexOf(u'?');
+    if (query < 0)
+        return {};
+    for (const QStringView pair : QStringView(address).sliced(query + 1).split(u'&')) {
+        const qsizetype equals = pair.indexOf(u'=');
+        if (equals < 0)
+            continue;
+        const QString value = QUrl::fromPercentEncoding(pair.sliced(equals + 1).toUtf8());
+        if (value.startsWith(u"http://") || value.startsWith(u"https://"))
+            return value;
+    }
+    return {};
+}
+
+} // namespace
+
+QString WebAddressIn(QStringView text) {
+    QStringView word = text.trimmed();
+    while (!word.isEmpty() && (word.back() == u'/' || word.back() == u'.' || word.back() == u','))
+        word.chop(1);
+    if (word.size() < 4 || word.size() > 200 || word.contains(u' ') || word.contains(u'@') || !word.contains(u'.'))
+        return {};
+    const QString scheme = SchemeOf(word);
+    const bool hasScheme = scheme == u"http" || scheme == u"https";
+    const QString host = SiteOf(hasScheme ? word.toString() : u"http://"_s + word.toString());
+    const qsizetype dot = host.lastIndexOf(u'.');
+    const QStringView top = QStringView(host).sliced(dot + 1);
+    const bool isHost =
+        dot > 0 && top.size() >= 2 && top.size() <= 12 &&
+        std::all_of(top.begin(), top.end(), [](QChar c) { return c.isLetter(); }) &&
+        std::all_of(host.begin(), host.end(), [](QChar c) { return c.isLetterOrNumber() || c == u'.' || c == u'-'; });
+    if (!isHost)
+        return {};
+    // "Co.Ltd" is no host: without a prefix it must look like one.
+    const bool sure =
+        hasScheme || word.startsWith(u"www.", Qt::CaseInsensitive) || (word.toString().isLower() && top.size() <= 4);
+    return !sure ? QString() : hasScheme ? word.toString() : u"http://"_s + word.toString();
+}
+
+RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns), page_(columns.Page) {
+    for (const RecordRange& range : columns.List.Records) {
+        QSet<QString> phones;
+        QSet<QString> hosts;
+        QSet<QString> mails;
+        Within(page_.Phones, range, [&](const PagePhone& phone) { phones.insert(phone.Key); });
+        Within(page_.Mails, range, [&](const PageMail& mail) { mails.insert(mail.Address.toLower()); });
+        Within(page_.Links, range, [&](const PageLink& link) {
+            if (link.Kind == LinkKind::Outside)
+                hosts.insert(link.Host);
+        });
+        for (const QString& phone : phones)
+            ++phones_[phone];
+        for (const QString& host : hosts)
+            ++hosts_[host];
+        for (const QString& mail : mails)
+            ++mails_[mail];
+    }
+}
+
+void RecordContacts::Read(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    ReadPhones(record, lead, nodes);
+    ReadMails(record, lead, nodes);
+    ReadLinks(record, name, lead, nodes);
+}
+
+// What elements without text between two texts call themselves: pictures of a phone, of a fax.
+HintSet RecordContacts::IconsBefore(NodeIndex node, NodeIndex from) const {
+    HintSet hints = 0;
+    const PageTree& page = page_.Page;
+    for (NodeIndex at = node - 1; at > from && at > node - 12; --at) {
+        if (page.IsText(at) && page_.FactsOf(at).Characters > 0)
+            break;
+        if (page.IsElement(at) && page_.FactsOf(at).Characters == 0) {
+            hints |= page_.HintsOf(at);
+            for (const QStringView name : {u"alt", u"title", u"aria-label"})
+                hints |= HintsOfLabel(page.Attribute(at, name));
+        }
+    }
+    return hints;
+}
+
+HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t record) const {
+    constexpr HintSet kinds = Hint::Phone | Hint::Fax;
+    const PageTree& page = page_.Page;
+    const RecordRange& range = columns_.List.Records[record];
+    HintSet link = 0;
+    int levels = 0;
+    for (NodeIndex at = page.IsText(phone.Node) ? page.Parent(phone.Node) : phone.Node; at >= range.Begin && levels < 3;
+         at = page.Parent(at), ++levels) {
+        link |= page_.HintsOf(at) & kinds;
+        for (const QStringView name : {u"title", u"aria-label", u"itemprop"}) {
+            const QStringView text = page.Attribute(at, name);
+            link |= (HintsOfLabel(text) | (text.size() < 40 ? HintsOfName(text) : 0)) & kinds;
+        }
+        if (Has(link, Hint::Fax) || Has(link, Hint::Phone))
+            break;
+    }
+    if (phone.Line < 0)
+        return link;
+    const std::vector<RecordLine>& lines = columns_.Lines[record];
+    const auto line = std::lower_bound(lines.begin(), lines.end(), phone.Line,
+                                       [](const RecordLine& one, int number) { return one.Line < number; });
+    // Right before the number: "… | Fax: 030 124".
+    QStringView before = QStringView(page_.Lines.Text).sliced(from, phone.Begin - from);
+    for (const QChar mark : {QChar(u'|'), QChar(u';'), QChar(u'\u00B7'), QChar(u'\u2022'), QChar(u'/'), QChar(u',')})
+        if (const qsizetype at = before.lastIndexOf(mark); at >= 0)
+            before = before.sliced(at + 1);
+    while (!before.isEmpty()) {
+        if (const HintSet hints = HintsOfLabel(before) & kinds; hints != 0)
+            return hints;
+        const qsizetype blank = before.trimmed().indexOf(u' ');
+        if (blank < 0)
+            break;
+        before = before.trimmed().sliced(blank + 1);
+    }
+    if (link != 0)
+        return link;
+    if (const HintSet icons = IconsBefore(phone.Node, range.Begin) & kinds; icons != 0)
+        return icons;
+    if (line == lines.end() || line->Line != phone.Line)
+        return 0;
+    return (line->Label & kinds) != 0 ? line->Label & kinds : line->Around & kinds;
+}
+
+void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    struct Found {
+        const PagePhone* Phone;
+        HintSet Kind;
+        bool InProse;
+    };
+    std::vector<Found> found;
+    int line = -1;
+    qsizetype from = 0;
+    Within(page_.Phones, columns_.List.Records[record], [&](const PagePhone& phone) {
+        const TextLine* const whole = phone.Line >= 0 ? &page_.Lines.Lines[static_cast<size_t>(phone.Line)] : nullptr;
+        if (whole && phone.Line != line)
+            from = whole->Begin;
+        line = phone.Line;
+        const HintSet kind = KindOf(phone, whole ? std::min(from, phone.Begin) : 0, record);
+        found.push_back({&phone, kind, whole && whole->Length > prose && kind == 0});
+        from = phone.End;
+    });
+    const bool plain = std::any_of(found.begin(), found.end(), [](const Found& one) { return !one.InProse; });
+    const auto count = static_cast<int>(columns_.Count());
+    QSet<QString> seen;
+    QStringList phones;
+    QStringList faxes;
+    for (const Found& one : found) {
+        const QString& key = one.Phone->Key;
+        // The directory's own number stands in every record.
+        const bool shared = count >= 4 && phones_.value(key) * 5 > count * 3;
+        if ((one.InProse && plain) || shared || seen.contains(key))
+            continue;
+        const bool fax = Has(one.Kind, Hint::Fax) && !Has(one.Kind, Hint::Phone);
+        if ((fax ? faxes : phones).size() >= 4)
+            continue;
+        seen.insert(key);
+        const auto field = static_cast<size_t>(fax ? Field::Fax : Field::Phone);
+        (fax ? faxes : phones) << one.Phone->Shown;
+        if (nodes[field] == noNode)
+            nodes[field] = one.Phone->Node;
+    }
+    lead.Phone = phones.join(u';');
+    lead.Fax = faxes.join(u';');
+}
+
+void RecordContacts::ReadMails(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    QStringList mails;
+    const auto count = static_cast<int>(columns_.Count());
+    Within(page_.Mails, columns_.List.Records[record], [&](const PageMail& mail) {
+        const bool shared = count >= 4 && mails_.value(mail.Address.toLower()) * 5 > count * 3;
+        if (shared || mails.size() >= 4 || mails.contains(mail.Address, Qt::CaseInsensitive))
+            return;
+        mails << mail.Address;
+        if (nodes[static_cast<size_t>(Field::Email)] == noNode)
+            nodes[static_cast<size_t>(Field::Email)] = mail.Node;
+    });
+    lead.Email = mails.join(u';');
+}
+
+bool RecordContacts::SaysWebsite(const PageLink& link, const RecordRange& range) const {
+    int levels = 0;
+    for (NodeIndex at = link.Node; at >= range.Begin && levels < 3; at = page_.Page.Parent(at), ++levels)
+        if (Has(page_.HintsOf(at), Hint::Website))
+            return true;
+    const QString text = page_.TextWithin(link.Node);
+    return Has(HintsOfLabel(text), Hint::Website) || !WebAddressIn(text).isEmpty() ||
+           BareWords(text).contains(u"website") || BareWords(text).contains(u"homepage");
+}
+
+void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
+                               std::array<NodeIndex, FieldCount>& nodes) const {
+    const RecordRange& range = columns_.List.Records[record];
+    const auto count = static_cast<int>(columns_.Count());
+    int best = 0;
+    QString shown;
+    Within(page_.Links, range, [&](const PageLink& link) {
+        if (link.Kind == LinkKind::Map && lead.MapLink.isEmpty()) {
+            lead.MapLink = link.Address;
+            nodes[static_cast<size_t>(Field::MapLink)] = link.Node;
+        }
+        QString target;
+        int score = 0;
+        if (link.Kind == LinkKind::Outside) {
+            const int records = hosts_.value(link.Host);
+            const bool says = SaysWebsite(link, range);
+            const bool rare = records == 1 || (records <= 3 && count >= 8);
+            if (!rare && !says)
+                return;
+            if (records * 2 > count && count >= 3) {
+                // One host for all: a counter that passes on, or no website.
+                target = RedirectTarget(link.Address);
+                if (target.isEmpty() && says)
+                    target = WebAddressIn(page_.TextWithin(link.Node));
+                if (target.isEmpty())
+                    return;
+            } else {
+                target = link.Address;
+            }
+            score = (says ? 4 : 1) + (rare ? 2 : 0) + (link.Node == name ? 1 : 0);
+        } else if (link.Kind == LinkKind::Own || link.Kind == LinkKind::None) {
+            const QString text = page_.TextWithin(link.Node);
+            target = WebAddressIn(text);
+            if (target.isEmpty() && SaysWebsite(link, range))
+                target = RedirectTarget(link.Address);
+            if (target.isEmpty() || SiteOf(target) == page_.Site)
+                return;
+            score = 3;
+        }
+        if (score > best) {
+            best = score;
+            lead.Website = target;
+            nodes[static_cast<size_t>(Field::Website)] = link.Node;
+        }
+    });
+    if (best > 0)
+        return;
+    // Without a link: "www.joes.example" as text.
+    for (const RecordLine& line : columns_.Lines[record]) {
+        const QStringView text = columns_.ValueOf(line);
+        if (text.size() > 120 || !text.contains(u'.'))
+            continue;
+        for (const QStringView word : text.split(u' ', Qt::SkipEmptyParts)) {
+            const bool says = Has(line.Label, Hint::Website) || word.startsWith(u"www.", Qt::CaseInsensitive) ||
+                              word.startsWith(u"http", Qt::CaseInsensitive) || Has(line.Around, Hint::Website);
+            const QString address = says ? WebAddressIn(word) : QString();
+            if (address.isEmpty() || SiteOf(address) == page_.Site)
+                continue;
+            lead.Website = address;
+            nodes[static_cast<size_t>(Field::Website)] = page_.Lines.Pieces[static_cast<size_t>(line.FirstPiece)].Node;
+            return;
+        }
+    }
+}
+
+} // namespace Brindle

@@ -1,0 +1,406 @@
+#include "discovery/RecordsLists.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool IsVolatile(QStringView token) {
+    static const QSet<QString> words = [] {
+        QSet<QString> set;
+        constexpr QStringView list = u"odd even first last active selected current highlight highlighted alt row hover "
+                                     u"open closed lazy loaded visible hidden new premium featured sponsored free paid "
+                                     u"basic gold silver bronze top";
+        for (const QStringView word : list.split(u' '))
+            set.insert(word.toString());
+        return set;
+    }();
+    return token.startsWith(u"is-") || token.startsWith(u"has-") || words.contains(token.toString().toLower());
+}
+
+// Elements that hold nothing which could be a record or a part of one that matters.
+bool IsBare(const PageAnnotations& page, NodeIndex node) {
+    const NodeFacts& facts = page.FactsOf(node);
+    return facts.Characters == 0 && facts.Phones == 0;
+}
+
+class ListFinder {
+public:
+    ListFinder(const PageAnnotations& page, const Signatures& signatures) : page_(page), signatures_(signatures) {}
+
+    std::vector<RecordList> Find(size_t most) {
+        const NodeIndex body = page_.Page.Body();
+        if (body == noNode)
+            return {};
+        MarkAsides(body);
+        GroupByPath(body, true);
+        GroupByPath(body, false);
+        SplitFlatLists(body);
+        return Best(most);
+    }
+
+private:
+    // How much less a list is worth for where it stands: navigation, footers, side columns.
+    void MarkAsides(NodeIndex body) {
+        const auto size = static_cast<size_t>(page_.Page.Count());
+        place_.assign(size, 1.0F);
+        for (NodeIndex node = body; node < page_.Page.End(body); ++node) {
+            float factor = node == body ? 1.0F : place_[static_cast<size_t>(page_.Page.Parent(node))];
+            const HintSet hints = page_.HintsOf(node);
+            // A whole page can call itself "with-sidebar".
+            const bool small = page_.FactsOf(node).Characters * 2 < page_.FactsOf(body).Characters;
+            if (node != body && small && factor > 0.05F) {
+                if (Has(hints, Hint::Aside))
+                    factor *= 0.3F;
+                if (Has(hints, Hint::Similar))
+                    factor *= 0.5F;
+                if (Has(hints, Hint::Advert))
+                    factor *= 0.5F;
+            }
+            place_[static_cast<size_t>(node)] = factor;
+        }
+    }
+
+    void GroupByPath(NodeIndex body, bool withClasses) {
+        const PageTree& page = page_.Page;
+        std::vector<quint64> path(static_cast<size_t>(page.Count()), 0);
+        std::unordered_map<quint64, size_t> numbers;
+        std::vector<std::vector<NodeIndex>> groups;
+        for (NodeIndex node = body; node < page.End(body); ++node) {
+            if (!page.IsElement(node))
+                continue;
+            const quint64 own = withClasses ? signatures_.Of(node) : signatures_.Plain(node);
+            const quint64 key = Mixed(node == body ? 1 : path[static_cast<size_t>(page.Parent(node))], own);
+            path[static_cast<size_t>(node)] = key;
+            if (node == body || IsBare(page_, node))
+                continue;
+            const auto [found, fresh] = numbers.try_emplace(key, groups.size());
+            if (fresh)
+                groups.emplace_back();
+            groups[found->second].push_back(node);
+        }
+        for (const std::vector<NodeIndex>& group : groups)
+            if (group.size() >= 2)
+                AddGroup(group, withClasses ? 1.0 : 0.9);
+    }
+
+    void AddGroup(const std::vector<NodeIndex>& group, double factor) {
+        // Members of the same look under several parents: parents whose members are worth much less are other lists.
+        struct Part {
+            NodeIndex Parent;
+            size_t Begin;
+            size_t End;
+            double Sum;
+        };
+        std::vector<Part> parts;
+        std::vector<double> worths(group.size());
+        for (size_t i = 0; i < group.size(); ++i) {
+            const NodeIndex parent = page_.Page.Parent(group[i]);
+            if (parts.empty() || parts.back().Parent != parent)
+                parts.push_back({parent, i, i, 0});
+            worths[i] = WorthOf(page_.FactsOf(group[i])) * static_cast<double>(place_[static_cast<size_t>(group[i])]);
+            parts.back().End = i + 1;
+            parts.back().Sum += worths[i] * worths[i];
+        }
+        const auto mean = [](const Part& part) { return part.Sum / static_cast<double>(part.End - part.Begin); };
+        const Part& main = *std::max_element(parts.begin(), parts.end(),
+                                             [](const Part& one, const Part& other) { return one.Sum < other.Sum; });
+        if (main.Sum <= 0)
+            return;
+        // Of one look, an entry may have less to say; of any look, what says little is no entry.
+        const double least = factor < 1 ? 0.1 : 0.002;
+        RecordList list;
+        for (const Part& part : parts) {
+            if (mean(part) < 0.35 * mean(main))
+                continue;
+            for (size_t i = part.Begin; i < part.End; ++i)
+                if (worths[i] * worths[i] >= least * mean(main)) {
+                    list.Records.push_back({group[i], page_.Page.End(group[i])});
+                    list.Promise += worths[i] * worths[i];
+                }
+        }
+        list.Promise *= factor;
+        Add(std::move(list));
+    }
+
+    void SplitFlatLists(NodeIndex body) {
+        const PageTree& page = page_.Page;
+        for (NodeIndex parent = body; parent < page.End(body); ++parent) {
+            if (!page.IsElement(parent) || page.FirstChild(parent) == noNode)
+                continue;
+            int elements = 0;
+            for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child))
+                elements += page.IsElement(child);
+            if (elements >= 4)
+                SplitAtNames(parent);
+        }
+    }
+
+    // The children of a parent, parted where one that could bear a name comes again.
+    void SplitAtNames(NodeIndex parent) {
+        const PageTree& page = page_.Page;
+        std::vector<NodeIndex> children;
+        std::vector<std::pair<quint64, int>> kinds; // of possible names, in their order
+        std::unordered_map<quint64, size_t> numbers;
+        for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child)) {
+            children.push_back(child);
+            if (!page.IsElement(child) || page_.FactsOf(child).Characters < 2)
+                continue;
+            const auto [found, fresh] = numbers.try_emplace(signatures_.Of(child), kinds.size());
+            if (fresh)
+                kinds.emplace_back(signatures_.Of(child), 0);
+            ++kinds[found->second].second;
+        }
+        if (kinds.size() < 2 && !HasTextOfItsOwn(children))
+            return;
+        int tried = 0;
+        for (const auto& [kind, count] : kinds)
+            if (count >= 2 && tried++ < 6)
+                SplitAt(parent, children, kind);
+    }
+
+    bool HasTextOfItsOwn(const std::vector<NodeIndex>& children) const {
+        return std::any_of(children.begin(), children.end(), [this](NodeIndex child) {
+            return page_.Page.IsText(child) && page_.FactsOf(child).Characters > 5;
+        });
+    }
+
+    void SplitAt(NodeIndex parent, const std::vector<NodeIndex>& children, quint64 kind) {
+        const PageTree& page = page_.Page;
+        RecordList list;
+        list.Flat = true;
+        std::vector<NodeFacts> facts;
+        size_t longest = 0;
+        size_t begin = children.size();
+        NodeFacts sum;
+        const auto finish = [&](size_t end) {
+            list.Records.push_back({children[begin], page.End(children[end - 1])});
+            facts.push_back(sum);
+            longest = std::max(longest, end - begin);
+        };
+        for (size_t i = 0; i < children.size(); ++i) {
+            const NodeIndex child = children[i];
+            if (page.IsElement(child) && signatures_.Of(child) == kind && page_.FactsOf(child).Characters >= 2) {
+                if (begin < i)
+                    finish(i);
+                begin = i;
+                sum = {};
+            } else if (begin == children.size()) {
+                continue;
+            } else if (i - begin >= std::max<size_t>(longest, 12) && longest > 0) {
+                // What follows the last record belongs to it no longer.
+                finish(i);
+                begin = children.size();
+                continue;
+            }
+            sum += page_.FactsOf(child);
+        }
+        if (begin < children.size())
+            finish(longest > 0 ? std::min(children.size(), begin + longest) : children.size());
+        double alone = 0; // what the names' elements are worth by themselves
+        for (const RecordRange& record : list.Records) {
+            const double worth =
+                WorthOf(page_.FactsOf(record.Begin)) * static_cast<double>(place_[static_cast<size_t>(parent)]);
+            alone += worth * worth;
+        }
+        for (const NodeFacts& one : facts) {
+            const double worth = WorthOf(one) * static_cast<double>(place_[static_cast<size_t>(parent)]);
+            list.Promise += worth * worth;
+        }
+        // Elements that hold all of a record need nothing of what lies between them.
+        if (alone > 0.6 * list.Promise)
+            return;
+        list.Promise *= 0.85;
+        Add(std::move(list));
+    }
+
+    void Add(RecordList list) {
+        if (list.Records.size() >= 2 && list.Promise > 0)
+            found_.push_back(std::move(list));
+    }
+
+    // Lists of the same records, one within the other, count once: the outer one has all that the inner one has.
+    std::vector<RecordList> Best(size_t most) {
+        std::stable_sort(found_.begin(), found_.end(), [](const RecordList& one, const RecordList& other) {
+            return one.Promise != other.Promise ? one.Promise > other.Promise
+                                                : one.Records.front().Begin < other.Records.front().Begin;
+        });
+        std::vector<RecordList> best;
+        for (RecordList& list : found_) {
+            const bool known = std::any_of(best.begin(), best.end(), [&list](const RecordList& better) {
+                const RecordRange& one = better.Records.front();
+                const RecordRange& other = list.Records.front();
+                return better.Records.size() == list.Records.size() && one.Begin <= other.Begin &&
+                       other.End <= one.End && list.Promise > 0.7 * better.Promise;
+            });
+            if (!known) {
+                Adopt(list);
+                best.push_back(std::move(list));
+            }
+            if (best.size() == most)
+                break;
+        }
+        return best;
+    }
+
+    // Entries of another look among those of the list: paid ones among free ones.
+    void Adopt(RecordList& list) const {
+        if (list.Flat)
+            return;
+        const PageTree& page = page_.Page;
+        const QStringView name = page.Name(list.Records.front().Begin);
+        double sum = 0;
+        size_t headings = 0;
+        std::vector<NodeIndex> parents;
+        for (const RecordRange& record : list.Records) {
+            const NodeFacts& facts = page_.FactsOf(record.Begin);
+            const double worth = WorthOf(facts);
+            sum += worth * worth;
+            headings += facts.Headings > 0;
+            if (const NodeIndex parent = page.Parent(record.Begin); parents.empty() || parents.back() != parent)
+                parents.push_back(parent);
+        }
+        const double mean = sum / static_cast<double>(list.Records.size());
+        std::vector<RecordRange> all;
+        size_t next = 0;
+        for (const NodeIndex parent : parents)
+            for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child)) {
+                while (next < list.Records.size() && list.Records[next].Begin < child)
+                    all.push_back(list.Records[next++]);
+                if (next < list.Records.size() && list.Records[next].Begin == child)
+                    continue;
+                if (!page.IsElement(child) || page.Name(child) != name)
+                    continue;
+                const NodeFacts& facts = page_.FactsOf(child);
+                const double worth = WorthOf(facts);
+                const bool named = facts.Headings > 0 || headings * 2 < list.Records.size();
+                const bool aside = (page_.HintsOf(child) & (Hint::Aside | Hint::Similar)) != 0;
+                // As much as the others have, but not several of them at once.
+                if (worth * worth >= 0.4 * mean && named && !aside && facts.Headings <= 3 && facts.Phones <= 6)
+                    all.push_back({child, page.End(child)});
+            }
+        while (next < list.Records.size())
+            all.push_back(list.Records[next++]);
+        std::sort(all.begin(), all.end(),
+                  [](const RecordRange& one, const RecordRange& other) { return one.Begin < other.Begin; });
+        list.Records = std::move(all);
+    }
+
+    const PageAnnotations& page_;
+    const Signatures& signatures_;
+    std::vector<float> place_;
+    std::vector<RecordList> found_;
+};
+
+} // namespace
+
+quint64 Mixed(quint64 one, quint64 other) {
+    quint64 mixed = one * 0x9E3779B97F4A7C15ULL ^ (other + 0xD1B54A32D192ED03ULL);
+    mixed ^= mixed >> 32;
+    mixed *= 0xD6E8FEB86659FD93ULL;
+    return mixed ^ (mixed >> 29);
+}
+
+QStringList SturdyClasses(QStringView classes) {
+    QStringList kept;
+    for (QStringView rest = classes; !rest.isEmpty() && kept.size() < 20;) {
+        qsizetype begin = 0;
+        while (begin < rest.size() && rest[begin].isSpace())
+            ++begin;
+        qsizetype end = begin;
+        while (end < rest.size() && !rest[end].isSpace())
+            ++end;
+        const QStringView token = rest.sliced(begin, end - begin);
+        if (!token.isEmpty() && !IsVolatile(token))
+            kept << token.toString();
+        rest = rest.sliced(end);
+    }
+    return kept;
+}
+
+Signatures::Signatures(const PageTree& page)
+    : full_(static_cast<size_t>(page.Count()), 0), plain_(static_cast<size_t>(page.Count()), 0) {
+    QHash<QString, quint64> known;
+    for (NodeIndex node = 0; node < page.Count(); ++node) {
+        if (!page.IsElement(node))
+            continue;
+        quint64 plain = static_cast<quint64>(page.NameId(node)) + 2;
+        if (page.Is(node, u"tr")) {
+            // Rows that bear headings are no rows of records.
+            int cells = 0;
+            for (NodeIndex cell = page.FirstChild(node); cell != noNode; cell = page.NextSibling(cell))
+                cells += page.Is(cell, u"td") ? 1 : page.Is(cell, u"th") ? 100 : 0;
+            plain = Mixed(plain, static_cast<quint64>(cells));
+        }
+        plain_[static_cast<size_t>(node)] = plain;
+        const QStringView classes = page.Attribute(node, u"class");
+        quint64 own = 0;
+        if (!classes.isEmpty() && classes.size() <= 1000) {
+            const QString key = classes.toString();
+            auto found = known.constFind(key);
+            if (found == known.cend()) {
+                quint64 hash = 7;
+                for (const QString& token : SturdyClasses(classes)) {
+                    for (const QChar c : token)
+                        if (!c.isDigit())
+                            hash = Mixed(hash, c.unicode());
+                    hash = Mixed(hash, u' ');
+                }
+                found = known.insert(key, hash);
+            }
+            own = *found;
+        }
+        full_[static_cast<size_t>(node)] = Mixed(plain, own);
+    }
+}
+
+double WorthOf(const NodeFacts& facts) {
+    double worth = 0;
+    if (facts.Phones > 0)
+        worth += 3;
+    if (facts.PostalCodes > 0 && facts.Streets > 0)
+        worth += 3;
+    else if (facts.PostalCodes > 0 || facts.Streets > 0)
+        worth += 2;
+    else if (facts.Addresses > 0)
+        worth += 1;
+    if (facts.Mails > 0)
+        worth += 1.5;
+    if (facts.Websites > 0)
+        worth += 1;
+    if (facts.Maps > 0)
+        worth += 0.5;
+    if (facts.Cities > 0)
+        worth += 0.75;
+    if (facts.Categories > 0)
+        worth += 0.5;
+    if (facts.Ratings > 0)
+        worth += 0.25;
+    if (facts.Names > 0)
+        worth += 0.75;
+    if (facts.Headings > 0)
+        worth += 0.75;
+    if (facts.OwnLinks > 0)
+        worth += 0.5;
+    const bool nameable = facts.Headings > 0 || facts.OwnLinks > 0 || facts.Names > 0 || facts.Strong > 0;
+    if (!nameable)
+        worth *= 0.6;
+    if (facts.Characters < 3)
+        return 0;
+    if (facts.Characters > 6000)
+        worth *= 0.5;
+    return worth;
+}
+
+std::vector<RecordList> FindLists(const PageAnnotations& page, const Signatures& signatures, size_t most) {
+    return ListFinder(page, signatures).Find(most);
+}
+
+} // namespace Brindle

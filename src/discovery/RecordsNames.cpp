@@ -1,0 +1,218 @@
+#include "discovery/RecordsNames.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double nameEnough = 2;
+
+// "12. Joe's Pizza": the number is the page's.
+QString WithoutNumber(const QString& text) {
+    qsizetype at = 0;
+    while (at < text.size() && at < 4 && text[at].isDigit())
+        ++at;
+    if (at == 0 || at + 1 >= text.size() || (text[at] != u'.' && text[at] != u')') || !text[at + 1].isSpace())
+        return text;
+    return text.sliced(at + 2).trimmed();
+}
+
+} // namespace
+
+RecordNames::RecordNames(const RecordColumns& columns)
+    : columns_(columns), nodes_(columns.Count(), noNode), details_(columns.Count(), noNode) {
+    ChooseNames();
+    ChooseDetails();
+}
+
+double RecordNames::ScoreOf(const RecordColumn& column) const {
+    const double count = static_cast<double>(columns_.Count());
+    double score = 0;
+    if (column.IsHeading || Has(column.Around, Hint::Title))
+        score += 1.5;
+    if (column.IsHeading)
+        score += 1.5;
+    if (Has(column.Own, Hint::Name) || Has(column.Around, Hint::Name))
+        score += 3;
+    if (Has(column.Own, Hint::Title))
+        score += 1.5;
+    if (Has(column.Label, Hint::Name))
+        score += 2;
+    if (column.IsLink)
+        score += 1.5;
+    if (column.IsStrong)
+        score += 1;
+    score += column.Order < 0.5 ? 1.5 : column.Order < 1.5 ? 1 : column.Order < 2.5 ? 0.5 : 0;
+    const HintSet own = column.Own | column.Label;
+    const bool saysName = Has(own, Hint::Name) || Has(own, Hint::Title);
+    if (!saysName)
+        for (const Hint other :
+             {Hint::Address,  Hint::Street,      Hint::City,  Hint::State, Hint::PostalCode, Hint::Country,
+              Hint::Category, Hint::Phone,       Hint::Fax,   Hint::Mail,  Hint::Website,    Hint::Review,
+              Hint::Author,   Hint::Description, Hint::Date,  Hint::Price, Hint::Hours,      Hint::Rating,
+              Hint::Map,      Hint::Distance,    Hint::Person})
+            if (Has(own, other))
+                score -= 2;
+    for (const Hint other : {Hint::Review, Hint::Description, Hint::Category, Hint::City, Hint::Phone})
+        if (!saysName && Has(column.Around, other))
+            score -= 1;
+    if (!column.IsHeading && !saysName)
+        score -= 4 * column.Addresses;
+    score -= 4 * column.AddressLines + 4 * column.Phones + 3 * column.Dates + 3 * column.Prices + 6 * column.Buttons +
+             5 * column.Wordless;
+    if (column.Length > 90)
+        score -= 3;
+    else if (column.Length > 60)
+        score -= 1;
+    score -= std::min(3.0, column.Pieces - 1) + 3 * column.Colons;
+    if (column.Length < 3)
+        score -= 2;
+    const double filled = column.Filled / count;
+    return score * filled * column.Distinct;
+}
+
+void RecordNames::ChooseNames() {
+    std::vector<std::pair<double, const RecordColumn*>> ranking;
+    for (const RecordColumn& column : columns_.Columns)
+        if (const double score = ScoreOf(column); score > 0.2)
+            ranking.emplace_back(score, &column);
+    std::stable_sort(ranking.begin(), ranking.end(),
+                     [](const auto& one, const auto& other) { return one.first > other.first; });
+    if (ranking.empty())
+        return;
+    score_ = ranking.front().first;
+    const RecordColumn& best = *ranking.front().second;
+    why_ = best.IsHeading                            ? u"heading"_s
+           : Has(best.Own | best.Around, Hint::Name) ? u"its element calls itself a name"_s
+           : best.IsLink                             ? u"first link that differs from record to record"_s
+           : best.IsStrong                           ? u"bold text that differs from record to record"_s
+                                                     : u"first text that differs from record to record"_s;
+    // Variants of one list (paid entries) have their names elsewhere.
+    for (const auto& [score, column] : ranking) {
+        const bool alike = score * static_cast<double>(columns_.Count()) / std::max(1, column->Filled) >= 0.5 * score_;
+        if (column != &best && !alike)
+            continue;
+        for (size_t record = 0; record < columns_.Count(); ++record)
+            if (nodes_[record] == noNode && column->Nodes[record] != noNode &&
+                !IsButtonText(BareWords(columns_.TextOf(column->Nodes[record]))))
+                nodes_[record] = column->Nodes[record];
+    }
+}
+
+QString RecordNames::NameOf(size_t record) const {
+    const NodeIndex node = nodes_[record];
+    if (node == noNode)
+        return {};
+    const PageTree& page = columns_.Page.Page;
+    QString name = columns_.TextOf(node);
+    // A name that is cut off may stand whole in the title.
+    const bool cut = name.endsWith(u"...") || name.endsWith(u'\u2026');
+    if (cut)
+        for (NodeIndex at = node; at != noNode && at >= node - 2; at = page.Parent(at)) {
+            const QString title = page.Attribute(at, u"title").toString().simplified();
+            const qsizetype kept = name.size() - (name.endsWith(u'\u2026') ? 1 : 3);
+            if (title.size() > kept && title.startsWith(QStringView(name).first(kept).trimmed()))
+                name = title;
+        }
+    name = WithoutNumber(name);
+    if (const LeadingLabel label = LabelAtBegin(name); Has(label.Hints, Hint::Name))
+        name = name.sliced(label.Length);
+    return name.left(300);
+}
+
+void RecordNames::ChooseDetails() {
+    const PageAnnotations& page = columns_.Page;
+    // Links to the same page from many records lead to no record's own page.
+    QHash<QString, int> seen;
+    const auto ownLinks = [&page](const RecordRange& range, auto use) {
+        auto link = std::lower_bound(page.Links.begin(), page.Links.end(), range.Begin,
+                                     [](const PageLink& one, NodeIndex node) { return one.Node < node; });
+        for (; link != page.Links.end() && link->Node < range.End; ++link)
+            if (link->Kind == LinkKind::Own)
+                use(*link);
+    };
+    for (const RecordRange& range : columns_.List.Records) {
+        QSet<QString> here;
+        ownLinks(range, [&](const PageLink& link) { here.insert(link.Address); });
+        for (const QString& address : here)
+            ++seen[address];
+    }
+    // The paths of links, to take the one that most records have.
+    QHash<quint64, int> paths;
+    for (const RecordRange& range : columns_.List.Records) {
+        QSet<quint64> here;
+        ownLinks(range, [&](const PageLink& link) {
+            if (seen.value(link.Address) == 1)
+                here.insert(columns_.PathOf(link.Node, range));
+        });
+        for (const quint64 path : here)
+            ++paths[path];
+    }
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        const RecordRange& range = columns_.List.Records[record];
+        // The link of the name itself, around it or within it.
+        const PageLink* around = nullptr;
+        if (const NodeIndex name = nodes_[record]; name != noNode) {
+            int levels = 0;
+            for (NodeIndex at = name; at != noNode && levels < 8 && !around; at = page.Page.Parent(at), ++levels) {
+                if (const PageLink* const link = page.LinkAt(at); link && link->Kind == LinkKind::Own)
+                    around = link;
+                if (at <= range.Begin)
+                    break;
+            }
+            if (!around)
+                ownLinks({name, page.Page.End(name)}, [&](const PageLink& link) { around = around ? around : &link; });
+        }
+        // A card that lies within a link.
+        if (!around && !columns_.List.Flat)
+            if (const NodeIndex parent = page.Page.Parent(range.Begin); parent != noNode)
+                if (const PageLink* const link = page.LinkAt(parent); link && link->Kind == LinkKind::Own)
+                    around = link;
+        if (around && (seen.value(around->Address) <= 2 ||
+                       seen.value(around->Address) * 4 < static_cast<int>(columns_.Count()))) {
+            details_[record] = around->Node;
+            continue;
+        }
+        int best = static_cast<int>(columns_.Count()) / 3;
+        ownLinks(range, [&](const PageLink& link) {
+            if (seen.value(link.Address) > 1)
+                return;
+            const int count = paths.value(columns_.PathOf(link.Node, range));
+            if (count > best) {
+                best = count;
+                details_[record] = link.Node;
+            }
+        });
+    }
+}
+
+const PageLink* RecordNames::DetailsOf(size_t record) const {
+    return details_[record] == noNode ? nullptr : columns_.Page.LinkAt(details_[record]);
+}
+
+double RecordNames::DistinctNames() const {
+    QSet<QString> names;
+    int filled = 0;
+    for (size_t record = 0; record < columns_.Count(); ++record)
+        if (const QString name = NameOf(record); !name.isEmpty()) {
+            names.insert(BareWords(name));
+            ++filled;
+        }
+    return filled == 0 ? 0 : static_cast<double>(names.size()) / filled;
+}
+
+double RecordNames::DistinctDetails() const {
+    QSet<QString> links;
+    for (size_t record = 0; record < columns_.Count(); ++record)
+        if (const PageLink* const link = DetailsOf(record))
+            links.insert(link->Address);
+    return static_cast<double>(links.size()) / static_cast<double>(columns_.Count());
+}
+
+} // namespace Brindle

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "discovery/RecordsColumns.h"
+
+namespace Brindle {
+
+/// Which column bears the records' names, and which links lead to their own pages.
+class RecordNames {
+public:
+    explicit RecordNames(const RecordColumns& columns);
+
+    /// How much the best column looks like one of names; below 2 it is none.
+    double Score() const { return score_; }
+    const QString& Why() const { return why_; }
+    /// The element of a record's name; `noNode` when it has none.
+    NodeIndex NodeOf(size_t record) const { return nodes_[record]; }
+    QString NameOf(size_t record) const;
+    /// The link to the record's own page; null when it has none.
+    const PageLink* DetailsOf(size_t record) const;
+    /// How many different names and details links there are, as shares of the records that have one.
+    double DistinctNames() const;
+    double DistinctDetails() const;
+
+private:
+    double ScoreOf(const RecordColumn& column) const;
+    void ChooseNames();
+    void ChooseDetails();
+
+    const RecordColumns& columns_;
+    double score_ = 0;
+    QString why_;
+    std::vector<NodeIndex> nodes_;
+    std::vector<NodeIndex> details_; // link nodes
+};
+
+} // namespace Brindle

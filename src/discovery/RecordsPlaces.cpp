@@ -1,0 +1,414 @@
+#include "discovery/RecordsPlaces.h"
+
+#include "discovery/RecordsAddress.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr HintSet placeHints =
+    Hint::Address | Hint::Street | Hint::City | Hint::State | Hint::PostalCode | Hint::Country;
+constexpr HintSet otherHints = Hint::Phone | Hint::Fax | Hint::Mail | Hint::Website | Hint::Review | Hint::Hours |
+                               Hint::Rating | Hint::Description | Hint::Category | Hint::Price | Hint::Date |
+                               Hint::Author | Hint::Distance;
+constexpr HintSet partHints = Hint::Street | Hint::City | Hint::State | Hint::PostalCode | Hint::Country;
+
+bool HasDigit(QStringView text) {
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+}
+
+bool IsMarksOnly(QStringView text) {
+    return std::none_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+QString Tidy(QString text) {
+    constexpr QStringView marks = u",;\u2022\u00B7|-\u2013 ";
+    text = text.simplified();
+    while (!text.isEmpty() && marks.contains(text.back()))
+        text.chop(1);
+    while (!text.isEmpty() && marks.contains(text.front()))
+        text.remove(0, 1);
+    return text;
+}
+
+} // namespace
+
+bool RecordPlaces::Segment::Strong() const {
+    constexpr HintSet strong = Hint::Street | Hint::PostalCode;
+    return !Excluded && (PostalCode || Street || (Hints & strong) != 0 || (Label & (strong | Hint::Address)) != 0);
+}
+
+bool RecordPlaces::Segment::Weak() const {
+    return !Excluded && ((Hints | Label) & placeHints) != 0;
+}
+
+void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
+                                std::array<NodeIndex, FieldCount>& nodes) const {
+    if (category_ < 0)
+        return;
+    const NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
+    if (node == noNode || node == name)
+        return;
+    lead.Category = ListText(node);
+    nodes[static_cast<size_t>(Field::Category)] = node;
+}
+
+// A line is parted where its elements say that they are different things: "$$ Dublin - Pizza 6 High Road".
+std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeIndex name) const {
+    const PageTree& page = page_.Page;
+    const RecordRange& range = columns_.List.Records[record];
+    const NodeIndex nameEnd = name == noNode ? noNode : page.End(name);
+    const QString nameText = name == noNode ? QString() : columns_.TextOf(name);
+    std::vector<Segment> segments;
+    for (const RecordLine& line : columns_.Lines[record]) {
+        const size_t before = segments.size();
+        // A line that has the name and more is parted by the page's style at each of its elements.
+        const auto named = [&](int i) {
+            const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(i)].Node;
+            return name != noNode && node >= name && node < nameEnd;
+        };
+        const bool mixed = named(line.FirstPiece) != named(line.EndPiece - 1);
+        for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
+            const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
+            HintSet hints = 0;
+            NodeIndex at = page.Parent(piece.Node);
+            for (int level = 0; level < 3 && at >= range.Begin; ++level, at = page.Parent(at)) {
+                if (at == range.Begin && !columns_.List.Flat)
+                    break;
+                hints |= page_.HintsOf(at) & (placeHints | otherHints);
+                if (page.Is(at, u"address"))
+                    hints = hints | Hint::Address;
+                // The innermost element that says anything says it for its text.
+                if ((hints & (partHints | otherHints)) != 0)
+                    break;
+            }
+            const bool marks = IsMarksOnly(page_.Lines.TextOf(piece));
+            const bool same =
+                segments.size() > before && segments.back().Hints == hints &&
+                (!mixed || page.Parent(piece.Node) == page.Parent(page_.Lines.Pieces[static_cast<size_t>(i) - 1].Node));
+            if (segments.size() > before && (same || marks)) {
+                segments.back().EndPiece = i + 1;
+                continue;
+            }
+            Segment segment;
+            segment.FirstPiece = i;
+            segment.EndPiece = i + 1;
+            segment.Line = line.Line;
+            segment.Hints = hints;
+            segments.push_back(segment);
+        }
+        for (size_t i = before; i < segments.size(); ++i) {
+            Segment& segment = segments[i];
+            if (i == before) {
+                segment.Label = line.Label;
+            }
+            FindValue(segment, i == before ? line.LabelLength : 0, nameText);
+            const QString value = ValueOf(segment);
+            const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node;
+            const bool inName = name != noNode && node >= name && node < nameEnd && value == nameText;
+            segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
+            const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
+            const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
+            segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
+                               value.contains(u'@') || IsButtonText(BareWords(value)) || HasPrice(value);
+            if (segment.Excluded || !HasDigit(value))
+                continue;
+            const AddressSigns signs = AddressSignsIn(value, page_.Region);
+            segment.PostalCode = signs.PostalCode;
+            segment.Street = signs.Street;
+        }
+    }
+    return segments;
+}
+
+QString RecordPlaces::ValueOf(const Segment& segment) const {
+    return page_.Lines.Text.sliced(segment.Begin, segment.End - segment.Begin);
+}
+
+// What is left of a segment without its label, the record's name, phones, and addresses of the web and of mail.
+void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& name) const {
+    const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
+    const TextPiece& last = page_.Lines.Pieces[static_cast<size_t>(segment.EndPiece) - 1];
+    const QStringView all(page_.Lines.Text);
+    segment.End = last.Begin + last.Length;
+    segment.Begin = std::min(first.Begin + label, segment.End);
+    const auto trim = [&] {
+        constexpr QStringView marks = u",;|\u2022\u00B7-\u2013\u2014 /";
+        while (segment.Begin < segment.End && marks.contains(all[segment.Begin]))
+            ++segment.Begin;
+        while (segment.End > segment.Begin && marks.contains(all[segment.End - 1]))
+            --segment.End;
+    };
+    if (!name.isEmpty() && all.sliced(segment.Begin, segment.End - segment.Begin).startsWith(name) &&
+        segment.End - segment.Begin > name.size() + 3)
+        segment.Begin += name.size();
+    trim();
+    auto phone = std::lower_bound(page_.Phones.begin(), page_.Phones.end(), first.Node,
+                                  [](const PagePhone& one, NodeIndex node) { return one.Node < node; });
+    for (; phone != page_.Phones.end() && phone->Node <= last.Node; ++phone) {
+        if (phone->Line != segment.Line || phone->End <= segment.Begin || phone->Begin >= segment.End)
+            continue;
+        // What stands before the first number is kept, or what stands behind it when that is more.
+        qsizetype before = phone->Begin;
+        bool labelled = true;
+        while (labelled) {
+            QStringView text = all.sliced(segment.Begin, before - segment.Begin);
+            while (!text.isEmpty() && !text.back().isLetterOrNumber())
+                text.chop(1);
+            const qsizetype word =
+                std::max({text.lastIndexOf(u' '), text.lastIndexOf(u','), text.lastIndexOf(u'|')}) + 1;
+            const HintSet hints = HintsOfLabel(text.sliced(word));
+            labelled = !text.isEmpty() && (Has(hints, Hint::Phone) || Has(hints, Hint::Fax));
+            before = segment.Begin + (labelled ? word : text.size());
+        }
+        if (before - segment.Begin >= segment.End - phone->End) {
+            segment.End = before;
+            trim();
+            break;
+        }
+        segment.Begin = phone->End;
+        trim();
+    }
+    const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
+    for (const QStringView sign :
+         {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
+        if (const qsizetype at = rest.indexOf(sign); at >= 0) {
+            const qsizetype blank = rest.first(at).lastIndexOf(u' ');
+            segment.End = std::min(segment.End, segment.Begin + std::max<qsizetype>(blank, 0));
+        }
+    trim();
+}
+
+// Whether two segments stand in one element or in neighbouring ones.
+bool RecordPlaces::Beside(const Segment& one, const Segment& other) const {
+    const PageTree& page = page_.Page;
+    const auto parents = [&](const Segment& segment) {
+        const NodeIndex parent = page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
+        return std::pair(parent, parent == noNode ? noNode : page.Parent(parent));
+    };
+    const auto [oneParent, oneOuter] = parents(one);
+    const auto [otherParent, otherOuter] = parents(other);
+    return oneParent == otherParent || oneOuter == otherOuter || oneParent == otherOuter || oneOuter == otherParent;
+}
+
+void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
+                               std::array<NodeIndex, FieldCount>& nodes) const {
+    const std::vector<Segment> segments = SegmentsOf(record, name);
+    struct Group {
+        size_t Begin = 0;
+        size_t End = 0;
+        double Score = 0;
+        bool PostalCode = false;
+        bool Street = false;
+    };
+    std::vector<Group> groups;
+    for (size_t i = 0; i < segments.size(); ++i) {
+        const Segment& segment = segments[i];
+        if (!segment.Strong() && !segment.Weak())
+            continue;
+        bool joined = !groups.empty();
+        for (size_t between = groups.empty() ? 0 : groups.back().End; joined && between < i; ++between)
+            joined = segments[between].IsLabel;
+        // A second street begins a second address.
+        if (joined && segment.Street && groups.back().Street && groups.back().PostalCode)
+            joined = false;
+        if (!joined)
+            groups.push_back({i, i, 0, false, false});
+        Group& group = groups.back();
+        group.End = i + 1;
+        group.PostalCode =
+            group.PostalCode || segment.PostalCode || Has(segment.Hints | segment.Label, Hint::PostalCode);
+        group.Street = group.Street || segment.Street || Has(segment.Hints | segment.Label, Hint::Street);
+    }
+    const auto may = [&](size_t i, size_t neighbour) {
+        const Segment& segment = segments[i];
+        const QString value = ValueOf(segment);
+        return !segment.Excluded && value.size() <= 70 && value.size() >= 2 && Beside(segment, segments[neighbour]) &&
+               page_.FactsOf(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node).Phones == 0;
+    };
+    for (Group& group : groups) {
+        // The street is often a line before the town, the town one behind the street, without any sign of their own.
+        if (group.PostalCode && !group.Street && group.Begin > 0 && may(group.Begin - 1, group.Begin)) {
+            const bool before = group.Begin - 1 == 0 || HasDigit(ValueOf(segments[group.Begin - 1]));
+            if (before || segments[group.Begin - 1].Line + 1 == segments[group.Begin].Line) {
+                --group.Begin;
+                group.Street = true;
+            }
+        }
+        if (group.Street && !group.PostalCode && group.End < segments.size() && may(group.End, group.End - 1) &&
+            segments[group.End].Label == 0)
+            ++group.End;
+        for (size_t i = group.Begin; i < group.End; ++i)
+            group.Score += segments[i].Strong() ? 1 : 0.5;
+        // An address that names its parts has none without a name at its end: that is something else in its element.
+        const auto named = [&](size_t i) { return ((segments[i].Hints | segments[i].Label) & partHints) != 0; };
+        const auto parts = std::count_if(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),
+                                         segments.begin() + static_cast<std::ptrdiff_t>(group.End),
+                                         [](const Segment& segment) { return (segment.Hints & partHints) != 0; });
+        while (parts >= 2 && group.End > group.Begin + 1 && !named(group.End - 1) &&
+               !segments[group.End - 1].PostalCode && !segments[group.End - 1].Street)
+            --group.End;
+        group.Score = std::min(group.Score, 3.0) + (group.PostalCode ? 2 : 0) + (group.Street ? 2 : 0);
+    }
+    const auto best = std::max_element(groups.begin(), groups.end(),
+                                       [](const Group& one, const Group& other) { return one.Score < other.Score; });
+    if (best != groups.end()) {
+        QString full;
+        int line = -1;
+        qsizetype behind = 0;
+        for (size_t i = best->Begin; i < best->End; ++i) {
+            const Segment& segment = segments[i];
+            if (segment.IsLabel)
+                continue;
+            const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
+            const QString value = ValueOf(segment);
+            if (full.isEmpty())
+                nodes[static_cast<size_t>(Field::FullAddress)] = page_.Page.Parent(first.Node);
+            else if (segment.Line == line && segment.Begin - behind <= 4 &&
+                     IsMarksOnly(QStringView(page_.Lines.Text).sliced(behind, segment.Begin - behind)))
+                full += QStringView(page_.Lines.Text).sliced(behind, segment.Begin - behind);
+            else
+                full += full.endsWith(u',') ? u" "_s : u", "_s;
+            full += value;
+            line = segment.Line;
+            behind = segment.End;
+        }
+        lead.FullAddress = Tidy(full);
+    }
+    ReadParts(segments, columns_.List.Records[record], lead);
+}
+
+void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordRange& range, Lead& lead) const {
+    const auto set = [&lead](HintSet hints, const QString& value) {
+        if (value.isEmpty() || value.size() > 120)
+            return;
+        // An element can call itself what only a part of it is.
+        if (Has(hints, Hint::PostalCode) && !Has(hints, Hint::Street) && (value.size() > 12 || !HasDigit(value)))
+            return;
+        if (!Has(hints, Hint::Street) && value.size() > 60)
+            return;
+        for (const auto& [hint, part] :
+             {std::pair(Hint::Street, &lead.Street), std::pair(Hint::PostalCode, &lead.PostalCode),
+              std::pair(Hint::City, &lead.City), std::pair(Hint::State, &lead.State),
+              std::pair(Hint::Country, &lead.Country)})
+            if (Has(hints, hint)) {
+                if (part->isEmpty())
+                    *part = value;
+                return;
+            }
+    };
+    for (const Segment& segment : segments)
+        if (!segment.Excluded)
+            set((segment.Hints & partHints) != 0 ? segment.Hints : segment.Label, Tidy(ValueOf(segment)));
+    // What stands in the page for machines only.
+    for (NodeIndex node = range.Begin; node < range.End; ++node)
+        if (page_.Page.Is(node, u"meta") && page_.Page.HasAttribute(node, u"itemprop"))
+            set(page_.HintsOf(node), Tidy(page_.Page.Attribute(node, u"content").toString()));
+    if (lead.FullAddress.isEmpty())
+        return;
+    QString full = lead.FullAddress;
+    full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
+    const AddressParts parts = SplitAddress(full, page_.Country);
+    const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();
+    if (lead.Street.isEmpty())
+        lead.Street = parts.Street;
+    if (lead.PostalCode.isEmpty())
+        lead.PostalCode = parts.PostalCode;
+    if (lead.City.isEmpty())
+        lead.City = parts.City;
+    if (lead.State.isEmpty())
+        lead.State = parts.State;
+    if (lead.Country.isEmpty() && !known)
+        lead.Country = parts.Country;
+}
+
+void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {
+    double best = 0;
+    const double count = static_cast<double>(columns_.Count());
+    for (size_t i = 0; i < columns_.Columns.size(); ++i) {
+        const RecordColumn& column = columns_.Columns[i];
+        const bool says = Has(column.Own, Hint::Category) || Has(column.Label, Hint::Category);
+        const bool other = column.IsHeading || Has(column.Own, Hint::Name) ||
+                           ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||
+                           column.AddressLines > 0.2 || column.Dates > 0.2 || column.Prices > 0.2 ||
+                           column.Buttons > 0.3 || column.Wordless > 0.3 || column.Length > 150 || column.Length < 2;
+        if (other)
+            continue;
+        int labels = 0;
+        int kinds = 0;
+        int ofSubject = 0;
+        int seen = 0;
+        int places = 0;
+        for (size_t record = 0; record < column.Nodes.size(); ++record) {
+            const NodeIndex node = column.Nodes[record];
+            if (node == noNode || seen >= 60)
+                continue;
+            ++seen;
+            const QString text = columns_.TextOf(node);
+            const QString words = BareWords(text);
+            places += text == leads[record].Name || (!text.isEmpty() && leads[record].FullAddress.contains(text));
+            labels += HintsOfLabel(text) != 0;
+            kinds += NamesBusinesses(words);
+            ofSubject += words.size() >= 4 && subject.contains(words);
+        }
+        if (places * 2 > seen)
+            continue;
+        if (labels * 2 > seen && !Has(column.Own, Hint::Category))
+            continue;
+        if (labels * 4 > seen * 3)
+            continue;
+        // What is the same in all records is part of the page's furniture, unless the page is about it.
+        const bool constant = column.Distinct * column.Filled < 1.5;
+        if (constant && (!says || column.IsLink) && ofSubject * 2 <= seen)
+            continue;
+        double score = 0;
+        if (says)
+            score = 3;
+        else if (column.Filled >= count * 0.5 && column.Digits < 0.2 && column.Length <= 60 && column.Distinct < 0.9 &&
+                 (kinds * 2 > seen || ofSubject * 2 > seen))
+            score = 1.5;
+        score *= 0.3 + 0.7 * column.Filled / count;
+        if (score > best) {
+            best = score;
+            category_ = static_cast<int>(i);
+            categoryWhy_ =
+                says ? u"calls itself a category"_s : u"short texts that name trades or the page’s subject"_s;
+        }
+    }
+}
+
+// The texts of an element's parts, parted by commas where the page parts them by its style.
+QString RecordPlaces::ListText(NodeIndex node) const {
+    constexpr QStringView marks = u",;/|\u203A\u2022\u00B7>-\u2013&(";
+    QString text;
+    NodeIndex parent = noNode;
+    qsizetype behind = -1;
+    const NodeIndex end = page_.Page.End(node);
+    for (auto i = static_cast<size_t>(page_.Lines.PieceFrom(node));
+         i < page_.Lines.Pieces.size() && page_.Lines.Pieces[i].Node < end && text.size() < 300; ++i) {
+        const TextPiece& piece = page_.Lines.Pieces[i];
+        const QStringView part = page_.Lines.TextOf(piece);
+        if (text.isEmpty() && Has(HintsOfLabel(part), Hint::Category))
+            continue;
+        if (!text.isEmpty()) {
+            const NodeIndex element = page_.Page.Parent(piece.Node);
+            const bool parted = marks.contains(text.back()) || marks.contains(part.front());
+            if (!parted && element != parent && element != node && parent != node)
+                text += u", ";
+            else if (piece.Begin > behind && part.front() != u',')
+                text += u' ';
+        }
+        text += part;
+        behind = piece.Begin + piece.Length;
+        parent = page_.Page.Parent(piece.Node);
+    }
+    if (const LeadingLabel label = LabelAtBegin(text); Has(label.Hints, Hint::Category))
+        text = text.sliced(label.Length);
+    return Tidy(text);
+}
+
+} // namespace Brindle

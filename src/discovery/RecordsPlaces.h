@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/Lead.h"
+#include "discovery/RecordsColumns.h"
+
+#include <array>
+
+namespace Brindle {
+
+/// Where the businesses of a list's records are, and their trades.
+class RecordPlaces {
+public:
+    explicit RecordPlaces(const RecordColumns& columns) : columns_(columns), page_(columns.Page) {}
+
+    /// Fills the address of one record; `nodes` gets the element that it was taken from.
+    void ReadAddress(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    /// Chooses the column of the trades; `leads` by record, with their names and addresses; `subject`: bare words of
+    /// the page's headings.
+    void ChooseCategory(const QString& subject, const std::vector<Lead>& leads);
+    /// Fills the category of one record.
+    void ReadCategory(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    /// Why the category is taken for one; empty when there is none.
+    const QString& CategoryWhy() const { return categoryWhy_; }
+
+private:
+    struct Segment {
+        int FirstPiece = 0;
+        int EndPiece = 0;
+        int Line = 0;
+        HintSet Hints = 0;
+        HintSet Label = 0;
+        qsizetype Begin = 0; ///< of its value, in the text of the page
+        qsizetype End = 0;
+        bool PostalCode = false;
+        bool Street = false;
+        bool IsLabel = false;
+        bool Excluded = false;
+
+        bool Strong() const;
+        bool Weak() const;
+    };
+    void FindValue(Segment& segment, qsizetype label, const QString& name) const;
+    std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
+    QString ValueOf(const Segment& segment) const;
+    bool Beside(const Segment& one, const Segment& other) const;
+    void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, Lead& lead) const;
+    QString ListText(NodeIndex node) const;
+
+    const RecordColumns& columns_;
+    const PageAnnotations& page_;
+    int category_ = -1; // of the columns
+    QString categoryWhy_;
+};
+
+} // namespace Brindle

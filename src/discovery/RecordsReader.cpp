@@ -1,0 +1,338 @@
+#include "discovery/RecordsReader.h"
+
+#include "discovery/RecordsContacts.h"
+#include "discovery/RecordsNames.h"
+#include "discovery/RecordsPlaces.h"
+#include "discovery/RecordsSelectors.h"
+
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// What the records of a list have, as shares of them.
+struct Shares {
+    double Phone = 0;
+    double Address = 0; ///< with a street or postal code; half for one without the other
+    double Place = 0;   ///< a town at least
+    double Website = 0;
+    double Mail = 0;
+    double Map = 0;
+    double Category = 0;
+    double Details = 0;
+    double Rating = 0;
+    double Price = 0;
+    double Date = 0;
+    double Street = 0;
+    double Jobs = 0;
+    HintSet Often = 0; ///< what at least half of the records say of themselves
+};
+
+class ListReader {
+public:
+    ListReader(const PageAnnotations& page, const Signatures& signatures, const RecordList& list,
+               const PageSubject& subject)
+        : page_(page), subject_(subject), columns_(page, signatures, list), names_(columns_) {}
+
+    RecordsReading Read() {
+        if (names_.Score() < 1.2) {
+            reading_.Verdict = u"no texts that could be names"_s;
+            return std::move(reading_);
+        }
+        ReadFields();
+        if (reading_.Records.size() < 2) {
+            reading_.Verdict = u"fewer than two records with a name"_s;
+            return std::move(reading_);
+        }
+        Judge();
+        return std::move(reading_);
+    }
+
+    /// Selectors are made for the list that is taken only.
+    void Describe(RecordsReading& reading, Selectors selectors) const {
+        const RecordList& list = columns_.List;
+        std::vector<NodeIndex> roots;
+        for (const RecordRange& range : list.Records)
+            roots.push_back(range.Begin);
+        if (selectors == Selectors::Made)
+            reading.Selector = SelectorOfElements(page_.Page, roots);
+        for (int field = 0; field < FieldCount; ++field) {
+            FieldReading one;
+            one.Column = static_cast<Field>(field);
+            for (const PageRecord& record : reading.Records)
+                one.Filled += !record.Fields.At(field).isEmpty();
+            if (one.Filled == 0)
+                continue;
+            one.Why = WhyOf(one.Column);
+            if (selectors == Selectors::Left) {
+                reading.Fields.push_back(one);
+                continue;
+            }
+            std::vector<NodeIndex> elements;
+            for (const auto& nodes : nodes_) {
+                NodeIndex node = nodes[static_cast<size_t>(field)];
+                if (node != noNode && !page_.Page.IsElement(node))
+                    node = page_.Page.Parent(node);
+                elements.push_back(node);
+            }
+            one.Selector = SelectorWithin(page_.Page, list, elements);
+            reading.Fields.push_back(one);
+        }
+    }
+
+private:
+    QString WhyOf(Field field) const {
+        switch (field) {
+        case Field::BusinessName:
+            return names_.Why();
+        case Field::Category:
+            return placesWhy_;
+        case Field::FullAddress:
+            return u"lines with a postal code, a street, or that call themselves an address"_s;
+        case Field::Address:
+        case Field::City:
+        case Field::State:
+        case Field::PostalCode:
+        case Field::Country:
+            return u"part of the full address, or an element that says so"_s;
+        case Field::Phone:
+            return u"numbers that the country has, in the text or in tel: links"_s;
+        case Field::Fax:
+            return u"numbers that are labelled as telefax"_s;
+        case Field::Website:
+            return u"links to a site that one record alone leads to"_s;
+        case Field::Email:
+            return u"mailto: links and addresses in the text"_s;
+        case Field::MapLink:
+            return u"links to a map service"_s;
+        case Field::DetailsLink:
+            return u"link of the name, or the link to this site that differs from record to record"_s;
+        }
+        return {};
+    }
+
+    void ReadFields() {
+        const RecordContacts contacts(columns_);
+        RecordPlaces places(columns_);
+        std::vector<Lead> leads;
+        nodes_.reserve(columns_.Count());
+        for (size_t record = 0; record < columns_.Count(); ++record) {
+            std::array<NodeIndex, FieldCount> nodes;
+            nodes.fill(noNode);
+            Lead lead;
+            lead.Name = names_.NameOf(record);
+            const NodeIndex name = names_.NodeOf(record);
+            nodes[static_cast<size_t>(Field::BusinessName)] = name;
+            if (const PageLink* const link = names_.DetailsOf(record)) {
+                lead.DetailsLink = link->Address;
+                nodes[static_cast<size_t>(Field::DetailsLink)] = link->Node;
+            }
+            contacts.Read(record, name, lead, nodes);
+            places.ReadAddress(record, name, lead, nodes);
+            nodes_.push_back(nodes);
+            leads.push_back(std::move(lead));
+        }
+        places.ChooseCategory(subject_.Words, leads);
+        placesWhy_ = places.CategoryWhy();
+        for (size_t record = 0; record < columns_.Count(); ++record) {
+            Lead& lead = leads[record];
+            places.ReadCategory(record, names_.NodeOf(record), lead, nodes_[record]);
+            const RecordRange& range = columns_.List.Records[record];
+            if (!lead.Name.isEmpty() && !IsButtonText(BareWords(lead.Name)))
+                reading_.Records.push_back({std::move(lead), range.Begin, range.End});
+        }
+    }
+
+    Shares Measure() const {
+        Shares shares;
+        const double count = static_cast<double>(reading_.Records.size());
+        std::array<int, 31> hints{};
+        for (const PageRecord& record : reading_.Records) {
+            const Lead& lead = record.Fields;
+            const NodeFacts& facts = page_.FactsOf(record.Begin);
+            shares.Phone += !lead.Phone.isEmpty();
+            if (!lead.FullAddress.isEmpty()) {
+                const bool street = facts.Streets > 0 || !lead.Street.isEmpty();
+                const bool code = facts.PostalCodes > 0 || !lead.PostalCode.isEmpty();
+                shares.Street += street;
+                shares.Address += street && code ? 1 : street || code ? 0.6 : 0;
+            }
+            shares.Place += !lead.FullAddress.isEmpty() || !lead.City.isEmpty();
+            shares.Website += !lead.Website.isEmpty();
+            shares.Mail += !lead.Email.isEmpty();
+            shares.Map += !lead.MapLink.isEmpty();
+            shares.Category += !lead.Category.isEmpty();
+            shares.Details += !lead.DetailsLink.isEmpty();
+            shares.Rating += facts.Ratings > 0;
+            HintSet here = page_.HintsOf(record.Begin);
+            shares.Jobs += NamesJobs(BareWords(lead.Name));
+            bool price = false;
+            bool date = false;
+            CountOthers(record, price, date, here);
+            shares.Price += price;
+            shares.Date += date;
+            for (size_t bit = 0; bit < hints.size(); ++bit)
+                hints[bit] += (here >> bit & 1U) != 0;
+        }
+        for (double* const share : {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail,
+                                    &shares.Map, &shares.Category, &shares.Details, &shares.Rating, &shares.Price,
+                                    &shares.Date, &shares.Street, &shares.Jobs})
+            *share /= count;
+        for (size_t bit = 0; bit < hints.size(); ++bit)
+            if (hints[bit] * 2 >= static_cast<int>(count))
+                shares.Often |= 1U << bit;
+        return shares;
+    }
+
+    // Amounts and dates that are a record's own: no price ranges, no dates of reviews.
+    void CountOthers(const PageRecord& record, bool& price, bool& date, HintSet& hints) const {
+        const auto& pieces = page_.Lines.Pieces;
+        int line = -1;
+        for (auto i = static_cast<size_t>(page_.Lines.PieceFrom(record.Begin));
+             i < pieces.size() && pieces[i].Node < record.End; ++i) {
+            if (pieces[i].Line == line)
+                continue;
+            line = pieces[i].Line;
+            const auto number = static_cast<size_t>(line);
+            const QStringView text = page_.Lines.TextOf(page_.Lines.Lines[number]);
+            if (!page_.IsDateLine[number] && !page_.IsPriceLine[number])
+                continue;
+            HintSet around = 0;
+            int levels = 0;
+            for (NodeIndex at = page_.Page.Parent(pieces[i].Node); at != noNode && at > record.Begin && levels < 6;
+                 at = page_.Page.Parent(at), ++levels)
+                around |= page_.HintsOf(at);
+            const bool aside = Has(around, Hint::Review) || Has(around, Hint::Hours) ||
+                               Has(around, Hint::Description) || text.size() > 150;
+            const bool range =
+                text.contains(u" - ") || text.contains(u'\u2013') || text.contains(u'~') || text.contains(u'\u301C');
+            price = price || (page_.IsPriceLine[number] && !aside && !range);
+            date = date || (page_.IsDateLine[number] && !aside);
+        }
+        for (NodeIndex node = record.Begin; node < record.End && node < record.Begin + 200; ++node) {
+            if (!page_.Page.IsElement(node))
+                continue;
+            if (page_.Page.HasAttribute(node, u"itemtype"))
+                hints |= page_.HintsOf(node) & (Hint::Product | Hint::Job | Hint::Event);
+            hints |= page_.HintsOf(node) & (Hint::Author | Hint::Business | Hint::Rating);
+        }
+    }
+
+    void Judge() {
+        const Shares shares = Measure();
+        const double count = static_cast<double>(reading_.Records.size());
+        const double contact =
+            3 * shares.Phone + 3 * shares.Address + 1.5 * shares.Website + 1.5 * shares.Mail + 0.5 * shares.Map;
+        const double quality = contact + shares.Place + 0.5 * shares.Category + 0.5 * shares.Details +
+                               0.25 * shares.Rating + std::min(names_.Score(), 6.0) / 3;
+        reading_.Score = quality * std::min(count, 1000.0) * names_.DistinctNames();
+        const auto no = [this](const QString& why) {
+            reading_.Sure = false;
+            reading_.Verdict = why;
+        };
+        const bool other = subject_.OtherThings && !subject_.Businesses;
+        const auto often = [&shares](Hint hint) { return Has(shares.Often, hint); };
+        if (names_.DistinctNames() < 0.5)
+            return no(u"its names repeat"_s);
+        if (shares.Price > 0.5 && shares.Phone < 0.5)
+            return no(u"its records have prices"_s);
+        if (shares.Date > 0.5 && shares.Phone < 0.3)
+            return no(u"its records have dates"_s);
+        if ((often(Hint::Job) || often(Hint::Product) || often(Hint::Event)) && shares.Phone < 0.5)
+            return no(u"its records call themselves jobs, goods or events"_s);
+        if (often(Hint::Author) && shares.Phone < 0.5)
+            return no(u"its records have authors"_s);
+        if (subject_.Jobs && shares.Phone < 0.5)
+            return no(u"the page is about jobs"_s);
+        if (shares.Jobs > 0.4)
+            return no(u"its records are jobs"_s);
+        // A town with its postal code stands in advertisements of all kinds, too.
+        const bool located =
+            shares.Address >= 0.5 && (shares.Street >= 0.4 || often(Hint::Business) || subject_.Businesses);
+        const bool reachable = shares.Phone >= 0.5 || located ||
+                               (shares.Phone + shares.Address >= 0.6 && shares.Phone > 0 && contact >= 2);
+        const double wanted = (other ? 4.0 : 1.5) + (count < 3 ? 2.0 : 0);
+        // Two addresses stand in many a footer, three or four in many an article.
+        const double both = std::min(shares.Phone, shares.Address);
+        const bool few = count < 5;
+        if (few && (names_.Score() < 2.5 || (shares.Details < 0.5 && !often(Hint::Business) && !subject_.Businesses)))
+            return no(u"too few records to be sure of"_s);
+        if (count < 3 && (both < 0.9 || shares.Details < 0.9))
+            return no(u"two records are not enough to be sure of"_s);
+        if (reachable && contact >= wanted) {
+            reading_.Sure = true;
+            reading_.Verdict = u"its records have phones or addresses"_s;
+            return;
+        }
+        if (reachable)
+            return no(u"too few signs of businesses in its records"_s);
+        // Names, towns and links only.
+        if (count < 5)
+            return no(u"too few records without phones and addresses"_s);
+        if (other || !subject_.Businesses)
+            return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
+        if (shares.Price > 0.5 || shares.Date > 0.5)
+            return no(u"its records have prices or dates"_s);
+        const double signs = 1.5 * shares.Place + shares.Category + shares.Rating + shares.Website + shares.Map +
+                             (often(Hint::Business) ? 1 : 0);
+        if (shares.Details < 0.7 || names_.DistinctDetails() < 0.7)
+            return no(u"its records have neither phones, nor addresses, nor pages of their own"_s);
+        if (signs < 1.5)
+            return no(u"names and links, without towns, trades or ratings"_s);
+        reading_.Sure = true;
+        reading_.Verdict = u"names, places or trades, and the page is about businesses"_s;
+    }
+
+    const PageAnnotations& page_;
+    const PageSubject& subject_;
+    RecordColumns columns_;
+    RecordNames names_;
+    QString placesWhy_;
+    std::vector<std::array<NodeIndex, FieldCount>> nodes_; // by record: what its fields were taken from
+    RecordsReading reading_;
+};
+
+} // namespace
+
+PageSubject SubjectOf(const PageAnnotations& page) {
+    PageSubject subject;
+    const PageTree& tree = page.Page;
+    const NodeIndex headEnd = tree.Head() == noNode ? noNode : tree.End(tree.Head());
+    for (NodeIndex node = tree.Head(); node != noNode && node < headEnd; ++node)
+        if (tree.Is(node, u"title") && tree.FirstChild(node) != noNode) {
+            subject.Words += BareWords(tree.Text(tree.FirstChild(node)).left(300)) + u'\n';
+            break;
+        }
+    int headings = 0;
+    for (NodeIndex node = tree.Body(); node != noNode && node < tree.End(tree.Body()) && headings < 2; ++node)
+        if (tree.Is(node, u"h1")) {
+            subject.Words += BareWords(page.TextWithin(node).left(300)) + u'\n';
+            ++headings;
+        }
+    QString path = QUrl(page.Url).path().toLower();
+    for (QChar& c : path)
+        if (!c.isLetter())
+            c = u' ';
+    const QString words = subject.Words + path.simplified();
+    subject.Businesses = NamesBusinesses(words);
+    subject.OtherThings = NamesOtherThings(words);
+    subject.Jobs = NamesJobs(words);
+    return subject;
+}
+
+RecordsReading ReadRecords(const PageAnnotations& page, const Signatures& signatures, const RecordList& list,
+                           const PageSubject& subject, Selectors selectors) {
+    ListReader reader(page, signatures, list, subject);
+    RecordsReading reading = reader.Read();
+    if (!reading.Records.empty())
+        reader.Describe(reading, selectors);
+    return reading;
+}
+
+} // namespace Brindle
