@@ -108,7 +108,7 @@ void ReadListings(benchmark::State& state, const Layout& layout) {
         bench->Loop.SetPace(0);
         bench->Pages.EveryPage = layout.Details;
         state.ResumeTiming();
-        GetDataResults(bench->Job, SiteAdapters(), page);
+        GetDataResults(bench->Job, page);
         state.PauseTiming();
         if (bench->Leads.Count() != count)
             state.SkipWithError("a listing was not read");

@@ -1,6 +1,7 @@
 // What the window costs beside the engine in it. Runs itself anew for each measurement:
 //   bench_startup          time from start to the first painted window, the main window and a bare one in turn
 //   bench_startup idle     processor time of this process while a harvest waits for a results page, in ms per second
+#include "adapters/Adapters.h"
 #include "browser/webengine/WebEngineStart.h"
 #include "core/QtMessageLoop.h"
 #include "demo/DemoServer.h"
@@ -83,7 +84,7 @@ void ShowMain() {
 void Idle() {
     Demo::DemoServer server;
     server.Start();
-    Opened opened(SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s));
+    Opened opened(SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()));
     opened.Window.show();
     const auto runFor = [&](int seconds) {
         QElapsedTimer waited;

@@ -49,7 +49,7 @@ void FetchInTurn(Test::HarvestBench& bench, const QStringList& pages) {
 
 void ReadOnce(Test::HarvestBench& bench, const QString& page) {
     try {
-        GetDataResults(bench.Job, SiteAdapters(), page);
+        GetDataResults(bench.Job, page);
     } catch (const PageError&) {
         // Ends the reading of this page only; the driver goes on.
     }
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Layout& layout = Layouts[data[0] % 128 % Layouts.size()];
     try {
         if (data[0] >= 128)
-            pages.first() = Brindle::BodyOfPage(pages.first(), Brindle::MarkupFormOf(layout.Site));
+            pages.first() = Brindle::BodyOfPage(pages.first(), Brindle::SiteOfCode(layout.Site).Form);
         Read(layout, std::move(pages));
     } catch (const Brindle::Failure&) {
         // Beyond the bounds of what is parsed.

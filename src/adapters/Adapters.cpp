@@ -9,23 +9,16 @@
 #include "adapters/Virgilio.h"
 #include "adapters/YellowPagesCanada.h"
 
-#include <array>
+#include <vector>
 
 namespace Brindle {
 
 std::span<const SiteAdapter> SiteAdapters() {
-    static const std::array adapters{
-        SiteAdapter{SiteCode::UsYellowPages, GetYPUSDataResults},
-        SiteAdapter{SiteCode::YellowPagesCanada, GetYPCADataResults},
-        SiteAdapter{SiteCode::Canada411, Get411CADataResults},
-        SiteAdapter{SiteCode::PagineBianche, GetYPPagBianchDataResults},
-        SiteAdapter{SiteCode::PagineMail, GetYPPagEmailDataResults, GetPagEmailNextURL},
-        SiteAdapter{SiteCode::InfobelItaly, GetYPInfobelDataResults},
-        SiteAdapter{SiteCode::Virgilio, GetYPVirgilioDataResults,
-                    [](PageTurn& turn, const QString&) { return GetVirgilioNextURL(turn); }},
-        SiteAdapter{SiteCode::Trovanumeri, GetYPTrovanumeriDataResults},
+    static const std::vector<SiteAdapter> directories{
+        UsYellowPages(), YellowPagesCanada(), Canada411(), PagineBianche(),
+        PagineMail(),    InfobelItaly(),      Virgilio(),  Trovanumeri(),
     };
-    return adapters;
+    return directories;
 }
 
 } // namespace Brindle

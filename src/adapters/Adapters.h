@@ -6,7 +6,7 @@
 
 namespace Brindle {
 
-/// The adapters of all directories, one row per site code.
+/// The directories that come with the program, in the order of the selector.
 std::span<const SiteAdapter> SiteAdapters();
 
 } // namespace Brindle

@@ -7,38 +7,14 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr ListingRules rules{
     .Country = u"Canada", .MapCountry = u"Canada", .DropsEmptyParentheses = true, .CleansPhone = true};
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-
-// The search form. Its first marker takes the blank behind it, so the value is found only with another attribute in
-// between, as the site has it.
-const Marker searchName(u"name=q ");
-const Marker searchValue(u" value=");
-const Marker searchValueEnd(u"autocomplete=\"off\"");
-
-// A listing.
-const Marker listing(u"ltitle");
-const Marker linkEnd(u"</A>");
-
-// A details page.
-const Marker name(u"itemprop=\"name\">");
-const Marker telephone(u"itemprop=\"telephone\">");
-const Marker street(u"itemprop=\"streetAddress\">");
-const Marker locality(u"itemprop=\"addressLocality\">");
-const Marker region(u"itemprop=\"addressRegion\">");
-const Marker postalCode(u"itemprop=\"postalCode\">");
-const Marker mailto(u"mailto:");
-const Marker website(u"itemprop=\"url\"");
-const Marker headingEnd(u"</h1>");
-const Marker divEnd(u"</div>");
-const Marker spanEnd(u"</span>");
+constexpr Marker listing(u"ltitle");
 
 // Given, additional and family name stand in an element each; where one ends the next is set off by a blank.
 QString PersonName(QStringView text) {
@@ -50,26 +26,30 @@ QString PersonName(QStringView text) {
     return Trim(result);
 }
 
-const FieldRow businessPage[] = {
-    {.From = name, .To = headingEnd, .Target = &Lead::Name},
-    {.From = street, .To = divEnd, .Target = &Lead::Street, .Separator = u""},
-    {.From = locality, .To = spanEnd, .Target = &Lead::City, .Separator = u", "},
-    {.From = region, .To = spanEnd, .Target = &Lead::State, .Separator = u", "},
-    {.From = postalCode, .To = divEnd, .Target = &Lead::PostalCode, .Separator = u" "},
-    {.From = telephone, .To = spanEnd, .Target = &Lead::Phone, .Treatment = CleanAndStrip},
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = CleanAndStrip},
-    {.From = website, .Via = &href, .To = quote, .Target = &Lead::Website},
+constexpr FieldRow businessPage[] = {
+    {.From = u"itemprop=\"name\">", .To = u"</h1>", .Target = &Lead::Name},
+    {.From = u"itemprop=\"streetAddress\">", .To = u"</div>", .Target = &Lead::Street, .Separator = u""},
+    {.From = u"itemprop=\"addressLocality\">", .To = u"</span>", .Target = &Lead::City, .Separator = u", "},
+    {.From = u"itemprop=\"addressRegion\">", .To = u"</span>", .Target = &Lead::State, .Separator = u", "},
+    {.From = u"itemprop=\"postalCode\">", .To = u"</div>", .Target = &Lead::PostalCode, .Separator = u" "},
+    {.From = u"itemprop=\"telephone\">", .To = u"</span>", .Target = &Lead::Phone, .Treatment = CleanAndStrip},
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = CleanAndStrip},
+    {.From = u"itemprop=\"url\"", .Via = u"href=\"", .To = u"\"", .Target = &Lead::Website},
 };
 
-const FieldRow personPage[] = {
-    {.From = name, .To = headingEnd, .Target = &Lead::Name, .Treatment = PersonName},
-    {.From = telephone, .To = tagBegin, .Target = &Lead::Phone, .Treatment = CleanAndStrip},
-    {.From = street, .To = tagBegin, .Target = &Lead::Street, .Separator = u""},
-    {.From = locality, .To = tagBegin, .Target = &Lead::City, .Separator = u", ", .OnlyBetween = true},
-    {.From = region, .To = tagBegin, .Target = &Lead::State, .Separator = u", "},
-    {.From = postalCode, .To = tagBegin, .Target = &Lead::PostalCode, .Separator = u" "},
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = CleanAndStrip},
-    {.From = website, .Via = &href, .To = quote, .Target = &Lead::Website},
+constexpr FieldRow personPage[] = {
+    {.From = u"itemprop=\"name\">", .To = u"</h1>", .Target = &Lead::Name, .Treatment = PersonName},
+    {.From = u"itemprop=\"telephone\">", .To = u"<", .Target = &Lead::Phone, .Treatment = CleanAndStrip},
+    {.From = u"itemprop=\"streetAddress\">", .To = u"<", .Target = &Lead::Street, .Separator = u""},
+    {.From = u"itemprop=\"addressLocality\">",
+     .To = u"<",
+     .Target = &Lead::City,
+     .Separator = u", ",
+     .OnlyBetween = true},
+    {.From = u"itemprop=\"addressRegion\">", .To = u"<", .Target = &Lead::State, .Separator = u", "},
+    {.From = u"itemprop=\"postalCode\">", .To = u"<", .Target = &Lead::PostalCode, .Separator = u" "},
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = CleanAndStrip},
+    {.From = u"itemprop=\"url\"", .Via = u"href=\"", .To = u"\"", .Target = &Lead::Website},
 };
 
 void ReadDetails(Harvest& harvest, std::span<const FieldRow> rows, Lead& lead) {
@@ -85,9 +65,11 @@ void ReadDetails(Harvest& harvest, std::span<const FieldRow> rows, Lead& lead) {
 
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.Contains(searchName)) {
-        Skip(text, searchName, searchValue);
-        category = CleanMarkup(text.TakeBetween(searchValue, searchValueEnd));
+    // The search form. The first marker takes the blank behind it, so the value is found only with another attribute in
+    // between, as the site has it.
+    if (text.Contains(u"name=q ")) {
+        Skip(text, u"name=q ", u" value=");
+        category = CleanMarkup(text.TakeBetween(u" value=", u"autocomplete=\"off\""));
         RememberCategory(harvest, category);
     }
     FallBackOnRemembered(harvest, category);
@@ -96,17 +78,27 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 void ReadListing(const Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing, href);
-    if (text.Contains(href)) {
-        lead.DetailsLink = text.TakeBetween(href, quote).toString();
+    Skip(text, listing, u"href=\"");
+    if (text.Contains(u"href=\"")) {
+        lead.DetailsLink = text.TakeBetween(u"href=\"", u"\"").toString();
         ReplaceAll(lead.DetailsLink, u"&amp;", u"&");
         if (!ContainsExact(lead.DetailsLink, u"http:"))
             lead.DetailsLink.prepend(harvest.Site().DetailsBase);
     }
-    lead.Name = CleanAndStrip(text.TakeBetween(tagEnd, linkEnd));
+    lead.Name = CleanAndStrip(text.TakeBetween(u">", u"</A>"));
 }
 
 } // namespace
+
+const SiteAdapter& Canada411() {
+    static const SiteAdapter site{.Code = u"KVPN002002"_s,
+                                  .Form = MarkupForm::Legacy,
+                                  .Layouts = {{.InitList = u"total_result_found"_s,
+                                               .EndList = u"global-footer"_s,
+                                               .NextPageText = u"button_next>"_s,
+                                               .Read = Get411CADataResults}}};
+    return site;
+}
 
 void Get411CADataResults(Harvest& harvest, const QString& page) {
     WorkingText text(page);

@@ -2,10 +2,14 @@
 
 #include "core/Harvest.h"
 #include "core/Lead.h"
+#include "core/SiteAdapter.h"
 
 #include <QString>
 
 namespace Brindle {
+
+/// 411 Canada: all that is known of it.
+const SiteAdapter& Canada411();
 
 /// Reads a result page of 411 Canada: the page gives link and name of each listing, the details page the rest.
 void Get411CADataResults(Harvest& harvest, const QString& page);

@@ -11,14 +11,14 @@ void ReadFields(WorkingText& text, std::span<const FieldRow> rows, Lead& lead, c
         if (row.FromStart)
             text.MoveTo(0);
         if (!row.AsAbove) {
-            const Marker& test = row.Test ? *row.Test : row.From;
+            const Marker& test = row.Test.IsEmpty() ? row.From : row.Test;
             applies = nextListing ? text.Belongs(test, *nextListing) : text.Contains(test);
         }
         if (!applies)
             continue;
-        if (row.Via)
-            Skip(text, row.From, *row.Via);
-        const QStringView cut = text.TakeBetween(row.Via ? *row.Via : row.From, row.To);
+        if (!row.Via.IsEmpty())
+            Skip(text, row.From, row.Via);
+        const QStringView cut = text.TakeBetween(row.Via.IsEmpty() ? row.From : row.Via, row.To);
         if (!row.Target)
             continue;
         QString& value = lead.*row.Target;

@@ -15,17 +15,17 @@ namespace Brindle {
 // Where a page is read field by field in the order in which the fields stand on it, the reading is a table: "if this
 // marker is here, cut from it to that one, clean, and that is the street, which belongs into the full address".
 
-/// One field of a page: the test, the cut and what becomes of the value. `CleanMarkup`, `StripTags` and `Trim` are
-/// treatments as well as the two below.
+/// One field of a page, with its texts in it: the test, the cut and what becomes of the value. `CleanMarkup`,
+/// `StripTags` and `Trim` are treatments as well as the two below.
 struct FieldRow {
-    const Marker& From;                          ///< the cut begins behind this marker ...
-    const Marker* Via = nullptr;                 ///< ... or behind this one, when it is not null: the next after `From`
-    const Marker& To;                            ///< and ends here
+    Marker From;                                 ///< the cut begins behind this marker ...
+    Marker Via = {};                             ///< ... or behind this one, when there is one: the next after `From`
+    Marker To;                                   ///< and ends here
     QString Lead::*Target = nullptr;             ///< null: the cut only moves the cursor
     QString (*Treatment)(QStringView) = nullptr; ///< null: the value is taken as it is
     std::optional<QStringView> Separator = {};   ///< set: the value is appended to the full address behind this text
     bool OnlyBetween = false;                    ///< no separator while the full address is empty
-    const Marker* Test = nullptr;                ///< marker whose presence decides, when it is not `From`
+    Marker Test = {};                            ///< marker whose presence decides, when it is not `From`
     bool AsAbove = false;                        ///< no test: the row applies when the row above did
     bool FromStart = false;                      ///< looks on the whole page again, whether it then applies or not
 };

@@ -7,62 +7,48 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const Marker tagEnd(u">");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-const Marker spanEnd(u"</SPAN>");
-const Marker divEnd(u"</DIV>");
-
-// The search form of layout 1.
-const Marker searchField(u"search-field");
-const Marker searchValue(u" value=");
-
-// A listing.
-const Marker listing(u"<DIV class=\"result-item");
-const Marker name1(u"fn org");
-const Marker name2(u"<SPAN class=fn>");
-const Marker street(u"<SPAN class=street-address");
-const Marker postalCode(u"<SPAN class=postal-code");
-const Marker locality(u"<SPAN class=locality");
-const Marker telephone(u"<DIV class=\"data tel\"");
-const Marker mailto(u"mailto:");
-const Marker websiteLabel(u"website");
-const Marker websiteUrl(u"url=");
+constexpr Marker listing(u"<DIV class=\"result-item");
 
 QString CleanStripAndClean(QStringView text) {
     return CleanMarkup(CleanAndStrip(text));
 }
 
-const FieldRow addressAndPhone[] = {
-    {.From = street,
-     .Via = &tagEnd,
-     .To = spanEnd,
+constexpr FieldRow addressAndPhone[] = {
+    {.From = u"<SPAN class=street-address",
+     .Via = u">",
+     .To = u"</SPAN>",
      .Target = &Lead::Street,
      .Treatment = CleanMarkup,
      .Separator = u""},
-    {.From = postalCode,
-     .Via = &tagEnd,
-     .To = spanEnd,
+    {.From = u"<SPAN class=postal-code",
+     .Via = u">",
+     .To = u"</SPAN>",
      .Target = &Lead::PostalCode,
      .Treatment = CleanMarkup,
      .Separator = u", "},
-    {.From = locality,
-     .Via = &tagEnd,
-     .To = spanEnd,
+    {.From = u"<SPAN class=locality",
+     .Via = u">",
+     .To = u"</SPAN>",
      .Target = &Lead::City,
      .Treatment = CleanMarkup,
      .Separator = u" "},
-    {.From = telephone, .Via = &tagEnd, .To = divEnd, .Target = &Lead::Phone, .Treatment = CleanAndStrip},
+    {.From = u"<DIV class=\"data tel\"",
+     .Via = u">",
+     .To = u"</DIV>",
+     .Target = &Lead::Phone,
+     .Treatment = CleanAndStrip},
 };
 
-const FieldRow emailRow[] = {
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = CleanStripAndClean},
+constexpr FieldRow emailRow[] = {
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = CleanStripAndClean},
 };
 
-const FieldRow websiteRow[] = {
-    {.From = websiteUrl, .To = quote, .Target = &Lead::Website, .Treatment = CleanMarkup, .Test = &websiteLabel},
+constexpr FieldRow websiteRow[] = {
+    {.From = u"url=", .To = u"\"", .Target = &Lead::Website, .Treatment = CleanMarkup, .Test = u"website"},
 };
 
 void ReadEmailAndWebsite(const Harvest& harvest, WorkingText& text, Lead& lead) {
@@ -72,11 +58,12 @@ void ReadEmailAndWebsite(const Harvest& harvest, WorkingText& text, Lead& lead) 
     ReadFields(text, websiteRow, lead, &listing);
 }
 
+// From the search form, which layout 1 has.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.Contains(searchField)) {
-        Skip(text, searchField, searchValue);
-        category = CleanMarkup(text.TakeBetween(searchValue, tagEnd));
+    if (text.Contains(u"search-field")) {
+        Skip(text, u"search-field", u" value=");
+        category = CleanMarkup(text.TakeBetween(u" value=", u">"));
     }
     RememberCategory(harvest, category);
     FallBackOnRemembered(harvest, category);
@@ -85,29 +72,51 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 void ReadHead1(const Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing, href);
-    if (text.Contains(href))
-        lead.DetailsLink = harvest.Site().DetailsBase + u"/it/italy/" + text.TakeBetween(href, quote);
-    Skip(text, name1, tagEnd);
-    lead.Name = CleanAndStrip(text.TakeBetween(tagEnd, spanEnd));
+    Skip(text, listing, u"href=\"");
+    if (text.Contains(u"href=\""))
+        lead.DetailsLink = harvest.Site().DetailsBase + u"/it/italy/" + text.TakeBetween(u"href=\"", u"\"");
+    Skip(text, u"fn org", u">");
+    lead.Name = CleanAndStrip(text.TakeBetween(u">", u"</SPAN>"));
 }
 
 void ReadHead2(WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing, name2);
-    lead.Name = CleanAndStrip(text.TakeBetween(name2, spanEnd));
+    Skip(text, listing, u"<SPAN class=fn>");
+    lead.Name = CleanAndStrip(text.TakeBetween(u"<SPAN class=fn>", u"</SPAN>"));
     ReadFields(text, addressAndPhone, lead, &listing);
     const QString link = u"No Details URL (Unique Phone: " + lead.Phone + u')';
     lead.DetailsLink = Trim(link);
 }
 
+// Links of later pages repeat the folder that they stand in.
+QString WithoutDoubledFolder(QString address) {
+    ReplaceAll(address, u"/it/italy/it/italy/", u"/it/italy/");
+    return address;
+}
+
 } // namespace
 
+const SiteAdapter& InfobelItaly() {
+    static const SiteAdapter site{.Code = u"KVPE001003"_s,
+                                  .Form = MarkupForm::Legacy,
+                                  .Layouts = {{.InitList = u"<H1 class=Pageh1>"_s,
+                                               .EndList = u"id=footer"_s,
+                                               .NextPageText = u"successivo</A>"_s,
+                                               .NextPageDisabled = u"ec disabled>successivo"_s,
+                                               .Read = GetYPInfobelDataResults1},
+                                              {.InitList = u"span-4 people"_s,
+                                               .EndList = u"id=footer"_s,
+                                               .NextPageText = u"successivo</A>"_s,
+                                               .NextPageDisabled = u"ec disabled>successivo"_s,
+                                               .Read = GetYPInfobelDataResults2}},
+                                  .PauseAfterPage = 5000,
+                                  .PauseForNextPage = 7000,
+                                  .MendLink = WithoutDoubledFolder};
+    return site;
+}
+
 void GetYPInfobelDataResults(Harvest& harvest, const QString& page) {
-    if (harvest.State.CurrSite == 1)
-        GetYPInfobelDataResults1(harvest, page);
-    else if (harvest.State.CurrSite == 2)
-        GetYPInfobelDataResults2(harvest, page);
+    InfobelItaly().Read(harvest, harvest.State.CurrSite, page);
 }
 
 void GetYPInfobelDataResults1(Harvest& harvest, const QString& page) {

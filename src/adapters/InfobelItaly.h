@@ -1,8 +1,12 @@
 #pragma once
 
 #include "core/Harvest.h"
+#include "core/SiteAdapter.h"
 
 namespace Brindle {
+
+/// Infobel Italy: all that is known of it.
+const SiteAdapter& InfobelItaly();
 
 /// Reads a result page of Infobel Italy in the layout that the harvest recognised. Every field stands on the page.
 void GetYPInfobelDataResults(Harvest& harvest, const QString& page);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Harvest.h"
+#include "core/KeepLead.h"
 #include "core/Lead.h"
 #include "toolkit/Marker.h"
 #include "toolkit/WorkingText.h"
@@ -11,30 +12,7 @@
 
 namespace Brindle {
 
-// The steps that all directories share. An adapter reads the fields of a listing; what then happens to the lead is the
-// same everywhere but for the few differences in `ListingRules`.
-
-/// What differs between the directories once the fields of a listing are read.
-struct ListingRules {
-    QStringView Country;                ///< country of every lead
-    QStringView MapCountry;             ///< the country's name in a map query
-    bool DropsOddWebsites = false;      ///< a website that does not begin with "http" is cleared
-    bool DropsEmptyParentheses = false; ///< a full address "()" is cleared
-    bool CleansCategory = false;        ///< the search form's markup is removed from the category
-    bool CleansPhone = false;           ///< the phone type's markup is removed from the phone
-    bool CountsExtracted = false;       ///< leads count as extracted
-};
-
-/// Whether the lead's details link is that of a lead in the results list; the listing then is passed over. An empty
-/// link is held when an empty key is.
-bool IsListed(Harvest& harvest, const QString& detailsLink);
-
-/// What remains to be done once the fields of a listing are read: stop test, name and duplicate tests, e-mail search on
-/// the business's website, map link, clean-up, counting, saving or listing, list count in the status bar. False when
-/// the adapter must leave the page because a stop was requested.
-///
-/// When the lead cannot be saved, the harvest is stopped, the user told, and the lead put into the results list.
-bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead);
+// The steps that readers by markers share.
 
 /// Clears the lead for the next listing; the category is that of the page and stays.
 void StartListing(Lead& lead);

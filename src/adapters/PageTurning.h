@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Harvest.h"
 #include "core/SiteAdapter.h"
 
 #include <functional>

@@ -10,84 +10,50 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The site takes offence at visitors that ask for details pages in quick succession.
 constexpr int longestWait = 2000;
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-const Marker mailto(u"mailto:");
-const Marker spanEnd(u"</span>");
-
-// The search form, with and without quotes.
-const Marker quotedSearch(u"id=\"input_cosa\"");
-const Marker quotedValue(u"value=\"");
-const Marker bareSearch(u"id=input_cosa");
-const Marker bareValue(u"value=");
-const Marker bareValueEnd(u" name");
-
-// A listing.
-const Marker listing(u"org fn");
-const Marker linkEnd(u"</a>");
-const Marker telephone(u"tel:");
-const Marker fax(u"fax:");
+constexpr Marker listing(u"org fn");
 
 // A listing of layout 2.
-const Marker street(u"<span class=\"street-address\"");
-const Marker locality(u"<span class=\"locality\"");
-const Marker localityText(u"> ");
-const Marker blank(u" ");
-const Marker tooltip(u"class=\"site-tooltip\"");
-const Marker tooltipLink(u" href=\"");
-
-const FieldRow listingFields[] = {
-    {.From = street, .Via = &tagEnd, .To = spanEnd, .Target = &Lead::Street},
+constexpr FieldRow listingFields[] = {
+    {.From = u"<span class=\"street-address\"", .Via = u">", .To = u"</span>", .Target = &Lead::Street},
     // "20121 Milano (MI)": the first word is the postal code.
-    {.From = locality, .Via = &localityText, .To = blank, .Target = &Lead::PostalCode},
-    {.From = blank, .To = spanEnd, .Target = &Lead::City, .AsAbove = true},
-    {.From = telephone, .To = spanEnd, .Target = &Lead::Phone},
-    {.From = fax, .To = spanEnd, .Target = &Lead::Fax},
-    {.From = tooltip, .To = tooltipLink},
-    {.From = href, .To = quote, .Target = &Lead::Website, .AsAbove = true},
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = CleanAndStrip},
+    {.From = u"<span class=\"locality\"", .Via = u"> ", .To = u" ", .Target = &Lead::PostalCode},
+    {.From = u" ", .To = u"</span>", .Target = &Lead::City, .AsAbove = true},
+    {.From = u"tel:", .To = u"</span>", .Target = &Lead::Phone},
+    {.From = u"fax:", .To = u"</span>", .Target = &Lead::Fax},
+    {.From = u"class=\"site-tooltip\"", .To = u" href=\""},
+    {.From = u"href=\"", .To = u"\"", .Target = &Lead::Website, .AsAbove = true},
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = CleanAndStrip},
 };
 
 // The details page of layout 1.
-const Marker contactForm(u"class=\"web-contatti\"><a href=\"");
-const Marker formAddress(u"name=\"dest_em\" value=\"");
-const Marker detailsName(u"<h1 itemprop=\"name\">");
-const Marker detailsNameEnd(u"</h1>");
-const Marker detailsStreet(u"itemprop=\"streetAddress\">");
-const Marker hyphen(u"-");
-const Marker detailsPostalCode(u"itemprop=\"postalCode\">");
-const Marker detailsLocality(u"itemprop=\"addressLocality\">");
-const Marker open(u"(");
-const Marker close(u")");
-const Marker detailsTooltip(u"<a class=\"site-tooltip\" href=\"");
-
-const FieldRow detailsFields[] = {
-    {.From = detailsName, .To = detailsNameEnd, .Target = &Lead::Name},
-    {.From = detailsStreet, .To = spanEnd, .Target = &Lead::Street},
+constexpr FieldRow detailsFields[] = {
+    {.From = u"<h1 itemprop=\"name\">", .To = u"</h1>", .Target = &Lead::Name},
+    {.From = u"itemprop=\"streetAddress\">", .To = u"</span>", .Target = &Lead::Street},
     // A hyphen sets the postal code off from the street; without one there is none, whatever the markup says.
-    {.From = detailsPostalCode, .To = tagBegin, .Target = &Lead::PostalCode, .Treatment = Trim, .Test = &hyphen},
-    {.From = detailsLocality, .To = open, .Target = &Lead::City},
-    {.From = open, .To = close, .Target = &Lead::State, .AsAbove = true},
-    {.From = telephone, .To = spanEnd, .Target = &Lead::Phone, .Treatment = Trim},
-    {.From = fax, .To = spanEnd, .Target = &Lead::Fax},
-    {.From = detailsTooltip, .To = quote, .Target = &Lead::Website},
+    {.From = u"itemprop=\"postalCode\">", .To = u"<", .Target = &Lead::PostalCode, .Treatment = Trim, .Test = u"-"},
+    {.From = u"itemprop=\"addressLocality\">", .To = u"(", .Target = &Lead::City},
+    {.From = u"(", .To = u")", .Target = &Lead::State, .AsAbove = true},
+    {.From = u"tel:", .To = u"</span>", .Target = &Lead::Phone, .Treatment = Trim},
+    {.From = u"fax:", .To = u"</span>", .Target = &Lead::Fax},
+    {.From = u"<a class=\"site-tooltip\" href=\"", .To = u"\"", .Target = &Lead::Website},
 };
 
+// From the search form, with and without quotes.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.Contains(quotedSearch)) {
-        Skip(text, quotedSearch, quotedValue);
-        category = CleanMarkup(text.TakeBetween(quotedValue, quote));
-    } else if (text.Contains(bareSearch)) {
-        Skip(text, bareSearch, bareValue);
-        category = CleanMarkup(text.TakeBetween(bareValue, bareValueEnd));
+    if (text.Contains(u"id=\"input_cosa\"")) {
+        Skip(text, u"id=\"input_cosa\"", u"value=\"");
+        category = CleanMarkup(text.TakeBetween(u"value=\"", u"\""));
+    } else if (text.Contains(u"id=input_cosa")) {
+        Skip(text, u"id=input_cosa", u"value=");
+        category = CleanMarkup(text.TakeBetween(u"value=", u" name"));
     }
     RememberCategory(harvest, category);
     FallBackOnRemembered(harvest, category);
@@ -97,15 +63,15 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 // Link and name, which both layouts have. Layout 1 cleans the link.
 void ReadHead(const Harvest& harvest, WorkingText& text, Lead& lead, bool cleansLink) {
     StartListing(lead);
-    Skip(text, listing, href);
-    if (text.Contains(href)) {
-        const QStringView link = text.TakeBetween(href, quote);
+    Skip(text, listing, u"href=\"");
+    if (text.Contains(u"href=\"")) {
+        const QStringView link = text.TakeBetween(u"href=\"", u"\"");
         lead.DetailsLink = cleansLink ? CleanMarkup(link) : link.toString();
-        Skip(text, quote, tagEnd);
+        Skip(text, u"\"", u">");
         if (!ContainsExact(lead.DetailsLink, u"http"))
             lead.DetailsLink.prepend(harvest.Site().DetailsBase + u'/');
     }
-    lead.Name = StripAndClean(text.TakeBetween(tagEnd, linkEnd));
+    lead.Name = StripAndClean(text.TakeBetween(u">", u"</a>"));
 }
 
 // `readFields` reads what follows the name.
@@ -126,20 +92,28 @@ void ReadListings(Harvest& harvest, const QString& page, bool cleansLink, ReadFi
 }
 
 QString EmailFromContactForm(Harvest& harvest, WorkingText& details) {
-    const QString link = CleanMarkup(details.TakeBetween(contactForm, quote));
+    const QString link = CleanMarkup(details.TakeBetween(u"class=\"web-contatti\"><a href=\"", u"\""));
     QString page;
     if (link.isEmpty() || !harvest.Pages.DownloadURL(QString(harvest.Site().DetailsBase + link), page, false))
         return {};
-    return CleanMarkup(WorkingText(page).TakeBetween(formAddress, quote));
+    return CleanMarkup(WorkingText(page).TakeBetween(u"name=\"dest_em\" value=\"", u"\""));
 }
 
 } // namespace
 
+// Layout 2 has the same list markers as layout 1, so it is chosen by hand alone.
+const SiteAdapter& PagineBianche() {
+    static const SiteAdapter site{.Code = u"KVPE001001"_s,
+                                  .Layouts = {{.InitList = u"listing-top"_s,
+                                               .EndList = u"footer"_s,
+                                               .NextPageText = u"Successivo"_s,
+                                               .Read = GetYPPagBianchDataResults1},
+                                              {.Read = GetYPPagBianchDataResults2}}};
+    return site;
+}
+
 void GetYPPagBianchDataResults(Harvest& harvest, const QString& page) {
-    if (harvest.State.CurrSite == 1)
-        GetYPPagBianchDataResults1(harvest, page);
-    else if (harvest.State.CurrSite == 2)
-        GetYPPagBianchDataResults2(harvest, page);
+    PagineBianche().Read(harvest, harvest.State.CurrSite, page);
 }
 
 void GetYPPagBianchDataResults1(Harvest& harvest, const QString& page) {
@@ -168,8 +142,8 @@ void GetPagBianchDetails(Harvest& harvest, Lead& lead) {
     ReadFields(text, detailsFields, lead);
     lead.FullAddress = lead.Street + u" - " + lead.PostalCode + u' ' + lead.City + u" (" + lead.State + u')';
     text.MoveTo(0);
-    if (text.Contains(mailto))
-        lead.Email = CleanAndStrip(text.TakeBetween(mailto, quote));
+    if (text.Contains(u"mailto:"))
+        lead.Email = CleanAndStrip(text.TakeBetween(u"mailto:", u"\""));
 }
 
 } // namespace Brindle

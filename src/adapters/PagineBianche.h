@@ -2,8 +2,12 @@
 
 #include "core/Harvest.h"
 #include "core/Lead.h"
+#include "core/SiteAdapter.h"
 
 namespace Brindle {
+
+/// PagineBianche: all that is known of it.
+const SiteAdapter& PagineBianche();
 
 /// Reads a result page of PagineBianche in the layout that the harvest recognised.
 void GetYPPagBianchDataResults(Harvest& harvest, const QString& page);

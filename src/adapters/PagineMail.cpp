@@ -3,6 +3,7 @@
 #include "adapters/FieldTable.h"
 #include "adapters/ItalianSites.h"
 #include "adapters/PageTurning.h"
+#include "toolkit/Ascii.h"
 #include "toolkit/Markup.h"
 #include "toolkit/Text.h"
 
@@ -10,37 +11,17 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Longer ones are the directory's own tracking links.
 constexpr qsizetype longestWebsite = 60;
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-const Marker mailto(u"mailto:");
-
-// A listing.
-const Marker listing(u"<h2>");
-const Marker linkEnd(u"</a>");
-const Marker blockBegin(u"</h2>");
-const Marker blockEnd(u"itemBoxWrap");
-const Marker lastBlockEnd(u"</TABLE>");
-
-// A listing's block.
-const Marker category(u"<h3>");
-const Marker categoryEnd(u"</h3>");
-const Marker address(u"<ADDRESS>");
-const Marker addressEnd(u"<BR>");
-const Marker telephone(u"Tel:");
-const Marker telephoneEnd(u"Fax");
-const Marker fax(u"Fax:");
-const Marker upperCategory(u"<H3>");
-const Marker upperCategoryEnd(u"</H3>");
+constexpr Marker listing(u"<h2>");
 
 bool IsPostalCode(QStringView word) {
-    return word.size() == 5 && std::all_of(word.begin(), word.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return word.size() == 5 && std::all_of(word.begin(), word.end(), [](QChar c) { return Ascii::IsDigit(c); });
 }
 
 // "Via Roma 10 20121 Milano MI": the last word of five digits is the postal code, the street stands before it and the
@@ -59,18 +40,20 @@ void SplitAddress(Lead& lead) {
 
 void ReadListing(const Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing, href);
-    if (text.Contains(href)) {
-        lead.DetailsLink = CleanMarkup(text.TakeBetween(href, quote));
-        Skip(text, quote, tagEnd);
+    Skip(text, listing, u"href=\"");
+    if (text.Contains(u"href=\"")) {
+        lead.DetailsLink = CleanMarkup(text.TakeBetween(u"href=\"", u"\""));
+        Skip(text, u"\"", u">");
         if (!ContainsExact(lead.DetailsLink, u"http"))
             lead.DetailsLink.prepend(harvest.Site().DetailsBase);
     }
-    lead.Name = CleanMarkup(text.TakeBetween(tagEnd, linkEnd));
+    lead.Name = CleanMarkup(text.TakeBetween(u">", u"</a>"));
 }
 
 void ReadBlock(WorkingText& text, Lead& lead) {
-    const QStringView block = text.TakeBetween(blockBegin, text.Contains(blockEnd) ? blockEnd : lastBlockEnd);
+    const bool another = text.Contains(u"itemBoxWrap");
+    const QStringView block =
+        another ? text.TakeBetween(u"</h2>", u"itemBoxWrap") : text.TakeBetween(u"</h2>", u"</TABLE>");
     if (!block.isEmpty()) {
         GetPagEmailDetails(block, lead);
         lead.Category = CleanMarkup(lead.Category);
@@ -87,6 +70,16 @@ QString NextPageNumber(const QString& page) {
 }
 
 } // namespace
+
+const SiteAdapter& PagineMail() {
+    static const SiteAdapter site{.Code = u"KVPE001002"_s,
+                                  .Layouts = {{.InitList = u"search-title"_s,
+                                               .EndList = u"<footer>"_s,
+                                               .NextPageText = u"</big></a>"_s,
+                                               .Read = GetYPPagEmailDataResults}},
+                                  .TurnPage = GetPagEmailNextURL};
+    return site;
+}
 
 void GetYPPagEmailDataResults(Harvest& harvest, const QString& page) {
     WorkingText text(page);
@@ -106,33 +99,34 @@ void GetPagEmailDetails(QStringView block, Lead& lead) {
     if (block.isEmpty())
         return;
     WorkingText text(block);
-    lead.Category = StripAndClean(text.TakeBetween(category, categoryEnd));
-    lead.FullAddress = StripAndClean(text.TakeBetween(address, addressEnd));
+    lead.Category = StripAndClean(text.TakeBetween(u"<h3>", u"</h3>"));
+    lead.FullAddress = StripAndClean(text.TakeBetween(u"<ADDRESS>", u"<BR>"));
     for (int pass = 0; pass < 5; ++pass)
         ReplaceAll(lead.FullAddress, u"  ", u" ");
     SplitAddress(lead);
-    if (text.Contains(telephone))
-        lead.Phone = CleanMarkup(text.TakeBetween(telephone, text.Contains(fax) ? telephoneEnd : tagBegin));
-    if (text.Contains(fax))
-        lead.Fax = CleanMarkup(text.TakeBetween(fax, tagBegin));
-    if (text.Contains(href)) {
-        lead.Website = text.TakeBetween(href, quote).toString();
+    if (text.Contains(u"Tel:"))
+        lead.Phone =
+            CleanMarkup(text.Contains(u"Fax:") ? text.TakeBetween(u"Tel:", u"Fax") : text.TakeBetween(u"Tel:", u"<"));
+    if (text.Contains(u"Fax:"))
+        lead.Fax = CleanMarkup(text.TakeBetween(u"Fax:", u"<"));
+    if (text.Contains(u"href=\"")) {
+        lead.Website = text.TakeBetween(u"href=\"", u"\"").toString();
         if (!ContainsExact(lead.Website, u"http://"))
             lead.Website.prepend(u"http://");
     }
     text.MoveTo(0);
-    if (text.Contains(mailto))
-        lead.Email = CleanAndStrip(text.TakeBetween(mailto, quote));
+    if (text.Contains(u"mailto:"))
+        lead.Email = CleanAndStrip(text.TakeBetween(u"mailto:", u"\""));
     text.MoveTo(0);
-    if (text.Contains(upperCategory))
-        lead.Category = StripTags(text.TakeBetween(upperCategory, upperCategoryEnd));
+    if (text.Contains(u"<H3>"))
+        lead.Category = StripTags(text.TakeBetween(u"<H3>", u"</H3>"));
 }
 
 TurnedPage GetPagEmailNextURL(PageTurn& turn, const QString& page) {
     const QString target = NextPageNumber(page);
     const bool goesOn = target != u"1";
     if (goesOn)
-        turn.Job.Status.SetPanel(StatusPanel::Message, turn.Job.Texts.Text(Message::Request));
+        turn.Job.Status.SetPanel(0, turn.Job.Texts.Text(Message::Request));
     const bool clicked = ClickFirstLink(turn, [&](const QString& text) { return Trim(text) == target; });
     return {.Clicked = clicked, .GoesOn = goesOn};
 }

@@ -5,6 +5,9 @@
 
 namespace Brindle {
 
+/// Pagine-mail: all that is known of it.
+const SiteAdapter& PagineMail();
+
 /// Reads a result page of Pagine-mail. Every field stands in the listing's own block.
 void GetYPPagEmailDataResults(Harvest& harvest, const QString& page);
 

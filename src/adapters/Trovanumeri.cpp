@@ -7,28 +7,17 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const Marker tagEnd(u">");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
+constexpr Marker listing(u"font-size: 20px;");
 
-// The heading above the listings.
-const Marker heading(u"Ricerca ");
-const Marker headingEnd(u"</B>");
-
-// A listing.
-const Marker listing(u"font-size: 20px;");
-const Marker linkEnd(u"</a>");
-const Marker cell(u"<td>");
-const Marker cellEnd(u"</td>");
-const Marker cellWithHeight(u"<td height");
-const Marker anyCell(u"<td");
-
+// From the heading above the listings.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.Contains(heading))
-        category = CleanMarkup(text.TakeBetween(heading, headingEnd));
+    if (text.Contains(u"Ricerca "))
+        category = CleanMarkup(text.TakeBetween(u"Ricerca ", u"</B>"));
     RememberCategory(harvest, category);
     FallBackOnRemembered(harvest, category);
     ReplaceAll(category, u"<B>", u"");
@@ -37,18 +26,18 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 void ReadHead(const Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing, href);
-    if (text.Contains(href)) {
-        lead.DetailsLink = harvest.Site().DetailsBase + text.TakeBetween(href, quote);
+    Skip(text, listing, u"href=\"");
+    if (text.Contains(u"href=\"")) {
+        lead.DetailsLink = harvest.Site().DetailsBase + text.TakeBetween(u"href=\"", u"\"");
         ReplaceAll(lead.DetailsLink, u"&amp;", u"&");
         ReplaceAll(lead.DetailsLink, u" ", u"");
     }
-    lead.Name = StripTags(text.TakeBetween(tagEnd, linkEnd));
+    lead.Name = StripTags(text.TakeBetween(u">", u"</a>"));
     ReplaceAll(lead.Name, u"&nbsp;", u"");
 }
 
 QString TakeCell(WorkingText& text) {
-    return StripTags(text.TakeBetween(cell, cellEnd));
+    return StripTags(text.TakeBetween(u"<td>", u"</td>"));
 }
 
 QString WithoutLabel(QString phone) {
@@ -74,7 +63,7 @@ void SplitLocality(const QString& locality, Lead& lead) {
 // A cell is a second phone when a plain cell, the street's, comes before the cell with a height, which closes the
 // listing. What is absent counts as standing before everything.
 bool AnotherCellFollows(WorkingText& text) {
-    return text.Find(cell) < text.Find(cellWithHeight);
+    return text.Find(u"<td>") < text.Find(u"<td height");
 }
 
 void ReadCells(WorkingText& text, Lead& lead) {
@@ -97,13 +86,22 @@ void ReadCells(WorkingText& text, Lead& lead) {
         address += u" (" + lead.State + u')';
     lead.FullAddress = Trim(address);
 
-    Skip(text, anyCell, tagEnd);
-    const QString email = StripTags(text.TakeBetween(tagEnd, cellEnd));
+    Skip(text, u"<td", u">");
+    const QString email = StripTags(text.TakeBetween(u">", u"</td>"));
     if (email.contains(u'@'))
         lead.Email = email;
 }
 
 } // namespace
+
+const SiteAdapter& Trovanumeri() {
+    static const SiteAdapter site{.Code = u"KVPE001005"_s,
+                                  .Layouts = {{.InitList = u"<P>Risultati"_s,
+                                               .EndList = u"Copyright"_s,
+                                               .NextPageText = u"Avanti &gt;&gt;</"_s,
+                                               .Read = GetYPTrovanumeriDataResults}}};
+    return site;
+}
 
 void GetYPTrovanumeriDataResults(Harvest& harvest, const QString& page) {
     WorkingText text(page);

@@ -15,60 +15,26 @@ namespace {
 constexpr ListingRules rules{
     .Country = u"United States", .MapCountry = u"US", .DropsEmptyParentheses = true, .CleansPhone = true};
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker closingTag(u"</");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-const Marker mailto(u"mailto:");
-const Marker nothing(u""); // a cut to it only moves behind its other marker
+constexpr Marker listing1(u"serp-list-item organic");
+constexpr Marker listing2(u"link-wrapper clickstream-link");
 
-// The search form of layout 1.
-const Marker searchLabel(u"Category or name");
-const Marker searchValue(u"value=");
-
-// A listing of layout 1.
-const Marker listing1(u"serp-list-item organic");
-const Marker linkWrapper(u"link-wrapper");
-
-// A listing of layout 2.
-const Marker listing2(u"link-wrapper clickstream-link");
-const Marker itemName(u"itemprop=\"name\"");
-const Marker paragraphEnd(u"</p>");
-
-// The details page of layout 1.
-const Marker name(u"<span class=\"name block\">");
-const Marker phone(u"phone_number");
-const Marker street(u"street-address");
-const Marker locality(u"locality");
-const Marker region(u"region");
-const Marker postalCode(u"postal-code");
-const Marker website(u"\"website\"");
-
-const FieldRow detailsPage1[] = {
-    {.From = name, .To = tagBegin, .Target = &Lead::Name},
-    {.From = phone, .Via = &tagEnd, .To = tagBegin, .Target = &Lead::Phone, .Treatment = CleanAndStrip},
-    {.From = street, .Via = &tagEnd, .To = tagBegin, .Target = &Lead::Street, .Separator = u""},
-    {.From = locality, .Via = &tagEnd, .To = tagBegin, .Target = &Lead::City, .Separator = u", "},
-    {.From = region, .Via = &tagEnd, .To = tagBegin, .Target = &Lead::State, .Separator = u", "},
-    {.From = postalCode, .Via = &tagEnd, .To = tagBegin, .Target = &Lead::PostalCode, .Separator = u" "},
-    {.From = website, .Via = &href, .To = quote, .Target = &Lead::Website},
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = CleanAndStrip, .FromStart = true},
+constexpr FieldRow detailsPage1[] = {
+    {.From = u"<span class=\"name block\">", .To = u"<", .Target = &Lead::Name},
+    {.From = u"phone_number", .Via = u">", .To = u"<", .Target = &Lead::Phone, .Treatment = CleanAndStrip},
+    {.From = u"street-address", .Via = u">", .To = u"<", .Target = &Lead::Street, .Separator = u""},
+    {.From = u"locality", .Via = u">", .To = u"<", .Target = &Lead::City, .Separator = u", "},
+    {.From = u"region", .Via = u">", .To = u"<", .Target = &Lead::State, .Separator = u", "},
+    {.From = u"postal-code", .Via = u">", .To = u"<", .Target = &Lead::PostalCode, .Separator = u" "},
+    {.From = u"\"website\"", .Via = u"href=\"", .To = u"\"", .Target = &Lead::Website},
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = CleanAndStrip, .FromStart = true},
 };
 
-// The details page of layout 2.
-const Marker nameBlock(u"name block");
-const Marker telephone(u"\"tel:");
-const Marker addressBlock(u"location-address");
-const Marker addressPrimary(u"address-primary");
-const Marker addressSecondary(u"address-secondary");
-const Marker location(u"address-location");
-
+// From the search form, which layout 1 has.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.Contains(searchLabel)) {
-        Skip(text, searchLabel, searchValue);
-        category = CleanMarkup(text.TakeBetween(searchValue, tagEnd));
+    if (text.Contains(u"Category or name")) {
+        Skip(text, u"Category or name", u"value=");
+        category = CleanMarkup(text.TakeBetween(u"value=", u">"));
         RememberCategory(harvest, category);
     }
     FallBackOnRemembered(harvest, category);
@@ -77,47 +43,48 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 void ReadListing1(Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing1, linkWrapper);
-    Skip(text, linkWrapper, href);
-    if (text.Contains(href)) {
+    Skip(text, listing1, u"link-wrapper");
+    Skip(text, u"link-wrapper", u"href=\"");
+    if (text.Contains(u"href=\"")) {
         const SiteEntry& site = harvest.Site();
-        lead.DetailsLink = text.TakeBetween(href, quote).toString();
+        lead.DetailsLink = text.TakeBetween(u"href=\"", u"\"").toString();
         if (ContainsExact(lead.DetailsLink, site.RedirectHost))
             lead.DetailsLink = harvest.GetRedirect(lead.DetailsLink);
-        Skip(text, quote, tagEnd);
+        Skip(text, u"\"", u">");
         if (!ContainsExact(lead.DetailsLink, u"http://"))
             lead.DetailsLink.prepend(site.DetailsBase);
     }
-    lead.Name = CleanAndStrip(text.TakeBetween(tagEnd, closingTag));
+    lead.Name = CleanAndStrip(text.TakeBetween(u">", u"</"));
 }
 
 void ReadListing2(const Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listing2, href);
-    if (text.Contains(href)) {
+    Skip(text, listing2, u"href=\"");
+    if (text.Contains(u"href=\"")) {
         const SiteEntry& site = harvest.Site();
-        lead.DetailsLink = text.TakeBetween(href, quote).toString();
+        lead.DetailsLink = text.TakeBetween(u"href=\"", u"\"").toString();
         if (!lead.DetailsLink.isEmpty() && !ContainsExact(lead.DetailsLink, site.OwnHost))
             lead.DetailsLink.prepend(site.DetailsBase);
     }
-    Skip(text, itemName, tagEnd);
-    lead.Name = CleanAndStrip(text.TakeBetween(tagEnd, paragraphEnd));
+    Skip(text, u"itemprop=\"name\"", u">");
+    lead.Name = CleanAndStrip(text.TakeBetween(u">", u"</p>"));
 }
 
 void ReadPhones(WorkingText& text, Lead& lead) {
-    for (bool first = true; text.Contains(telephone); first = false) {
+    for (bool first = true; text.Contains(u"\"tel:"); first = false) {
         if (!first)
             lead.Phone += u", ";
-        lead.Phone += CleanMarkup(text.TakeBetween(telephone, quote));
+        lead.Phone += CleanMarkup(text.TakeBetween(u"\"tel:", u"\""));
     }
 }
 
+// A cut to an empty text only moves behind its first marker.
 void ReadStreet(WorkingText& text, Lead& lead) {
-    Skip(text, addressBlock, nothing);
-    Skip(text, addressPrimary, nothing);
-    const QStringView primary = text.TakeBetween(tagEnd, closingTag);
-    Skip(text, addressSecondary, nothing);
-    const QStringView secondary = text.TakeBetween(tagEnd, closingTag);
+    Skip(text, u"location-address", u"");
+    Skip(text, u"address-primary", u"");
+    const QStringView primary = text.TakeBetween(u">", u"</");
+    Skip(text, u"address-secondary", u"");
+    const QStringView secondary = text.TakeBetween(u">", u"</");
     const QString both = primary + u' ' + secondary;
     lead.Street = Trim(both);
     lead.FullAddress += lead.Street;
@@ -125,8 +92,8 @@ void ReadStreet(WorkingText& text, Lead& lead) {
 
 // "Springfield, IL 62701".
 void ReadLocation(WorkingText& text, Lead& lead) {
-    Skip(text, location, tagEnd);
-    const QStringList parts = SplitText(text.TakeBetween(tagEnd, closingTag), u",");
+    Skip(text, u"address-location", u">");
+    const QStringList parts = SplitText(text.TakeBetween(u">", u"</"), u",");
     lead.City = parts[0];
     if (parts.size() < 2)
         throw IndexError(u"the location of %1 has no comma"_s.arg(lead.DetailsLink));
@@ -141,11 +108,21 @@ void ReadLocation(WorkingText& text, Lead& lead) {
 
 } // namespace
 
+const SiteAdapter& UsYellowPages() {
+    static const SiteAdapter site{.Code = u"KVPN001001"_s,
+                                  .Layouts = {{.InitList = u"business-serp"_s,
+                                               .EndList = u"footer-wrapper"_s,
+                                               .NextPageText = u"Next<"_s,
+                                               .Read = GetYPUSDataResults1},
+                                              {.InitList = u"row-fluid"_s,
+                                               .EndList = u"footer-wrapper"_s,
+                                               .NextPageText = u"Next</"_s,
+                                               .Read = GetYPUSDataResults2}}};
+    return site;
+}
+
 void GetYPUSDataResults(Harvest& harvest, const QString& page) {
-    if (harvest.State.CurrSite == 1)
-        GetYPUSDataResults1(harvest, page);
-    else if (harvest.State.CurrSite == 2)
-        GetYPUSDataResults2(harvest, page);
+    UsYellowPages().Read(harvest, harvest.State.CurrSite, page);
 }
 
 void GetYPUSDataResults1(Harvest& harvest, const QString& page) {
@@ -191,17 +168,17 @@ void GetUSDetails2(Harvest& harvest, Lead& lead) {
     if (!harvest.Pages.DownloadURL(lead.DetailsLink, page, false))
         return;
     WorkingText text(page);
-    if (text.Contains(nameBlock)) {
-        Skip(text, nameBlock, tagEnd);
-        lead.Name = StripTags(text.TakeBetween(tagEnd, tagBegin));
+    if (text.Contains(u"name block")) {
+        Skip(text, u"name block", u">");
+        lead.Name = StripTags(text.TakeBetween(u">", u"<"));
     }
     ReadPhones(text, lead);
-    if (text.Contains(addressBlock))
+    if (text.Contains(u"location-address"))
         ReadStreet(text, lead);
-    if (text.Contains(location))
+    if (text.Contains(u"address-location"))
         ReadLocation(text, lead);
-    if (text.Contains(mailto))
-        lead.Email = CleanAndStrip(text.TakeBetween(mailto, quote));
+    if (text.Contains(u"mailto:"))
+        lead.Email = CleanAndStrip(text.TakeBetween(u"mailto:", u"\""));
 }
 
 } // namespace Brindle

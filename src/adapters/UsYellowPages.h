@@ -2,10 +2,14 @@
 
 #include "core/Harvest.h"
 #include "core/Lead.h"
+#include "core/SiteAdapter.h"
 
 #include <QString>
 
 namespace Brindle {
+
+/// The US directory: all that is known of it.
+const SiteAdapter& UsYellowPages();
 
 /// Reads a result page of the US directory in the layout that the harvest recognised. In both layouts the page gives
 /// link and name of each listing, and the details page, one of the white pages, the rest.

@@ -8,67 +8,42 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A street this short is a house number or a stray particle; the result page then has the better one.
 constexpr qsizetype shortStreet = 5;
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
+constexpr Marker listing(u"<h6>");
 
-// The search form, and the filters above the listings.
-const Marker searchBox(u"qs");
-const Marker searchValue(u"value=");
-const Marker filters(u"filtri-top");
-
-// A listing.
-const Marker listing(u"<h6>");
-const Marker listingHead(u"<h6> ");
-const Marker listedAddress(u"class=\"address\">");
-const Marker comma(u", ");
-
-// A details page.
-const Marker category(u"lc_category");
-const Marker linkEnd(u"</a");
-const Marker name(u"v:name");
-const Marker nameEnd(u"</h1>");
-const Marker address(u"lc_address");
-const Marker addressEnd(u"</h3>");
-const Marker strong(u"<strong>");
-const Marker strongEnd(u"</strong>");
-const Marker telephone(u"tel:");
-const Marker firstNumber(u"primoNumeroTel");
-const Marker fax(u"fax:");
-const Marker mailto(u"mailto:");
-const Marker website(u";url=");
-
-const FieldRow headFields[] = {
-    {.From = category, .Via = &tagEnd, .To = linkEnd, .Target = &Lead::Category, .Treatment = StripTags},
-    {.From = name, .Via = &tagEnd, .To = nameEnd, .Target = &Lead::Name, .Treatment = StripTags},
+// The details page; each field but the first two is looked for on the whole of it.
+constexpr FieldRow headFields[] = {
+    {.From = u"lc_category", .Via = u">", .To = u"</a", .Target = &Lead::Category, .Treatment = StripTags},
+    {.From = u"v:name", .Via = u">", .To = u"</h1>", .Target = &Lead::Name, .Treatment = StripTags},
 };
 
-const FieldRow phoneField[] = {
-    {.From = telephone, .To = tagBegin, .Target = &Lead::Phone, .Treatment = Trim, .FromStart = true},
+constexpr FieldRow phoneField[] = {
+    {.From = u"tel:", .To = u"<", .Target = &Lead::Phone, .Treatment = Trim, .FromStart = true},
 };
 
-const FieldRow firstNumberField[] = {
-    {.From = firstNumber, .To = tagEnd, .FromStart = true},
-    {.From = strong, .To = strongEnd, .Target = &Lead::Phone, .Treatment = Trim, .AsAbove = true},
+constexpr FieldRow firstNumberField[] = {
+    {.From = u"primoNumeroTel", .To = u">", .FromStart = true},
+    {.From = u"<strong>", .To = u"</strong>", .Target = &Lead::Phone, .Treatment = Trim, .AsAbove = true},
 };
 
-const FieldRow contactFields[] = {
-    {.From = fax, .To = tagBegin, .Target = &Lead::Fax, .Treatment = Trim, .FromStart = true},
-    {.From = mailto, .To = quote, .Target = &Lead::Email, .Treatment = Trim, .FromStart = true},
-    {.From = website, .To = quote, .Target = &Lead::Website, .FromStart = true},
+constexpr FieldRow contactFields[] = {
+    {.From = u"fax:", .To = u"<", .Target = &Lead::Fax, .Treatment = Trim, .FromStart = true},
+    {.From = u"mailto:", .To = u"\"", .Target = &Lead::Email, .Treatment = Trim, .FromStart = true},
+    {.From = u";url=", .To = u"\"", .Target = &Lead::Website, .FromStart = true},
 };
 
+// From the search form.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString found;
-    if (text.Contains(searchBox)) {
-        Skip(text, searchBox, searchValue);
-        found = CleanMarkup(text.TakeBetween(searchValue, tagEnd));
+    if (text.Contains(u"qs")) {
+        Skip(text, u"qs", u"value=");
+        found = CleanMarkup(text.TakeBetween(u"value=", u">"));
         ReplaceAll(found, u"\"", u"");
         ReplaceAll(found, u"  ", u"");
         found = KeptBefore(Trim(found), u"autocomplete");
@@ -82,9 +57,9 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 void ReadLink(WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listingHead, href);
-    if (text.Contains(href))
-        lead.DetailsLink = text.TakeBetween(href, quote).toString();
+    Skip(text, u"<h6> ", u"href=\"");
+    if (text.Contains(u"href=\""))
+        lead.DetailsLink = text.TakeBetween(u"href=\"", u"\"").toString();
 }
 
 bool IsPassedOver(Harvest& harvest, const QString& link) {
@@ -95,7 +70,7 @@ bool IsPassedOver(Harvest& harvest, const QString& link) {
 void RepairStreet(WorkingText& text, Lead& lead) {
     if (lead.Street.isEmpty() || lead.Street.size() > shortStreet)
         return;
-    lead.Street = text.TakeBetween(listedAddress, comma).toString();
+    lead.Street = text.TakeBetween(u"class=\"address\">", u", ").toString();
     lead.FullAddress = lead.Street + u", " + lead.PostalCode + u' ' + lead.City + u" (" + lead.State + u')';
 }
 
@@ -116,9 +91,9 @@ void SplitLocality(const QString& line, Lead& lead) {
 
 void ReadAddress(QStringView block, Lead& lead) {
     WorkingText text(block);
-    lead.Street = CleanMarkup(text.TakeBetween(strong, strongEnd));
+    lead.Street = CleanMarkup(text.TakeBetween(u"<strong>", u"</strong>"));
     lead.FullAddress = lead.Street;
-    const QString line = CleanMarkup(text.TakeBetween(strong, strongEnd));
+    const QString line = CleanMarkup(text.TakeBetween(u"<strong>", u"</strong>"));
     if (line.isEmpty())
         return;
     lead.FullAddress += (lead.Street.isEmpty() ? u"" : u", ") + line;
@@ -127,11 +102,21 @@ void ReadAddress(QStringView block, Lead& lead) {
 
 } // namespace
 
+const SiteAdapter& Virgilio() {
+    static const SiteAdapter site{.Code = u"KVPE001004"_s,
+                                  .Layouts = {{.InitList = u"conteggi"_s,
+                                               .EndList = u"vf_footer"_s,
+                                               .NextPageText = u"Avanti \u203A</a>"_s,
+                                               .Read = GetYPVirgilioDataResults}},
+                                  .TurnPage = [](PageTurn& turn, const QString&) { return GetVirgilioNextURL(turn); }};
+    return site;
+}
+
 void GetYPVirgilioDataResults(Harvest& harvest, const QString& page) {
     WorkingText text(page);
     Lead lead;
     lead.Category = ReadCategory(harvest, text);
-    Skip(text, filters, tagEnd);
+    Skip(text, u"filtri-top", u">");
     ForEachListing(
         harvest, text, [&] { return text.Contains(listing); },
         [&] {
@@ -153,8 +138,8 @@ void GetUVirgilioDetails1(Harvest& harvest, Lead& lead) {
         return;
     WorkingText text(page);
     ReadFields(text, headFields, lead);
-    if (text.Contains(address))
-        ReadAddress(text.TakeBetween(address, addressEnd), lead);
+    if (text.Contains(u"lc_address"))
+        ReadAddress(text.TakeBetween(u"lc_address", u"</h3>"), lead);
     ReadFields(text, phoneField, lead);
     if (lead.Phone.isEmpty())
         ReadFields(text, firstNumberField, lead);

@@ -5,6 +5,9 @@
 
 namespace Brindle {
 
+/// Virgilio: all that is known of it.
+const SiteAdapter& Virgilio();
+
 /// Reads a result page of Virgilio: it gives each listing's link, the details page in the directory the rest.
 void GetYPVirgilioDataResults(Harvest& harvest, const QString& page);
 

@@ -1,10 +1,13 @@
 #include "adapters/YellowPagesCanada.h"
 
+#include "adapters/FieldTable.h"
 #include "adapters/ListingSteps.h"
 #include "toolkit/Markup.h"
 #include "toolkit/Text.h"
 
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,52 +19,37 @@ constexpr ListingRules layout1Rules{.Country = u"Canada",
 constexpr ListingRules layout2Rules{
     .Country = u"Canada", .MapCountry = u"Canada", .DropsEmptyParentheses = true, .CleansCategory = true};
 
-const Marker tagEnd(u">");
-const Marker tagBegin(u"<");
-const Marker quote(u"\"");
-const Marker href(u"href=\"");
-const Marker mailto(u"mailto:");
+// Layout 1: a listing, and its title.
+constexpr Marker listing(u"listingDetail");
+constexpr Marker titleLine(u"<H3 class=listingTitleLine");
+// Layout 2: a listing.
+constexpr Marker listingInfo(u"listing_info");
 
-// The search form of layout 1.
-const Marker searchWhat(u"id=ypgheaderwhat");
-const Marker searchValue(u"value=");
-const Marker searchName(u" name");
+QString Address(QStringView text) {
+    QString address = CleanMarkup(text);
+    ReplaceAll(address, u"%40", u"@");
+    return address;
+}
 
-// A listing of layout 1.
-const Marker listing(u"listingDetail");
-const Marker titleLine(u"<H3 class=listingTitleLine");
-const Marker title(u"<SPAN class=listingTitle>");
-const Marker titleEnd(u"</SPAN>");
-const Marker phone(u"<DIV class=phoneNumber");
-const Marker quotedPhone(u"<DIV class=\"phoneNumber");
-const Marker address(u"<DIV class=address");
-const Marker website(u"<A class=urlLink");
-const Marker websiteLink(u"href=\"/gourl/");
-const Marker email(u"<A class=emailLink");
-const Marker emailSubject(u"?subject=");
+constexpr FieldRow contactFields[] = {
+    {.From = u"<A class=urlLink",
+     .Via = u"href=\"/gourl/",
+     .To = u"\"",
+     .Target = &Lead::Website,
+     .Treatment = CleanMarkup},
+    {.From = u"<A class=emailLink",
+     .Via = u"mailto:",
+     .To = u"?subject=",
+     .Target = &Lead::Email,
+     .Treatment = Address},
+};
 
-// A listing of layout 2.
-const Marker listingInfo(u"listing_info");
-const Marker linkEnd(u"</A>");
-
-// The details page of layout 2.
-const Marker detailsName(u"<h1 class=\"fn n listing_name\">");
-const Marker detailsNameEnd(u"</h1>");
-const Marker detailsPhone(u"single_result_phone");
-const Marker addressBlock(u"<div class=\"address adr\">");
-const Marker addressBlockEnd(u"</div>");
-const Marker paragraph(u"<p>");
-const Marker paragraphEnd(u"</p>");
-const Marker locality(u"<span class=\"locality\">");
-const Marker region(u"<span class=\"region\">");
-const Marker postalCode(u"<span class=\"postal-code\">");
-const Marker spanEnd(u"</span>");
-
+// From the search form, which layout 1 has.
 QString ReadCategory(Harvest& harvest, WorkingText& text) {
     QString category;
-    if (text.ContainsFolded(searchWhat)) {
-        Skip(text, searchWhat, searchValue);
-        category = CleanMarkup(text.TakeBetween(searchValue, searchName));
+    if (text.ContainsFolded(u"id=ypgheaderwhat")) {
+        Skip(text, u"id=ypgheaderwhat", u"value=");
+        category = CleanMarkup(text.TakeBetween(u"value=", u" name"));
         RememberCategory(harvest, category);
         category = KeptBefore(category, u"autocomplete");
     }
@@ -71,9 +59,9 @@ QString ReadCategory(Harvest& harvest, WorkingText& text) {
 
 // What stands in the element that `marker` opens.
 QString ReadElement(WorkingText& text, const Marker& marker) {
-    Skip(text, marker, tagEnd);
+    Skip(text, marker, u">");
     // The cut begins at the ">" itself.
-    return CleanMarkup(text.TakeBetween(tagEnd, tagBegin));
+    return CleanMarkup(text.TakeBetween(u">", u"<"));
 }
 
 // "12 Main St, Toronto, ON M5V 2T6": the last part holds province and postal code, the one before it the city.
@@ -108,23 +96,23 @@ void ReadListing1(const QString& base, WorkingText& text, Lead& lead) {
     StartListing(lead);
     Skip(text, listing, titleLine);
     if (text.Contains(titleLine)) {
-        lead.DetailsLink = base + text.TakeBetween(href, quote);
+        lead.DetailsLink = base + text.TakeBetween(u"href=\"", u"\"");
         ReplaceAll(lead.DetailsLink, u"%2C", u",");
         ReplaceAll(lead.DetailsLink, u"&amp;", u"&");
-        Skip(text, quote, title);
-        lead.Name = CleanMarkup(text.TakeBetween(title, titleEnd));
+        Skip(text, u"\"", u"<SPAN class=listingTitle>");
+        lead.Name = CleanMarkup(text.TakeBetween(u"<SPAN class=listingTitle>", u"</SPAN>"));
     }
 
     // The phone stands before or behind the address, so looking for it must not move the cursor.
     const qsizetype beforePhone = text.Position();
-    if (text.Belongs(phone, titleLine))
-        lead.Phone = ReadElement(text, phone);
-    else if (text.Belongs(quotedPhone, titleLine))
-        lead.Phone = ReadElement(text, quotedPhone);
+    if (text.Belongs(u"<DIV class=phoneNumber", titleLine))
+        lead.Phone = ReadElement(text, u"<DIV class=phoneNumber");
+    else if (text.Belongs(u"<DIV class=\"phoneNumber", titleLine))
+        lead.Phone = ReadElement(text, u"<DIV class=\"phoneNumber");
     text.MoveTo(beforePhone);
 
-    if (text.Belongs(address, titleLine)) {
-        lead.FullAddress = ReadElement(text, address);
+    if (text.Belongs(u"<DIV class=address", titleLine)) {
+        lead.FullAddress = ReadElement(text, u"<DIV class=address");
         if (!TrimmedView(lead.FullAddress).isEmpty())
             SplitAddress(lead);
     }
@@ -133,40 +121,43 @@ void ReadListing1(const QString& base, WorkingText& text, Lead& lead) {
     if (lead.Street.isEmpty() && !lead.PostalCode.isEmpty())
         lead.Street = std::exchange(lead.PostalCode, {});
 
-    if (text.Belongs(website, titleLine)) {
-        Skip(text, website, websiteLink);
-        lead.Website = CleanMarkup(text.TakeBetween(websiteLink, quote));
-    }
-    if (text.Belongs(email, titleLine)) {
-        Skip(text, email, mailto);
-        lead.Email = CleanMarkup(text.TakeBetween(mailto, emailSubject));
-        ReplaceAll(lead.Email, u"%40", u"@");
-    }
+    ReadFields(text, contactFields, lead, &titleLine);
 }
 
 void ReadListing2(Harvest& harvest, WorkingText& text, Lead& lead) {
     StartListing(lead);
-    Skip(text, listingInfo, href);
-    if (text.Contains(href)) {
+    Skip(text, listingInfo, u"href=\"");
+    if (text.Contains(u"href=\"")) {
         const SiteEntry& site = harvest.Site();
-        lead.DetailsLink = text.TakeBetween(href, quote).toString();
+        lead.DetailsLink = text.TakeBetween(u"href=\"", u"\"").toString();
         if (!lead.DetailsLink.isEmpty() && !ContainsExact(lead.DetailsLink, site.OwnHost))
             lead.DetailsLink.prepend(site.DetailsBase);
         if (ContainsExact(lead.DetailsLink, site.RedirectHost))
             lead.DetailsLink = harvest.GetRedirect(lead.DetailsLink);
-        Skip(text, quote, tagEnd);
+        Skip(text, u"\"", u">");
     }
-    lead.Name = StripTags(CleanMarkup(text.TakeBetween(tagEnd, linkEnd)));
+    lead.Name = StripTags(CleanMarkup(text.TakeBetween(u">", u"</A>")));
     ReplaceAll(lead.DetailsLink, u"&amp;", u"&");
 }
 
 } // namespace
 
+const SiteAdapter& YellowPagesCanada() {
+    static const SiteAdapter site{
+        .Code = u"KVPN002001"_s,
+        .Form = MarkupForm::Legacy,
+        .Layouts = {
+            {.InitList = u"<DIV class=\"ypgResultsTop"_s,
+             .EndList = u"<DIV class=ypgFooterLegal"_s,
+             .NextPageText = u"Next</"_s,
+             .LinksToOwnHome = true,
+             .Read = GetYPCADataResults1},
+            {.InitList = u"main"_s, .EndList = u"footer"_s, .NextPageText = u"Next</"_s, .Read = GetYPCADataResults2}}};
+    return site;
+}
+
 void GetYPCADataResults(Harvest& harvest, const QString& page) {
-    if (harvest.State.CurrSite == 1)
-        GetYPCADataResults1(harvest, page);
-    else if (harvest.State.CurrSite == 2)
-        GetYPCADataResults2(harvest, page);
+    YellowPagesCanada().Read(harvest, harvest.State.CurrSite, page);
 }
 
 void GetYPCADataResults1(Harvest& harvest, const QString& page) {
@@ -203,32 +194,32 @@ void GetCADetails2(Harvest& harvest, Lead& lead) {
     if (!harvest.Pages.DownloadURL(lead.DetailsLink, page, false))
         return;
     WorkingText text(page);
-    if (text.Contains(detailsName))
-        lead.Name = StripTags(text.TakeBetween(detailsName, detailsNameEnd));
-    if (text.Contains(detailsPhone)) {
-        Skip(text, detailsPhone, tagEnd);
-        lead.Phone = StripTags(CleanMarkup(text.TakeBetween(tagEnd, tagBegin)));
+    if (text.Contains(u"<h1 class=\"fn n listing_name\">"))
+        lead.Name = StripTags(text.TakeBetween(u"<h1 class=\"fn n listing_name\">", u"</h1>"));
+    if (text.Contains(u"single_result_phone")) {
+        Skip(text, u"single_result_phone", u">");
+        lead.Phone = StripTags(CleanMarkup(text.TakeBetween(u">", u"<")));
     }
-    if (text.Contains(addressBlock)) {
+    if (text.Contains(u"<div class=\"address adr\">")) {
         // From here on only the block is read; that goes for the e-mail too.
-        text = WorkingText(text.TakeBetween(addressBlock, addressBlockEnd));
-        lead.Street = StripTags(text.TakeBetween(paragraph, paragraphEnd));
+        text = WorkingText(text.TakeBetween(u"<div class=\"address adr\">", u"</div>"));
+        lead.Street = StripTags(text.TakeBetween(u"<p>", u"</p>"));
         lead.FullAddress = lead.Street;
         const auto append = [&](const Marker& marker, QString& field, QStringView separator) {
             if (text.Contains(marker))
-                field = text.TakeBetween(marker, spanEnd).toString();
+                field = text.TakeBetween(marker, u"</span>").toString();
             if (!field.isEmpty())
                 lead.FullAddress += separator + field;
         };
-        append(locality, lead.City, u", ");
-        append(region, lead.State, u", ");
-        append(postalCode, lead.PostalCode, u" ");
+        append(u"<span class=\"locality\">", lead.City, u", ");
+        append(u"<span class=\"region\">", lead.State, u", ");
+        append(u"<span class=\"postal-code\">", lead.PostalCode, u" ");
     }
     if (TrimmedView(lead.FullAddress).startsWith(u','))
         lead.FullAddress.remove(0, 2);
     ReplaceAll(lead.Phone, u"Home", u"");
-    if (ContainsExact(page, mailto.Text()))
-        lead.Email = StripTags(CleanMarkup(text.TakeBetween(mailto, quote)));
+    if (ContainsExact(page, u"mailto:"))
+        lead.Email = StripTags(CleanMarkup(text.TakeBetween(u"mailto:", u"\"")));
 }
 
 } // namespace Brindle

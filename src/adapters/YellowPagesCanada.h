@@ -2,8 +2,12 @@
 
 #include "core/Harvest.h"
 #include "core/Lead.h"
+#include "core/SiteAdapter.h"
 
 namespace Brindle {
+
+/// Yellow Pages Canada: all that is known of it.
+const SiteAdapter& YellowPagesCanada();
 
 /// Reads a result page of Yellow Pages Canada in the layout that the harvest recognised.
 void GetYPCADataResults(Harvest& harvest, const QString& page);

@@ -95,7 +95,7 @@ public:
             return;
         }
         try {
-            session_.Saver.AutomaticSave(session_.Options.eExportFolder, u"Results"_s, AutomaticLine(lead));
+            session_.Saver.SaveLead(session_.Options.eExportFolder, u"Results"_s, lead);
         } catch (const SaveError& error) {
             session_.Leads.Append(lead);
             session_.Job.Fail(error.Message());

@@ -5,6 +5,7 @@
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "core/HarvestDriver.h"
+#include "export/JsonLine.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -45,8 +46,8 @@ public:
         session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
         if (mayComplete && waited < line_.PatienceSeconds)
             return;
-        QString reason =
-            u"no results page of %1: %2"_s.arg(session_.State.CurrID, MissingListMarkers(page, session_.State.CurrID));
+        QString reason = u"no results page of %1: %2"_s.arg(session_.State.CurrID,
+                                                            MissingListMarkers(page, *session_.Job.Adapter()));
         if (!browser_.LastError().isEmpty())
             reason = browser_.LastError();
         GiveUp(ContainsExact(reason, Address()) ? reason : Address() + u": " + reason);
@@ -109,7 +110,7 @@ private:
             ++newLeads_;
         } else {
             const qsizetype before = seen_.size();
-            seen_.insert(key.isEmpty() ? AutomaticLine(lead) : key);
+            seen_.insert(key.isEmpty() ? JsonLine(lead) : key.toUtf8());
             newLeads_ += seen_.size() - before;
         }
         if (!output_.Error().isEmpty())
@@ -122,7 +123,7 @@ private:
     EmbeddedBrowser& browser_;
     const LeadOutput& output_;
     QElapsedTimer sincePage_;
-    QSet<QString> seen_;
+    QSet<QByteArray> seen_;
     qint64 pages_ = 0;
     qint64 newLeads_ = 0;
     bool ended_ = false;
@@ -146,7 +147,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
     output.Begin();
     const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
     Watch watch(line, session, *browser, output);
-    HarvestDriver driver(session.Job, *browser, SiteAdapters(), &watch);
+    HarvestDriver driver(session.Job, *browser, &watch);
 
     const QElapsedTimer sinceStart = [] {
         QElapsedTimer timer;
@@ -175,7 +176,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
 int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
     Demo::DemoServer server;
     server.Start();
-    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s));
+    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()));
     session.SelectSite(line.Site);
     const QString start = line.Start.isEmpty() ? server.FirstResultPage(line.Site) : line.Start;
     if (start.isEmpty())

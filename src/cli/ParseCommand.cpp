@@ -1,4 +1,3 @@
-#include "adapters/Adapters.h"
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
@@ -26,12 +25,12 @@ QString ReadText(const QString& fileName) {
 }
 
 // The text that the adapter is to read.
-QString PageText(const CommandLine& line, const QString& fileName) {
+QString PageText(const CommandLine& line, MarkupForm form, const QString& fileName) {
     QString text = ReadText(fileName);
     if (line.Markup == MarkupSource::AsIs)
         return text;
     try {
-        return BodyOfPage(text, MarkupFormOf(line.Site));
+        return BodyOfPage(text, form);
     } catch (const Failure& failure) {
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), failure.Message()));
     }
@@ -39,20 +38,21 @@ QString PageText(const CommandLine& line, const QString& fileName) {
 
 // Reads one page; throws `Failure` when it cannot be read or is no results page.
 void ReadPage(Session& session, const CommandLine& line, const QString& fileName) {
-    const QString page = PageText(line, fileName);
+    const std::shared_ptr<const SiteAdapter> site = session.Job.Adapter();
+    const QString page = PageText(line, site->Form, fileName);
     HarvestState& state = session.State;
     if (line.Variant > 0) {
         state.CurrSite = line.Variant;
     } else {
-        const QString missing = MissingListMarkers(page, state.CurrID);
+        const QString missing = MissingListMarkers(page, *site);
         if (!missing.isEmpty())
             throw Failure(
                 u"%1: no results page of %2: %3"_s.arg(QDir::toNativeSeparators(fileName), state.CurrID, missing));
         MarkerSet markers;
-        GetInitTokens(page, state.CurrID, markers, state.CurrSite);
+        GetInitTokens(page, *site, markers, state.CurrSite);
     }
     try {
-        GetDataResults(session.Job, SiteAdapters(), page);
+        GetDataResults(session.Job, page);
     } catch (const PageError& error) {
         // As in a harvest, the reading of this page ends; the leads before the place stay.
         session.Report.AddPageGivenUp();

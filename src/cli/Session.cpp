@@ -1,5 +1,6 @@
 #include "cli/Session.h"
 
+#include "adapters/Adapters.h"
 #include "i18n/LanguageFile.h"
 #include "platform/CreatePlatform.h"
 #include "platform/TickCount.h"
@@ -10,6 +11,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Brindle {
 
@@ -54,8 +57,18 @@ MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Cons
 }
 
 SitesFile LoadSites(const CommandLine& line) {
-    return SitesFile::Load(ProgramFiles::Sites(line.SitesFileName.value_or(QString())));
+    return SitesFile::Load(ProgramFiles::Sites(line.SitesFileName.value_or(QString())), SiteAdapters());
 }
+
+namespace {
+
+bool IsSiteCode(QStringView code) {
+    const auto directories = SiteAdapters();
+    return std::any_of(directories.begin(), directories.end(),
+                       [code](const SiteAdapter& site) { return site.Code == code; });
+}
+
+} // namespace
 
 Session::Session(const CommandLine& line, Console& console, SitesFile sites)
     : Out(console),
@@ -80,7 +93,7 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
 }
 
 void Session::SelectSite(const QString& siteCode) {
-    if (!KnownSiteCodes().contains(siteCode))
+    if (!IsSiteCode(siteCode))
         throw UsageError(u"--site: \u201C%1\u201D is no site code; brindle-cli sites lists them"_s.arg(siteCode));
     const QStringList problems = Sites.ProblemsOf(siteCode);
     for (qsizetype i = 0; i + 1 < problems.size(); ++i)

@@ -84,6 +84,8 @@ public:
 
     /// The configured entry of the current site; an empty one when the code is unknown.
     const SiteEntry& Site() const;
+    /// The directory of the current site; null when the code is unknown.
+    std::shared_ptr<const SiteAdapter> Adapter() const { return Catalogue.Adapter(State.CurrID); }
     /// The base address in the site selector's text.
     QString SelectedBase() const { return GetCountryURL(State.SelectedEntry); }
     /// Where a redirecting link leads: fetches it and returns the last redirect's target, which is an older one when

@@ -16,25 +16,18 @@ namespace {
 constexpr qint32 tickInterval = 1000;
 constexpr quint32 refreshAfter = 180'000;
 
-const SiteAdapter* AdapterOf(std::span<const SiteAdapter> adapters, QStringView code) {
-    const auto found =
-        std::find_if(adapters.begin(), adapters.end(), [code](const SiteAdapter& a) { return a.Code == code; });
-    return found == adapters.end() ? nullptr : &*found;
-}
-
 } // namespace
 
-void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, const QString& page) {
-    const SiteAdapter* const adapter = AdapterOf(adapters, harvest.State.CurrID);
-    if (!adapter)
+void GetDataResults(Harvest& harvest, const QString& page) {
+    const std::shared_ptr<const SiteAdapter> site = harvest.Adapter();
+    if (!site)
         return;
-    const bool pauses = adapter->Code == SiteCode::InfobelItaly;
-    const auto pause = [&] {
-        if (pauses && !harvest.ShouldStop())
-            Delay(harvest.Loop, 5000);
+    const auto pause = [&harvest, ms = site->PauseAfterPage] {
+        if (ms > 0 && !harvest.ShouldStop())
+            Delay(harvest.Loop, ms);
     };
     try {
-        adapter->GetDataResults(harvest, page);
+        site->Read(harvest, harvest.State.CurrSite, page);
     } catch (const PageError&) {
         pause();
         throw;
@@ -42,11 +35,9 @@ void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, con
     pause();
 }
 
-HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
-                             HarvestObserver* observer)
+HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, HarvestObserver* observer)
     : harvest_(harvest),
       browser_(browser),
-      adapters_(adapters),
       observer_(observer),
       tmrParse_(harvest.Loop.CreateTimer(tickInterval, [this] { OnTimer(); })) {
     QObject::connect(&browser_, &EmbeddedBrowser::ProgressChange, &browser_,
@@ -169,8 +160,12 @@ void HarvestDriver::Tick() {
     state.Parsing = false;
     harvest_.Status.SetPanel(StatusPanel::Message, {});
 
+    // The directory of this tick, whatever is chosen while messages are handled.
+    static const SiteAdapter unknown;
+    const std::shared_ptr<const SiteAdapter> held = harvest_.Adapter();
+    const SiteAdapter& site = held ? *held : unknown;
     // Reading can wait for the page, too, so messages are handled meanwhile.
-    const QString page = browser_.BodyOuterHtml(MarkupFormOf(state.CurrID));
+    const QString page = browser_.BodyOuterHtml(site.Form);
     if (harvest_.ShouldStop())
         return Finish();
     iStop_ = harvest_.Loop.TickCount();
@@ -181,7 +176,7 @@ void HarvestDriver::Tick() {
         if (harvest_.ShouldStop())
             return Finish();
     }
-    GetInitTokens(page, state.CurrID, markers_, state.CurrSite);
+    GetInitTokens(page, site, markers_, state.CurrSite);
     if (!ContainsFolded(page, markers_.TknInitList) || !ContainsFolded(page, markers_.TknEndList)) {
         tmrParse_->SetEnabled(true);
         state.Parsing = true;
@@ -199,9 +194,8 @@ void HarvestDriver::Tick() {
         observer_->PageRead();
     if (state.ShouldStop)
         return Finish();
-    const SiteAdapter* const adapter = AdapterOf(adapters_, state.CurrID);
-    const bool turnsItself = adapter && adapter->TurnPage; // such pages may all have one address
-    if (!turnsItself && IsRepeated()) {
+    // Pages that a site turns itself may all have one address.
+    if (!site.TurnPage && IsRepeated()) {
         Finish();
         if (observer_)
             observer_->PagesRepeat(browser_.LocationAddress());
@@ -212,16 +206,16 @@ void HarvestDriver::Tick() {
         ContainsFolded(page, markers_.TknNextPageText) && !ContainsFolded(page, markers_.TknNextPageDisabled);
     if (!hasNextPage)
         return Finish();
-    if (turnsItself)
-        TurnBy(*adapter, page);
+    if (site.TurnPage)
+        TurnBy(site, page);
     else
-        LoadNext(page);
+        LoadNext(site, page);
 }
 
 void HarvestDriver::ReadPage(const QString& page) {
     harvest_.Records = {};
     try {
-        GetDataResults(harvest_, adapters_, page);
+        GetDataResults(harvest_, page);
     } catch (const PageError& error) {
         if (observer_)
             observer_->PageGivenUp(browser_.LocationAddress(), error.Message());
@@ -236,22 +230,21 @@ bool HarvestDriver::IsRepeated() {
     return known && loadedAnew_;
 }
 
-void HarvestDriver::TurnBy(const SiteAdapter& adapter, const QString& page) {
+void HarvestDriver::TurnBy(const SiteAdapter& site, const QString& page) {
     PageTurn turn{harvest_, browser_};
-    const TurnedPage turned = adapter.TurnPage(turn, page);
+    const TurnedPage turned = site.TurnPage(turn, page);
     if (harvest_.ShouldStop())
         return Finish();
     if (turned.GoesOn)
         GoOn(turned.Clicked, turned.OpenToStart);
 }
 
-void HarvestDriver::LoadNext(const QString& page) {
+void HarvestDriver::LoadNext(const SiteAdapter& site, const QString& page) {
     const QString link = NextPageLink(page);
     loadedAnew_ = !link.isEmpty();
     if (loadedAnew_) {
         // Site and layout are those of the page that was read; they can change while messages are handled.
-        const QString address = MadeAbsolute(link);
-        const bool slow = harvest_.State.CurrID == SiteCode::InfobelItaly;
+        const QString address = MadeAbsolute(site, link);
         harvest_.Status.SetPanel(StatusPanel::Message, harvest_.Texts.Text(Message::Request));
         browser_.Navigate(u"about:blank"_s);
         Delay(harvest_.Loop, 2000);
@@ -259,8 +252,8 @@ void HarvestDriver::LoadNext(const QString& page) {
             return Finish();
         browser_.Navigate(address);
         Delay(harvest_.Loop, 3000);
-        if (slow && !harvest_.ShouldStop())
-            Delay(harvest_.Loop, 7000);
+        if (site.PauseForNextPage > 0 && !harvest_.ShouldStop())
+            Delay(harvest_.Loop, site.PauseForNextPage);
         if (harvest_.ShouldStop())
             return Finish();
     }
@@ -312,16 +305,15 @@ QString HarvestDriver::NextPageLink(const QString& page) const {
     }
 }
 
-QString HarvestDriver::MadeAbsolute(QString link) const {
-    const HarvestState& state = harvest_.State;
-    // The first layout of Yellow Pages Canada links to its own home page, whichever entry is selected.
-    const bool yellowPagesCanada = state.CurrID == SiteCode::YellowPagesCanada && state.CurrSite == 1;
-    const QString base = yellowPagesCanada ? harvest_.Site().Base : harvest_.SelectedBase();
+QString HarvestDriver::MadeAbsolute(const SiteAdapter& site, QString link) const {
+    const int number = harvest_.State.CurrSite;
+    const bool linksHome = number >= 1 && number <= static_cast<int>(site.Layouts.size()) &&
+                           site.Layouts[static_cast<size_t>(number - 1)].LinksToOwnHome;
+    const QString base = linksHome ? harvest_.Site().Base : harvest_.SelectedBase();
     ReplaceAll(link, base, u"");
     if (!ContainsFolded(link, u"http:"))
         link.prepend(base);
-    ReplaceAll(link, u"/it/italy/it/italy/", u"/it/italy/");
-    return link;
+    return site.MendLink ? site.MendLink(link) : link;
 }
 
 } // namespace Brindle

@@ -5,7 +5,6 @@
 #include "core/SiteAdapter.h"
 
 #include <memory>
-#include <span>
 
 namespace Brindle {
 
@@ -28,10 +27,10 @@ public:
     virtual void HarvestEnded() {}
 };
 
-/// Runs a page through the adapter of the current site; an unknown code does nothing. A `PageError` of the adapter
-/// passes through. The pause which Infobel Italy asks for after each page is made in either case, unless the harvest
-/// was stopped.
-void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, const QString& page);
+/// Runs a page through the adapter of the current site, in the layout that was recognised; an unknown code does
+/// nothing. A `PageError` of the adapter passes through. The pause that the site asks for after each page is made in
+/// either case, unless the harvest was stopped.
+void GetDataResults(Harvest& harvest, const QString& page);
 
 /// Walks a directory's result pages in the browser: once a second a tick reads the page that is shown, hands a complete
 /// results page to the site's adapter and loads the next one, until there is none or the user stops.
@@ -39,8 +38,7 @@ void GetDataResults(Harvest& harvest, std::span<const SiteAdapter> adapters, con
 /// Ticks never nest: one that falls due while another waits runs when that one has ended.
 class HarvestDriver {
 public:
-    HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, std::span<const SiteAdapter> adapters,
-                  HarvestObserver* observer = nullptr);
+    HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, HarvestObserver* observer = nullptr);
 
     /// Starts a harvest on the page that the browser shows; does nothing while one is in progress. While a tick that
     /// was stopped still waits, the new harvest begins when that one has ended.
@@ -66,19 +64,18 @@ private:
     void ReadPage(const QString& page);
     /// Whether the page just read is a next page that was loaded anew and is known already; it is known from now on.
     bool IsRepeated();
-    void TurnBy(const SiteAdapter& adapter, const QString& page);
-    void LoadNext(const QString& page);
+    void TurnBy(const SiteAdapter& site, const QString& page);
+    void LoadNext(const SiteAdapter& site, const QString& page);
     /// Arms the timer for another round.
     void GoOn(bool nextPageLoaded, bool openToStart);
     void Finish();
     /// The address of the next page as the page gives it; empty when no link can be taken.
     QString NextPageLink(const QString& page) const;
-    QString MadeAbsolute(QString link) const;
+    QString MadeAbsolute(const SiteAdapter& site, QString link) const;
     void BrowserProgress(qint64 progress, qint64 maximum);
 
     Harvest& harvest_;
     EmbeddedBrowser& browser_;
-    std::span<const SiteAdapter> adapters_;
     HarvestObserver* observer_;
     std::unique_ptr<MessageLoop::Timer> tmrParse_;
     MarkerSet markers_;

@@ -30,15 +30,4 @@ const QStringList& EnglishCaptions() {
     return captions;
 }
 
-QString AutomaticLine(const Lead& lead) {
-    QString line = u"\""_s;
-    for (int column = 0; column < FieldCount; ++column) {
-        if (column > 0)
-            line += u"\",\""_s;
-        line += lead.At(column);
-    }
-    line += u'"';
-    return line;
-}
-
 } // namespace Brindle

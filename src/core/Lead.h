@@ -54,7 +54,4 @@ struct Lead {
 /// The built-in English captions of the fourteen columns.
 const QStringList& EnglishCaptions();
 
-/// The line of an automatic export: every field in double quotes, joined by commas, nothing escaped.
-QString AutomaticLine(const Lead& lead);
-
 } // namespace Brindle

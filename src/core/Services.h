@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Lead.h"
+
 #include <QString>
 
 namespace Brindle {
@@ -30,8 +32,9 @@ public:
 class LeadSaver {
 public:
     virtual ~LeadSaver() = default;
-    /// Appends one finished line to the harvest's automatic file. Throws `SaveError`.
-    virtual void AutomaticSave(const QString& folder, const QString& name, const QString& line) = 0;
+    /// Appends a lead to the automatic file of the harvest, which is named after `name` and the harvest's start. Throws
+    /// `SaveError`.
+    virtual void SaveLead(const QString& folder, const QString& name, const Lead& lead) = 0;
 };
 
 } // namespace Brindle

@@ -3,8 +3,6 @@
 #include "toolkit/Text.h"
 
 #include <algorithm>
-#include <array>
-#include <span>
 
 namespace Brindle {
 
@@ -12,60 +10,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct ListMarkers {
-    QStringView Code;
-    int Variant;
-    QStringView InitList;
-    QStringView EndList;
-    QStringView NextPageText;
-    QStringView NextPageDisabled;
-};
-
-// In the order in which they are tried. A site's second set may repeat what it keeps from the first.
-constexpr std::array<ListMarkers, 11> markerTable{{
-    {SiteCode::UsYellowPages, 1, u"business-serp", u"footer-wrapper", u"Next<", u""},
-    {SiteCode::UsYellowPages, 2, u"row-fluid", u"footer-wrapper", u"Next</", u""},
-    {SiteCode::YellowPagesCanada, 1, u"<DIV class=\"ypgResultsTop", u"<DIV class=ypgFooterLegal", u"Next</", u""},
-    {SiteCode::YellowPagesCanada, 2, u"main", u"footer", u"Next</", u""},
-    {SiteCode::Canada411, 1, u"total_result_found", u"global-footer", u"button_next>", u""},
-    {SiteCode::PagineBianche, 1, u"listing-top", u"footer", u"Successivo", u""},
-    {SiteCode::PagineMail, 1, u"search-title", u"<footer>", u"</big></a>", u""},
-    {SiteCode::InfobelItaly, 1, u"<H1 class=Pageh1>", u"id=footer", u"successivo</A>", u"ec disabled>successivo"},
-    {SiteCode::InfobelItaly, 2, u"span-4 people", u"id=footer", u"successivo</A>", u"ec disabled>successivo"},
-    {SiteCode::Virgilio, 1, u"conteggi", u"vf_footer", u"Avanti \u203A</a>", u""},
-    {SiteCode::Trovanumeri, 1, u"<P>Risultati", u"Copyright", u"Avanti &gt;&gt;</", u""},
-}};
-
-std::span<const ListMarkers> SetsOf(QStringView siteCode) {
-    const auto belongs = [siteCode](const ListMarkers& row) { return row.Code == siteCode; };
-    const auto first = std::find_if(markerTable.begin(), markerTable.end(), belongs);
-    const auto last = std::find_if_not(first, markerTable.end(), belongs);
-    return {first, last};
+MarkerSet Assigned(const SiteLayout& layout) {
+    return {layout.InitList, layout.EndList, u"href=\""_s, u"\""_s, layout.NextPageText, layout.NextPageDisabled};
 }
 
-MarkerSet Assigned(const ListMarkers& row) {
-    return {row.InitList.toString(),     row.EndList.toString(),         u"href=\""_s, u"\""_s,
-            row.NextPageText.toString(), row.NextPageDisabled.toString()};
+bool IsToldByMarkers(const SiteLayout& layout) {
+    return !layout.InitList.isEmpty();
 }
 
 } // namespace
 
-const QStringList& KnownSiteCodes() {
-    static const QStringList codes = [] {
-        QStringList list;
-        for (const QStringView code :
-             {SiteCode::UsYellowPages, SiteCode::YellowPagesCanada, SiteCode::Canada411, SiteCode::PagineBianche,
-              SiteCode::PagineMail, SiteCode::InfobelItaly, SiteCode::Virgilio, SiteCode::Trovanumeri})
-            list.append(code.toString());
-        return list;
-    }();
-    return codes;
+QString SiteEntry::DisplayEntry() const {
+    return Base.isEmpty() ? Label : Base + u" (" + Label + u')';
 }
 
-MarkupForm MarkupFormOf(QStringView siteCode) {
-    const bool legacy = siteCode == SiteCode::YellowPagesCanada || siteCode == SiteCode::Canada411 ||
-                        siteCode == SiteCode::InfobelItaly;
-    return legacy ? MarkupForm::Legacy : MarkupForm::Standard;
+void SiteAdapter::Read(Harvest& harvest, int layoutVariant, const QString& page) const {
+    const auto count = static_cast<int>(Layouts.size());
+    const int number = count == 1 ? 1 : layoutVariant;
+    if (number >= 1 && number <= count)
+        Layouts[static_cast<size_t>(number - 1)].Read(harvest, page);
 }
 
 QString GetCountryURL(const QString& displayEntry) {
@@ -73,45 +36,54 @@ QString GetCountryURL(const QString& displayEntry) {
     return open < 0 ? displayEntry : Trim(QStringView(displayEntry).first(open));
 }
 
-void GetInitTokens(const QString& page, QStringView siteCode, MarkerSet& markers, int& layoutVariant) {
-    for (const ListMarkers& row : SetsOf(siteCode)) {
-        markers = Assigned(row);
-        if (ContainsFolded(page, row.InitList) && ContainsFolded(page, row.EndList)) {
-            layoutVariant = row.Variant;
+void GetInitTokens(const QString& page, const SiteAdapter& site, MarkerSet& markers, int& layoutVariant) {
+    int number = 0;
+    for (const SiteLayout& layout : site.Layouts) {
+        ++number;
+        if (!IsToldByMarkers(layout))
+            continue;
+        markers = Assigned(layout);
+        if (ContainsFolded(page, layout.InitList) && ContainsFolded(page, layout.EndList)) {
+            layoutVariant = number;
             return;
         }
     }
 }
 
-std::optional<MarkerSet> MarkersOfVariant(QStringView siteCode, int layoutVariant) {
-    for (const ListMarkers& row : SetsOf(siteCode))
-        if (row.Variant == layoutVariant)
-            return Assigned(row);
-    return std::nullopt;
+std::optional<MarkerSet> MarkersOfVariant(const SiteAdapter& site, int layoutVariant) {
+    if (layoutVariant < 1 || layoutVariant > static_cast<int>(site.Layouts.size()))
+        return std::nullopt;
+    const SiteLayout& layout = site.Layouts[static_cast<size_t>(layoutVariant - 1)];
+    return IsToldByMarkers(layout) ? std::optional(Assigned(layout)) : std::nullopt;
 }
 
-QString MissingListMarkers(const QString& page, QStringView siteCode) {
-    const auto sets = SetsOf(siteCode);
+QString MissingListMarkers(const QString& page, const SiteAdapter& site) {
+    const auto told = std::count_if(site.Layouts.begin(), site.Layouts.end(), IsToldByMarkers);
     QStringList layouts;
-    for (const ListMarkers& row : sets) {
+    int number = 0;
+    for (const SiteLayout& layout : site.Layouts) {
+        ++number;
+        if (!IsToldByMarkers(layout))
+            continue;
         QStringList missing;
-        for (const QStringView marker : {row.InitList, row.EndList})
+        for (const QString& marker : {layout.InitList, layout.EndList})
             if (!ContainsFolded(page, marker))
                 missing.append(u"\u201C%1\u201D"_s.arg(marker));
         if (missing.isEmpty())
             return {};
         const QString list = missing.join(u" and "_s);
-        layouts.append(sets.size() == 1 ? list : u"layout %1: %2"_s.arg(row.Variant).arg(list));
+        layouts.append(told == 1 ? list : u"layout %1: %2"_s.arg(number).arg(list));
     }
     return u"missing list marker "_s + layouts.join(u"; "_s);
 }
 
-SiteCatalogue::SiteCatalogue(std::vector<SiteEntry> entries, QString mapBase)
-    : entries_(std::move(entries)), mapBase_(std::move(mapBase)) {
-    for (const SiteEntry& entry : entries_) {
-        websiteKeys_.append(entry.Code);
-        websiteUrls_.append(entry.DisplayEntry());
-    }
+void SiteCatalogue::Add(SiteEntry entry, SiteAdapter site) {
+    site.Links = entry.Links.value_or(site.Links);
+    if (!entry.Search.isEmpty())
+        site.SearchAddress = entry.Search;
+    websiteKeys_.append(entry.Code);
+    websiteUrls_.append(entry.DisplayEntry());
+    sites_.push_back(std::make_shared<const Site>(std::move(entry), std::move(site)));
 }
 
 QString SiteCatalogue::GetCountryID(const QString& displayEntry) const {
@@ -120,9 +92,16 @@ QString SiteCatalogue::GetCountryID(const QString& displayEntry) const {
 }
 
 const SiteEntry* SiteCatalogue::Find(QStringView siteCode) const {
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [siteCode](const SiteEntry& entry) { return entry.Code == siteCode; });
-    return found == entries_.end() ? nullptr : &*found;
+    const qsizetype index = websiteKeys_.indexOf(siteCode);
+    return index < 0 ? nullptr : &sites_[static_cast<size_t>(index)]->Entry;
+}
+
+std::shared_ptr<const SiteAdapter> SiteCatalogue::Adapter(QStringView siteCode) const {
+    const qsizetype index = websiteKeys_.indexOf(siteCode);
+    if (index < 0)
+        return nullptr;
+    const std::shared_ptr<const Site>& site = sites_[static_cast<size_t>(index)];
+    return {site, &site->Adapter};
 }
 
 } // namespace Brindle

@@ -38,7 +38,14 @@ QStringList SitesFile::ProblemsOf(QStringView siteCode) const {
     return texts;
 }
 
-SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
+SiteCatalogue SitesFile::Catalogue() const {
+    SiteCatalogue catalogue(MapBase);
+    for (size_t i = 0; i < Sites.size(); ++i)
+        catalogue.Add(Sites[i], Adapters[i]);
+    return catalogue;
+}
+
+SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName, std::span<const SiteAdapter> directories) {
     SitesFile file;
     QHash<QString, Group> groups;
     QString current;
@@ -81,7 +88,8 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
     };
 
     file.MapBase = address(mapGroup, u"base"_s);
-    for (const QString& code : KnownSiteCodes()) {
+    for (const SiteAdapter& site : directories) {
+        const QString& code = site.Code;
         SiteEntry entry;
         entry.Code = code;
         entry.Base = address(code, u"base"_s);
@@ -98,7 +106,16 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
         entry.RedirectHost = group.value(u"redirect_host"_s);
         entry.ContactEmail = group.value(u"contact_email"_s);
         entry.AdvertUrl = group.value(u"advert_url"_s);
+        entry.Search = group.value(u"search"_s);
+        const QString links = group.value(u"links"_s);
+        if (links == u"modern")
+            entry.Links = Way::Modern;
+        else if (!links.isEmpty() && links != u"classic")
+            file.Problems.push_back(
+                {code, u"%1: group [%2], key links: \u201C%3\u201D is neither classic nor modern"_s.arg(
+                           fileName, code, links.left(60))});
         file.Sites.push_back(std::move(entry));
+        file.Adapters.push_back(site);
     }
     file.BrowserUserAgent = groups.value(u"browser"_s).value(u"user_agent"_s);
     const Group publisher = groups.value(u"publisher"_s);
@@ -108,7 +125,7 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName) {
     return file;
 }
 
-SitesFile SitesFile::Load(const QString& fileName) {
+SitesFile SitesFile::Load(const QString& fileName, std::span<const SiteAdapter> directories) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
@@ -119,7 +136,7 @@ SitesFile SitesFile::Load(const QString& fileName) {
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     if (text.size() > limit)
         throw Failure(u"%1: too large for a sites file"_s.arg(QDir::toNativeSeparators(fileName)));
-    return Parse(text, QDir::toNativeSeparators(fileName));
+    return Parse(text, QDir::toNativeSeparators(fileName), directories);
 }
 
 } // namespace Brindle

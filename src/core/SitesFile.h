@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <span>
+
 namespace Brindle {
 
 /// What is wrong with a deployment file.
@@ -19,23 +21,26 @@ struct SitesProblem {
 /// INI, UTF-8: groups in brackets, key=value, a line or a rest of a line that begins with ";" after a blank is a
 /// comment. A directory whose entry is incomplete is left out; each reason stands in `Problems`.
 struct SitesFile {
-    std::vector<SiteEntry> Sites; ///< complete entries, in the order of the known codes
+    std::vector<SiteEntry> Sites;      ///< complete entries, in the order of the directories
+    std::vector<SiteAdapter> Adapters; ///< of `Sites`, in the same order
     QString MapBase;
     QString BrowserUserAgent; ///< empty: the built-in one
     QString PublisherUpdates; ///< empty: none
     QString PublisherNews;
     QString PublisherHelp;
     std::vector<SitesProblem> Problems;
-    QStringList DisabledSites; ///< codes of known sites whose entry is missing or malformed
+    QStringList DisabledSites; ///< codes of directories whose entry is missing or malformed
 
-    SiteCatalogue Catalogue() const { return SiteCatalogue(Sites, MapBase); }
+    /// The directories that have a complete entry, in their own order.
+    SiteCatalogue Catalogue() const;
     /// The texts of the problems that touch a harvest of one site: its own group's, the map's and the file's.
     QStringList ProblemsOf(QStringView siteCode) const;
 
-    /// Reads the text of a deployment file; `fileName` is for the messages.
-    static SitesFile Parse(const QByteArray& text, const QString& fileName);
+    /// Reads the text of a deployment file, which should have an entry for each of the directories; `fileName` is for
+    /// the messages.
+    static SitesFile Parse(const QByteArray& text, const QString& fileName, std::span<const SiteAdapter> directories);
     /// Reads a deployment file. Throws `Failure` when it cannot be read.
-    static SitesFile Load(const QString& fileName);
+    static SitesFile Load(const QString& fileName, std::span<const SiteAdapter> directories);
 };
 
 } // namespace Brindle

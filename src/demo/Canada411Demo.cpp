@@ -337,7 +337,7 @@ PlantedLead PlantedOf(const DemoContext& context, int number) {
 
 class Canada411Demo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::Canada411; }
+    QStringView Code() const override { return u"KVPN002002"; }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {

@@ -115,12 +115,10 @@ void DemoServer::Start() {
     std::vector<std::unique_ptr<DemoDirectory>> directories = AllDirectories();
     if (manyLeads_ > 0)
         directories.back() = MakeManyLeadsDemo(manyLeads_);
-    for (const QString& code : KnownSiteCodes()) {
+    for (auto& directory : directories) {
         State::Site& site = state.Sites.emplace_back();
-        site.Code = code;
-        for (auto& directory : directories)
-            if (directory && directory->Code() == code)
-                site.Directory = std::move(directory);
+        site.Code = directory->Code().toString();
+        site.Directory = std::move(directory);
     }
     state.Businesses = state.Servers.Add();
     AddBusinessRoutes(state.Servers.At(state.Businesses), state.Businesses);

@@ -140,7 +140,7 @@ PlantedLead PlantedOf(const DemoContext& context, int layout, int n) {
 
 class InfobelItalyDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::InfobelItaly; }
+    QStringView Code() const override { return u"KVPE001003"; }
     int LayoutCount() const override { return 2; }
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext&) const override {
         return {{u"contact_email"_s, ownContact.toString()}};

@@ -27,7 +27,7 @@ class ManyLeadsDemo : public DemoDirectory {
 public:
     explicit ManyLeadsDemo(int leads) : leads_(leads) {}
 
-    QStringView Code() const override { return SiteCode::Trovanumeri; }
+    QStringView Code() const override { return u"KVPE001005"; }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {

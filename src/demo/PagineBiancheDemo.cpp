@@ -134,7 +134,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
 
 class PagineBiancheDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::PagineBianche; }
+    QStringView Code() const override { return u"KVPE001001"; }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {

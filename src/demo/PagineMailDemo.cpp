@@ -152,7 +152,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
 
 class PagineMailDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::PagineMail; }
+    QStringView Code() const override { return u"KVPE001002"; }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {

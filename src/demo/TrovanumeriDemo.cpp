@@ -129,7 +129,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n) {
 
 class TrovanumeriDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::Trovanumeri; }
+    QStringView Code() const override { return u"KVPE001005"; }
 
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override {
         server.Get("/", [](const httplib::Request&, httplib::Response& response) {

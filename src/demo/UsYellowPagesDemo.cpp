@@ -391,7 +391,7 @@ void AddDetails(httplib::Server& server, const DemoContext& context, int layout)
 
 class UsYellowPagesDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::UsYellowPages; }
+    QStringView Code() const override { return u"KVPN001001"; }
     int LayoutCount() const override { return 2; }
     bool HasDetailsServer() const override { return true; }
 

@@ -149,7 +149,7 @@ PlantedLead PlantedOf(const DemoContext& context, int n, const QString& category
 
 class VirgilioDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::Virgilio; }
+    QStringView Code() const override { return u"KVPE001004"; }
     std::vector<std::pair<QString, QString>> SiteKeys(const DemoContext& context) const override {
         return {{u"own_host"_s, HostOf(context.Base)}, {u"advert_url"_s, AdvertUrl(context)}};
     }

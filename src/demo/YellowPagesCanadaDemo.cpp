@@ -333,7 +333,7 @@ QString DetailsPage(const Person& person) {
 
 class YellowPagesCanadaDemo : public DemoDirectory {
 public:
-    QStringView Code() const override { return SiteCode::YellowPagesCanada; }
+    QStringView Code() const override { return u"KVPN002001"; }
     int LayoutCount() const override { return 2; }
     bool HasDetailsServer() const override { return true; }
 

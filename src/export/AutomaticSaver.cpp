@@ -16,6 +16,10 @@ AutomaticSaver::AutomaticSaver(HarvestState& state, const Settings& settings, co
                                const MessageTexts& texts, StatusView& status, MessageLoop& loop)
     : state_(state), settings_(settings), leads_(leads), texts_(texts), status_(status), loop_(loop) {}
 
+void AutomaticSaver::SaveLead(const QString& folder, const QString& name, const Lead& lead) {
+    AutomaticSave(folder, name, AutomaticLine(lead));
+}
+
 void AutomaticSaver::AutomaticSave(const QString& folder, const QString& name, const QString& line) {
     const QString fileName = folder + QDir::separator() + SanitizeFileName(name) + u' ' + state_.DateTimeVal + u".csv";
     status_.SetPanel(StatusPanel::Message, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName));

@@ -13,9 +13,13 @@ public:
     AutomaticSaver(HarvestState& state, const Settings& settings, const LeadList& leads, const MessageTexts& texts,
                    StatusView& status, MessageLoop& loop);
 
-    /// `folder` + separator + `name` + blank + time stamp of the harvest + ".csv". The header is written when the file
-    /// does not exist. Throws `SaveError` with file and reason; the lead then does not count as exported.
-    void AutomaticSave(const QString& folder, const QString& name, const QString& line) override;
+    /// `AutomaticSave` of the lead's line.
+    void SaveLead(const QString& folder, const QString& name, const Lead& lead) override;
+
+    /// Appends a finished line to `folder` + separator + `name` + blank + time stamp of the harvest + ".csv". The
+    /// header is written when the file does not exist. Throws `SaveError` with file and reason; the lead then does not
+    /// count as exported.
+    void AutomaticSave(const QString& folder, const QString& name, const QString& line);
 
 private:
     void AppendRecord(const QString& fileName, const QString& line) const;

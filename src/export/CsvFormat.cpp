@@ -121,4 +121,15 @@ QString AutomaticHeader(const QStringList& captions, const QString& delimiter) {
     return line;
 }
 
+QString AutomaticLine(const Lead& lead) {
+    QString line = u"\""_s;
+    for (int column = 0; column < FieldCount; ++column) {
+        if (column > 0)
+            line += u"\",\""_s;
+        line += lead.At(column);
+    }
+    line += u'"';
+    return line;
+}
+
 } // namespace Brindle

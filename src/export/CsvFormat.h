@@ -49,5 +49,7 @@ private:
 
 /// The header line of an automatic export: every caption, without a line end.
 QString AutomaticHeader(const QStringList& captions, const QString& delimiter);
+/// The line of one lead behind it: every field in double quotes, joined by commas, nothing escaped, without a line end.
+QString AutomaticLine(const Lead& lead);
 
 } // namespace Brindle

@@ -53,6 +53,16 @@ void LoadFolder(const QString& folder, bool ofUser, std::vector<RecipeEntry>& re
 
 } // namespace
 
+namespace {
+
+// The codes of the directories that come with the program: "KVP", a letter for the region, six digits.
+bool IsOfBuiltInForm(QStringView code) {
+    return code.size() == 10 && IsSame(code.first(3), u"KVP") && code[3].isLetter() &&
+           std::all_of(code.begin() + 4, code.end(), [](QChar c) { return c.isDigit(); });
+}
+
+} // namespace
+
 QString RecipeCodeProblem(QStringView code) {
     const auto isInner = [](QChar c) {
         return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'-' || c == u'_' || c == u'.');
@@ -66,7 +76,7 @@ QString RecipeCodeProblem(QStringView code) {
     const bool isPort =
         stem.size() == 4 && stem.back().isDigit() && (IsSame(stem.first(3), u"COM") || IsSame(stem.first(3), u"LPT"));
     const bool isTaken =
-        IsSame(code, u"AUTO") || KnownSiteCodes().contains(code, Qt::CaseInsensitive) || isPort ||
+        IsSame(code, u"AUTO") || IsOfBuiltInForm(code) || isPort ||
         std::any_of(std::begin(devices), std::end(devices), [&](QStringView device) { return IsSame(stem, device); });
     return isTaken ? u"\u201C%1\u201D cannot be the name of a recipe"_s.arg(code) : QString();
 }

@@ -27,10 +27,7 @@ QString UpperTrimmed(QStringView text) {
     if (!ascii)
         return trimmed.toString().toUpper();
     QString upper(trimmed.size(), Qt::Uninitialized);
-    std::transform(trimmed.begin(), trimmed.end(), upper.begin(), [](QChar c) {
-        const char16_t u = c.unicode();
-        return QChar(u >= u'a' && u <= u'z' ? static_cast<char16_t>(u - 0x20) : u);
-    });
+    std::transform(trimmed.begin(), trimmed.end(), upper.begin(), [](QChar c) { return Ascii::Upper(c); });
     return upper;
 }
 
@@ -82,7 +79,7 @@ void ReplaceAll(QString& text, QStringView before, QStringView after) {
 }
 
 qsizetype IndexOfFolded(QStringView text, QStringView marker, qsizetype from) {
-    return Needle(marker).FindFolded(text, from);
+    return Marker(marker).FindFolded(text, from);
 }
 
 bool ContainsFolded(QStringView text, QStringView marker) {
@@ -94,11 +91,8 @@ bool ContainsExact(QStringView text, QStringView marker) {
 }
 
 bool StartsWithFolded(QStringView text, QStringView prefix) {
-    const auto folded = [](QChar c) {
-        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c.unicode() | 0x20) : c.unicode();
-    };
     return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
-                                                      [&](QChar a, QChar b) { return folded(a) == folded(b); });
+                                                      [](QChar a, QChar b) { return Ascii::Lower(a) == Ascii::Lower(b); });
 }
 
 } // namespace Brindle

@@ -4,6 +4,7 @@
 
 #include <QStringView>
 
+#include <concepts>
 #include <vector>
 
 namespace Brindle {
@@ -45,25 +46,39 @@ public:
     /// result is empty and nothing moves; without `end` the result is empty and, for a skip of 0, the text starts
     /// after `begin`. An empty `begin` or `end` counts as absent.
     QStringView TakeBetween(const Marker& begin, const Marker& end, qsizetype skip = 0);
-    /// The same for literals that are made at run time; nothing is remembered of them.
-    QStringView TakeBetween(QStringView begin, QStringView end, qsizetype skip = 0);
+    /// The same for texts that are made at run time; nothing is remembered of them.
+    QStringView TakeBetween(std::same_as<QStringView> auto begin, std::same_as<QStringView> auto end,
+                            qsizetype skip = 0) {
+        return CutOnce(begin, end, skip);
+    }
 
     /// The cut with a skip of 0, as tagged files are read.
-    QStringView ExtractBetween(QStringView begin, QStringView end) { return TakeBetween(begin, end, 0); }
+    QStringView ExtractBetween(QStringView begin, QStringView end) { return CutOnce(begin, end, 0); }
 
 private:
-    struct Memory {
+    struct Place {
         qsizetype From = -1; // the search was made from here; -1: never
         qsizetype At = -1;   // and found this; -1: not in the rest of the page
     };
-    enum class Search { Exact = 0, Folded = 1 };
-    qsizetype Remembered(const Marker& marker, Search kind);
+    struct Memory {
+        const char16_t* Marker = nullptr; // its text; null: free
+        Place Exact;
+        Place Folded;
+    };
+    Memory& MemoryOf(const Marker& marker);
+    void Grow();
+    bool Holds(const Place& place) const {
+        return place.From >= 0 && cursor_ >= place.From && (place.At < 0 || cursor_ <= place.At);
+    }
+    qsizetype FoldedPlace(const Marker& marker, Memory& memory);
+    QStringView CutOnce(QStringView begin, QStringView end, qsizetype skip);
     template <typename FindBegin, typename FindEnd>
     QStringView Cut(FindBegin findBegin, qsizetype beginLength, FindEnd findEnd, qsizetype skip);
 
     QStringView page_;
     qsizetype cursor_ = 0;
-    std::vector<Memory> memories_; // two per marker: exact and folded
+    std::vector<Memory> memories_; // a hash table by the marker's place, never more than half full
+    size_t remembered_ = 0;
 };
 
 } // namespace Brindle

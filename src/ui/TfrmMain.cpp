@@ -1,6 +1,5 @@
 #include "ui/TfrmMain.h"
 
-#include "adapters/Adapters.h"
 #include "core/Delay.h"
 #include "core/Errors.h"
 #include "core/LeadListCommands.h"
@@ -48,7 +47,7 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       store_(parts.SettingsFileName, system_.GetDocumentsFolder()),
       place_(QDir(parts.SettingsFolder).filePath(u"window.ini"_s)),
       bench_({loop_, *form_.Status, notices_}, parts.Sites),
-      driver_(bench_.Job, *browser_.Browser, SiteAdapters(), this),
+      driver_(bench_.Job, *browser_.Browser, this),
       selector_(bench_.Job, driver_, *browser_.Browser, system_),
       updatePages_(updateState_, bench_.Options, bench_.Texts, loop_, *form_.Status),
       updates_({updatePages_, bench_.Texts, notices_, *form_.Status, system_, loop_}, bench_.Sites.PublisherUpdates,

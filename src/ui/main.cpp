@@ -1,3 +1,4 @@
+#include "adapters/Adapters.h"
 #include "core/QtMessageLoop.h"
 #include "platform/CreatePlatform.h"
 #include "platform/Programs.h"
@@ -67,7 +68,7 @@ using DemoServers = std::unique_ptr<Demo::DemoServer>;
 SitesFile StartDemo(DemoServers& servers) {
     servers = std::make_unique<Demo::DemoServer>();
     servers->Start();
-    return SitesFile::Parse(servers->SitesIni().toUtf8(), u"demo"_s);
+    return SitesFile::Parse(servers->SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
 }
 #else
 using DemoServers = int;
@@ -80,7 +81,8 @@ SitesFile StartDemo(DemoServers&) {
 int Run(const ProgramOptions& options) {
     const std::unique_ptr<Platform> system = CreatePlatform();
     DemoServers demo{};
-    SitesFile sites = options.OnDemo ? StartDemo(demo) : SitesFile::Load(ProgramFiles::Sites(options.SitesFileName));
+    SitesFile sites =
+        options.OnDemo ? StartDemo(demo) : SitesFile::Load(ProgramFiles::Sites(options.SitesFileName), SiteAdapters());
     for (const SitesProblem& problem : sites.Problems)
         WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop(SystemTickCount);

@@ -12,7 +12,7 @@ namespace {
 class CommandsTest : public DemoFixture {};
 
 TEST_F(CommandsTest, SitesListsTheCatalogue) {
-    const SitesFile sites = SitesFile::Load(SitesFileName());
+    const SitesFile sites = SitesFile::Load(SitesFileName(), SiteAdapters());
     QString expected;
     for (const SiteEntry& site : sites.Sites)
         expected += site.Code + u'\t' + site.Base + u'\t' + site.Label + u'\n';

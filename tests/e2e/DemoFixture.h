@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommandLine.h"
+#include "SiteCodes.h"
 #include "demo/DemoServer.h"
 
 #include <QTemporaryDir>

@@ -76,10 +76,10 @@ TEST_F(InterruptTest, DemoServesUntilItIsEnded) {
                          [&] {
                              printed += process.readAllStandardOutput();
                              return printed.contains("[KVPE001005]") && printed.endsWith('\n') &&
-                                    SitesFile::Parse(printed, u"demo"_s).Problems.empty();
+                                    SitesFile::Parse(printed, u"demo"_s, SiteAdapters()).Problems.empty();
                          }))
         << printed.toStdString() << process.readAllStandardError().toStdString();
-    const SitesFile sites = SitesFile::Parse(printed, u"demo"_s);
+    const SitesFile sites = SitesFile::Parse(printed, u"demo"_s, SiteAdapters());
     for (const SiteEntry& site : sites.Sites)
         EXPECT_EQ(RunCli({u"fetch"_s, u"--pace"_s, u"0"_s, QString(site.Base + u'/')}).Status, 0)
             << site.Code.toStdString();

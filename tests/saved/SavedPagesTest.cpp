@@ -79,11 +79,13 @@ class SavedFolder : public testing::TestWithParam<QString> {};
 
 TEST_P(SavedFolder, IsReadAsAPersonReadsIt) {
     const QDir folder(pagesFolder + u'/' + GetParam());
-    const SitesFile sites = SitesFile::Parse(ReadFile(pagesFolder + u"/sites.ini").toUtf8(), u"sites.ini"_s);
-    const SiteCatalogue catalogue(sites.Sites, sites.MapBase);
+    const SitesFile sites =
+        SitesFile::Parse(ReadFile(pagesFolder + u"/sites.ini").toUtf8(), u"sites.ini"_s, SiteAdapters());
+    const SiteCatalogue catalogue = sites.Catalogue();
     const QString code = GetParam().first(10);
     ASSERT_NE(catalogue.Find(code), nullptr) << "sites.ini has no " << code.toStdString();
 
+    const SiteAdapter& site = SiteOfCode(code);
     HarvestBench bench(code, 0);
     SavedPages pages(bench.State);
     Harvest job({bench.State, bench.Leads, bench.Options, bench.Texts, catalogue, bench.Loop, bench.Status,
@@ -100,16 +102,16 @@ TEST_P(SavedFolder, IsReadAsAPersonReadsIt) {
     }
     ASSERT_FALSE(results.isEmpty());
     for (const QString& page : results) {
-        const QString body = BodyOfPage(page, MarkupFormOf(code));
+        const QString body = BodyOfPage(page, site.Form);
         MarkerSet markers;
         bench.State.CurrSite = 0;
-        GetInitTokens(body, code, markers, bench.State.CurrSite);
-        EXPECT_NE(bench.State.CurrSite, 0) << MissingListMarkers(body, code).toStdString();
+        GetInitTokens(body, site, markers, bench.State.CurrSite);
+        EXPECT_NE(bench.State.CurrSite, 0) << MissingListMarkers(body, site).toStdString();
         // A second layout that has the same list markers as the first is told by the folder alone.
-        if (GetParam().endsWith(u"layout2") && !MarkersOfVariant(code, 2))
+        if (GetParam().endsWith(u"layout2") && !MarkersOfVariant(site, 2))
             bench.State.CurrSite = 2;
         try {
-            GetDataResults(job, SiteAdapters(), body);
+            GetDataResults(job, body);
         } catch (const PageError&) {
             // The leads read so far stay, as in a harvest.
         }

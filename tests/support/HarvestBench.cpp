@@ -39,30 +39,35 @@ bool StubPages::DirectDownloadURL(const QString& url, QString& page, bool utf8) 
     return DownloadURL(url, page, utf8);
 }
 
-void StubSaver::AutomaticSave(const QString& folder, const QString& name, const QString& line) {
+void StubSaver::SaveLead(const QString& folder, const QString& name, const Lead& lead) {
     if (!Error.isEmpty())
         throw SaveError(Error);
     Targets.append(folder + u'|' + name);
-    Lines.append(line);
+    Leads.push_back(lead);
 }
 
-SiteCatalogue TestCatalogue() {
-    std::vector<SiteEntry> entries;
-    for (const QString& code : KnownSiteCodes())
-        entries.push_back({.Code = code,
-                           .Base = u"http://"_s + code.toLower() + u".test"_s,
-                           .Label = u"Test"_s,
-                           .DetailsBase = u"http://details.test"_s,
-                           .OwnHost = u"own.test"_s,
-                           .RedirectHost = u"clicks.test"_s,
-                           .ContactEmail = u"info@directory.test"_s,
-                           .AdvertUrl = u"http://adverts.test/free"_s});
-    return SiteCatalogue(std::move(entries), u"http://maps.test"_s);
+SiteCatalogue TestCatalogue(std::span<const SiteAdapter> directories) {
+    SiteCatalogue catalogue(u"http://maps.test"_s);
+    for (const SiteAdapter& site : directories)
+        catalogue.Add({.Code = site.Code,
+                       .Base = u"http://"_s + site.Code.toLower() + u".test"_s,
+                       .Label = u"Test"_s,
+                       .DetailsBase = u"http://details.test"_s,
+                       .OwnHost = u"own.test"_s,
+                       .RedirectHost = u"clicks.test"_s,
+                       .ContactEmail = u"info@directory.test"_s,
+                       .AdvertUrl = u"http://adverts.test/free"_s},
+                      site);
+    return catalogue;
 }
 
 HarvestBench::HarvestBench(QStringView siteCode, int layoutVariant, quint32 startTick)
+    : HarvestBench(SiteAdapters(), siteCode, layoutVariant, startTick) {}
+
+HarvestBench::HarvestBench(std::span<const SiteAdapter> directories, QStringView siteCode, int layoutVariant,
+                           quint32 startTick)
     : Loop(startTick),
-      Catalogue(TestCatalogue()),
+      Catalogue(TestCatalogue(directories)),
       Job({State, Leads, Options, Texts, Catalogue, Loop, Status, Notices, Pages, Emails, Saver}) {
     State.CurrID = siteCode.toString();
     State.CurrSite = layoutVariant;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SiteCodes.h"
 #include "VirtualLoop.h"
 #include "core/Harvest.h"
 
@@ -88,8 +89,8 @@ public:
 
 class StubSaver : public LeadSaver {
 public:
-    void AutomaticSave(const QString& folder, const QString& name, const QString& line) override;
-    QStringList Lines;
+    void SaveLead(const QString& folder, const QString& name, const Lead& lead) override;
+    std::vector<Lead> Leads;
     QStringList Targets; ///< folder and name
     QString Error;       ///< when set, saving fails with it
 };
@@ -98,6 +99,9 @@ public:
 class HarvestBench {
 public:
     explicit HarvestBench(QStringView siteCode, int layoutVariant = 1, quint32 startTick = 0);
+    /// The same with directories of the test's own, which are entered as those of `TestCatalogue` are.
+    HarvestBench(std::span<const SiteAdapter> directories, QStringView siteCode, int layoutVariant = 1,
+                 quint32 startTick = 0);
 
     VirtualLoop Loop;
     HarvestState State;
@@ -118,6 +122,6 @@ public:
 /// The catalogue of the tests: every site's base is http://CODE.test in lower case, the map's http://maps.test. Own
 /// host "own.test", redirect host "clicks.test", details base http://details.test, contact "info@directory.test",
 /// advertisement page "http://adverts.test/free".
-SiteCatalogue TestCatalogue();
+SiteCatalogue TestCatalogue(std::span<const SiteAdapter> directories = SiteAdapters());
 
 } // namespace Brindle::Test

@@ -27,7 +27,7 @@ protected:
     void Open() {
         Server.Start();
         Loop.SetPace(0.01);
-        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), u"demo"_s),
+        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()),
                                           CreateWebEngineBrowser);
         Run->Show();
         // The engine's first page takes it some hundred milliseconds, which are none at this pace.

@@ -33,7 +33,8 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     server.Start();
     QtMessageLoop loop;
     loop.SetPace(0.05);
-    WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s), CreateWebEngineBrowser);
+    WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()),
+                  CreateWebEngineBrowser);
     run.Window->resize(1280, 800);
     run.Show();
     const auto name = [&](const char16_t* what) {

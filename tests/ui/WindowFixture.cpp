@@ -59,7 +59,7 @@ void WindowRun::Choose(const char16_t* selector, int index) const {
 }
 
 void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) {
-    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s);
+    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
     const SiteCatalogue catalogue = sites.Catalogue();
     const QString entry = catalogue.Find(code)->DisplayEntry();
     // The waits of a change are there for the engine: it drops a page that is asked for while another one begins.

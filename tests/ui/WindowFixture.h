@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HarvestBench.h"
+#include "SiteCodes.h"
 #include "demo/DemoServer.h"
 #include "ui/TfrmMain.h"
 

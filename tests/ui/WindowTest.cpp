@@ -28,7 +28,7 @@ SitesFile TestSites() {
     QString ini = u"[map]\nbase=http://maps.test\n"_s;
     for (const QString& code : KnownSiteCodes())
         ini += u"[%1]\nbase=http://%2.test\nlabel=Test\n"_s.arg(code, code.toLower());
-    return SitesFile::Parse(ini.toUtf8(), u"test"_s);
+    return SitesFile::Parse(ini.toUtf8(), u"test"_s, SiteAdapters());
 }
 
 // The window with pages that the test writes, on a clock of its own.

@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 
 void ReadAsDriver(HarvestBench& bench, const QString& page) {
     try {
-        GetDataResults(bench.Job, SiteAdapters(), page);
+        GetDataResults(bench.Job, page);
     } catch (const PageError&) {
         // The leads read so far stay.
     }
@@ -74,7 +74,7 @@ TEST_P(EveryAdapter, ReadsNothingWithoutListings) {
     for (const QString& page : QStringList{QString(), sample.Head + sample.Tail, u"<BODY>no such page</BODY>"_s})
         ReadAsDriver(bench, page);
     bench.State.CurrSite = 3;
-    const bool hasLayouts = MarkersOfVariant(sample.Site, 2).has_value();
+    const bool hasLayouts = MarkersOfVariant(SiteOfCode(sample.Site), 2).has_value();
     if (hasLayouts)
         ReadAsDriver(bench, sample.Page());
     EXPECT_EQ(bench.Leads.Count(), 0);
@@ -133,23 +133,22 @@ TEST_P(EveryAdapter, SavesAutomatically) {
     bench.Options.cExportAutomatic = true;
     bench.Options.eExportFolder = u"/out"_s;
     ReadAsDriver(bench, sample.Page());
-    QStringList lines;
-    for (const Lead& lead : sample.Leads)
-        lines.append(AutomaticLine(lead));
-    EXPECT_EQ(bench.Saver.Lines, lines);
+    EXPECT_EQ(bench.Saver.Leads, sample.Leads);
     EXPECT_EQ(bench.Saver.Targets.value(0), u"/out|Results"_s);
     EXPECT_EQ(bench.Leads.Count(), 0);
     EXPECT_EQ(bench.Leads.DuplicatedItems.Count(), 0);
 
     // Nothing was remembered, so the same page is saved again.
     ReadAsDriver(bench, sample.Page());
-    EXPECT_EQ(bench.Saver.Lines, lines + lines);
+    std::vector<Lead> twice = sample.Leads;
+    twice.insert(twice.end(), sample.Leads.begin(), sample.Leads.end());
+    EXPECT_EQ(bench.Saver.Leads, twice);
 
     // What the list holds is not saved.
     bench.Leads.DuplicatedItems.Add(UpperTrimmed(sample.Leads[0].DetailsLink));
-    bench.Saver.Lines.clear();
+    bench.Saver.Leads.clear();
     ReadAsDriver(bench, sample.Page());
-    EXPECT_EQ(bench.Saver.Lines, lines.sliced(1));
+    EXPECT_EQ(bench.Saver.Leads, std::vector<Lead>(sample.Leads.begin() + 1, sample.Leads.end()));
 }
 
 TEST_P(EveryAdapter, KeepsTheLeadThatCannotBeSaved) {

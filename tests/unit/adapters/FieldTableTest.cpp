@@ -10,17 +10,17 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-const Marker street(u"street>");
-const Marker town(u"town>");
-const Marker region(u"region>");
-const Marker paren(u"(");
-const Marker parenEnd(u")");
-const Marker tagBegin(u"<");
-const Marker hyphen(u"-");
-const Marker code(u"code>");
-const Marker next(u"next>");
+constexpr Marker street(u"street>");
+constexpr Marker town(u"town>");
+constexpr Marker region(u"region>");
+constexpr Marker paren(u"(");
+constexpr Marker parenEnd(u")");
+constexpr Marker tagBegin(u"<");
+constexpr Marker hyphen(u"-");
+constexpr Marker code(u"code>");
+constexpr Marker next(u"next>");
 
-const FieldRow rows[] = {
+constexpr FieldRow rows[] = {
     {.From = street, .To = tagBegin, .Target = &Lead::Street, .Treatment = CleanMarkup, .Separator = u""},
     {.From = town,
      .To = paren,
@@ -29,12 +29,7 @@ const FieldRow rows[] = {
      .Separator = u" / ",
      .OnlyBetween = true},
     {.From = paren, .To = parenEnd, .Target = &Lead::State, .AsAbove = true},
-    {.From = code,
-     .To = tagBegin,
-     .Target = &Lead::PostalCode,
-     .Separator = u" - ",
-     .Test = &hyphen,
-     .FromStart = true},
+    {.From = code, .To = tagBegin, .Target = &Lead::PostalCode, .Separator = u" - ", .Test = hyphen, .FromStart = true},
     {.From = region, .To = tagBegin},
     {.From = tagBegin, .To = hyphen, .Target = &Lead::Fax, .Treatment = StripAndClean, .AsAbove = true},
 };

@@ -53,7 +53,7 @@ TEST(SelfTurningDirectory, ThreeHundredPagesLeaveStackAndMemoryWhereTheyWere) {
     for (const Site& site : sites) {
         HarvestBench bench(site.Code);
         ScriptedBrowser browser;
-        HarvestDriver driver(bench.Job, browser, SiteAdapters());
+        HarvestDriver driver(bench.Job, browser);
         const auto address = [](int page) -> QString { return u"http://a.test/" + QString::number(page); };
         for (int page = 1; page <= pageCount; ++page) {
             browser.Pages.insert(address(page), site.Page(page));

@@ -27,11 +27,20 @@ TurnedPage TurnPage(PageTurn& turn, const QString&) {
     return turnPage(turn);
 }
 
-const SiteAdapter adapters[] = {
-    {SiteCode::YellowPagesCanada, ReadPage, nullptr}, {SiteCode::UsYellowPages, ReadPage, nullptr},
-    {SiteCode::InfobelItaly, ReadPage, nullptr},      {SiteCode::PagineMail, ReadPage, TurnPage},
-    {SiteCode::PagineBianche, ReadPage, nullptr},
-};
+// The directories as they are but for their readers.
+const std::vector<SiteAdapter>& StandIns() {
+    static const std::vector<SiteAdapter> directories = [] {
+        std::vector<SiteAdapter> sites(SiteAdapters().begin(), SiteAdapters().end());
+        for (SiteAdapter& site : sites) {
+            for (SiteLayout& layout : site.Layouts)
+                layout.Read = ReadPage;
+            if (site.TurnPage)
+                site.TurnPage = TurnPage;
+        }
+        return sites;
+    }();
+    return directories;
+}
 
 class Ending : public HarvestObserver {
 public:
@@ -58,8 +67,8 @@ protected:
         turnPage = nullptr;
     }
     void Build(QStringView site, quint32 startTick = 0) {
-        bench.emplace(site, 0, startTick);
-        driver.emplace(bench->Job, browser, adapters, &ending);
+        bench.emplace(StandIns(), site, 0, startTick);
+        driver.emplace(bench->Job, browser, &ending);
         base = bench->Job.SelectedBase();
         page1 = base + u"/1";
         page2 = base + u"/2";

@@ -1,6 +1,7 @@
 #include "demo/DemoServer.h"
 
 #include "PrintTo.h"
+#include "SiteCodes.h"
 #include "core/SitesFile.h"
 #include "demo/DemoDirectory.h"
 
@@ -25,7 +26,7 @@ httplib::Result Get(const QString& address) {
 TEST(DemoServer, ItsSitesFileIsCompleteAndEveryHomePageAnswers) {
     DemoServer server;
     server.Start();
-    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s);
+    const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
     EXPECT_TRUE(sites.Problems.empty());
     ASSERT_EQ(sites.Sites.size(), static_cast<std::size_t>(KnownSiteCodes().size()));
     for (const SiteEntry& site : sites.Sites) {
@@ -53,7 +54,7 @@ TEST(DemoServer, EndsWhileAClientHoldsAConnection) {
 TEST(DemoServer, ClicksLeadToTheirTarget) {
     DemoServer server;
     server.Start();
-    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s).Catalogue();
+    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()).Catalogue();
     const SiteEntry& site = *catalogue.Find(SiteCode::YellowPagesCanada);
     const DemoContext context{site.Base, site.DetailsBase, u"http://" + site.RedirectHost, {}, {}};
     const QString target = site.DetailsBase + u"/details/a-b?from=list&at=1+1#top";

@@ -1,6 +1,7 @@
 #include "HarvestBench.h"
 #include "core/Errors.h"
 #include "export/AutomaticSaver.h"
+#include "export/CsvFormat.h"
 
 #include <cstdio>
 
