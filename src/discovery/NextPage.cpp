@@ -325,7 +325,7 @@ private:
         if (!hasWitness && !step.SameList && AncestorHas(link.Node, otherNextParts, 6))
             add(-60, {});
         // A row that ends here leaves only a plain word.
-        if (lastOfRow_ && !hasWitness && word != NextWord::Strong && !relNext)
+        if (lastOfRow_ && !hasWitness && word != NextWord::Strong && !relNext && !step.SameList)
             add(-60, {});
         // More of something, by an address that says nothing of pages.
         if (word == NextWord::Weak && !step.SameList && !hasWitness && !relNext)
