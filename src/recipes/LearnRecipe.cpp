@@ -9,6 +9,8 @@
 #include "recipes/SturdySelectors.h"
 #include "toolkit/PageAddress.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <optional>
 
@@ -247,6 +249,27 @@ private:
         return true;
     }
 
+    // What an element and those that hold it are called, without what differs from record to record.
+    QString Surroundings(NodeIndex node) {
+        QString text = page_.Name(node).toString();
+        for (int level = 0; level < 3 && page_.Parent(node) != noNode; ++level) {
+            node = page_.Parent(node);
+            QString& name = names_[node];
+            if (name.isEmpty())
+                name = OwnSelectors(page_, node).front().Text;
+            text += u'/' + name;
+        }
+        return text;
+    }
+
+    // How many of the records stand where the example's stands.
+    double Alike(const RecordSet& set) {
+        const QString own = Surroundings(set.OfBusiness.front());
+        const auto count = std::count_if(set.Members.begin(), set.Members.end(),
+                                         [&](NodeIndex member) { return Surroundings(member) == own; });
+        return static_cast<double>(count) / static_cast<double>(set.Members.size());
+    }
+
     // How many records hold what the examples promise; what does not counts against it.
     double ScoreOf(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
         double sum = 0;
@@ -273,7 +296,8 @@ private:
         for (const NodeIndex member : set.Members)
             records -= !isAside && aside_[static_cast<size_t>(member)] ? 2 : 0;
         const double filled = records * weakest;
-        return filled < 1.5 || weakest < 0.4 ? 0 : filled * weakest * (sum / count);
+        const double alike = Alike(set);
+        return filled < 1.5 || weakest < 0.4 ? 0 : filled * weakest * (sum / count) * alike * alike;
     }
 
     // ------------------------------------------------------------------------------------------------- the fields
@@ -440,7 +464,8 @@ private:
     const ValueSource source_;
     const ExamplePlaces places_;
     RecipeTrial trial_;
-    std::vector<char> aside_; // for each node
+    std::vector<char> aside_;         // for each node
+    QHash<NodeIndex, QString> names_; // the best selector of elements that hold others
     std::vector<FoundExample> examples_;
     int businesses_ = 1;
 };
