@@ -270,6 +270,21 @@ private:
         return static_cast<double>(count) / static_cast<double>(set.Members.size());
     }
 
+    // The share of the records that any page is read for, too.
+    double Agreement(const RecordSet& set) const {
+        if (any_.Records.empty())
+            return 0;
+        int same = 0;
+        size_t at = 0;
+        for (const NodeIndex member : set.Members) {
+            int within = 0;
+            for (; at < any_.Records.size() && any_.Records[at].Begin < page_.End(member); ++at)
+                within += any_.Records[at].End > member ? 1 : 0;
+            same += within == 1 ? 1 : 0;
+        }
+        return static_cast<double>(same) / static_cast<double>(std::max(set.Members.size(), any_.Records.size()));
+    }
+
     // How many records hold what the examples promise; what does not counts against it.
     double ScoreOf(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
         double sum = 0;
@@ -279,25 +294,33 @@ private:
             if (examples_[i].What.Business != 0)
                 continue;
             double best = 0;
+            double all = 0;
             for (const RatedRow& row : rows[i]) {
                 const RecipeTrial::Fill fill = trial_.FillOf(row.Row, set.Members);
                 const bool isName = row.Row.Column == Field::BusinessName;
-                best = std::max(best, isName && fill.Difference < 0.5 ? fill.Share * 0.3 : fill.Share);
+                const double share = isName && fill.Difference < 0.5 ? fill.Share * 0.3 : fill.Share;
+                best = std::max(best, share);
+                all += share / static_cast<double>(rows[i].size());
             }
-            sum += best;
+            // Records that are of one make can be read in every way in which the example can.
+            sum += (best + all) / 2;
             ++count;
             if (examples_[i].What.Column == Field::BusinessName)
-                weakest = best;
+                weakest = (best + all) / 2;
         }
         if (count == 0)
             return 0;
         auto records = static_cast<double>(set.Members.size());
+        // What holds nothing but the name is hardly the whole record.
+        const QString record = RawFieldValue(source_, set.OfBusiness.front(), Field::BusinessName, {});
+        for (const FoundExample& example : examples_)
+            if (example.What.Business == 0 && IsExample(Field::BusinessName, record, example.Text))
+                records *= 0.3;
         const bool isAside = aside_[static_cast<size_t>(set.OfBusiness.front())];
         for (const NodeIndex member : set.Members)
             records -= !isAside && aside_[static_cast<size_t>(member)] ? 2 : 0;
         const double filled = records * weakest;
-        const double alike = Alike(set);
-        return filled < 1.5 || weakest < 0.4 ? 0 : filled * weakest * (sum / count) * alike * alike;
+        return filled < 0.5 || weakest < 0.3 ? 0 : filled * weakest * (sum / count) * Alike(set) * (1 + Agreement(set));
     }
 
     // ------------------------------------------------------------------------------------------------- the fields
@@ -441,7 +464,7 @@ private:
 
     // What any page is read by may hold for the columns that nobody spoke of.
     void Propose(const RecordSet& set, LearnedRecipe& learned) {
-        for (const FieldReading& reading : ReadAnyPage(page_, url_, Selectors::Made).Fields) {
+        for (const FieldReading& reading : any_.Fields) {
             if (Has(learned.What, reading.Column) || reading.Selector.isEmpty())
                 continue;
             RecipeProposal proposal{.Row = {.Column = reading.Column, .Selector = reading.Selector}, .Sample = {}};
@@ -464,6 +487,7 @@ private:
     const ValueSource source_;
     const ExamplePlaces places_;
     RecipeTrial trial_;
+    const AnyPageReading any_;        // what the page is read as without examples
     std::vector<char> aside_;         // for each node
     QHash<NodeIndex, QString> names_; // the best selector of elements that hold others
     std::vector<FoundExample> examples_;
