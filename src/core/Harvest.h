@@ -75,6 +75,9 @@ public:
     /// The records of the page in hand, listed before or not: what tells a page that is read a second time.
     PageRecords Records;
 
+    /// Where leads are kept beyond the run; null: nowhere.
+    LeadKeeping* Store = nullptr;
+
     /// Called for every lead that was listed or saved; may be empty.
     std::function<void(const Lead&)> LeadKept;
 

@@ -75,9 +75,11 @@ bool KeepLead(Harvest& harvest, const ListingRules& rules, Lead& lead) {
             ReplaceAll(lead.Phone, u"span class=phone_type", u"");
             lead.Phone = Trim(lead.Phone);
         }
+        lead.Country = rules.Country.toString();
+        if (harvest.Store)
+            harvest.Store->Keep(lead);
         if (rules.CountsExtracted)
             ++harvest.State.ExtractedNum;
-        lead.Country = rules.Country.toString();
         SaveOrList(harvest, lead, key);
     }
     ShowListCount(harvest.Leads, harvest.Texts, harvest.Status);

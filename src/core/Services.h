@@ -37,4 +37,13 @@ public:
     virtual void SaveLead(const QString& folder, const QString& name, const Lead& lead) = 0;
 };
 
+/// Keeps leads beyond the run of the program; implemented by the store.
+class LeadKeeping {
+public:
+    virtual ~LeadKeeping() = default;
+    /// Takes a finished lead of the current harvest, before it is counted. Never throws and never waits: what goes wrong
+    /// with the store must not stand in the way of a harvest.
+    virtual void Keep(const Lead& lead) = 0;
+};
+
 } // namespace Brindle
