@@ -4,6 +4,7 @@
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
+#include "cli/StoreLink.h"
 #include "core/HarvestDriver.h"
 #include "export/JsonLine.h"
 #include "toolkit/PageAddress.h"
@@ -37,6 +38,7 @@ public:
     Watch& operator=(const Watch&) = delete;
 
     bool Ended() const { return ended_; }
+    qint64 Pages() const { return pages_; }
     /// Why it was given up; empty when it came to its end.
     const QString& Error() const { return error_; }
 
@@ -148,6 +150,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
     const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
     Watch watch(line, session, *browser, output);
     HarvestDriver driver(session.Job, *browser, &watch);
+    StoreLink store(line, session, start);
 
     const QElapsedTimer sinceStart = [] {
         QElapsedTimer timer;
@@ -169,6 +172,10 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
             session.Out.Error(error);
     const bool failed =
         !watch.Error().isEmpty() || !output.Error().isEmpty() || !session.State.FailureMessage.isEmpty();
+    store.End(session.CtrlC.Happened() ? HarvestEnding::Stopped
+              : failed                 ? HarvestEnding::Failed
+                                       : HarvestEnding::Done,
+              watch.Pages());
     return session.StatusOrInterrupted(failed ? ExitStatus::Failed : ExitStatus::Done);
 }
 

@@ -2,6 +2,7 @@
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
+#include "cli/StoreLink.h"
 #include "core/HarvestDriver.h"
 #include "net/TextDecoder.h"
 #include "page/HtmlDocument.h"
@@ -68,13 +69,16 @@ int RunParse(const CommandLine& line, Console& console) {
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
                       FurtherColumns(line, session.More));
     output.Begin();
+    StoreLink store(line, session, line.Arguments.first());
     session.Job.Begin();
+    qint64 pages = 0;
     int status = ExitStatus::Done;
     for (const QString& fileName : line.Arguments) {
         if (session.State.ShouldStop || !output.Error().isEmpty())
             break;
         try {
             ReadPage(session, line, fileName);
+            ++pages;
             console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
         } catch (const Failure& failure) {
             console.Error(failure.Message());
@@ -88,6 +92,10 @@ int RunParse(const CommandLine& line, Console& console) {
         console.Error(output.Error());
     if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())
         status = ExitStatus::Failed;
+    store.End(session.CtrlC.Happened()       ? HarvestEnding::Stopped
+              : status == ExitStatus::Failed ? HarvestEnding::Failed
+                                             : HarvestEnding::Done,
+              pages);
     return session.StatusOrInterrupted(status);
 }
 

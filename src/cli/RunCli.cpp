@@ -50,6 +50,10 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         return RunExplain(line, console);
     case Command::Merge:
         return RunMerge(line, console);
+    case Command::Leads:
+        return RunLeads(line, console);
+    case Command::Status:
+        return RunStatus(line, console);
     case Command::Help:
         WriteToStandardOutput(UsageText().toLocal8Bit());
         return ExitStatus::Done;
@@ -59,8 +63,6 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Run:
     case Command::Work:
     case Command::Searches:
-    case Command::Leads:
-    case Command::Status:
     case Command::Diagnose:
         break;
     }

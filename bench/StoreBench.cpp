@@ -1,0 +1,135 @@
+#include "InventedLeads.h"
+#include "store/StoreQueries.h"
+#include "store/StoreWriter.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <cstdlib>
+
+using namespace Brindle;
+using namespace Qt::StringLiterals;
+
+// A store of a million leads: how long it takes to fill, how large it is, and how long each kind of question takes.
+// BRINDLE_BENCH_LEADS: another number of leads; BRINDLE_BENCH_STORE: another target, which must be empty.
+
+namespace {
+
+qint64 LeadNumber() {
+    const int given = qEnvironmentVariableIntValue("BRINDLE_BENCH_LEADS");
+    return given > 0 ? given : 1'000'000;
+}
+
+struct Filled {
+    QTemporaryDir Folder;
+    std::unique_ptr<Database> Store;
+    qint64 TextBytes = 0;
+
+    Filled() {
+        const QString target = qEnvironmentVariable("BRINDLE_BENCH_STORE", Folder.filePath(u"leads.db"_s));
+        Store = std::make_unique<Database>(StoreTarget::Parse(target));
+    }
+};
+
+// Twenty leads a result page, 5,000 leads a harvest, eight directories.
+void Fill(Filled& filled) {
+    StoreWriter writer(*filled.Store);
+    HarvestInfo harvest;
+    std::vector<StoreEvent> page;
+    const qint64 begun = 1'700'000'000'000;
+    for (qint64 i = 0; i < LeadNumber(); ++i) {
+        if (i % 5000 == 0) {
+            harvest = {.Uid = u"harvest-%1"_s.arg(i),
+                       .Session = u"s"_s,
+                       .Site = u"SITE%1"_s.arg(i / 5000 % 8),
+                       .Begun = begun + i * 100};
+            page.push_back(harvest);
+        }
+        Lead lead = Test::InventedLead(i);
+        for (int column = 0; column < FieldCount; ++column)
+            filled.TextBytes += lead.At(column).toUtf8().size();
+        page.push_back(FoundLead{harvest.Uid, i % 5000 + 1, begun + i * 100, std::move(lead)});
+        if (i % 5000 == 4999)
+            page.push_back(HarvestEnd{harvest.Uid, begun + i * 100});
+        if (i % 200 == 199) {
+            writer.Take(page);
+            page.clear();
+            if (i % 1000 == 999)
+                writer.IndexWords(1000);
+        }
+    }
+    writer.Take(page);
+    writer.IndexWords();
+}
+
+Filled& Store() {
+    static Filled filled;
+    return filled;
+}
+
+void Keep(benchmark::State& state) {
+    for (auto _ : state)
+        Fill(Store());
+    const auto size = static_cast<double>(StoreQueries(*Store().Store).Size());
+    state.counters["leads/s"] = benchmark::Counter(static_cast<double>(LeadNumber()), benchmark::Counter::kIsRate);
+    state.counters["text_MB"] = static_cast<double>(Store().TextBytes) / 1e6;
+    state.counters["file_MB"] = size / 1e6;
+    state.counters["file/text"] = size / static_cast<double>(Store().TextBytes);
+}
+
+void Page(benchmark::State& state, const LeadFilter& filter, const LeadOrder& order, qint64 offset) {
+    StoreQueries queries(*Store().Store);
+    size_t rows = 0;
+    for (auto _ : state)
+        rows = queries.Leads(filter, order, offset, 200).size();
+    state.counters["rows"] = static_cast<double>(rows);
+}
+
+void Count(benchmark::State& state, const LeadFilter& filter) {
+    StoreQueries queries(*Store().Store);
+    qint64 count = 0;
+    for (auto _ : state)
+        count = queries.LeadCount(filter);
+    state.counters["leads"] = static_cast<double>(count);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const qint64 middle = 1'700'000'000 + LeadNumber() / 20;
+    const std::pair<const char*, LeadFilter> questions[] = {
+        {"all", {}},
+        {"word_of_one", {.Text = u"100500"_s}},
+        {"word_of_many", {.Text = u"plumbers"_s}},
+        {"beginning", {.Text = u"rest"_s}},
+        {"two_words", {.Text = u"dentists bc"_s}},
+        {"directory", {.Site = u"SITE3"_s}},
+        {"since", {.Since = middle}},
+        {"until", {.Until = middle}},
+        {"new", {.OnlyNew = true}},
+        {"everything", {.Text = u"plumbers"_s, .Site = u"SITE3"_s, .Since = middle, .OnlyNew = true}},
+    };
+    benchmark::RegisterBenchmark("Keep", Keep)->Iterations(1)->Unit(benchmark::kMillisecond);
+    for (const auto& [name, filter] : questions) {
+        const LeadFilter& asked = filter;
+        benchmark::RegisterBenchmark((std::string("FirstPage/") + name).c_str(), [asked](benchmark::State& state) {
+            Page(state, asked, {}, 0);
+        })->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark((std::string("Count/") + name).c_str(), [asked](benchmark::State& state) {
+            Count(state, asked);
+        })->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RegisterBenchmark("LastPage/all", [](benchmark::State& state) {
+        Page(state, {}, {}, LeadNumber() - 200);
+    })->Unit(benchmark::kMillisecond);
+    for (const int column : {1, 4, 8, 12})
+        benchmark::RegisterBenchmark(("Sorted/column" + std::to_string(column)).c_str(), [column](
+                                                                                             benchmark::State& state) {
+            Page(state, {}, {column, false}, 0);
+        })->Unit(benchmark::kMillisecond);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

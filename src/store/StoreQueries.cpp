@@ -1,0 +1,274 @@
+#include "store/StoreQueries.h"
+
+#include "store/LeadColumns.h"
+#include "store/LeadWords.h"
+#include "store/StoreWriter.h"
+
+#include <QFileInfo>
+
+#include <array>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array<QStringView, FieldCount> columnNames{
+    u"category", u"name",  u"full_address", u"street",  u"city",  u"state",        u"postal_code",
+    u"country",  u"phone", u"fax",          u"website", u"email", u"full_address", u"details_link"};
+
+const QString harvestColumns =
+    u"id,uid,session,origin,site,start,what,place,started_by,begun,ended,ending,pages,leads,new_leads,"
+    "CASE WHEN leads=0 OR last_seq<=settled_to THEN 0 ELSE (SELECT count(*) FROM lead WHERE lead.harvest=harvest.id"
+    " AND lead.seq>harvest.settled_to) END"_s;
+
+// The columns of a stored lead in front of those of its fields.
+QString StoredColumns() {
+    return u"lead.id,lead.harvest,lead.seq,lead.business,harvest.begun/1000+lead.found,business.first_seen,"
+           "business.last_seen,harvest.site,lead.changed,"_s +
+           LeadColumns();
+}
+
+QString StoredTables() {
+    return LeadTables() + u" LEFT JOIN business ON business.id=lead.business JOIN harvest ON harvest.id=lead.harvest"_s;
+}
+
+// The words as each engine's index is asked for their beginnings.
+QString WordQuery(const QStringList& words, bool isPostgres) {
+    QStringList parts;
+    for (const QString& word : words)
+        parts += isPostgres ? QString(u'\'' + word + u"':*") : QString(u'"' + word + u"\"*");
+    return parts.join(isPostgres ? u" & "_s : u" AND "_s);
+}
+
+} // namespace
+
+StoreQueries::Conditions StoreQueries::Of(const LeadFilter& filter) {
+    Conditions conditions;
+    QStringList parts;
+    if (!filter.Text.isEmpty()) {
+        const QStringList words = WordsOf(filter.Text);
+        conditions.Nothing = words.isEmpty();
+        conditions.ByText = true;
+        try {
+            StoreWriter(database_).IndexWords();
+        } catch (const StoreError& error) {
+            // Somebody is writing, and does it then; or nothing can be written any more, and what is there can be read.
+            if (error.Reason == StoreError::Why::Damaged)
+                throw;
+        }
+        parts += database_.IsPostgres() ? u"lead.words @@ ?::tsquery"_s
+                                        : u"lead.id IN (SELECT rowid FROM lead_words WHERE lead_words MATCH ?)"_s;
+        conditions.Values += WordQuery(words, database_.IsPostgres());
+    }
+    if (!filter.Site.isEmpty()) {
+        parts += u"lead.harvest IN (SELECT id FROM harvest WHERE site=?)"_s;
+        conditions.Values += filter.Site;
+    }
+    if (filter.Harvest != 0) {
+        parts += u"lead.harvest=?"_s;
+        conditions.Values += filter.Harvest;
+    }
+    // Most harvests lie on one side of a moment as a whole; only of those that were going on then every lead is asked.
+    if (filter.Since != 0) {
+        parts += u"(lead.harvest IN (SELECT id FROM harvest WHERE begun>=?) OR (lead.harvest IN (SELECT id FROM harvest"
+                 " WHERE begun<? AND (ended IS NULL OR ended>=?)) AND lead.found>=?-(SELECT begun/1000 FROM harvest"
+                 " WHERE harvest.id=lead.harvest)))"_s;
+        const qint64 moment = filter.Since * 1000;
+        conditions.Values += {moment, moment, moment, filter.Since};
+    }
+    if (filter.Until != 0) {
+        parts += u"(lead.harvest IN (SELECT id FROM harvest WHERE ended<?) OR (lead.harvest IN (SELECT id FROM harvest"
+                 " WHERE begun<? AND (ended IS NULL OR ended>=?)) AND lead.found<?-(SELECT begun/1000 FROM harvest"
+                 " WHERE harvest.id=lead.harvest)))"_s;
+        const qint64 moment = filter.Until * 1000;
+        conditions.Values += {moment, moment, moment, filter.Until};
+    }
+    if (filter.OnlyNew)
+        parts += u"lead.business=lead.id"_s;
+    if (!parts.isEmpty())
+        conditions.Where = u" WHERE "_s + parts.join(u" AND "_s);
+    return conditions;
+}
+
+std::vector<StoredLead> StoreQueries::Read(QSqlQuery& query) {
+    std::vector<StoredLead> leads;
+    while (query.next()) {
+        StoredLead lead;
+        lead.Id = query.value(0).toLongLong();
+        lead.Harvest = query.value(1).toLongLong();
+        lead.Seq = query.value(2).toLongLong();
+        lead.Business = query.value(3).toLongLong();
+        lead.Found = query.value(4).toLongLong();
+        lead.FirstSeen = query.value(5).toLongLong();
+        lead.LastSeen = query.value(6).toLongLong();
+        lead.Site = query.value(7).toString();
+        lead.Changed = query.value(8).toInt();
+        lead.Lead = ReadLead(query, 9);
+        leads.push_back(std::move(lead));
+    }
+    query.finish();
+    return leads;
+}
+
+std::vector<StoredHarvest> StoreQueries::ReadHarvests(QSqlQuery& query) {
+    std::vector<StoredHarvest> harvests;
+    while (query.next()) {
+        StoredHarvest harvest;
+        harvest.Id = query.value(0).toLongLong();
+        HarvestInfo& info = harvest.Info;
+        info.Uid = query.value(1).toString();
+        info.Session = query.value(2).toString();
+        info.Origin = static_cast<HarvestOrigin>(query.value(3).toInt());
+        info.Site = query.value(4).toString();
+        info.Start = query.value(5).toString();
+        info.What = query.value(6).toString();
+        info.Place = query.value(7).toString();
+        info.By = query.value(8).toString();
+        info.Begun = query.value(9).toLongLong();
+        if (!query.isNull(10))
+            harvest.Ended = query.value(10).toLongLong();
+        harvest.Ending = static_cast<HarvestEnding>(query.value(11).toInt());
+        harvest.Pages = query.value(12).toInt();
+        harvest.Leads = query.value(13).toLongLong();
+        harvest.NewLeads = query.value(14).toLongLong();
+        harvest.Unsettled = query.value(15).toLongLong();
+        harvests.push_back(std::move(harvest));
+    }
+    query.finish();
+    return harvests;
+}
+
+std::vector<StoredHarvest> StoreQueries::Harvests(qint64 offset, qint64 limit, const QString& site) {
+    const QString where = site.isEmpty() ? u""_s : u" WHERE site=?"_s;
+    QVariantList values;
+    if (!site.isEmpty())
+        values += site;
+    values += {limit, offset};
+    return ReadHarvests(database_.Run(u"SELECT "_s + harvestColumns + u" FROM harvest"_s + where +
+                                          u" ORDER BY begun DESC, id DESC LIMIT ? OFFSET ?"_s,
+                                      values));
+}
+
+qint64 StoreQueries::HarvestCount() {
+    return database_.Value(u"SELECT count(*) FROM harvest"_s).toLongLong();
+}
+
+qint64 StoreQueries::BusinessCount() {
+    return database_.Value(u"SELECT count(*) FROM business"_s).toLongLong();
+}
+
+std::optional<StoredHarvest> StoreQueries::HarvestOf(const QString& uid) {
+    const std::vector<StoredHarvest> found =
+        ReadHarvests(database_.Run(u"SELECT "_s + harvestColumns + u" FROM harvest WHERE uid=?"_s, {uid}));
+    return found.empty() ? std::nullopt : std::optional(found.front());
+}
+
+std::vector<StoredHarvest> StoreQueries::UnsettledHarvests(const QString& by, const QStringList& liveSessions) {
+    std::vector<StoredHarvest> harvests = ReadHarvests(database_.Run(
+        u"SELECT "_s + harvestColumns +
+            u" FROM harvest WHERE origin=? AND started_by=? AND leads>0 AND last_seq>settled_to ORDER BY begun, id"_s,
+        {static_cast<int>(HarvestOrigin::Window), by}));
+    std::erase_if(harvests, [&](const StoredHarvest& harvest) {
+        return harvest.Unsettled == 0 || liveSessions.contains(harvest.Info.Session);
+    });
+    return harvests;
+}
+
+QStringList StoreQueries::Sites() {
+    QStringList sites;
+    QSqlQuery& query = database_.Run(u"SELECT DISTINCT site FROM harvest WHERE leads>0 ORDER BY site"_s);
+    while (query.next())
+        sites += query.value(0).toString();
+    query.finish();
+    return sites;
+}
+
+qint64 StoreQueries::LeadCount(const LeadFilter& filter) {
+    if (filter.Text.isEmpty() && filter.Since == 0 && filter.Until == 0) {
+        // The harvests know it.
+        const QString sum = filter.OnlyNew ? u"new_leads"_s : u"leads"_s;
+        QStringList parts;
+        QVariantList values;
+        if (!filter.Site.isEmpty()) {
+            parts += u"site=?"_s;
+            values += filter.Site;
+        }
+        if (filter.Harvest != 0) {
+            parts += u"id=?"_s;
+            values += filter.Harvest;
+        }
+        return database_
+            .Value(u"SELECT sum("_s + sum + u") FROM harvest"_s +
+                       (parts.isEmpty() ? u""_s : QString(u" WHERE "_s + parts.join(u" AND "_s))),
+                   values)
+            .toLongLong();
+    }
+    const Conditions conditions = Of(filter);
+    if (conditions.Nothing)
+        return 0;
+    const bool textAlone = conditions.Values.size() == 1 && conditions.ByText && !filter.OnlyNew;
+    if (textAlone && !database_.IsPostgres())
+        return database_.Value(u"SELECT count(*) FROM lead_words WHERE lead_words MATCH ?"_s, conditions.Values)
+            .toLongLong();
+    return database_.Value(u"SELECT count(*) FROM lead"_s + conditions.Where, conditions.Values).toLongLong();
+}
+
+std::vector<StoredLead> StoreQueries::Leads(const LeadFilter& filter, const LeadOrder& order, qint64 offset,
+                                            qint64 limit) {
+    const Conditions conditions = Of(filter);
+    if (conditions.Nothing)
+        return {};
+    const QString direction = order.Descending ? u" DESC"_s : u""_s;
+    QString by = u"lead.id"_s + direction;
+    if (order.Column >= 0 && order.Column < FieldCount) {
+        const QString column = columnNames.at(static_cast<size_t>(order.Column)).toString();
+        by = (database_.IsPostgres() ? QString(u"lower(lead."_s + column + u") COLLATE \"C\""_s)
+                                     : QString(u"lead."_s + column + u" COLLATE NOCASE"_s)) +
+             direction + u",lead.id"_s + direction;
+    }
+    // The page is cut out of the numbers alone; only its rows are read whole.
+    QVariantList values = conditions.Values;
+    values += {limit, offset};
+    return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                  u" WHERE lead.id IN (SELECT id FROM lead"_s + conditions.Where + u" ORDER BY "_s +
+                                  by + u" LIMIT ? OFFSET ?) ORDER BY "_s + by,
+                              values));
+}
+
+std::vector<StoredLead> StoreQueries::LeadsOf(qint64 harvest, qint64 afterSeq, qint64 limit) {
+    return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                  u" WHERE lead.harvest=? AND lead.seq>? ORDER BY lead.seq LIMIT ?"_s,
+                              {harvest, afterSeq, limit}));
+}
+
+std::vector<StoredLead> StoreQueries::LeadsAfter(const LeadFilter& filter, qint64 afterId, qint64 limit) {
+    const Conditions conditions = Of(filter);
+    if (conditions.Nothing)
+        return {};
+    QVariantList values = conditions.Values;
+    values += {afterId, limit};
+    return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                  (conditions.Where.isEmpty() ? u" WHERE "_s : QString(conditions.Where + u" AND "_s)) +
+                                  u"lead.id>? ORDER BY lead.id LIMIT ?"_s,
+                              values));
+}
+
+std::vector<StoredLead> StoreQueries::LeadsOfBusiness(qint64 business) {
+    return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                  u" WHERE lead.business=? ORDER BY lead.id"_s,
+                              {business}));
+}
+
+qint64 StoreQueries::Size() {
+    if (database_.IsPostgres())
+        return database_
+            .Value(u"SELECT sum(pg_total_relation_size(c.oid)) FROM pg_class c JOIN pg_namespace n"
+                   " ON n.oid=c.relnamespace WHERE n.nspname='brindle' AND c.relkind IN ('r','S')"_s)
+            .toLongLong();
+    const QString file = database_.Target().FileName;
+    return QFileInfo(file).size() + QFileInfo(file + u"-wal"_s).size();
+}
+
+} // namespace Brindle

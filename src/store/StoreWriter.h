@@ -1,0 +1,49 @@
+#pragma once
+
+#include "store/Database.h"
+#include "store/StoreRecords.h"
+
+#include <map>
+#include <span>
+#include <vector>
+
+namespace Brindle {
+
+/// Writes harvests and their leads into a store.
+class StoreWriter {
+public:
+    explicit StoreWriter(Database& database) : database_(database) {}
+
+    /// Takes events in order, all or none of them. What the store has already is left out, so the same events may come
+    /// again after a crash. Throws `StoreError`.
+    void Take(std::span<const StoreEvent> events);
+
+    /// Makes the words of the leads that came since the last time findable; SQLite only, a server does it at once.
+    /// With `atLeast` nothing is done while fewer are waiting. Throws `StoreError`.
+    void IndexWords(qint64 atLeast = 1);
+
+private:
+    struct HarvestRow {
+        qint64 Id = 0;
+        qint64 Begun = 0;
+        qint64 LastSeq = 0;
+        bool LinkTellsApart = true;
+    };
+    struct Row; // a lead on its way into the store
+
+    HarvestRow& Known(const QString& uid);
+    void Begin(const HarvestInfo& harvest);
+    void End(const HarvestEnd& end);
+    void TakeLeads(std::span<const FoundLead* const> leads);
+    void Recognise(std::vector<Row>& rows);
+    void NoteChanges(std::vector<Row>& rows);
+    void Insert(const std::vector<Row>& rows);
+    qint64 FirstFreeNumber(qsizetype count);
+    qint64 MapShape(const QString& before, const QString& behind);
+
+    Database& database_;
+    std::map<QString, HarvestRow> harvests_;
+    QHash<QString, qint64> shapes_;
+};
+
+} // namespace Brindle

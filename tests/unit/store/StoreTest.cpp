@@ -1,0 +1,204 @@
+#include "StoreFixture.h"
+
+#include <QFile>
+
+using namespace Brindle;
+using namespace Brindle::Test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Lead Named(const QString& name, const QString& phone = {}, const QString& link = {}) {
+    Lead lead;
+    lead.Name = name;
+    lead.Phone = phone;
+    lead.DetailsLink = link;
+    return lead;
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Engines, StoreTest,
+                         testing::Values(StoreTarget::Engine::SQLite, StoreTarget::Engine::PostgreSQL),
+                         [](const auto& info) {
+                             return info.param == StoreTarget::Engine::SQLite ? "SQLite" : "PostgreSQL";
+                         });
+
+TEST_P(StoreTest, KeepsEveryFieldInOrderAndOnce) {
+    std::vector<Lead> leads;
+    for (int i = 0; i < 300; ++i)
+        leads.push_back(InventedLead(i));
+    leads[7] = {};
+    leads[8].Name = u"'; DROP TABLE lead; -- ? $1 \\ \" % _"_s;
+    leads[9].City = u"Zürich — 東京 \U0001F4DE"_s;
+    leads[10].MapLink = u"http://other.test/map/10"_s;
+    leads[11].FullAddress = u"a"_s; // occurs in the link of the map more than once
+    std::vector<StoreEvent> events{Begun(u"h"_s, u"KVPN001001"_s)};
+    for (size_t i = 0; i < leads.size(); ++i)
+        events.push_back(Found(u"h"_s, static_cast<qint64>(i) + 1, leads[i]));
+    // In two parts that overlap, as after a crash, and once more as a whole.
+    Take({events.begin(), events.begin() + 200});
+    Open();
+    Take({events.begin() + 150, events.end()});
+    Take(events);
+    Take({HarvestEnd{u"h"_s, 2'000'000, HarvestEnding::Done, 12}});
+    EXPECT_EQ(LeadsOf(u"h"_s), leads);
+    const auto harvest = StoreQueries(*Store).HarvestOf(u"h"_s);
+    ASSERT_TRUE(harvest);
+    EXPECT_EQ(harvest->Leads, 300);
+    EXPECT_EQ(harvest->Pages, 12);
+    EXPECT_EQ(harvest->Ended, 2'000'000);
+    EXPECT_EQ(harvest->Ending, HarvestEnding::Done);
+    EXPECT_EQ(harvest->Info.Start, u"http://dir.test/?page=1");
+
+    // What no engine can hold is replaced, and nothing else is lost with it.
+    Lead odd = Named(u"A\0B"_s);
+    odd.City = QString(QChar(0xD800)) + u"x"_s;
+    Take({Begun(u"odd"_s, u"KVPN001001"_s), Found(u"odd"_s, 1, odd)});
+    EXPECT_EQ(LeadsOf(u"odd"_s).at(0).Name, u"A\uFFFDB");
+    EXPECT_EQ(LeadsOf(u"odd"_s).at(0).City, u"\uFFFDx");
+}
+
+TEST_P(StoreTest, RecognisesABusinessAndSaysWhatChanged) {
+    Lead first = Named(u"Caffè D'Oro"_s, u"02/1234567"_s, u"http://a.test/1"_s);
+    first.FullAddress = u"Via Roma 1, Milano"_s;
+    Lead moved = first; // the same entry, another address
+    moved.FullAddress = u"Via Verdi 2, Milano"_s;
+    Lead elsewhere = Named(u"CAFFE D’ORO"_s, u"+39 02 1234567"_s, u"http://b.test/x"_s);
+    Lead byAddress = Named(u"Caffe d'oro"_s);
+    byAddress.FullAddress = u"via roma 1 MILANO"_s;
+    const Lead stranger = Named(u"Caffè D'Oro"_s, u"02/7654321"_s, u"http://a.test/2"_s);
+    Take({Begun(u"1"_s, u"A"_s, 1000), Found(u"1"_s, 1, first, 1001), Found(u"1"_s, 2, stranger, 1002)});
+    Take({Begun(u"2"_s, u"A"_s, 2000), Found(u"2"_s, 1, moved, 2001)});
+    Take({Begun(u"3"_s, u"B"_s, 3000), Found(u"3"_s, 1, elsewhere, 3001), Found(u"3"_s, 2, byAddress, 3002)});
+
+    const std::vector<StoredLead> all = StoreQueries(*Store).LeadsAfter({}, 0, 100);
+    ASSERT_EQ(all.size(), 5U);
+    std::vector<bool> fresh;
+    for (const StoredLead& lead : all)
+        fresh.push_back(lead.IsNew());
+    EXPECT_EQ(fresh, (std::vector<bool>{true, true, false, false, false}));
+    EXPECT_EQ(all[2].Changed, 1 << static_cast<int>(Field::FullAddress));
+    EXPECT_EQ(all[0].FirstSeen, 1001);
+    EXPECT_EQ(all[0].LastSeen, 3002);
+    EXPECT_EQ(all[1].LastSeen, 1002);
+    EXPECT_EQ(StoreQueries(*Store).LeadsOfBusiness(all[0].Business).size(), 4U);
+    EXPECT_EQ(StoreQueries(*Store).BusinessCount(), 2);
+    EXPECT_EQ(StoreQueries(*Store).HarvestOf(u"3"_s)->NewLeads, 0);
+}
+
+TEST_P(StoreTest, AnswersEveryKindOfQuestion) {
+    Lead a = Named(u"Äpfel & Co"_s, u"(604) 555-0100"_s, u"http://www.dir.test/e/apfel-100.html"_s);
+    a.City = u"Vancouver"_s;
+    Lead b = Named(u"Bolt Plumbing"_s, u"604.555.0199"_s);
+    b.Email = u"info@bolt-plumbing.example"_s;
+    b.City = u"burnaby"_s;
+    const Lead c = Named(u"Çelik"_s, u"1"_s);
+    Take({Begun(u"1"_s, u"A"_s, 1000), Found(u"1"_s, 1, a, 1000), Found(u"1"_s, 2, b, 1500),
+          HarvestEnd{u"1"_s, 1'600'000, HarvestEnding::Done, 1}});
+    Take({Begun(u"2"_s, u"B"_s, 2000), Found(u"2"_s, 1, b, 2000), Found(u"2"_s, 2, c, 2500)});
+
+    const struct {
+        LeadFilter Filter;
+        QStringList Names;
+    } cases[] = {
+        {{}, {a.Name, b.Name, b.Name, c.Name}},
+        {{.Text = u"apfel"_s}, {a.Name}},
+        {{.Text = u"ÄPF"_s}, {a.Name}},
+        {{.Text = u"6045550100"_s}, {a.Name}},
+        {{.Text = u"555-01"_s}, {a.Name, b.Name, b.Name}},
+        {{.Text = u"plumb info@bolt"_s}, {b.Name, b.Name}},
+        {{.Text = u"celik"_s}, {c.Name}},
+        {{.Text = u"umbing"_s}, {}}, // words are found by their beginnings
+        {{.Text = u"bolt apfel"_s}, {}},
+        {{.Text = u"\"'*&|!:( "_s}, {}},
+        {{.Text = u"' OR \"\" bolt:*"_s}, {}},
+        {{.Site = u"B"_s}, {b.Name, c.Name}},
+        {{.Since = 1500}, {b.Name, b.Name, c.Name}},
+        {{.Since = 2001}, {c.Name}},
+        {{.Until = 1500}, {a.Name}},
+        {{.Since = 1500, .Until = 2500}, {b.Name, b.Name}},
+        {{.OnlyNew = true}, {a.Name, b.Name, c.Name}},
+        {{.Text = u"bolt"_s, .Site = u"B"_s, .OnlyNew = true}, {}},
+        {{.Text = u"bolt"_s, .Site = u"A"_s, .Since = 1001, .OnlyNew = true}, {b.Name}},
+    };
+    for (const auto& [filter, names] : cases)
+        EXPECT_EQ(Find(filter), names) << filter.Text.toStdString() << ' ' << filter.Since << ' ' << filter.Until;
+
+    EXPECT_EQ(Find({}, {static_cast<int>(Field::City), true}), (QStringList{a.Name, b.Name, b.Name, c.Name}));
+    EXPECT_EQ(Find({}, {static_cast<int>(Field::City), false}), (QStringList{c.Name, b.Name, b.Name, a.Name}));
+    const std::vector<StoredLead> page = StoreQueries(*Store).Leads({}, {LeadOrder::Found, true}, 1, 2);
+    ASSERT_EQ(page.size(), 2U);
+    EXPECT_EQ(page[0].Lead.Name, b.Name);
+    EXPECT_EQ(page[0].Site, u"B");
+    EXPECT_EQ(page[1].Site, u"A");
+    EXPECT_EQ(StoreQueries(*Store).Sites(), (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_EQ(StoreQueries(*Store).Harvests(0, 10).at(0).Info.Uid, u"2");
+}
+
+TEST_P(StoreTest, WhatIsTakenBackIsGone) {
+    std::vector<StoreEvent> events{Begun(u"h"_s, u"A"_s)};
+    for (int i = 1; i <= 5; ++i)
+        events.push_back(Found(u"h"_s, i, Named(u"Unmistakable%1"_s.arg(i), u"604555010%1"_s.arg(i))));
+    Take(events);
+    Take({Begun(u"again"_s, u"B"_s), Found(u"again"_s, 1, Named(u"Unmistakable4"_s, u"6045550104"_s))});
+    StoreQueries queries(*Store);
+    StoreEdits edits(*Store);
+    EXPECT_EQ(Find({.Text = u"unmist"_s}).size(), 6);
+
+    // Offered back until it was exported; what came later is offered again, what runs still is not.
+    EXPECT_EQ(queries.UnsettledHarvests(u"me@here"_s, {}).size(), 2U);
+    EXPECT_EQ(queries.UnsettledHarvests(u"me@here"_s, {u"session-h"_s}).size(), 1U);
+    EXPECT_TRUE(queries.UnsettledHarvests(u"you@here"_s, {}).empty());
+    edits.Settle(u"again"_s);
+    edits.Settle(u"h"_s, 3);
+    auto open = queries.UnsettledHarvests(u"me@here"_s, {});
+    ASSERT_EQ(open.size(), 1U);
+    EXPECT_EQ(open[0].Unsettled, 2);
+
+    const qint64 places[] = {1, 5};
+    edits.DeleteLeads(u"h"_s, places);
+    EXPECT_EQ(queries.HarvestOf(u"h"_s)->Leads, 3);
+    EXPECT_EQ(queries.HarvestOf(u"h"_s)->Unsettled, 1);
+    EXPECT_EQ(Find({.Text = u"unmistakable1"_s}), QStringList());
+    Take({Found(u"again"_s, 2, Named(u"Unmistakable1"_s, u"6045550101"_s))});
+    EXPECT_EQ(queries.HarvestOf(u"again"_s)->NewLeads, 0); // deleted, yet known
+
+    const qint64 business = queries.Leads({.Text = u"unmistakable4"_s}, {}, 0, 1).at(0).Business;
+    EXPECT_EQ(edits.EraseBusiness(business), 2);
+    EXPECT_EQ(Find({.Text = u"unmistakable4"_s}), QStringList());
+    EXPECT_EQ(Find({.Text = u"unmist"_s}).size(), 3);
+    Take({Found(u"again"_s, 3, Named(u"Unmistakable4"_s, u"6045550104"_s))});
+    EXPECT_EQ(queries.HarvestOf(u"again"_s)->NewLeads, 1); // as if never seen
+    edits.EraseBusiness(queries.Leads({.Text = u"unmistakable4"_s}, {}, 0, 1).at(0).Business);
+    edits.DeleteHarvest(queries.HarvestOf(u"h"_s)->Id);
+    EXPECT_FALSE(queries.HarvestOf(u"h"_s));
+    EXPECT_EQ(Find({}), QStringList(u"Unmistakable1"_s));
+
+    if (GetParam() != StoreTarget::Engine::SQLite)
+        return;
+    Store.reset();
+    QFile file(Target().FileName);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll().toLower();
+    EXPECT_TRUE(bytes.contains("unmistakable1"));
+    EXPECT_FALSE(bytes.contains("unmistakable4"));
+}
+
+TEST_P(StoreTest, OpensOnlyWhatItKnows) {
+    Take({Begun(u"h"_s, u"A"_s), Found(u"h"_s, 1, InventedLead(1))});
+    Open();
+    EXPECT_EQ(LeadsOf(u"h"_s).size(), 1U);
+    if (Server)
+        Store->Execute(u"INSERT INTO schema_version(version) VALUES(1000)"_s);
+    else
+        Store->Execute(u"PRAGMA user_version=1000"_s);
+    try {
+        Open();
+        FAIL() << "a newer store was opened";
+    } catch (const StoreError& error) {
+        EXPECT_EQ(error.Reason, StoreError::Why::Newer);
+        EXPECT_TRUE(error.Message().contains(u"newer version")) << error.Message().toStdString();
+        EXPECT_TRUE(error.Message().contains(Target().Shown()));
+    }
+}
