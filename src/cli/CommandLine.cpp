@@ -151,6 +151,7 @@ const std::vector<Option>& Options() {
         {u"--ignore-robots", manySearchCommands, false,
          [](CommandLine& line, const QString&) { line.IgnoreRobots = true; }},
         {u"--wait", Of(Command::Work), false, [](CommandLine& line, const QString&) { line.Wait = true; }},
+        {u"--member", manySearchCommands, false, [](CommandLine& line, const QString&) { line.Member = true; }},
         {u"--json", Of(Command::Status) | Of(Command::Searches), false,
          [](CommandLine& line, const QString&) { line.Json = true; }},
     };

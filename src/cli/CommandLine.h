@@ -82,6 +82,7 @@ struct CommandLine {
     int LimitPerHost = 0; ///< 0: no limit of its own
     bool IgnoreRobots = false;
     bool Wait = false;
+    bool Member = false; ///< one of the processes of a run, started by it
     bool Json = false; ///< status and searches: JSON lines, for monitoring
 };
 

@@ -18,6 +18,9 @@ int RunSettings(const CommandLine& line);
 /// `teach`: a recipe from examples on a saved page.
 int RunTeach(const CommandLine& line, Console& console);
 int RunLeads(const CommandLine& line, Console& console);
+int RunRun(const CommandLine& line, Console& console);
+int RunWork(const CommandLine& line, Console& console);
+int RunSearches(const CommandLine& line, Console& console);
 int RunStatus(const CommandLine& line, Console& console);
 int RunLanguage(const CommandLine& line, Console& console);
 int RunMerge(const CommandLine& line, Console& console);

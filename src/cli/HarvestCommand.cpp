@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
+#include "cli/SearchHarvest.h"
 #include "cli/Session.h"
 #include "cli/StoreLink.h"
 #include "core/HarvestDriver.h"
@@ -203,7 +204,8 @@ int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactor
         return HarvestDemo(line, console, webBrowser);
     Session session(line, console, LoadSites(line));
     session.SelectSite(line.Site);
-    return HarvestFrom(line, session, line.Start, webBrowser);
+    const SearchRow search{0, line.Site, line.Start, line.What, line.Place};
+    return HarvestFrom(line, session, StartOf(search, session), webBrowser);
 }
 
 } // namespace Brindle

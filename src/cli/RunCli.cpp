@@ -50,6 +50,12 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         return RunExplain(line, console);
     case Command::Merge:
         return RunMerge(line, console);
+    case Command::Run:
+        return RunRun(line, console);
+    case Command::Work:
+        return RunWork(line, console);
+    case Command::Searches:
+        return RunSearches(line, console);
     case Command::Leads:
         return RunLeads(line, console);
     case Command::Status:
@@ -60,9 +66,6 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Version:
         WriteToStandardOutput(QString(ProductTitle() + u' ' + ProductVersion() + u'\n').toLocal8Bit());
         return ExitStatus::Done;
-    case Command::Run:
-    case Command::Work:
-    case Command::Searches:
     case Command::Diagnose:
         break;
     }

@@ -12,7 +12,9 @@ struct MoreOptions {
     bool WorkbookAtEnd = false; ///< export.workbook_at_end: a workbook of the leads at the end of every harvest
     bool SheetCsvAtEnd = false; ///< export.sheet_csv_at_end: the same as CSV for spreadsheets
 
-    QString MailNameServer;     ///< mail.name_server: "address:port" for --check-mx; empty: that of the system
+    QString MailNameServer;          ///< mail.name_server: "address:port" for --check-mx; empty: that of the system
+    int WorkLeaseSeconds = 60;       ///< work.lease_seconds: a worker that is silent for so long has lost its search
+    int WorkPageMilliseconds = 1000; ///< work.page_milliseconds: from one page of a host to the next, over all workers
 
     bool operator==(const MoreOptions&) const = default;
 };

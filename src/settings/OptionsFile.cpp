@@ -20,22 +20,26 @@ namespace {
 
 constexpr qint64 sizeLimit = 1 << 20;
 
-using Member = std::variant<bool MoreOptions::*, QString MoreOptions::*>;
+using Member = std::variant<bool MoreOptions::*, QString MoreOptions::*, int MoreOptions::*>;
 
 struct Row {
     const char* Table;
     const char* Key;
     Member Where;
+    int Least = 0; // of a number
+    int Most = 0;
 
     QString Name() const { return QString::fromLatin1(Table) + u'.' + QString::fromLatin1(Key); }
 };
 
-const std::array<Row, 5> rows{{
+const std::array<Row, 7> rows{{
     {"store", "keep", &MoreOptions::StoreKeep},
     {"store", "target", &MoreOptions::StoreTarget},
     {"export", "workbook_at_end", &MoreOptions::WorkbookAtEnd},
     {"export", "sheet_csv_at_end", &MoreOptions::SheetCsvAtEnd},
     {"mail", "name_server", &MoreOptions::MailNameServer},
+    {"work", "lease_seconds", &MoreOptions::WorkLeaseSeconds, 2, 86'400},
+    {"work", "page_milliseconds", &MoreOptions::WorkPageMilliseconds, 0, 3'600'000},
 }};
 
 QString Shown(const QString& fileName) {
@@ -77,6 +81,13 @@ bool Take(MoreOptions& options, const Row& row, const toml::node& node) {
         options.** flag = node.as_boolean()->get();
         return true;
     }
+    if (const auto* number = std::get_if<int MoreOptions::*>(&row.Where)) {
+        const auto value = node.value_exact<int64_t>();
+        if (!value || *value < row.Least || *value > row.Most)
+            return false;
+        options.** number = static_cast<int>(*value);
+        return true;
+    }
     if (!node.is_string())
         return false;
     options.*std::get<QString MoreOptions::*>(row.Where) = QString::fromStdString(node.as_string()->get());
@@ -90,6 +101,8 @@ void Put(toml::table& table, const MoreOptions& options, const Row& row) {
     toml::table& group = *table.get(row.Table)->as_table();
     if (const auto* flag = std::get_if<bool MoreOptions::*>(&row.Where))
         group.insert_or_assign(row.Key, options.**flag);
+    else if (const auto* number = std::get_if<int MoreOptions::*>(&row.Where))
+        group.insert_or_assign(row.Key, options.**number);
     else
         group.insert_or_assign(row.Key, (options.*std::get<QString MoreOptions::*>(row.Where)).toStdString());
 }
@@ -163,6 +176,18 @@ bool SetMoreOption(MoreOptions& options, const QString& key, const QString& valu
             continue;
         if (const auto* text = std::get_if<QString MoreOptions::*>(&row.Where)) {
             options.** text = value;
+            return true;
+        }
+        if (const auto* number = std::get_if<int MoreOptions::*>(&row.Where)) {
+            bool isNumber = false;
+            const int given = value.toInt(&isNumber);
+            if (!isNumber || given < row.Least || given > row.Most) {
+                reason = u"%1: \u201C%2\u201D is no whole number from %3 to %4"_s.arg(key, value)
+                             .arg(row.Least)
+                             .arg(row.Most);
+                return false;
+            }
+            options.** number = given;
             return true;
         }
         const QString word = value.trimmed().toLower();

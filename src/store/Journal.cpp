@@ -29,6 +29,7 @@ QByteArray Encoded(const StoreEvent& event) {
         stream << found->HarvestUid << found->Seq << found->Found;
         for (int column = 0; column < FieldCount; ++column)
             stream << found->Lead.At(column);
+        stream << found->Session;
     } else if (const auto* end = std::get_if<HarvestEnd>(&event)) {
         stream << end->HarvestUid << end->Ended << static_cast<qint32>(end->Ending) << end->Pages;
     }
@@ -55,6 +56,7 @@ bool Decode(const QByteArray& payload, StoreEvent& event) {
         stream >> found.HarvestUid >> found.Seq >> found.Found;
         for (int column = 0; column < FieldCount; ++column)
             stream >> found.Lead.At(column);
+        stream >> found.Session;
         event = std::move(found);
     } else if (kind == 2) {
         HarvestEnd end;

@@ -133,11 +133,19 @@ void LeadKeeper::Begin(HarvestInfo harvest) {
     Tell(harvest);
 }
 
+void LeadKeeper::GoOn(const HarvestInfo& harvest, qint64 lastSeq) {
+    if (InHarvest())
+        End(HarvestEnding::Stopped, 0);
+    harvest_ = harvest;
+    harvest_.Session = session_;
+    seq_ = lastSeq;
+}
+
 void LeadKeeper::Keep(const Lead& lead) {
     if (!InHarvest())
         return;
     last_ = {harvest_.Uid, ++seq_};
-    Tell(FoundLead{harvest_.Uid, seq_, Now(), lead});
+    Tell(FoundLead{harvest_.Uid, seq_, Now(), lead, session_});
 }
 
 void LeadKeeper::End(HarvestEnding ending, qint32 pages) {

@@ -33,7 +33,10 @@ public:
     /// A harvest begins; the one before it ends as `Stopped` unless it has ended. Only origin,
     /// site, start, what and place are the caller's to say; the rest is filled in here.
     void Begin(HarvestInfo harvest);
+    /// Goes on with a harvest that the store has and that this session has taken over, behind its last lead.
+    void GoOn(const HarvestInfo& harvest, qint64 lastSeq);
     void Keep(const Lead& lead) override;
+    const QString& HarvestUid() const { return harvest_.Uid; }
     void End(HarvestEnding ending, qint32 pages);
     bool InHarvest() const { return !harvest_.Uid.isEmpty(); }
 

@@ -68,7 +68,21 @@ constexpr Statement leadsAndHarvests[] = {
     {lite, u"INSERT INTO mark(name, value) VALUES('words_to', 0)"},
 };
 
-constexpr std::span<const Statement> migrations[] = {leadsAndHarvests};
+// Searches that wait to be made, and the turns at the hosts that they go to.
+constexpr Statement searches[] = {
+    {both, u"CREATE TABLE search (id {id}, list TEXT NOT NULL, line INTEGER NOT NULL, site TEXT NOT NULL,"
+           u" start TEXT NOT NULL, what TEXT NOT NULL, place TEXT NOT NULL, host TEXT NOT NULL,"
+           u" state INTEGER NOT NULL DEFAULT 0, tries INTEGER NOT NULL DEFAULT 0, worker TEXT NOT NULL DEFAULT '',"
+           u" lease {big} NOT NULL DEFAULT 0, go_on TEXT NOT NULL DEFAULT '', pages INTEGER NOT NULL DEFAULT 0,"
+           u" harvest TEXT NOT NULL DEFAULT '', error TEXT NOT NULL DEFAULT '', added {big} NOT NULL, ended {big},"
+           u" UNIQUE(list, line))"},
+    {both, u"CREATE INDEX search_waiting ON search(id) WHERE state=0"},
+    {both, u"CREATE INDEX search_running ON search(lease) WHERE state=1"},
+    {both, u"CREATE INDEX search_list ON search(list, state, id)"},
+    {both, u"CREATE TABLE host_turn (host TEXT PRIMARY KEY, next_at {big} NOT NULL)"},
+};
+
+constexpr std::span<const Statement> migrations[] = {leadsAndHarvests, searches};
 
 QString Adapted(const Statement& statement, bool isPostgres) {
     QString sql = QString::fromUtf16(statement.Sql);
@@ -87,10 +101,9 @@ int VersionOf(Database& database) {
 
 void CheckVersion(const Database& database, int version) {
     if (version > SchemaVersion())
-        throw StoreError(Why::Newer, u"%1: made by a newer version of the program (%2; this one knows %3)"_s
-                                         .arg(database.Target().Shown())
-                                         .arg(version)
-                                         .arg(SchemaVersion()));
+        throw StoreError(Why::Newer,
+                         u"%1: made by a newer version of the program (%2; this one knows %3)"_s.arg(
+                             database.Target().Shown(), QString::number(version), QString::number(SchemaVersion())));
 }
 
 void CheckOwner(Database& database) {

@@ -64,6 +64,14 @@ void StoreEdits::DeleteHarvest(qint64 harvest) {
     transaction.Commit();
 }
 
+qint64 StoreEdits::TakeOver(const QString& harvestUid, const QString& session) {
+    WriteTransaction transaction(database_);
+    database_.Run(u"UPDATE harvest SET session=?,ended=NULL,ending=0 WHERE uid=?"_s, {session, harvestUid});
+    const qint64 last = database_.Value(u"SELECT last_seq FROM harvest WHERE uid=?"_s, {harvestUid}).toLongLong();
+    transaction.Commit();
+    return last;
+}
+
 void StoreEdits::Settle(const QString& harvestUid, qint64 upToSeq) {
     if (upToSeq < 0)
         database_.Run(u"UPDATE harvest SET settled_to=last_seq WHERE uid=?"_s, {harvestUid});

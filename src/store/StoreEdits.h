@@ -20,6 +20,9 @@ public:
     void DeleteLeads(std::span<const qint64> ids);
     /// Deletes a harvest and its leads.
     void DeleteHarvest(qint64 harvest);
+    /// Makes a session the one that goes on with a harvest; what another one still brings of it is dropped. The place
+    /// of its last lead.
+    qint64 TakeOver(const QString& harvestUid, const QString& session);
     /// The leads of a harvest up to this place were exported, or are not wanted any more; without a place: all.
     void Settle(const QString& harvestUid, qint64 upToSeq = -1);
     /// Erases everything that was ever kept of a business: its leads in all harvests, and by what it was recognised.

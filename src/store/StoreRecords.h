@@ -35,6 +35,7 @@ struct FoundLead {
     qint64 Seq = 0;
     qint64 Found = 0; ///< milliseconds since 1970, UTC
     Brindle::Lead Lead;
+    QString Session = {}; ///< whose harvest it was; dropped when another session has taken it over. Empty: anyone's
 };
 
 /// The end of a harvest.

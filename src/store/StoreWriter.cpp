@@ -125,11 +125,11 @@ StoreWriter::HarvestRow& StoreWriter::Known(const QString& uid) {
         return found->second;
     const QString lock = database_.IsPostgres() ? u" FOR UPDATE"_s : QString();
     QSqlQuery& query =
-        database_.Run(u"SELECT id,begun,last_seq,link_tells_apart FROM harvest WHERE uid=?"_s + lock, {uid});
+        database_.Run(u"SELECT id,begun,last_seq,link_tells_apart,session FROM harvest WHERE uid=?"_s + lock, {uid});
     HarvestRow row;
     if (query.next())
         row = {query.value(0).toLongLong(), query.value(1).toLongLong(), query.value(2).toLongLong(),
-               query.value(3).toBool()};
+               query.value(3).toBool(), query.value(4).toString()};
     query.finish();
     return harvests_.emplace(uid, row).first->second;
 }
@@ -147,8 +147,9 @@ void StoreWriter::TakeLeads(std::span<const FoundLead* const> leads) {
     rows.reserve(leads.size());
     for (const FoundLead* found : leads) {
         HarvestRow& harvest = Known(found->HarvestUid);
-        if (harvest.Id == 0 || found->Seq <= harvest.LastSeq)
-            continue; // erased meanwhile, or here already
+        const bool takenOver = !found->Session.isEmpty() && found->Session != harvest.Session;
+        if (harvest.Id == 0 || takenOver || found->Seq <= harvest.LastSeq)
+            continue; // erased meanwhile, another's, or here already
         harvest.LastSeq = found->Seq;
         Row row;
         row.Found = found;

@@ -28,6 +28,7 @@ private:
         qint64 Begun = 0;
         qint64 LastSeq = 0;
         bool LinkTellsApart = true;
+        QString Session = {};
     };
     struct Row; // a lead on its way into the store
 

@@ -42,7 +42,7 @@ TEST_F(OptionsFileTest, WhatIsSavedIsRead) {
     MoreOptions options;
     for (const QString& key : MoreOptionKeys()) {
         QString reason;
-        EXPECT_TRUE(SetMoreOption(options, key, key == u"store.keep" ? u"0"_s : u"true"_s, reason))
+        EXPECT_TRUE(SetMoreOption(options, key, key.startsWith(u"work."_s) ? u"17"_s : key == u"store.keep" ? u"0"_s : u"true"_s, reason))
             << reason.toStdString();
     }
     options.StoreTarget = u"C:\\Leads \"of\" ö\n"_s;
@@ -96,5 +96,7 @@ TEST_F(OptionsFileTest, OverridesThatAreNone) {
     EXPECT_TRUE(reason.contains(u"maybe"));
     EXPECT_FALSE(SetMoreOption(options, u"store.nothing"_s, u"1"_s, reason));
     EXPECT_TRUE(reason.contains(u"store.nothing"));
+    EXPECT_FALSE(SetMoreOption(options, u"work.lease_seconds"_s, u"0"_s, reason));
+    EXPECT_TRUE(reason.contains(u"from 2 to")) << reason.toStdString();
     EXPECT_EQ(options, MoreOptions());
 }

@@ -1,0 +1,124 @@
+#include "store/SearchTable.h"
+
+#include <QCryptographicHash>
+#include <QUrl>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Record {
+    int Line = 0;
+    QStringList Fields;
+    bool Open = false; // a quote that is never closed
+};
+
+std::vector<Record> Records(const QString& text, QChar delimiter) {
+    std::vector<Record> records;
+    Record record{1, {}, false};
+    QString field;
+    bool quoted = false;
+    int line = 1;
+    const auto endField = [&] {
+        record.Fields += field.trimmed();
+        field.clear();
+    };
+    const auto endRecord = [&] {
+        endField();
+        if (record.Fields != QStringList(QString()))
+            records.push_back(record);
+        record = {line, {}, false};
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c == u'\n')
+            ++line;
+        if (quoted) {
+            if (c != u'"') {
+                field += c;
+            } else if (i + 1 < text.size() && text[i + 1] == u'"') {
+                field += c;
+                ++i;
+            } else {
+                quoted = false;
+            }
+        } else if (c == u'"' && field.trimmed().isEmpty()) {
+            field.clear();
+            quoted = true;
+        } else if (c == delimiter) {
+            endField();
+        } else if (c == u'\n') {
+            endRecord();
+        } else if (c != u'\r') {
+            field += c;
+        }
+    }
+    record.Open = quoted;
+    endRecord();
+    return records;
+}
+
+QString WhyNoStart(const QString& start) {
+    const QUrl url(start, QUrl::TolerantMode);
+    const bool web = url.scheme() == u"http" || url.scheme() == u"https";
+    return web && url.isValid() && !url.host().isEmpty() ? QString()
+                                                         : u"\u201C%1\u201D is no http or https address"_s.arg(start);
+}
+
+} // namespace
+
+QString SearchTable::Digest() const {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const SearchRow& row : Rows)
+        hash.addData(QString(QStringList{row.Site, row.Start, row.What, row.Place}.join(u'\x1f') + u'\n').toUtf8());
+    return QString::fromLatin1(hash.result().toHex().first(16));
+}
+
+SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot) {
+    SearchTable table;
+    QString all = text;
+    if (all.startsWith(u'\uFEFF'))
+        all.remove(0, 1);
+    const QString header = all.section(u'\n', 0, 0).toLower();
+    const QChar delimiter = header.contains(u'\t') ? u'\t' : header.contains(u';') ? u';' : u',';
+    const std::vector<Record> records = Records(all, delimiter);
+    QStringList columns = records.empty() ? QStringList() : records.front().Fields;
+    for (QString& column : columns)
+        column = column.toLower();
+    const bool starts = columns == QStringList{u"site"_s, u"start"_s};
+    if (!starts && columns != QStringList{u"site"_s, u"what"_s, u"where"_s}) {
+        table.Problems += u"line 1: the header is neither site,start nor site,what,where"_s;
+        return table;
+    }
+    for (size_t i = 1; i < records.size(); ++i) {
+        const Record& record = records[i];
+        QString problem;
+        SearchRow row;
+        row.Line = record.Line;
+        if (record.Open) {
+            problem = u"a quote is not closed"_s;
+        } else if (record.Fields.size() != columns.size()) {
+            problem = u"%1 columns instead of %2"_s.arg(record.Fields.size()).arg(columns.size());
+        } else {
+            row.Site = record.Fields[0];
+            (starts ? row.Start : row.What) = record.Fields[1];
+            if (!starts)
+                row.Place = record.Fields[2];
+            if (starts)
+                problem = WhyNoStart(row.Start);
+            else if (row.What.isEmpty() && row.Place.isEmpty())
+                problem = u"nothing is looked for"_s;
+            if (problem.isEmpty())
+                problem = whyNot(row);
+        }
+        if (problem.isEmpty())
+            table.Rows.push_back(row);
+        else
+            table.Problems += u"line %1: %2"_s.arg(record.Line).arg(problem);
+    }
+    return table;
+}
+
+} // namespace Brindle

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace Brindle {
+
+/// One search to be made: from a start address, or for something somewhere.
+struct SearchRow {
+    int Line = 0; ///< in the table, from 1 on
+    QString Site;
+    QString Start;
+    QString What;
+    QString Place;
+
+    bool operator==(const SearchRow&) const = default;
+};
+
+/// What a table of searches holds, and a line for every row that is wrong.
+struct SearchTable {
+    std::vector<SearchRow> Rows;
+    QStringList Problems; ///< "line 3: …"
+
+    /// Tells a table with the same searches from others, wherever it lies.
+    QString Digest() const;
+};
+
+/// Reads a table of searches: the header `site,start` or `site,what,where`, then a search a line; commas, semicolons or
+/// tabs between the columns, as the header has them, and quotes around what holds one (RFC 4180), so that a table can
+/// be pasted from a spreadsheet too. Starts are http or https. `whyNot` says why a site and its search cannot be made;
+/// empty when they can.
+SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot);
+
+} // namespace Brindle
