@@ -21,7 +21,8 @@ void HarvestIndicator::Follow(bool running) {
 }
 
 void HarvestIndicator::PageIncomplete(const QString& page) {
-    missing_ = MissingListMarkers(page, harvest_.State.CurrID);
+    const std::shared_ptr<const SiteAdapter> site = harvest_.Adapter();
+    missing_ = site ? MissingListMarkers(page, *site) : QString();
     leadsBefore_ = harvest_.State.ExtractedNum;
     Show();
 }
