@@ -42,6 +42,9 @@ HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, Harvest
       tmrParse_(harvest.Loop.CreateTimer(tickInterval, [this] { OnTimer(); })) {
     QObject::connect(&browser_, &EmbeddedBrowser::ProgressChange, &browser_,
                      [this](qint64 progress, qint64 maximum) { BrowserProgress(progress, maximum); });
+    // Queued: whoever tells of a page is not to be asked for it, or sent on, within the telling.
+    QObject::connect(
+        &browser_, &EmbeddedBrowser::NavigateComplete, &arrivals_, [this] { PageArrived(); }, Qt::QueuedConnection);
 }
 
 void HarvestDriver::Start() {
@@ -152,6 +155,12 @@ void HarvestDriver::OnTimer() {
         tmrParse_->SetEnabled(false);
     if (observer_ && !tmrParse_->Enabled())
         observer_->HarvestEnded();
+}
+
+// Without waits a tick follows the page at once instead of looking for it again and again.
+void HarvestDriver::PageArrived() {
+    if (harvest_.Loop.Pace() <= 0 && tmrParse_->Enabled())
+        OnTimer();
 }
 
 void HarvestDriver::Tick() {

@@ -60,6 +60,7 @@ public:
 private:
     void Launch();
     void OnTimer();
+    void PageArrived();
     void Tick();
     void ReadPage(const QString& page);
     /// Whether the page just read is a next page that was loaded anew and is known already; it is known from now on.
@@ -76,6 +77,7 @@ private:
 
     Harvest& harvest_;
     EmbeddedBrowser& browser_;
+    QObject arrivals_; // what the browser tells ends with the driver
     HarvestObserver* observer_;
     std::unique_ptr<MessageLoop::Timer> tmrParse_;
     MarkerSet markers_;
