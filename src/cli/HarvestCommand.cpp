@@ -17,6 +17,7 @@
 
 #ifdef BRINDLE_HAS_DEMO
 #include "demo/DemoServer.h"
+#include "net/ServerTrust.h"
 #endif
 
 namespace Brindle {
@@ -184,6 +185,9 @@ int HarvestFrom(const CommandLine& line, Session& session, const QString& start,
 int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
     Demo::DemoServer server;
     server.Start();
+    for (const Demo::ModernSite& site : server.ModernSites())
+        if (site.Secure)
+            TrustServer(site.Start, server.AuthorityFile());
     Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()));
     session.SelectSite(line.Site);
     const QString start = line.Start.isEmpty() ? server.FirstResultPage(line.Site) : line.Start;

@@ -1,5 +1,6 @@
 #include "net/CurlTransfer.h"
 
+#include "net/ServerTrust.h"
 #include "toolkit/PageAddress.h"
 
 #include <algorithm>
@@ -128,8 +129,9 @@ void CurlTransfer::ConfigureTls() {
     const long newest = request_.Tls == TlsUse::Only12 ? CURL_SSLVERSION_MAX_TLSv1_2 : CURL_SSLVERSION_MAX_DEFAULT;
     Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2) | newest);
     // The variable is the one that OpenSSL's own look-up obeys; the library goes past it.
-    const QByteArray caFile =
-        request_.CaFile.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(request_.CaFile.toUtf8());
+    const QString own = AuthorityOf(request_.Url);
+    const QString& given = own.isEmpty() ? request_.CaFile : own;
+    const QByteArray caFile = given.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(given.toUtf8());
     if (!caFile.isEmpty())
         Set(CURLOPT_CAINFO, caFile.constData());
 #ifdef Q_OS_WIN

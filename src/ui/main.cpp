@@ -11,6 +11,7 @@
 
 #ifdef BRINDLE_HAS_DEMO
 #include "demo/DemoServer.h"
+#include "net/ServerTrust.h"
 #endif
 #ifdef BRINDLE_HAS_WEBENGINE
 #include "browser/webengine/WebEngineStart.h"
@@ -68,6 +69,9 @@ using DemoServers = std::unique_ptr<Demo::DemoServer>;
 SitesFile StartDemo(DemoServers& servers) {
     servers = std::make_unique<Demo::DemoServer>();
     servers->Start();
+    for (const Demo::ModernSite& site : servers->ModernSites())
+        if (site.Secure)
+            TrustServer(site.Start, servers->AuthorityFile());
     return SitesFile::Parse(servers->SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
 }
 #else

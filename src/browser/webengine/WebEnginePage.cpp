@@ -1,6 +1,9 @@
 #include "browser/webengine/WebEnginePage.h"
 
+#include "net/ServerTrust.h"
+
 #include <QAuthenticator>
+#include <QWebEngineCertificateError>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineQuotaRequest>
@@ -23,6 +26,14 @@ WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profil
             [](const QUrl&, QAuthenticator* login) { *login = QAuthenticator(); });
     connect(this, &QWebEnginePage::proxyAuthenticationRequired, this,
             [this](const QUrl& asker, QAuthenticator* login, const QString&) { AnswerProxy(asker, login); });
+    // The engine knows the system's authorities alone.
+    connect(this, &QWebEnginePage::certificateError, this, [](QWebEngineCertificateError error) {
+        if (error.type() == QWebEngineCertificateError::CertificateAuthorityInvalid &&
+            !AuthorityOf(error.url().toString()).isEmpty())
+            error.acceptCertificate();
+        else
+            error.rejectCertificate();
+    });
     connect(this, &QWebEnginePage::loadStarted, this, [this] {
         askedFor_.clear();
         windowExpected_.setRemainingTime(0);

@@ -3,6 +3,7 @@
 #include "PrintTo.h"
 #include "TlsServer.h"
 #include "net/PageFetcher.h"
+#include "net/ServerTrust.h"
 
 #include <gtest/gtest.h>
 
@@ -66,6 +67,18 @@ TEST_F(TlsFetching, RefusesWhatItCannotTrust) {
     TlsServer otherName(authority, TlsVersions::Only12, Http("x")); // its certificate is good for 127.0.0.1 only
     EXPECT_FALSE(fetcher.DownloadURL(otherName.Base().replace(u"127.0.0.1"_s, u"localhost"_s), page, false));
     EXPECT_EQ(page, u"before"_s);
+}
+
+TEST_F(TlsFetching, OneServerCanHaveAnAuthorityOfItsOwn) {
+    const TestAuthority stranger;
+    TlsServer own(stranger, TlsVersions::Only12, Http("own"));
+    TlsServer other(stranger, TlsVersions::Only12, Http("x"));
+    TrustServer(own.Base(), stranger.CaFile());
+    TrustServer(u"https://example.com:443/"_s, stranger.CaFile());
+    EXPECT_TRUE(AuthorityOf(u"https://example.com:443/"_s).isEmpty());
+    EXPECT_TRUE(fetcher.DownloadURL(own.Base(), page, false)) << fetcher.LastError().toStdString();
+    EXPECT_EQ(page, u"own"_s);
+    EXPECT_FALSE(fetcher.DownloadURL(other.Base(), page, false));
 }
 
 // The fallback uses no proxy, so the next proxy of a list would change nothing.
