@@ -14,6 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const HtmlDocument document(text);
         const QString body = document.BodyOuterHtml(MarkupForm::Standard);
+        PageBounds pieces;
+        pieces.PieceSize = 1 + static_cast<int>(size % 60);
+        Fuzz::Require(HtmlDocument(text, pieces).DocumentHtml() == document.DocumentHtml(),
+                      "however it is cut in pieces");
         const QString old = document.BodyOuterHtml(MarkupForm::Legacy);
         Fuzz::Require(ToLegacyForm(body) == old, "both forms are of the same page");
         Fuzz::Require(ToLegacyForm(old) == old, "the legacy form passes unchanged");

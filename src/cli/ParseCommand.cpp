@@ -31,7 +31,7 @@ QString PageText(const CommandLine& line, MarkupForm form, const QString& fileNa
     if (line.Markup == MarkupSource::AsIs)
         return text;
     try {
-        return BodyOfPage(text, form);
+        return BodyOfPage(std::move(text), form);
     } catch (const Failure& failure) {
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), failure.Message()));
     }

@@ -4,6 +4,8 @@
 #include "page/InnerText.h"
 #include "page/MarkupFormText.h"
 
+#include <utility>
+
 namespace Brindle {
 
 namespace {
@@ -76,10 +78,10 @@ QString HtmlDocument::BodyOuterHtml(MarkupForm form) const {
     return InMarkupForm(body_, form);
 }
 
-QString BodyOfPage(const QString& html, MarkupForm form) {
+QString BodyOfPage(QString html, MarkupForm form) {
     QString body;
     {
-        const PageTree tree(html);
+        const PageTree tree(std::move(html));
         if (tree.Body() != noNode)
             body = OuterHtml(tree, tree.Body());
     }

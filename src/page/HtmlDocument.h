@@ -47,6 +47,6 @@ private:
 
 /// The body of a saved page as the browser would deliver it in this form. Throws `Failure` with one line, without the
 /// page's name, when the page is beyond the bounds of what is parsed.
-QString BodyOfPage(const QString& html, MarkupForm form);
+QString BodyOfPage(QString html, MarkupForm form);
 
 } // namespace Brindle

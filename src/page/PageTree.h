@@ -28,8 +28,8 @@ struct PageAttribute {
 /// note something about each node: reading is one pass from 0 to `Count()`.
 class PageTree {
 public:
-    /// Throws `Failure` with one line when the page is beyond the bounds.
-    explicit PageTree(const QString& html, const PageBounds& bounds = {});
+    /// Throws `Failure` with one line when the page is beyond the bounds. A page that is moved in is let go of early.
+    explicit PageTree(QString html, const PageBounds& bounds = {});
 
     NodeIndex Count() const { return static_cast<NodeIndex>(nodes_.size()); }
     /// The html element; `noNode` for an empty tree, which no page gives.
@@ -90,14 +90,15 @@ private:
         NodeKind Kind = NodeKind::Element;
         NodeSpace Space = NodeSpace::Html;
     };
-    class Builder;
+    friend class PageTreeBuilder;
 
     static size_t At(NodeIndex node) { return static_cast<size_t>(node); }
 
     std::vector<Node> nodes_;
     std::vector<PageAttribute> attributes_;
     std::vector<QString> names_;
-    QString characters_; // of all texts, attribute names and values
+    std::vector<QString> attributeNames_;
+    QString characters_; // of all texts and attribute values
     NodeIndex root_ = noNode;
     NodeIndex head_ = noNode;
     NodeIndex body_ = noNode;

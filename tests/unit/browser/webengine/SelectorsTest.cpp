@@ -1,10 +1,6 @@
+#include "EnginePage.h"
 #include "SelectorSamples.h"
-#include "core/QtMessageLoop.h"
 #include "page/Selector.h"
-
-#include <QElapsedTimer>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
 
 #include <gtest/gtest.h>
 
@@ -13,69 +9,15 @@ namespace Brindle {
 using namespace Qt::StringLiterals;
 namespace {
 
+using Test::EnginePage;
 using Test::SelectorSamples;
 
 // Asks the engine for what each selector selects on a page: the "n" of each element, or its name.
-constexpr auto askEngine = uR"((selectors => selectors.map(text => {
+constexpr auto askEngine = uR"(selectors => selectors.map(text => {
     try {
         return Array.from(document.querySelectorAll(text), e => e.getAttribute('n') ?? e.localName).join(' ');
     } catch (error) { return 'refused: ' + text; }
-}))(%1))";
-
-class QuietPage : public QWebEnginePage {
-public:
-    using QWebEnginePage::QWebEnginePage;
-
-protected:
-    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override {}
-};
-
-class EnginePage {
-public:
-    EnginePage() : page_(&profile_) {}
-
-    bool Show(const QString& html) {
-        bool loaded = false;
-        const auto connection =
-            QObject::connect(&page_, &QWebEnginePage::loadFinished, &page_, [&loaded] { loaded = true; });
-        page_.setHtml(html);
-        const bool shown = Comes([&loaded] { return loaded; });
-        QObject::disconnect(connection);
-        return shown;
-    }
-
-    QStringList Select(const QStringList& selectors) {
-        QStringList written;
-        for (const QString& selector : selectors) {
-            QString text = selector;
-            written.append(u'"' + text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s).replace(u'\t', u"\\t"_s) +
-                           u'"');
-        }
-        QStringList answers;
-        bool answered = false;
-        page_.runJavaScript(QString::fromUtf16(askEngine).arg(u'[' + written.join(u',') + u']'),
-                            [&](const QVariant& result) {
-                                answers = result.toStringList();
-                                answered = true;
-                            });
-        Comes([&answered] { return answered; });
-        return answers;
-    }
-
-private:
-    template <typename Condition>
-    bool Comes(Condition condition) {
-        QElapsedTimer waited;
-        waited.start();
-        while (!condition() && waited.elapsed() < 20'000)
-            loop_.WaitForMessage(50);
-        return condition();
-    }
-
-    QtMessageLoop loop_;
-    QWebEngineProfile profile_;
-    QuietPage page_;
-};
+}))";
 
 QString Selected(const PageTree& tree, const QString& selector) {
     QStringList numbers;
@@ -95,7 +37,7 @@ TEST(Selectors, SelectWhatChromiumSelects) {
         for (int i = 0; i < 100; ++i)
             selectors.append(samples.Selector(false).Text);
         ASSERT_TRUE(engine.Show(page));
-        const QStringList answers = engine.Select(selectors);
+        const QStringList answers = engine.Ask(askEngine, selectors);
         ASSERT_EQ(answers.size(), selectors.size());
         for (qsizetype i = 0; i < answers.size(); ++i) {
             EXPECT_EQ(Selected(tree, selectors[i]).toStdString(), answers[i].toStdString())
@@ -145,7 +87,7 @@ TEST(Selectors, AreReadAsChromiumReadsThem) {
     EnginePage engine;
     ASSERT_TRUE(engine.Show(page));
     const PageTree tree(page);
-    const QStringList answers = engine.Select(selectors);
+    const QStringList answers = engine.Ask(askEngine, selectors);
     ASSERT_EQ(answers.size(), selectors.size());
     for (qsizetype i = 0; i < answers.size(); ++i)
         EXPECT_EQ(Selected(tree, selectors[i]).toStdString(), answers[i].toStdString()) << selectors[i].toStdString();

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "page/MarkupScanner.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace Brindle {
+
+/// Where a page is cut into the pieces that the parser gets, always before a "<".
+class PagePieces {
+public:
+    /// Before any "<", which may stand in a script or a value; before tags; the whole page is one piece.
+    enum class Cuts { AtAnyTag, AtTags, Nowhere };
+
+    /// `size`: characters that a piece has at least. The page must outlive it.
+    PagePieces(QStringView page, Cuts cuts, qsizetype size);
+
+    /// Where the piece ends that begins here; the pieces are asked for in order.
+    qsizetype EndOf(qsizetype begin);
+
+private:
+    QStringView page_;
+    Cuts cuts_;
+    qsizetype size_;
+    std::optional<MarkupScanner> scanner_;
+};
+
+/// A piece as UTF-8, with what is no UTF-16 mended.
+QByteArray EncodedPiece(QStringView text);
+
+/// The page without its end tags without a name ("</>"), which are nothing.
+QString WithoutEmptyEndTags(const QString& html);
+
+} // namespace Brindle
