@@ -61,12 +61,7 @@ void StaticBrowser::Follow(const QString& address) {
     if (scheme != u"http" && scheme != u"https")
         lastError_ = ShownAddress(address) + u": not an http or https address"_s;
     else
-        Open(address, RefererFor(document_.Address, address), Origin());
-}
-
-PageOrigin StaticBrowser::Origin() const {
-    const bool web = !document_.Address.isEmpty() && SchemeOf(document_.Address) != u"about";
-    return web ? PageOrigin{document_.Address, document_.Peer} : PageOrigin{};
+        Open(address, RefererFor(document_.Address, address), lastPage_);
 }
 
 void StaticBrowser::Open(const QString& address, const QString& referer, const PageOrigin& from) {
@@ -173,6 +168,7 @@ void StaticBrowser::Loaded() {
     } else {
         document.Address = response.FinalUrl;
         document.Peer = response.Peer;
+        lastPage_ = {response.FinalUrl, response.Peer};
         if (loading_.contains(u'#') && !response.FinalUrl.contains(u'#'))
             document.Address += QStringView(loading_).sliced(loading_.indexOf(u'#'));
         const QByteArray type = MediaType(response.ContentType);
@@ -269,7 +265,7 @@ void StaticBrowser::ClickLink(int index) {
     const QString target = ResolveAddress(base, link.Href);
     const QString scheme = SchemeOf(target);
     if (!link.Downloads && (scheme == u"http" || scheme == u"https" || scheme == u"about"))
-        Open(target, RefererFor(document_.Address, target), Origin());
+        Open(target, RefererFor(document_.Address, target), lastPage_);
 }
 
 void StaticBrowser::SetProxy(const Proxy& proxy) {

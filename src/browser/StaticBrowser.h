@@ -59,7 +59,6 @@ private:
 
     void Open(const QString& address, const QString& referer, const PageOrigin& from);
     void Load(const QString& address, const QString& referer, const PageOrigin& from, bool reload);
-    PageOrigin Origin() const;
     void Show(Document document);
     void ShowBlank();
     void Loaded();
@@ -77,6 +76,7 @@ private:
     qint64 expectedSize_ = 0;
     QTimer progress_;
     Document document_;
+    PageOrigin lastPage_; // that really came, so an emptied document or a failure leads no further than it did
     std::vector<QString> history_;
     int historyPlace_ = -1;
     QString lastError_;

@@ -198,6 +198,8 @@ void HarvestDriver::Tick() {
     Delay(harvest_.Loop, 1000);
     if (state.ShouldStop)
         return;
+    state.CurrWay = site.Links;
+    state.CurrPage = {browser_.LocationAddress(), browser_.PeerAddress()};
     ReadPage(page);
     if (observer_)
         observer_->PageRead();
@@ -259,7 +261,10 @@ void HarvestDriver::LoadNext(const SiteAdapter& site, const QString& page) {
         Delay(harvest_.Loop, 2000);
         if (harvest_.ShouldStop())
             return Finish();
-        browser_.Navigate(address);
+        if (site.Links == Way::Modern)
+            browser_.Follow(address);
+        else
+            browser_.Navigate(address);
         Delay(harvest_.Loop, 3000);
         if (site.PauseForNextPage > 0 && !harvest_.ShouldStop())
             Delay(harvest_.Loop, site.PauseForNextPage);
