@@ -39,8 +39,9 @@ struct FoundExample {
 struct RecordSet {
     QString Selector;
     double Score = 0;
-    std::vector<NodeIndex> Members;
-    std::vector<NodeIndex> OfBusiness; // by its number
+    bool Flat = false;
+    std::vector<RecordSpan> Members;
+    std::vector<RecordSpan> OfBusiness; // by its number
 };
 
 struct RatedRow {
@@ -96,7 +97,9 @@ public:
 
     LearnedRecipe Learn(const std::vector<RecipeExample>& examples) {
         Find(examples);
-        const std::optional<RecordSet> best = BestRecords();
+        std::optional<RecordSet> best = BestRecords();
+        if (!best)
+            best = BestFlatRecords();
         if (!best)
             throw Failure(u"nothing on the page holds for more than one record"_s);
         LearnedRecipe learned;
@@ -104,6 +107,7 @@ public:
         recipe.Name = HostOfAddress(url_);
         recipe.Home = HomeOf(url_);
         recipe.Records = best->Selector;
+        recipe.Flat = best->Flat;
         recipe.Next = automaticNextPage.toString();
         AddRows(*best, recipe);
         AddDetailsLink(*best, recipe);
@@ -155,15 +159,17 @@ private:
 
     // ------------------------------------------------------------------------------------------------ the records
 
-    bool HasPlaceIn(const FoundExample& example, NodeIndex node) const {
-        const auto at = std::lower_bound(example.Places.begin(), example.Places.end(), node,
+    bool HasPlaceIn(const FoundExample& example, RecordSpan record) const {
+        const auto at = std::lower_bound(example.Places.begin(), example.Places.end(), record.Begin,
                                          [](const ExamplePlace& place, NodeIndex n) { return place.Node < n; });
-        return at != example.Places.end() && at->Node < page_.End(node);
+        return at != example.Places.end() && at->Node < record.End;
     }
 
-    bool HoldsAll(int business, NodeIndex node) const {
+    RecordSpan SpanOf(NodeIndex node) const { return {node, page_.End(node)}; }
+
+    bool HoldsAll(int business, RecordSpan record) const {
         return std::all_of(examples_.begin(), examples_.end(), [&](const FoundExample& example) {
-            return example.What.Business != business || HasPlaceIn(example, node);
+            return example.What.Business != business || HasPlaceIn(example, record);
         });
     }
 
@@ -178,7 +184,7 @@ private:
             return found;
         for (const ExamplePlace& place : anchor->Places) {
             NodeIndex node = place.Node;
-            while (node != noNode && !HoldsAll(0, node))
+            while (node != noNode && !HoldsAll(0, SpanOf(node)))
                 node = page_.Parent(node);
             if (node != noNode && std::find(found.begin(), found.end(), node) == found.end())
                 found.push_back(node);
@@ -201,7 +207,7 @@ private:
                  level < mostLevels && record != noNode && record != page_.Body() && record != page_.Root();
                  ++level, record = page_.Parent(record)) {
                 // A wider element with as many records is the whole record.
-                std::optional<RecordSet> set = BestSelector(record);
+                std::optional<RecordSet> set = BestSelector(record, false);
                 if (set && (!bestHere || set->Score >= bestHere->Score * 0.98))
                     bestHere = std::move(set);
             }
@@ -211,23 +217,48 @@ private:
         return best;
     }
 
-    std::optional<RecordSet> BestSelector(NodeIndex record) {
-        std::vector<CandidateSelector> candidates = RecordSelectors(page_, record);
+    // Records that nothing holds together: a name, and what follows it up to the next name.
+    std::optional<RecordSet> BestFlatRecords() {
+        std::optional<RecordSet> best;
+        for (const NodeIndex together : Together()) {
+            for (NodeIndex child = page_.FirstChild(together); child != noNode; child = page_.NextSibling(child)) {
+                const auto isIn = [&](const FoundExample& example) {
+                    return example.What.Business == 0 && example.What.Column == Field::BusinessName &&
+                           HasPlaceIn(example, SpanOf(child));
+                };
+                if (!page_.IsElement(child) || std::none_of(examples_.begin(), examples_.end(), isIn))
+                    continue;
+                std::optional<RecordSet> set = BestSelector(child, true);
+                if (set && (!best || set->Score > best->Score))
+                    best = std::move(set);
+            }
+        }
+        return best;
+    }
+
+    std::optional<RecordSet> BestSelector(NodeIndex element, bool flat) {
+        std::vector<CandidateSelector> candidates = RecordSelectors(page_, element);
         std::stable_sort(candidates.begin(), candidates.end(),
                          [](const CandidateSelector& a, const CandidateSelector& b) { return a.Cost < b.Cost; });
-        std::vector<std::vector<RatedRow>> rows;
-        for (const FoundExample& example : examples_)
-            rows.push_back(example.What.Business == 0 ? RowsFor(example, record, fewRows) : std::vector<RatedRow>());
         std::optional<RecordSet> best;
-        std::vector<std::vector<NodeIndex>> seen;
+        std::vector<std::vector<RecordSpan>> seen;
         for (const CandidateSelector& candidate : candidates) {
-            RecordSet set{
-                .Selector = candidate.Text, .Members = trial_.Records(candidate.Text), .OfBusiness = {record}};
-            if (set.Members.size() < 2 || !std::binary_search(set.Members.begin(), set.Members.end(), record))
+            RecordSet set{.Selector = candidate.Text,
+                          .Flat = flat,
+                          .Members = trial_.Records(candidate.Text, flat),
+                          .OfBusiness = {}};
+            const auto own = std::find_if(set.Members.begin(), set.Members.end(),
+                                          [element](RecordSpan member) { return member.Begin == element; });
+            if (set.Members.size() < 2 || own == set.Members.end() || !HoldsAll(0, *own))
                 continue;
+            set.OfBusiness.push_back(*own);
             if (std::find(seen.begin(), seen.end(), set.Members) != seen.end() || !FindBusinesses(set))
                 continue;
             seen.push_back(set.Members);
+            std::vector<std::vector<RatedRow>> rows;
+            for (const FoundExample& example : examples_)
+                rows.push_back(example.What.Business == 0 ? RowsFor(example, set.OfBusiness.front(), fewRows)
+                                                          : std::vector<RatedRow>());
             set.Score = ScoreOf(set, rows) - 0.02 * candidate.Cost;
             if (set.Score > 0 && (!best || set.Score > best->Score))
                 best = std::move(set);
@@ -238,7 +269,7 @@ private:
     // Every business is a record of its own.
     bool FindBusinesses(RecordSet& set) const {
         for (int business = 1; business < businesses_; ++business) {
-            const auto at = std::find_if(set.Members.begin(), set.Members.end(), [&](NodeIndex member) {
+            const auto at = std::find_if(set.Members.begin(), set.Members.end(), [&](RecordSpan member) {
                 return HoldsAll(business, member) &&
                        std::find(set.OfBusiness.begin(), set.OfBusiness.end(), member) == set.OfBusiness.end();
             });
@@ -264,9 +295,9 @@ private:
 
     // How many of the records stand where the example's stands.
     double Alike(const RecordSet& set) {
-        const QString own = Surroundings(set.OfBusiness.front());
+        const QString own = Surroundings(set.OfBusiness.front().Begin);
         const auto count = std::count_if(set.Members.begin(), set.Members.end(),
-                                         [&](NodeIndex member) { return Surroundings(member) == own; });
+                                         [&](RecordSpan member) { return Surroundings(member.Begin) == own; });
         return static_cast<double>(count) / static_cast<double>(set.Members.size());
     }
 
@@ -276,10 +307,10 @@ private:
             return 0;
         int same = 0;
         size_t at = 0;
-        for (const NodeIndex member : set.Members) {
+        for (const RecordSpan member : set.Members) {
             int within = 0;
-            for (; at < any_.Records.size() && any_.Records[at].Begin < page_.End(member); ++at)
-                within += any_.Records[at].End > member ? 1 : 0;
+            for (; at < any_.Records.size() && any_.Records[at].Begin < member.End; ++at)
+                within += any_.Records[at].End > member.Begin ? 1 : 0;
             same += within == 1 ? 1 : 0;
         }
         return static_cast<double>(same) / static_cast<double>(std::max(set.Members.size(), any_.Records.size()));
@@ -312,13 +343,13 @@ private:
             return 0;
         auto records = static_cast<double>(set.Members.size());
         // What holds nothing but the name is hardly the whole record.
-        const QString record = RawFieldValue(source_, set.OfBusiness.front(), Field::BusinessName, {});
+        const QString record = RawFieldValue(source_, set.OfBusiness.front().Begin, Field::BusinessName, {});
         for (const FoundExample& example : examples_)
-            if (example.What.Business == 0 && IsExample(Field::BusinessName, record, example.Text))
+            if (!set.Flat && example.What.Business == 0 && IsExample(Field::BusinessName, record, example.Text))
                 records *= 0.3;
-        const bool isAside = aside_[static_cast<size_t>(set.OfBusiness.front())];
-        for (const NodeIndex member : set.Members)
-            records -= !isAside && aside_[static_cast<size_t>(member)] ? 2 : 0;
+        const bool isAside = aside_[static_cast<size_t>(set.OfBusiness.front().Begin)];
+        for (const RecordSpan member : set.Members)
+            records -= !isAside && aside_[static_cast<size_t>(member.Begin)] ? 2 : 0;
         const double filled = records * weakest;
         return filled < 0.5 || weakest < 0.3 ? 0 : filled * weakest * (sum / count) * Alike(set) * (1 + Agreement(set));
     }
@@ -326,17 +357,23 @@ private:
     // ------------------------------------------------------------------------------------------------- the fields
 
     // Rows that give an example within a record, the best first.
-    std::vector<RatedRow> RowsFor(const FoundExample& example, NodeIndex record, size_t most) {
+    std::vector<RatedRow> RowsFor(const FoundExample& example, RecordSpan record, size_t most) {
+        // In a flat list, selectors look down from what holds all of it.
+        const bool flat = record.Flat;
+        const NodeIndex holder = flat ? page_.Parent(record.Begin) : record.Begin;
         std::vector<RatedRow> rows;
         for (const ExamplePlace& place : example.Places) {
-            if (!page_.Contains(record, place.Node))
+            if (place.Node < record.Begin || place.Node >= record.End)
                 continue;
-            for (const CandidateSelector& candidate : FieldSelectors(page_, record, place.Node))
+            for (const CandidateSelector& candidate : FieldSelectors(page_, holder, place.Node)) {
+                if (flat && candidate.Text.contains(u":scope"))
+                    continue;
                 rows.push_back({{.Column = example.What.Column,
                                  .Selector = candidate.Text,
                                  .Attribute = place.Attribute,
                                  .Pattern = place.Pattern},
                                 candidate.Cost + place.Cost});
+            }
         }
         std::stable_sort(rows.begin(), rows.end(),
                          [](const RatedRow& a, const RatedRow& b) { return a.Cost < b.Cost; });
@@ -407,7 +444,7 @@ private:
     void AddDetailsLink(const RecordSet& set, Recipe& recipe) {
         if (Has(recipe, Field::DetailsLink))
             return;
-        const NodeIndex record = set.OfBusiness.front();
+        const RecordSpan record = set.OfBusiness.front();
         for (const FoundExample& example : examples_) {
             if (example.What.Column != Field::BusinessName || example.What.Business != 0)
                 continue;
@@ -415,7 +452,8 @@ private:
             std::stable_sort(places.begin(), places.end(),
                              [](const ExamplePlace& a, const ExamplePlace& b) { return a.Cost < b.Cost; });
             for (const ExamplePlace& place : places) {
-                const NodeIndex link = page_.Contains(record, place.Node) ? LinkAt(place.Node, record) : noNode;
+                const NodeIndex link =
+                    place.Node >= record.Begin && place.Node < record.End ? LinkAt(place.Node, record) : noNode;
                 if (link == noNode)
                     continue;
                 const QString address = WebAddress(base_, page_.Attribute(link, u"href"));
@@ -432,8 +470,8 @@ private:
         }
     }
 
-    NodeIndex LinkAt(NodeIndex node, NodeIndex record) const {
-        for (NodeIndex at = node; at != noNode && page_.Contains(record, at); at = page_.Parent(at))
+    NodeIndex LinkAt(NodeIndex node, RecordSpan record) const {
+        for (NodeIndex at = node; at != noNode && at >= record.Begin && at < record.End; at = page_.Parent(at))
             if (page_.Is(at, u"a"))
                 return at;
         for (NodeIndex at = node; at < page_.End(node); ++at)

@@ -35,11 +35,12 @@ inline constexpr QStringView automaticNextPage = u"auto";
 
 /// A directory, described so that its result pages can be read.
 struct Recipe {
-    QString Name;                           ///< for people
-    QString Country;                        ///< ISO 3166 alpha-2 or a name; may be empty
-    QString Home;                           ///< address of the home page
-    QString Search;                         ///< address of a search with {what} and {where} in it; empty: none is known
-    QString Records;                        ///< CSS of the records' elements, or `structuredRecords`
+    QString Name;      ///< for people
+    QString Country;   ///< ISO 3166 alpha-2 or a name; may be empty
+    QString Home;      ///< address of the home page
+    QString Search;    ///< address of a search with {what} and {where} in it; empty: none is known
+    QString Records;   ///< CSS of the records' elements, or `structuredRecords`
+    bool Flat = false; ///< a record goes on behind its element, up to the next one's or the end of what holds it
     std::vector<RecipeField> Fields;        ///< in the order of the columns, each column once
     QString Next;                           ///< CSS of the link to the next page, or `automaticNextPage`; empty: none
     QString NextAttribute;                  ///< that holds its address; empty: "href"

@@ -87,6 +87,13 @@ public:
         }
     }
 
+    bool Flag(std::string_view key) {
+        const toml::node* node = Take(key);
+        if (node && !node->is_boolean())
+            Report(LineOf(*node), u"%1 is neither true nor false"_s.arg(NameOf(key)));
+        return node && node->is_boolean() && node->as_boolean()->get();
+    }
+
     int Number(std::string_view key, bool required, int most) {
         const toml::node* node = Take(key);
         if (!node) {
@@ -195,6 +202,9 @@ private:
     void ParseList(const toml::table& table) {
         TableReader list(table, u"list"_s, problems_);
         recipe_.Records = list.SelectorText("records", true);
+        recipe_.Flat = list.Flag("flat");
+        if (recipe_.Flat && recipe_.Records == structuredRecords)
+            list.Report(list.LineOfKey("flat"), u"list.flat needs a selector of the records"_s);
         list.ReportOthers();
     }
 
@@ -234,16 +244,10 @@ private:
         field.Pattern = reader.Text("pattern");
         if (const QString reason = RecipePattern::ProblemOf(field.Pattern); !reason.isEmpty())
             reader.Report(reader.LineOfKey("pattern"), u"%1: %2"_s.arg(reader.NameOf("pattern"), reason));
-        if (const toml::node* split = reader.Take("split_address")) {
-            if (!split->is_boolean())
-                reader.Report(TableReader::LineOf(*split),
-                              u"%1 is neither true nor false"_s.arg(reader.NameOf("split_address")));
-            else if (split->as_boolean()->get() && field.Column != Field::FullAddress)
-                reader.Report(TableReader::LineOf(*split),
-                              u"%1: only Full Address can be taken apart"_s.arg(reader.NameOf("split_address")));
-            else
-                field.SplitAddress = split->as_boolean()->get();
-        }
+        field.SplitAddress = reader.Flag("split_address");
+        if (field.SplitAddress && field.Column != Field::FullAddress)
+            reader.Report(reader.LineOfKey("split_address"),
+                          u"%1: only Full Address can be taken apart"_s.arg(reader.NameOf("split_address")));
         reader.ReportOthers();
     }
 
@@ -406,6 +410,8 @@ QByteArray RecipeText(const Recipe& recipe, const QStringList& remarks) {
     if (recipe.NextAttribute.isEmpty())
         AppendText(text, u"next", recipe.Next);
     text += u"\n[list]\nrecords = " + Quoted(recipe.Records) + u'\n';
+    if (recipe.Flat)
+        text += u"flat = true\n";
     if (!recipe.Fields.empty()) {
         text += u"\n[fields]\n";
         AppendFields(text, recipe.Fields);

@@ -6,6 +6,7 @@
 #include "discovery/StructuredLinks.h"
 #include "discovery/StructuredText.h"
 #include "recipes/RecipeValue.h"
+#include "recipes/RecordSpans.h"
 #include "toolkit/PageAddress.h"
 
 #include <QSet>
@@ -54,8 +55,8 @@ public:
     }
 
     // What a row reads within an element: the first value that is none but blanks.
-    QString Read(const Row& row, const SelectorQuery& query, NodeIndex within) {
-        for (const NodeIndex node : query.Within(within)) {
+    QString Read(const Row& row, const SelectorQuery& query, RecordSpan within) {
+        for (const NodeIndex node : SelectedIn(query, within)) {
             QString text = RawFieldValue({Page, Lines(), Base}, node, row.Says.Column, row.Says.Attribute);
             if (text.isEmpty())
                 continue;
@@ -69,7 +70,7 @@ public:
     }
 
     void ReadRows(const std::vector<Row>& rows, const std::vector<std::unique_ptr<SelectorQuery>>& queries,
-                  NodeIndex within, const QString& country, Lead& lead) {
+                  RecordSpan within, const QString& country, Lead& lead) {
         for (size_t i = 0; i < rows.size(); ++i) {
             const QString text = Read(rows[i], *queries[i], within);
             if (text.isEmpty())
@@ -137,16 +138,13 @@ RecipeReading RecipeReader::Read(const PageTree& page, const QString& url) const
 
 void RecipeReader::ReadElements(PageInHand& hand, RecipeReading& reading) const {
     const std::vector<std::unique_ptr<SelectorQuery>> queries = hand.Queries(rows_);
-    NodeIndex end = 0;
-    for (const NodeIndex node : records_->SelectAll(hand.Page)) {
-        // What lies within a record is part of it.
-        if (node < end || reading.Records.size() >= mostRecords)
-            continue;
-        end = hand.Page.End(node);
+    for (const RecordSpan span : RecordSpans(hand.Page, records_->SelectAll(hand.Page), recipe_.Flat)) {
+        if (reading.Records.size() >= mostRecords)
+            break;
         PageRecord record;
-        record.Begin = node;
-        record.End = end;
-        hand.ReadRows(rows_, queries, node, recipe_.Country, record.Fields);
+        record.Begin = span.Begin;
+        record.End = span.End;
+        hand.ReadRows(rows_, queries, span, recipe_.Country, record.Fields);
         reading.Records.push_back(std::move(record));
     }
 }
@@ -161,7 +159,7 @@ void RecipeReader::ReadStructured(PageInHand& hand, RecipeReading& reading) cons
         if (found.Node != noNode) {
             record.Begin = found.Node;
             record.End = hand.Page.End(found.Node);
-            hand.ReadRows(rows_, queries, found.Node, recipe_.Country, record.Fields);
+            hand.ReadRows(rows_, queries, {record.Begin, record.End}, recipe_.Country, record.Fields);
         }
         reading.Records.push_back(std::move(record));
     }
@@ -187,7 +185,8 @@ void RecipeReader::ReadDetails(const PageTree& page, const QString& url, Lead& l
     PageInHand hand(page, url, problems);
     if (!detailsRows_.empty()) {
         if (page.Root() != noNode)
-            hand.ReadRows(detailsRows_, hand.Queries(detailsRows_), page.Root(), recipe_.Country, lead);
+            hand.ReadRows(detailsRows_, hand.Queries(detailsRows_), {page.Root(), page.End(page.Root())},
+                          recipe_.Country, lead);
         return;
     }
     // The business that the page is about: the one of that name, or the only one.

@@ -42,27 +42,19 @@ const SelectorQuery& RecipeTrial::QueryOf(const QString& selector) {
     return *query;
 }
 
-const std::vector<NodeIndex>& RecipeTrial::Records(const QString& selector) {
-    const auto known = records_.constFind(selector);
+const std::vector<RecordSpan>& RecipeTrial::Records(const QString& selector, bool flat) {
+    const auto known = records_.constFind({selector, flat});
     if (known != records_.cend())
         return *known;
-    std::vector<NodeIndex> outermost;
-    NodeIndex end = 0;
-    for (const NodeIndex node : QueryOf(selector).All()) {
-        if (node < end)
-            continue;
-        end = source_.Page.End(node);
-        outermost.push_back(node);
-    }
-    return *records_.insert(selector, std::move(outermost));
+    return *records_.insert({selector, flat}, RecordSpans(source_.Page, QueryOf(selector).All(), flat));
 }
 
-int RecipeTrial::CountOf(const QString& selector, NodeIndex record) {
-    return static_cast<int>(QueryOf(selector).Within(record).size());
+int RecipeTrial::CountOf(const QString& selector, RecordSpan record) {
+    return static_cast<int>(SelectedIn(QueryOf(selector), record).size());
 }
 
-QString RecipeTrial::Read(const RecipeField& row, NodeIndex record) {
-    for (const NodeIndex node : QueryOf(row.Selector).Within(record)) {
+QString RecipeTrial::Read(const RecipeField& row, RecordSpan record) {
+    for (const NodeIndex node : SelectedIn(QueryOf(row.Selector), record)) {
         QString text = RawFieldValue(source_, node, row.Column, row.Attribute);
         RecipePattern(row.Pattern).Apply(text);
         text = FinishedFieldValue(row.Column, source_.Base, text);
@@ -72,7 +64,7 @@ QString RecipeTrial::Read(const RecipeField& row, NodeIndex record) {
     return {};
 }
 
-RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<NodeIndex>& records) {
+RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<RecordSpan>& records) {
     Fill fill;
     QSet<QString> different;
     int good = 0;

@@ -3,6 +3,7 @@
 #include "page/Selector.h"
 #include "recipes/ExamplePlaces.h"
 #include "recipes/Recipe.h"
+#include "recipes/RecordSpans.h"
 
 #include <QHash>
 
@@ -16,12 +17,12 @@ class RecipeTrial {
 public:
     explicit RecipeTrial(const ValueSource& source) : source_(source) {}
 
-    /// The elements that a selector selects, without those that lie in another one.
-    const std::vector<NodeIndex>& Records(const QString& selector);
+    /// The records of a selector's elements.
+    const std::vector<RecordSpan>& Records(const QString& selector, bool flat);
     /// How many elements a selector selects within a record.
-    int CountOf(const QString& selector, NodeIndex record);
+    int CountOf(const QString& selector, RecordSpan record);
     /// What a row reads within a record; empty for nothing.
-    QString Read(const RecipeField& row, NodeIndex record);
+    QString Read(const RecipeField& row, RecordSpan record);
 
     /// How well a row holds for records.
     struct Fill {
@@ -30,14 +31,14 @@ public:
         double Difference = 0; ///< share of the values that are no repetition
         QString Sample;
     };
-    Fill FillOf(const RecipeField& row, const std::vector<NodeIndex>& records);
+    Fill FillOf(const RecipeField& row, const std::vector<RecordSpan>& records);
 
 private:
     const SelectorQuery& QueryOf(const QString& selector);
 
     ValueSource source_;
     QHash<QString, std::shared_ptr<SelectorQuery>> queries_;
-    QHash<QString, std::vector<NodeIndex>> records_;
+    QHash<std::pair<QString, bool>, std::vector<RecordSpan>> records_;
 };
 
 } // namespace Brindle

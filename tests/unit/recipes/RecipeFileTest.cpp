@@ -48,10 +48,12 @@ TEST(RecipeFile, WhatIsWrittenIsReadAgain) {
     recipe.Fields = {{.Column = Field::BusinessName, .Selector = u":scope"_s, .Pattern = u"^\\d+\\.\\s*'(.+)\"$"_s},
                      {.Column = Field::DetailsLink, .Selector = u"a"_s, .Attribute = u"data-url"_s}};
     recipe.Next = u"auto"_s;
+    recipe.Flat = true;
     recipe.Details = true;
     EXPECT_EQ(ReadRecipe(RecipeText(recipe, {u"two\nlines"_s}), u"x"_s), recipe);
     recipe.Records = structuredRecords.toString();
     recipe.Fields.clear();
+    recipe.Flat = false;
     recipe.Next = u"a.next"_s;
     recipe.NextAttribute = u"data-href"_s;
     recipe.Taught = {.Records = 3, .Filled = {3, 2, 1}};
@@ -76,16 +78,17 @@ TEST(RecipeFile, AMistakeIsOneLineThatNamesItsPlace) {
          u"line 4: search has {what} or {where} in its host"_s},
         {"> li.listing", "> > li", u"line 7: list.records: "_s},
         {"[list]\nrecords", "[list]\nrecord", u"line 6: list.records is missing"_s},
-        {"\"Business Name\" = \"h2 a\"", "Name = \"h2 a\"", u"line 9: fields.Business Name is missing"_s},
+        {"flat = false", "flat = 1", u"line 8: list.flat is neither true nor false"_s},
+        {"\"Business Name\" = \"h2 a\"", "Name = \"h2 a\"", u"line 10: fields.Business Name is missing"_s},
         {"Website = ", "Web = ", u"fields.Web: there is no field of that name"_s},
-        {"attribute = \"data-number\"", "atribute = \"data-number\"", u"line 13: fields.Phone.atribute is no key"_s},
-        {"\"data-number\"", "\"data number\"", u"line 13: fields.Phone.attribute: "_s},
-        {"(.+)$'", "(.+$'", u"line 11: fields.Category.pattern: missing closing parenthesis"_s},
+        {"attribute = \"data-number\"", "atribute = \"data-number\"", u"line 14: fields.Phone.atribute is no key"_s},
+        {"\"data-number\"", "\"data number\"", u"line 14: fields.Phone.attribute: "_s},
+        {"(.+)$'", "(.+$'", u"line 12: fields.Category.pattern: missing closing parenthesis"_s},
         {"attribute = \"data-number\"", "split_address = true",
-         u"line 13: fields.Phone.split_address: only Full Address can be taken apart"_s},
-        {"'a[rel~=\"external\"]'", "'a[rel~='", u"line 14: fields.Website: "_s},
-        {"records = 25", "records = -1", u"line 29: taught.records is no number from 0 to 1000000"_s},
-        {"Phone = 24", "Phone = 26", u"line 34: taught.filled.Phone is no number from 0 to 25"_s},
+         u"line 14: fields.Phone.split_address: only Full Address can be taken apart"_s},
+        {"'a[rel~=\"external\"]'", "'a[rel~='", u"line 15: fields.Website: "_s},
+        {"records = 25", "records = -1", u"line 30: taught.records is no number from 0 to 1000000"_s},
+        {"Phone = 24", "Phone = 26", u"line 35: taught.filled.Phone is no number from 0 to 25"_s},
     };
     EXPECT_NO_THROW(ReadRecipe(good, u"good"_s));
     for (const auto& row : cases) {

@@ -60,6 +60,17 @@ TEST(RecipeReader, RecordsWithinRecordsAreOneAndThoseOfStructuredDataAreAddedTo)
     EXPECT_EQ(outer.Read(PageTree(u"<div><b>A</b><div><b>B</b></div></div><div><b>C</b></div>"_s), url).Records.size(),
               2U);
 
+    const RecipeReader flat(RecipeOf(
+        "[list]\nrecords = 'dt'\nflat = true\n[fields]\n\"Business Name\" = 'dt'\nPhone = 'dd.tel'\nCity = 'dd i'\n"));
+    const RecipeReading rows =
+        flat.Read(PageTree(u"<dl><dt>A<dd>x<dd class=tel>1<dt>B<dd><i>Ulm</i><dl><dt>in B</dl><dt>C<dd "
+                           u"class=tel>3</dl><p class=tel>4</p><dl><dt>D</dl>"_s),
+                  url);
+    QStringList read;
+    for (const PageRecord& record : rows.Records)
+        read.append(record.Fields.Name + u'/' + record.Fields.Phone + u'/' + record.Fields.City);
+    EXPECT_EQ(read.join(u' '), u"A/1/ B//Ulm C/3/ D//"_s);
+
     const RecipeReader structured(RecipeOf("[list]\nrecords = 'structured'\n[fields]\nPhone = 'i'\n"));
     const RecipeReading reading = structured.Read(
         PageTree(
