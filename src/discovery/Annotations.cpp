@@ -324,8 +324,11 @@ void PageAnnotations::ReadLines() {
                                              [](const PagePhone& phone, NodeIndex node) { return phone.Node < node; });
         if (within != shown.end() && within->Node < Page.End(link.Node))
             continue;
-        if (const std::optional<PhoneNumber> number = ReadPhone(link.Address, Region))
-            AddPhone({link.Node, -1, 0, 0, link.Address, number->E164});
+        const std::optional<PhoneNumber> number = ReadPhone(link.Address, Region);
+        const QString key = number ? number->E164 : DigitsOfPhone(link.Address);
+        const QString text = TextWithin(link.Node);
+        if (!key.isEmpty())
+            AddPhone({link.Node, -1, 0, 0, DigitsOfPhone(text).isEmpty() ? link.Address : text, key});
     }
 }
 
@@ -367,6 +370,33 @@ void PageAnnotations::ReadPhones(int line) {
         AddPhone({NodeAt(line, whole.Begin + place.Begin), line, whole.Begin + place.Begin, whole.Begin + place.End,
                   shown.toString(), place.Number.E164});
     }
+    if (places.empty() && SaysPhone(line))
+        ReadLabelledPhone(line);
+}
+
+// Whether the page calls a line a phone number: by a label in it or before it, or by the names of its elements.
+bool PageAnnotations::SaysPhone(int line) const {
+    const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
+    constexpr HintSet phones = Hint::Phone | Hint::Fax;
+    if ((LabelAtBegin(Lines.TextOf(whole)).Hints & phones) != 0)
+        return true;
+    if (line > 0 && (HintsOfLabel(Lines.TextOf(Lines.Lines[static_cast<size_t>(line) - 1])) & phones) != 0)
+        return true;
+    NodeIndex node = Page.Parent(Lines.Pieces[static_cast<size_t>(whole.FirstPiece + whole.PieceCount) - 1].Node);
+    for (int level = 0; level < 3 && node != noNode; ++level, node = Page.Parent(node))
+        if ((HintsOf(node) & phones) != 0)
+            return true;
+    return false;
+}
+
+// A number that stands there as one counts, also where its country could not have it: only its digits tell it then.
+void PageAnnotations::ReadLabelledPhone(int line) {
+    const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
+    const qsizetype label = LabelAtBegin(Lines.TextOf(whole)).Length;
+    const QStringView value = Lines.TextOf(whole).sliced(label);
+    if (const QString key = DigitsOfPhone(value); !key.isEmpty())
+        AddPhone({NodeAt(line, whole.Begin + label), line, whole.Begin + label, whole.Begin + whole.Length,
+                  value.toString(), key});
 }
 
 void PageAnnotations::ReadMails(int line) {
@@ -384,6 +414,17 @@ void PageAnnotations::CountUpward() {
     for (NodeIndex node = Page.Count() - 1; node > 0; --node)
         if (const NodeIndex parent = Page.Parent(node); parent != noNode)
             Facts[static_cast<size_t>(parent)] += Facts[static_cast<size_t>(node)];
+}
+
+QString DigitsOfPhone(QStringView text) {
+    QString digits;
+    for (const QChar c : text) {
+        if (c.isDigit())
+            digits += QChar(u'0' + c.digitValue());
+        else if (!QStringView(u" ()+-./\u00A0\u2011\u2013").contains(c))
+            return {};
+    }
+    return digits.size() >= 7 && digits.size() <= 15 ? digits : QString();
 }
 
 QStringList MailsIn(QStringView text) {

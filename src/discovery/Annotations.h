@@ -106,12 +106,16 @@ private:
     void ReadLink(NodeIndex node, QStringView href);
     void ReadLines();
     void ReadPhones(int line);
+    bool SaysPhone(int line) const;
+    void ReadLabelledPhone(int line);
     void ReadMails(int line);
     void AddPhone(const PagePhone& phone);
     NodeIndex NodeAt(int line, qsizetype position) const;
     void CountUpward();
 };
 
+/// The digits of a text that looks like a phone number and nothing else; empty when it does not.
+QString DigitsOfPhone(QStringView text);
 /// The mail addresses in a text, also where "@" is written "[at]" or the like.
 QStringList MailsIn(QStringView text);
 /// An address that a page keeps from robots as hexadecimal bytes, each changed by the first; empty when it is none.

@@ -9,10 +9,13 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype longestAddress = 300; // characters
 constexpr int mostWitnesses = 50;
+constexpr size_t mostSamples = 60;
 
 QString MostOften(const QHash<QString, int>& counts) {
     QString most;
@@ -25,6 +28,57 @@ QString MostOften(const QHash<QString, int>& counts) {
     return most;
 }
 
+// The countries whose directories are written in a language, the largest first.
+QStringList RegionsOfLanguage(const QString& language) {
+    static const QHash<QString, QString> regions{{u"en"_s, u"US GB CA AU IE NZ IN ZA SG PH NG KE"_s},
+                                                 {u"de"_s, u"DE AT CH LU"_s},
+                                                 {u"fr"_s, u"FR BE CH CA LU MA TN"_s},
+                                                 {u"es"_s, u"ES MX AR CO CL PE"_s},
+                                                 {u"pt"_s, u"BR PT"_s},
+                                                 {u"it"_s, u"IT CH"_s},
+                                                 {u"nl"_s, u"NL BE"_s},
+                                                 {u"zh"_s, u"CN TW HK SG"_s},
+                                                 {u"ar"_s, u"AE SA EG MA"_s},
+                                                 {u"ru"_s, u"RU BY KZ UA"_s},
+                                                 {u"sv"_s, u"SE FI"_s}};
+    return regions.value(language.left(2).toLower(), u"US GB DE FR ES IT NL PL CA AU BR JP"_s).split(u' ');
+}
+
+// A few lines with digits tell the country: its phones are valid there, its addresses look so.
+QString RegionOfLines(const PageLines& lines, const QString& language, const QString& guessed) {
+    std::vector<QStringView> samples;
+    for (const TextLine& line : lines.Lines) {
+        const QStringView text = lines.TextOf(line);
+        if (text.size() < 6 || text.size() > 90)
+            continue;
+        const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+        if (digits >= 5)
+            samples.push_back(text);
+        if (samples.size() == mostSamples)
+            break;
+    }
+    QStringList regions = RegionsOfLanguage(language);
+    if (!guessed.isEmpty()) {
+        regions.removeAll(guessed);
+        regions.prepend(guessed);
+    }
+    QString best;
+    int most = 1; // a single line says nothing
+    for (const QString& region : regions) {
+        int count = 0;
+        for (const QStringView text : samples) {
+            for (const FoundPhone& phone : FindPhones(text, region))
+                count += phone.Number.Region == region && phone.Number.Verdict == PhoneVerdict::Valid;
+            count += LooksLikeAddress(text, region) && !PostalCodesIn(text, region).empty();
+        }
+        if (count > most) {
+            most = count;
+            best = region;
+        }
+    }
+    return best;
+}
+
 } // namespace
 
 AddressSigns AddressSignsIn(QStringView text, QStringView region) {
@@ -32,11 +86,14 @@ AddressSigns AddressSignsIn(QStringView text, QStringView region) {
         return {};
     const bool digits = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     const bool whole = digits && LooksLikeAddress(text, region);
-    const bool code = whole && !PostalCodesIn(text, region).empty();
+    // A code that cannot be mistaken needs nothing beside it.
+    const bool sure = digits && text.size() <= 40 && !PostalCodesIn(text, {}).empty();
+    const bool code = sure || (whole && !PostalCodesIn(text, region).empty());
     return {code, (digits && HasStreetWord(text)) || (whole && !code)};
 }
 
-AddressHints AddressHintsOf(const PageTree& page, const QString& url, const std::vector<StructuredRecord>& structured) {
+AddressHints AddressHintsOf(const PageTree& page, const PageLines& lines, const QString& url,
+                            const std::vector<StructuredRecord>& structured) {
     AddressHints hints;
     hints.Host = SiteOf(url);
     if (page.Root() != noNode)
@@ -56,6 +113,9 @@ AddressHints AddressHintsOf(const PageTree& page, const QString& url, const std:
             ++regions[number->Region];
     }
     hints.PhoneRegion = MostOften(regions);
+    if (const CountryGuess guess = GuessCountry(hints); !guess.Sure)
+        if (const QString region = RegionOfLines(lines, hints.Language, guess.Region); !region.isEmpty())
+            hints.Country = region;
     return hints;
 }
 

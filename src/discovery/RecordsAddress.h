@@ -1,5 +1,6 @@
 #pragma once
 
+#include "discovery/AnyPageText.h"
 #include "discovery/PostalAddress.h"
 #include "discovery/StructuredData.h"
 
@@ -14,6 +15,8 @@ AddressSigns AddressSignsIn(QStringView text, QStringView region);
 
 /// What a page says of the country of its addresses: its language and host, the phones of its links, what its
 /// structured data names.
-AddressHints AddressHintsOf(const PageTree& page, const QString& url, const std::vector<StructuredRecord>& structured);
+/// Where neither names the country, the one whose phones and addresses the page's lines look like.
+AddressHints AddressHintsOf(const PageTree& page, const PageLines& lines, const QString& url,
+                            const std::vector<StructuredRecord>& structured);
 
 } // namespace Brindle

@@ -67,6 +67,7 @@ QString WebAddressIn(QStringView text) {
 }
 
 RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns), page_(columns.Page) {
+    QHash<quint64, int> paths;
     for (const RecordRange& range : columns.List.Records) {
         QSet<QString> phones;
         QSet<QString> hosts;
@@ -77,6 +78,12 @@ RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns)
             if (link.Kind == LinkKind::Outside)
                 hosts.insert(link.Host);
         });
+        bool first = true;
+        Within(page_.Phones, range, [&](const PagePhone& phone) {
+            if (first && phone.Line >= 0)
+                ++paths[columns_.PathOf(page_.Page.Parent(phone.Node), range)];
+            first = false;
+        });
         for (const QString& phone : phones)
             ++phones_[phone];
         for (const QString& host : hosts)
@@ -84,6 +91,9 @@ RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns)
         for (const QString& mail : mails)
             ++mails_[mail];
     }
+    for (auto path = paths.cbegin(); path != paths.cend(); ++path)
+        if (path.value() * 2 > static_cast<int>(columns.Count()))
+            phonePath_ = path.key();
 }
 
 void RecordContacts::Read(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
@@ -191,6 +201,27 @@ void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex,
     }
     lead.Phone = phones.join(u';');
     lead.Fax = faxes.join(u';');
+    if (phones.isEmpty() && phonePath_ != 0)
+        ReadPhoneOfColumn(record, lead, nodes);
+}
+
+// A number of a form that is not known counts where the other records have theirs.
+void RecordContacts::ReadPhoneOfColumn(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    const RecordRange& range = columns_.List.Records[record];
+    for (const RecordLine& line : columns_.Lines[record])
+        for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
+            const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
+            const QStringView text = page_.Lines.TextOf(piece);
+            const QStringView value = text.sliced(LabelAtBegin(text).Length);
+            const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
+            const bool code = codes.size() == 1 && codes.front().End - codes.front().Begin >= value.size();
+            if (code || DigitsOfPhone(value).isEmpty() || Has(line.Label, Hint::Fax) ||
+                columns_.PathOf(page_.Page.Parent(piece.Node), range) != phonePath_)
+                continue;
+            lead.Phone = value.toString();
+            nodes[static_cast<size_t>(Field::Phone)] = piece.Node;
+            return;
+        }
 }
 
 void RecordContacts::ReadMails(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {

@@ -21,6 +21,7 @@ private:
     void ReadPhones(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void ReadMails(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void ReadLinks(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    void ReadPhoneOfColumn(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     HintSet KindOf(const PagePhone& phone, qsizetype from, size_t record) const;
     HintSet IconsBefore(NodeIndex node, NodeIndex from) const;
     bool SaysWebsite(const PageLink& link, const RecordRange& range) const;
@@ -28,6 +29,7 @@ private:
     const RecordColumns& columns_;
     const PageAnnotations& page_;
     QHash<QString, int> phones_; // in how many records a number stands
+    quint64 phonePath_ = 0;      // where most records have their phone; 0: at no place in common
     QHash<QString, int> hosts_;
     QHash<QString, int> mails_;
 };

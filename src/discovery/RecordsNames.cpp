@@ -70,7 +70,7 @@ double RecordNames::ScoreOf(const RecordColumn& column) const {
         score -= 3;
     else if (column.Length > 60)
         score -= 1;
-    score -= std::min(3.0, column.Pieces - 1) + 3 * column.Colons;
+    score -= std::min(4.5, 1.5 * (column.Pieces - 1)) + 3 * column.Colons;
     if (column.Length < 3)
         score -= 2;
     const double filled = column.Filled / count;

@@ -183,6 +183,20 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
     trim();
 }
 
+// Whether a segment is a postal code and nothing else.
+bool RecordPlaces::IsBareCode(const Segment& segment) const {
+    const QString value = ValueOf(segment);
+    if (segment.Excluded || value.size() > 12 || value.size() < 3)
+        return false;
+    const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
+    return codes.size() == 1 && codes.front().End - codes.front().Begin + 2 >= value.size();
+}
+
+// A line behind the street that may be the town: the first one, or one before a postal code.
+bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const {
+    return added == 0 || (at + 1 < segments.size() && IsBareCode(segments[at + 1]));
+}
+
 // Whether two segments stand in one element or in neighbouring ones.
 bool RecordPlaces::Beside(const Segment& one, const Segment& other) const {
     const PageTree& page = page_.Page;
@@ -197,6 +211,7 @@ bool RecordPlaces::Beside(const Segment& one, const Segment& other) const {
 
 void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                                std::array<NodeIndex, FieldCount>& nodes) const {
+    QString parted; // with commas where the page parts the address by its style
     const std::vector<Segment> segments = SegmentsOf(record, name);
     struct Group {
         size_t Begin = 0;
@@ -231,19 +246,32 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                page_.FactsOf(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node).Phones == 0;
     };
     for (Group& group : groups) {
-        // The street is often a line before the town, the town one behind the street, without any sign of their own.
+        // The street is often a line before the town, the town one behind the street, the postal code one before or
+        // behind all, without any sign of their own.
         if (group.PostalCode && !group.Street && group.Begin > 0 && may(group.Begin - 1, group.Begin)) {
-            const bool before = group.Begin - 1 == 0 || HasDigit(ValueOf(segments[group.Begin - 1]));
-            if (before || segments[group.Begin - 1].Line + 1 == segments[group.Begin].Line) {
+            const Segment& before = segments[group.Begin - 1];
+            if (HasDigit(ValueOf(before)) || before.Line + 1 == segments[group.Begin].Line) {
                 --group.Begin;
                 group.Street = true;
             }
         }
-        if (group.Street && !group.PostalCode && group.End < segments.size() && may(group.End, group.End - 1) &&
-            segments[group.End].Label == 0)
+        if (group.PostalCode && !group.Street && group.End < segments.size() && may(group.End, group.End - 1) &&
+            HasDigit(ValueOf(segments[group.End])))
             ++group.End;
-        for (size_t i = group.Begin; i < group.End; ++i)
-            group.Score += segments[i].Strong() ? 1 : 0.5;
+        if (!group.PostalCode && group.Begin > 0 && IsBareCode(segments[group.Begin - 1])) {
+            --group.Begin;
+            group.PostalCode = true;
+        }
+        for (int added = 0; group.Street && !group.PostalCode && group.End < segments.size() && added < 3; ++added) {
+            const Segment& behind = segments[group.End];
+            if (!may(group.End, group.End - 1) || (behind.Label != 0 && (behind.Label & placeHints) == 0))
+                break;
+            group.PostalCode = IsBareCode(behind);
+            if (!group.PostalCode &&
+                (HasDigit(ValueOf(behind)) || added == 2 || !IsTownLike(segments, group.End, added)))
+                break;
+            ++group.End;
+        }
         // An address that names its parts has none without a name at its end: that is something else in its element.
         const auto named = [&](size_t i) { return ((segments[i].Hints | segments[i].Label) & partHints) != 0; };
         const auto parts = std::count_if(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),
@@ -258,6 +286,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                                        [](const Group& one, const Group& other) { return one.Score < other.Score; });
     if (best != groups.end()) {
         QString full;
+        QString apart;
         int line = -1;
         qsizetype behind = 0;
         for (size_t i = best->Begin; i < best->End; ++i) {
@@ -274,22 +303,46 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             else
                 full += full.endsWith(u',') ? u" "_s : u", "_s;
             full += value;
+            apart += (apart.isEmpty() ? QString() : u", "_s) + PartedValue(segment);
             line = segment.Line;
             behind = segment.End;
         }
         lead.FullAddress = Tidy(full);
+        parted = Tidy(apart);
     }
-    ReadParts(segments, columns_.List.Records[record], lead);
+    ReadParts(segments, columns_.List.Records[record], parted, lead);
 }
 
-void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordRange& range, Lead& lead) const {
-    const auto set = [&lead](HintSet hints, const QString& value) {
+// A segment's value with commas between the texts of different elements.
+QString RecordPlaces::PartedValue(const Segment& segment) const {
+    QString value;
+    NodeIndex before = noNode;
+    for (int i = segment.FirstPiece; i < segment.EndPiece; ++i) {
+        const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
+        const qsizetype begin = std::max(piece.Begin, segment.Begin);
+        const qsizetype end = std::min(piece.Begin + piece.Length, segment.End);
+        if (begin >= end)
+            continue;
+        const NodeIndex parent = page_.Page.Parent(piece.Node);
+        if (!value.isEmpty())
+            value += parent == before || IsMarksOnly(page_.Lines.TextOf(piece)) ? u" "_s : u", "_s;
+        value += QStringView(page_.Lines.Text).sliced(begin, end - begin);
+        before = parent;
+    }
+    return value.replace(u" ,"_s, u","_s).replace(u",,"_s, u","_s).replace(u", ,"_s, u","_s);
+}
+
+void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
+                             Lead& lead) const {
+    const auto set = [this, &lead](HintSet hints, const QString& value) {
         if (value.isEmpty() || value.size() > 120)
             return;
         // An element can call itself what only a part of it is.
         if (Has(hints, Hint::PostalCode) && !Has(hints, Hint::Street) && (value.size() > 12 || !HasDigit(value)))
             return;
         if (!Has(hints, Hint::Street) && value.size() > 60)
+            return;
+        if (Has(hints, Hint::Street) && AddressSignsIn(value, page_.Region).PostalCode)
             return;
         for (const auto& [hint, part] :
              {std::pair(Hint::Street, &lead.Street), std::pair(Hint::PostalCode, &lead.PostalCode),
@@ -310,7 +363,7 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
             set(page_.HintsOf(node), Tidy(page_.Page.Attribute(node, u"content").toString()));
     if (lead.FullAddress.isEmpty())
         return;
-    QString full = lead.FullAddress;
+    QString full = parted;
     full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
     const AddressParts parts = SplitAddress(full, page_.Country);
     const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();

@@ -42,8 +42,12 @@ private:
     void FindValue(Segment& segment, qsizetype label, const QString& name) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
     QString ValueOf(const Segment& segment) const;
+    QString PartedValue(const Segment& segment) const;
+    bool IsBareCode(const Segment& segment) const;
+    bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;
     bool Beside(const Segment& one, const Segment& other) const;
-    void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, Lead& lead) const;
+    void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
+                   Lead& lead) const;
     QString ListText(NodeIndex node) const;
 
     const RecordColumns& columns_;
