@@ -171,6 +171,27 @@ std::vector<CandidateSelector> OwnSelectors(const PageTree& page, NodeIndex elem
     return found;
 }
 
+namespace {
+
+// By the elements above, name by name: what is left where a build made all names, or lists of one make stand in
+// different parts of a page.
+void AddByPath(const PageTree& page, NodeIndex record, const CandidateSelector& own,
+               std::vector<CandidateSelector>& found) {
+    QString path = own.Text;
+    double cost = own.Cost + 0.4;
+    NodeIndex holder = page.Parent(record);
+    for (int level = 0; level < 5 && holder != noNode && holder != page.Root(); ++level, holder = page.Parent(holder)) {
+        cost += 0.5;
+        if (const QStringView id = page.Attribute(holder, u"id"); IsSturdyName(id))
+            found.push_back({u'#' + EscapedIdentifier(id) + u" > " + path, cost - 0.1});
+        path = page.Name(holder) + u" > " + path;
+        // A path that begins at just any element holds elsewhere too.
+        found.push_back({path, cost + (page.Is(holder, u"div") || page.Is(holder, u"span") ? 2.5 : 0)});
+    }
+}
+
+} // namespace
+
 std::vector<CandidateSelector> RecordSelectors(const PageTree& page, NodeIndex record) {
     const std::vector<CandidateSelector> own = OwnSelectors(page, record);
     std::vector<CandidateSelector> found = own;
@@ -190,6 +211,9 @@ std::vector<CandidateSelector> RecordSelectors(const PageTree& page, NodeIndex r
                              outer.Cost * 0.4 + 1.6 + 0.3 * level});
         }
     }
+    AddByPath(page, record, own.front(), found);
+    if (own.size() > 1)
+        AddByPath(page, record, own.back(), found);
     return found;
 }
 

@@ -50,6 +50,22 @@ TEST(LearnRecipe, OneBusinessTellsHowAllAreRead) {
           .FullAddress = u"3 Main St, Ulm"_s,
           .Phone = u"+497315553"_s,
           .DetailsLink = u"https://www.dir.example/biz/3"_s}},
+        {"nothing but names that a build made",
+         PageOf(u"<div class='css-1x7k2p%2'><div class=sc-gKsewC><a href='/biz/%2'>Joe %1</a></div><div "
+                u"class=css-9dk2m1><a "
+                u"href='tel:555-01%2'>555-01%2</a></div></div>"_s,
+                u"<div id=__root><header><a href='/'>Home</a></header><main><div class=css-k008qs>"_s,
+                u"</div></main><footer><div><a href='/a'>About</a></div></footer></div>"_s),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"555-011"_s}},
+         10,
+         {.Name = u"Joe D"_s, .Phone = u"555-013"_s, .DetailsLink = u"https://www.dir.example/biz/3"_s}},
+        {"a list beside it of the same make",
+         PageOf(u"<div class=item><b><a href='/biz/%2'>Joe %1</a></b><i>555-01%2</i></div>"_s, u"<main><section>"_s,
+                u"</section></main>"_s) +
+             PageOf(u"<div class=item><b><a href='/biz/x%2'>Bob %1</a></b></div>"_s, u"<div>"_s, u"</div>"_s, 4),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"555-011"_s}},
+         10,
+         {.Name = u"Joe D"_s, .Phone = u"555-013"_s, .DetailsLink = u"https://www.dir.example/biz/3"_s}},
         {"a table with a head",
          PageOf(u"<tr><td>%2</td><td>Joe %1</td><td>Tel. 0731-5550%2</td></tr>"_s,
                 u"<table><tr><th>No</th><th>Name</th><th>Phone</th></tr>"_s, u"</table>"_s),
