@@ -83,7 +83,7 @@ void SiteCatalogue::Add(SiteEntry entry, SiteAdapter site) {
         site.SearchAddress = entry.Search;
     websiteKeys_.append(entry.Code);
     websiteUrls_.append(entry.DisplayEntry());
-    sites_.push_back(std::make_shared<const Site>(std::move(entry), std::move(site)));
+    sites_.push_back(std::make_shared<const Site>(Site{std::move(entry), std::move(site)}));
 }
 
 QString SiteCatalogue::GetCountryID(const QString& displayEntry) const {

@@ -8,6 +8,12 @@ namespace Brindle {
 
 namespace {
 
+bool BeginsTag(QStringView text) {
+    const qsizetype name = text.size() > 1 && text[1] == u'/' ? 2 : 1;
+    const QChar first = text.size() > name ? LowerLetter(text[name]) : QChar();
+    return first >= u'a' && first <= u'z';
+}
+
 qsizetype BehindNext(const QString& html, QStringView what, qsizetype from) {
     const qsizetype found = html.indexOf(what, from);
     return found < 0 ? html.size() : found + what.size();
@@ -25,7 +31,9 @@ qsizetype PagePieces::EndOf(qsizetype begin) {
     qsizetype end = -1;
     switch (cuts_) {
     case Cuts::AtAnyTag:
-        end = page_.indexOf(u'<', begin + size_);
+        // Another "<" is text, and a text is not cut.
+        for (end = page_.indexOf(u'<', begin + size_); end >= 0 && !BeginsTag(page_.sliced(end));)
+            end = page_.indexOf(u'<', end + 1);
         break;
     case Cuts::AtTags:
         while (end < 0 && scanner_->NextTag())

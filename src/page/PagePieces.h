@@ -9,10 +9,10 @@
 
 namespace Brindle {
 
-/// Where a page is cut into the pieces that the parser gets, always before a "<".
+/// Where a page is cut into the pieces that the parser gets, always before what looks like a tag.
 class PagePieces {
 public:
-    /// Before any "<", which may stand in a script or a value; before tags; the whole page is one piece.
+    /// Before what looks like a tag, also in a script or a value; before tags; the whole page is one piece.
     enum class Cuts { AtAnyTag, AtTags, Nowhere };
 
     /// `size`: characters that a piece has at least. The page must outlive it.
