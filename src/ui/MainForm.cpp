@@ -78,6 +78,9 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
     TabSheet2->setObjectName(u"TabSheet2");
     pgcMain->addTab(TabSheet1, u"Browser"_s);
     pgcMain->addTab(TabSheet2, u"News"_s);
+    History = new HistoryPage;
+    History->setObjectName(u"tabHistory");
+    pgcMain->addTab(History, WindowTexts::English(WindowText::History));
     Splitter->addWidget(pgcMain);
     Splitter->addWidget(BuildResults(Splitter));
     Splitter->setStretchFactor(0, 3);
@@ -95,6 +98,8 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
          {btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection, btnRDelete,
           btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll})
         keys_.Add(button);
+    History->AddKeys(keys_);
+    History->ApplyCaptions(WindowTexts());
     keys_.Assign();
     NameForScreenReaders();
     ShowRunning(false);
@@ -164,10 +169,13 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     QFont bold = panResultsHeader->font();
     bold.setBold(true);
     panResultsHeader->setFont(bold);
+    Offer = new NoticeBar(Results);
+    Offer->setObjectName(u"Offer");
     lvwItems = new LeadTableView(Results);
     lvwItems->setObjectName(u"lvwItems");
     lvwItems->setMinimumHeight(90);
     column->addWidget(panResultsHeader);
+    column->addWidget(Offer);
     column->addWidget(lvwItems, 1);
 
     auto* const row = new QHBoxLayout;
@@ -210,6 +218,9 @@ void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& te
     pgcMain->setTabText(0, language.Main(18));
     pgcMain->setTabText(1, language.Main(19));
     Status->SetPanel(StatusPanel::ProgressLabel, language.Main(43));
+    pgcMain->setTabText(2, texts.Text(WindowText::History));
+    History->ApplyCaptions(texts);
+    Offer->SetCloseHint(texts.Text(WindowText::CloseNotice));
     Notice->SetCloseHint(texts.Text(WindowText::CloseNotice));
     AccessKeys::SetHint(btnUpdates, btnUpdates->isEnabled() ? QString() : texts.Text(WindowText::NoUpdateAddress));
     for (QPushButton* button : {btnStart, btnStop})

@@ -4,6 +4,7 @@
 #include "i18n/WindowTexts.h"
 #include "ui/AccessKeys.h"
 #include "ui/BrowserBar.h"
+#include "ui/HistoryPage.h"
 #include "ui/LeadTableView.h"
 #include "ui/NoticeBar.h"
 #include "ui/StatusBarView.h"
@@ -41,6 +42,8 @@ public:
     QTabWidget* pgcMain;
     QWidget* TabSheet1; ///< the browser page
     QWidget* TabSheet2; ///< the news page
+    HistoryPage* History;
+    NoticeBar* Offer; ///< above the results list
     BrowserBar* Bar;
     NoticeBar* Notice; ///< above the page
     QSplitter* Splitter;

@@ -36,6 +36,8 @@ SettingsForm::SettingsForm(QDialog& dialog, const QStringList& columnCaptions) :
     pgcSettings = Named(new QTabWidget(&dialog), u"pgcSettings");
     pgcSettings->addTab(BuildConnections(), u"Connections"_s);
     pgcSettings->addTab(BuildData(columnCaptions), u"Data"_s);
+    More = new MorePage;
+    pgcSettings->addTab(More, WindowTexts::English(WindowText::More));
 
     btnOk = Named(new QPushButton(u"Ok"_s), u"btnOk");
     btnCancel = Named(new QPushButton(u"Cancel"_s), u"btnCancel");
@@ -64,6 +66,7 @@ SettingsForm::SettingsForm(QDialog& dialog, const QStringList& columnCaptions) :
              btnOk, btnCancel, rbtNoProxy, rbtProxy, chkAuthentification, rbtRandom, btnFreeProxies, chkExtractEmails,
              rbtExportManually, rbtExportAutomatic, btnBrowse})
         keys_.Add(button);
+    More->AddKeys(keys_);
     QObject::connect(edtFolder, &QLineEdit::textChanged, edtFolder, &QWidget::setToolTip);
     CaptionsChanged();
 }
@@ -242,6 +245,8 @@ void SettingsForm::ApplyCaptions(const LanguageFile& language) {
 void SettingsForm::ApplyHints(const WindowTexts& texts) {
     for (QAbstractButton* choice : {rbtProxy, rbtRandom})
         AccessKeys::SetHint(choice, texts.Text(WindowText::ProxyHint));
+    pgcSettings->setTabText(2, texts.Text(WindowText::More));
+    More->ApplyCaptions(texts);
     CaptionsChanged();
 }
 

@@ -4,6 +4,7 @@
 #include "i18n/WindowTexts.h"
 #include "ui/AccessKeys.h"
 #include "ui/DigitsEdit.h"
+#include "ui/MorePage.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -25,7 +26,7 @@ public:
 
     /// Replaces every caption; a text that the file lacks becomes empty.
     void ApplyCaptions(const LanguageFile& language);
-    /// What the tooltips say beyond the captions.
+    /// What is not in the sequence of the captions: the page "More", and what tooltips say beyond captions.
     void ApplyHints(const WindowTexts& texts);
 
     // Page "Connections"
@@ -58,6 +59,8 @@ public:
     QLabel* lblDelimiterHeader;
     QLabel* lblDelimiter;
     QLineEdit* edtDelimiter;
+
+    MorePage* More; ///< page "More"
 
     QTabWidget* pgcSettings;
     QPushButton* btnOk;

@@ -9,6 +9,7 @@
 #include "ui/Icons.h"
 #include "ui/TfrmSettings.h"
 #include "workbench/Product.h"
+#include "workbench/ProgramFiles.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -17,6 +18,8 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace Brindle {
 
@@ -44,7 +47,8 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       form_(*this, browser_.View, news_.View),
       messageBoxes_(this, loop_),
       notices_(parts.Notices ? *parts.Notices : messageBoxes_),
-      store_(parts.SettingsFileName, system_.GetDocumentsFolder()),
+      settingsStore_(parts.SettingsFileName, system_.GetDocumentsFolder()),
+      optionsFile_(ProgramFiles::Options(system_, parts.SettingsFileName)),
       place_(QDir(parts.SettingsFolder).filePath(u"window.ini"_s)),
       bench_({loop_, *form_.Status, notices_}, parts.Sites),
       driver_(bench_.Job, *browser_.Browser, this),
@@ -55,6 +59,9 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       links_(system_, notices_, windowTexts_),
       browserNotices_(*browser_.Browser, *form_.Notice, windowTexts_),
       indicator_(bench_.Job, *form_.Status, windowTexts_),
+      desk_(bench_, parts.SettingsFolder, [this](const QString& problem) { form_.Offer->Say(problem); }),
+      history_(
+          {*form_.History, desk_, bench_, notices_, *form_.Status, loop_, windowTexts_, system_.GetDocumentsFolder()}),
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
       tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
     setObjectName(u"frmMain");
@@ -64,6 +71,7 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
     place_.Restore(*this, *form_.Splitter, *form_.lvwItems);
     ConnectHarvest();
     ConnectResults();
+    ConnectStore();
     QDir().mkpath(parts.SettingsFolder);
     FormCreate();
 }
@@ -78,10 +86,7 @@ TfrmMain::~TfrmMain() {
 void TfrmMain::ConnectHarvest() {
     EmbeddedBrowser* const browser = browser_.Browser.get();
     const BrowserBar* const bar = form_.Bar;
-    connect(form_.btnStart, &QPushButton::clicked, this, [this] {
-        driver_.Start();
-        FollowHarvest();
-    });
+    connect(form_.btnStart, &QPushButton::clicked, this, &TfrmMain::btnStartClick);
     connect(form_.btnStop, &QPushButton::clicked, this, [this] {
         driver_.Stop();
         FollowHarvest();
@@ -115,10 +120,32 @@ void TfrmMain::ConnectResults() {
     connect(form_.btnExportAll, &QPushButton::clicked, this, &TfrmMain::btnExportAllClick);
 }
 
+void TfrmMain::ConnectStore() {
+    NoticeBar* const offer = form_.Offer;
+    connect(&desk_, &StoreDesk::Offered, this, [this](qint64 leads, qint64 /*harvests*/) {
+        form_.Offer->Say(windowTexts_.With(WindowText::OfferLeads, {QLocale::system().toString(leads)}),
+                         windowTexts_.Text(WindowText::OfferBringBack));
+    });
+    connect(offer, &NoticeBar::ActionClicked, this, [this] {
+        form_.Offer->hide();
+        desk_.BringBack();
+    });
+    connect(offer, &NoticeBar::Closed, &desk_, &StoreDesk::LetGo);
+    connect(&desk_, &StoreDesk::Changed, this, [this] {
+        model_.ShowPending();
+        ShowListCount(bench_.Leads, bench_.Texts, *form_.Status);
+    });
+    connect(form_.pgcMain, &QTabWidget::currentChanged, this, [this] {
+        if (form_.pgcMain->currentWidget() == form_.History)
+            history_.Show();
+    });
+}
+
 void TfrmMain::FormCreate() {
     SetIERegistryKey(system_.BrowserEngineVersion(), QFileInfo(QCoreApplication::applicationFilePath()).fileName(),
                      system_, *browser_.Browser);
     LoadSettings();
+    desk_.Open();
     form_.cbxLanguage->setCurrentIndex(std::max(0, form_.cbxLanguage->findData(bench_.Options.Language)));
     form_.cbxWebsites->addItem(u"Loading Websites...."_s);
     form_.cbxWebsites->setEnabled(false);
@@ -164,6 +191,8 @@ void TfrmMain::tmlTimer() {
     if (news_.Browser)
         news_.Browser->Navigate(bench_.Sites.PublisherNews);
     ready_ = true;
+    history_.ApplyTexts(); // which knows the directories now
+    desk_.LookForUnsettled();
     // Last, because its server may keep it waiting, and nobody has asked for it.
     updates_.Run(false);
 }
@@ -187,17 +216,21 @@ void TfrmMain::FormCloseQuery() {
 
 void TfrmMain::LoadSettings() {
     try {
-        bench_.Options = store_.LoadSettings();
+        bench_.Options = settingsStore_.LoadSettings();
     } catch (const Failure& failure) {
         bench_.Options = Settings();
         bench_.Options.eExportFolder = system_.GetDocumentsFolder();
         form_.Status->SetPanel(StatusPanel::Message, failure.Message());
     }
+    QStringList problems;
+    bench_.More = optionsFile_.Load(problems);
+    if (!problems.isEmpty())
+        form_.Status->SetPanel(StatusPanel::Message, problems.first());
 }
 
 void TfrmMain::SaveSettings() {
     try {
-        store_.SaveSettings(bench_.Options);
+        settingsStore_.SaveSettings(bench_.Options);
     } catch (const SaveError& error) {
         notices_.Warn(error.Message());
     }
@@ -213,6 +246,7 @@ void TfrmMain::LoadLanguage(const QString& code) {
     bench_.Use(language);
     model_.CaptionsChanged();
     form_.ApplyCaptions(language, windowTexts_);
+    history_.ApplyTexts();
     if (!form_.cbxWebsites->isEnabled())
         form_.cbxWebsites->setItemText(0, bench_.Texts.Text(Message::LoadingWebsites));
     // The counts stand there until something is counted again, in the language of before.
@@ -249,12 +283,31 @@ void TfrmMain::cbxWebsitesChange() {
     FollowHarvest();
 }
 
+void TfrmMain::btnStartClick() {
+    const bool refused = bench_.State.Parsing;
+    driver_.Start();
+    if (!refused)
+        desk_.HarvestBegins(browser_.Browser->LocationAddress());
+    FollowHarvest();
+}
+
 void TfrmMain::btnSettingsClick() {
-    TfrmSettings dialog(bench_.Options, bench_.Leads.Captions, system_, notices_, this);
+    const MoreOptions before = bench_.More;
+    TfrmSettings dialog(bench_.Options, bench_.More, bench_.Leads.Captions, system_, notices_, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     SaveSettings();
     bench_.SetUp(*browser_.Browser);
+    if (bench_.More == before)
+        return;
+    try {
+        optionsFile_.Save(bench_.More);
+    } catch (const SaveError& error) {
+        notices_.Warn(error.Message());
+    }
+    // A store is not changed under a harvest; what was chosen holds from the next start on.
+    if (!driver_.Running())
+        desk_.Open();
 }
 
 void TfrmMain::btnUpdatesClick() {
@@ -263,18 +316,24 @@ void TfrmMain::btnUpdatesClick() {
 
 void TfrmMain::btnRDeleteClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
-    DeleteSelected(bench_.Leads, rows, bench_.State.CurrID, bench_.Texts, notices_, loop_, *form_.Status);
+    const std::function<void()> gone = desk_.RowsToGo(rows);
+    if (DeleteSelected(bench_.Leads, rows, bench_.State.CurrID, bench_.Texts, notices_, loop_, *form_.Status))
+        gone();
 }
 
 void TfrmMain::btnRDeleteAllClick() {
-    DeleteAll(bench_.Leads, bench_.Texts, notices_, loop_, *form_.Status);
+    std::vector<qsizetype> rows(static_cast<size_t>(bench_.Leads.Count()));
+    std::iota(rows.begin(), rows.end(), 0);
+    const std::function<void()> gone = desk_.RowsToGo(std::move(rows));
+    if (DeleteAll(bench_.Leads, bench_.Texts, notices_, loop_, *form_.Status))
+        gone();
 }
 
 void TfrmMain::btnExportAllClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
     form_.Results->setEnabled(false); // messages are handled meanwhile, and the rows must stay
     ExportBox box(this, bench_.Texts.Text(Message::Saving), windowTexts_.Text(WindowText::CancelExport));
-    ExportSelected(
+    const bool saved = ExportSelected(
         {bench_.Leads, bench_.Options, bench_.Texts, notices_, *form_.Status, loop_, system_.GetDocumentsFolder()},
         rows, [&](qsizetype written, qsizetype count) {
             form_.Status->SetProgressMaximum(count);
@@ -285,6 +344,8 @@ void TfrmMain::btnExportAllClick() {
         });
     form_.Status->SetProgressPosition(0);
     form_.Results->setEnabled(true);
+    if (saved)
+        desk_.RowsExported(rows);
 }
 
 void TfrmMain::OpenFieldOfSelected(Field field) {
@@ -299,6 +360,8 @@ void TfrmMain::ewbMainNavigateComplete() {
 
 void TfrmMain::FollowHarvest() {
     const bool running = driver_.Running();
+    if (std::exchange(harvesting_, running) && !running)
+        desk_.HarvestEnded();
     form_.ShowRunning(running);
     indicator_.Follow(running);
     tmrIndicator_->SetEnabled(running && !loop_.Quitting());
@@ -311,6 +374,7 @@ void TfrmMain::PageIncomplete(const QString& page) {
 void TfrmMain::PageRead() {
     model_.ShowPending();
     indicator_.PageRead();
+    desk_.PageRead();
 }
 
 void TfrmMain::PageGivenUp(const QString& address, const QString& reason) {

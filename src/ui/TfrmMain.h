@@ -3,10 +3,12 @@
 #include "core/HarvestDriver.h"
 #include "core/Platform.h"
 #include "i18n/WindowTexts.h"
+#include "settings/OptionsFile.h"
 #include "settings/SettingsStore.h"
 #include "ui/BrowserNotices.h"
 #include "ui/BrowserViews.h"
 #include "ui/HarvestIndicator.h"
+#include "ui/History.h"
 #include "ui/LinkOpener.h"
 #include "ui/MainForm.h"
 #include "ui/MessageBoxDialogs.h"
@@ -53,6 +55,7 @@ public:
     Settings& Options() { return bench_.Options; }
     EmbeddedBrowser& ewbMain() { return *browser_.Browser; }
     HarvestDriver& Driver() { return driver_; }
+    StoreDesk& Desk() { return desk_; }
     PageFetcher& IdHTTP1() { return bench_.Fetcher; }
 
 protected:
@@ -68,6 +71,7 @@ private:
 
     void ConnectHarvest();
     void ConnectResults();
+    void ConnectStore();
     void LoadSettings();
     void SaveSettings();
     void LoadLanguage(const QString& code);
@@ -75,6 +79,7 @@ private:
 
     void cbxLanguageChange(int index);
     void cbxWebsitesChange();
+    void btnStartClick();
     void btnSettingsClick();
     void btnUpdatesClick();
     void btnRDeleteClick();
@@ -97,7 +102,8 @@ private:
     MainForm form_;
     MessageBoxDialogs messageBoxes_;
     Dialogs& notices_;
-    SettingsStore store_;
+    SettingsStore settingsStore_;
+    OptionsFile optionsFile_;
     WindowPlace place_;
 
     WindowTexts windowTexts_;
@@ -112,9 +118,12 @@ private:
     LinkOpener links_;
     BrowserNotices browserNotices_;
     HarvestIndicator indicator_;
+    StoreDesk desk_;
+    History history_;
     std::unique_ptr<MessageLoop::Timer> tml_;
     std::unique_ptr<MessageLoop::Timer> tmrIndicator_;
     bool shown_ = false;
+    bool harvesting_ = false;
     bool ready_ = false;
 };
 

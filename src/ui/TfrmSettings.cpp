@@ -33,10 +33,11 @@ QStringList LinesOf(const QString& text) {
 
 } // namespace
 
-TfrmSettings::TfrmSettings(Settings& settings, const QStringList& columnCaptions, Platform& system, Dialogs& notices,
-                           QWidget* parent)
+TfrmSettings::TfrmSettings(Settings& settings, MoreOptions& more, const QStringList& columnCaptions, Platform& system,
+                           Dialogs& notices, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
       settings_(settings),
+      more_(more),
       system_(system),
       notices_(notices),
       form_(*this, columnCaptions) {
@@ -76,6 +77,7 @@ void TfrmSettings::FormCreate() {
     form_.speRandom->SetText(settings_.eRandom);
     form_.edtFolder->setText(settings_.eExportFolder);
     form_.edtDelimiter->setText(settings_.eDelimiter);
+    form_.More->Show(more_);
     // From here on: what the file had stays as it is until the user edits it.
     form_.edtPort->setValidator(new DigitsOnly(form_.edtPort));
     form_.edtDelimiter->setValidator(new OneCharacter(form_.edtDelimiter));
@@ -158,6 +160,7 @@ void TfrmSettings::btnOkClick() {
     settings_.cExportAutomatic = form_.rbtExportAutomatic->isChecked();
     settings_.eExportFolder = form_.edtFolder->text();
     settings_.eDelimiter = form_.edtDelimiter->text();
+    form_.More->TakeInto(more_);
     accept();
 }
 

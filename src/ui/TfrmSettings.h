@@ -9,14 +9,14 @@
 
 namespace Brindle {
 
-/// The settings dialog: edits the record in place, but for Cancel. Its file is the caller's business.
+/// The settings dialog: edits the records in place, but for Cancel. Their files are the caller's business.
 class TfrmSettings : public QDialog {
     Q_OBJECT
 
 public:
     /// `columnCaptions`: those of the results list.
-    TfrmSettings(Settings& settings, const QStringList& columnCaptions, Platform& system, Dialogs& notices,
-                 QWidget* parent = nullptr);
+    TfrmSettings(Settings& settings, MoreOptions& more, const QStringList& columnCaptions, Platform& system,
+                 Dialogs& notices, QWidget* parent = nullptr);
 
     /// Applies a language to every caption; an empty file leaves them as they are.
     void ApplyLanguage(const LanguageFile& language);
@@ -36,6 +36,7 @@ private:
     void btnFreeProxiesClick();
 
     Settings& settings_;
+    MoreOptions& more_;
     Platform& system_;
     Dialogs& notices_;
     SettingsForm form_;

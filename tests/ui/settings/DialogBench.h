@@ -25,9 +25,10 @@ public:
 class DialogBench {
 public:
     explicit DialogBench(const Settings& settings = {}, const QStringList& captions = EnglishCaptions())
-        : Options(settings), Dialog(Options, captions, System, Notices) {}
+        : Options(settings), Dialog(Options, More, captions, System, Notices) {}
 
     Settings Options;
+    MoreOptions More;
     StubPlatform System;
     ScriptedDialogs Notices;
     TfrmSettings Dialog;

@@ -279,6 +279,9 @@ TEST(TfrmSettings, IsAFixedSizeDialogWithKeys) {
                                   u"edtFolder"_s,
                                   u"btnBrowse"_s,
                                   u"edtDelimiter"_s,
+                                  u"chkKeep"_s,
+                                  u"edtTarget"_s,
+                                  u"edtMailServer"_s,
                                   u"btnOk"_s,
                                   u"btnCancel"_s}));
     for (const auto& [label, control] :
@@ -375,6 +378,17 @@ TEST(TfrmSettings, ShowsAnEmptyCaptionForAMissingText) {
     bench.Dialog.ApplyLanguage(LanguageFile(u"<settings4>Kein Proxy</settings4>"_s));
     EXPECT_EQ(bench.Control<QRadioButton>("rbtNoProxy")->text(), u"Kein Proxy"_s);
     EXPECT_EQ(bench.Control<QPushButton>("btnOk")->text(), u""_s);
+}
+
+TEST(TfrmSettings, EditsTheOptionsBeyondTheSettingsFile) {
+    DialogBench bench;
+    EXPECT_TRUE(bench.Control<QCheckBox>("chkKeep")->isChecked());
+    bench.More.WorkbookAtEnd = true;
+    bench.Click("chkKeep");
+    bench.SetText("edtTarget", u" postgresql://me@host/leads "_s);
+    bench.Click("btnOk");
+    EXPECT_EQ(bench.More,
+              (MoreOptions{.StoreKeep = false, .StoreTarget = u"postgresql://me@host/leads"_s, .WorkbookAtEnd = true}));
 }
 
 TEST(TfrmSettings, SaysThatAProxyIsNotUsedForEverything) {
