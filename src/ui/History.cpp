@@ -68,11 +68,11 @@ History::History(const Parts& parts) : parts_(parts) {
 
 void History::Show() {
     shown_ = true;
-    parts_.Desk.Flush();
     Refresh();
 }
 
 void History::Refresh() {
+    parts_.Desk.Flush();
     AskHarvests();
     AskCount();
 }
@@ -85,7 +85,7 @@ void History::ApplyTexts() {
                        texts.Text(WindowText::HistoryNew)},
                       directory);
     Leads.SetTexts(QStringList{texts.Text(WindowText::HistoryDate)} + parts_.Bench.Leads.Captions, directory);
-    if (shown_)
+    if (parts_.Page.isVisible())
         Refresh();
 }
 

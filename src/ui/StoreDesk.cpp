@@ -5,6 +5,8 @@
 #include "store/StoreEdits.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
+#include <QThread>
 
 #include <algorithm>
 #include <map>
@@ -16,6 +18,7 @@ namespace {
 
 constexpr qint64 leadsAtOnce = 2000; // of a load, so that the window stays alive
 constexpr int flushMs = 1000;
+constexpr int waitStep = 5;
 
 } // namespace
 
@@ -23,11 +26,18 @@ StoreDesk::StoreDesk(Workbench& bench, QString settingsFolder, std::function<voi
     : bench_(bench), settingsFolder_(std::move(settingsFolder)), problem_(std::move(problem)) {}
 
 StoreDesk::~StoreDesk() {
+    Close();
+}
+
+void StoreDesk::Close() {
     bench_.Job.Store = nullptr;
+    // What the user has done is not lost by closing the window, unless the store hangs.
+    for (int waited = 0; *changes_ > 0 && waited < flushMs; waited += waitStep)
+        QThread::msleep(waitStep);
 }
 
 void StoreDesk::Open() {
-    bench_.Job.Store = nullptr;
+    Close();
     rows_.reset();
     thread_.reset();
     keeper_.reset();
@@ -184,10 +194,14 @@ void StoreDesk::Flush() {
 
 void StoreDesk::Change(std::function<void(Database&)> what) {
     Flush(); // what is to be changed may be on its way
-    Post(0, [this, what = std::move(what)](Database& database) -> std::function<void()> {
+    ++*changes_;
+    const bool posted = Post(0, [this, what = std::move(what), changes = changes_](Database& database) {
+        const auto done = qScopeGuard([&] { --*changes; });
         what(database);
-        return [this] { Q_EMIT Changed(); };
+        return std::function<void()>([this] { Q_EMIT Changed(); });
     });
+    if (!posted)
+        --*changes_;
 }
 
 } // namespace Brindle

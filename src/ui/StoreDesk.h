@@ -7,6 +7,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -56,6 +57,7 @@ Q_SIGNALS:
     void Changed();
 
 private:
+    void Close();
     void Load(const StoredHarvest& harvest, qint64 afterSeq);
     void Append(const StoredHarvest& harvest, const std::vector<StoredLead>& leads);
     void Change(std::function<void(Database&)> what);
@@ -68,6 +70,7 @@ private:
     std::unique_ptr<StoreThread> thread_;
     std::unique_ptr<StoredRows> rows_;
     std::vector<StoredHarvest> offered_;
+    std::shared_ptr<std::atomic<int>> changes_ = std::make_shared<std::atomic<int>>(0); // under way
     qint32 pages_ = 0;
 };
 

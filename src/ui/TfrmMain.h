@@ -56,6 +56,7 @@ public:
     EmbeddedBrowser& ewbMain() { return *browser_.Browser; }
     HarvestDriver& Driver() { return driver_; }
     StoreDesk& Desk() { return desk_; }
+    Workbench& Bench() { return bench_; }
     PageFetcher& IdHTTP1() { return bench_.Fetcher; }
 
 protected:

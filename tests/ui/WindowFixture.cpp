@@ -8,14 +8,20 @@ using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 
-WindowRun::WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& createBrowser) : Loop(loop) {
+WindowRun::WindowRun(MessageLoop& loop, SitesFile sites, const BrowserFactory& createBrowser)
+    : Loop(loop), sites_(std::move(sites)), createBrowser_(createBrowser) {
+    Again();
+}
+
+void WindowRun::Again() {
+    Window.reset();
     Window = std::make_unique<TfrmMain>(
         MainWindowParts{.Loop = Loop,
                         .System = System,
-                        .Sites = std::move(sites),
+                        .Sites = sites_,
                         .SettingsFolder = System.SettingsFolder(),
                         .SettingsFileName = QDir(System.SettingsFolder()).filePath(u"settings.dat"_s),
-                        .CreateBrowser = createBrowser,
+                        .CreateBrowser = createBrowser_,
                         .Notices = &Notices});
 }
 

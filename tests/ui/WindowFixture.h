@@ -46,6 +46,8 @@ public:
     ScriptedDialogs Notices;
     std::unique_ptr<TfrmMain> Window;
 
+    /// Makes a window anew on the same folders, as after a crash: the old one goes without being closed.
+    void Again();
     /// Shows the window and waits until it can be used.
     void Show();
     /// Handles messages until the condition holds; false when it does not within `seconds`.
@@ -70,6 +72,10 @@ public:
     /// Loads a page by way of the address box.
     bool GoTo(const QString& address);
     std::vector<Lead> ShownLeads() const;
+
+private:
+    SitesFile sites_;
+    BrowserFactory createBrowser_;
 };
 
 } // namespace Brindle::Test

@@ -1,0 +1,186 @@
+// Leads that last, as the window shows them.
+#include "InventedLeads.h"
+#include "PrintTo.h"
+#include "ScriptedBrowser.h"
+#include "WindowFixture.h"
+#include "adapters/Adapters.h"
+
+#include <QHeaderView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Brindle::Test {
+namespace {
+
+SitesFile TestSites() {
+    QString ini = u"[map]\nbase=http://maps.test\n"_s;
+    for (const QString& code : KnownSiteCodes())
+        ini += u"[%1]\nbase=http://%2.test\nlabel=Test\n"_s.arg(code, code.toLower());
+    return SitesFile::Parse(ini.toUtf8(), u"test"_s, SiteAdapters());
+}
+
+class HistoryTest : public testing::Test {
+protected:
+    VirtualLoop Loop;
+    WindowRun Run{Loop, TestSites(), [](MessageLoop&, const QString&) {
+                      return ShownBrowser{std::make_unique<ScriptedBrowser>(), new QWidget};
+                  }};
+
+    QString StoreFile() { return DefaultStoreFile(Run.System.SettingsFolder()); }
+    // A harvest that lists so many leads, as the driver and an adapter would.
+    void Harvest(qint64 from, qint64 count) {
+        Workbench& bench = Run.Window->Bench();
+        Run.Window->Desk().HarvestBegins(u"http://start.test/"_s);
+        for (qint64 number = from; number < from + count; ++number) {
+            const Lead lead = InventedLead(number);
+            bench.Job.Store->Keep(lead);
+            bench.Leads.Append(lead);
+        }
+        Run.Window->Desk().HarvestEnded();
+        Run.Click(u"btnRSelectAll");
+        Run.Click(u"btnRClearSelection");
+    }
+    void OpenHistory() { Run.Control<QTabWidget>(u"pgcMain")->setCurrentWidget(Run.Control<QWidget>(u"tabHistory")); }
+    QAbstractItemModel& Model(const char16_t* table) { return *Run.Control<QTableView>(table)->model(); }
+    QString Cell(const char16_t* table, int row, int column) {
+        return Model(table).index(row, column).data().toString();
+    }
+    bool Shows(const char16_t* table, int rows) {
+        return Run.Until([&] { return Model(table).rowCount() == rows; }, 20);
+    }
+    QString Offer() { return Run.Control<NoticeBar>(u"Offer")->Said(); }
+    qsizetype Listed() { return Run.Window->Leads().Count(); }
+};
+
+TEST_F(HistoryTest, LeadsThatWereNotExportedAreOfferedBack) {
+    Run.Show();
+    EXPECT_EQ(Offer(), QString());
+    Harvest(0, 5);
+    Run.Items().selectRow(2);
+    Run.Click(u"btnRDelete"); // not wanted, so not offered either
+    Run.Again();
+    Run.Show();
+    ASSERT_TRUE(Run.Until([&] { return !Offer().isEmpty(); }, 20));
+    EXPECT_TRUE(Offer().endsWith(u": 4")) << Offer().toStdString();
+    Run.Control<NoticeBar>(u"Offer")->findChild<QPushButton*>()->click();
+    ASSERT_TRUE(Run.Until([&] { return Listed() == 4; }, 20));
+    EXPECT_EQ(Run.Window->Leads().At(2), InventedLead(3));
+    EXPECT_TRUE(Run.Until([&] { return Run.Panel(1) == u"4 items listed"; }, 20));
+
+    // Exported, they are the user's own business.
+    Run.Click(u"btnRSelectAll");
+    Run.Notices.FileName = Run.System.GetDocumentsFolder() + u"/leads.csv";
+    Run.Click(u"btnExportAll");
+    Run.Window->Desk().Flush();
+    bool settled = false;
+    Run.Window->Desk().Post(0, [&](Database&) { return [&] { settled = true; }; });
+    ASSERT_TRUE(Run.Until([&] { return settled; }, 20));
+    Run.Again();
+    Run.Show();
+    OpenHistory();
+    ASSERT_TRUE(Shows(u"lvwHarvests", 1));
+    EXPECT_EQ(Offer(), QString());
+}
+
+TEST_F(HistoryTest, FindsSortsOpensDeletesAndErases) {
+    Run.Show();
+    Harvest(0, 300);
+    Harvest(290, 20); // ten of them are known
+    Run.Notices.Answer = true;
+    Run.Click(u"btnRDeleteAll");
+    Harvest(0, 0);
+    OpenHistory();
+    ASSERT_TRUE(Shows(u"lvwHarvests", 3));
+    // The user's deletions went into the store, newest harvest first.
+    EXPECT_EQ(Cell(u"lvwHarvests", 0, StoredHarvestsModel::Leads), u"0"_s);
+    Harvest(500, 300);
+    ASSERT_TRUE(Shows(u"lvwHarvests", 4));
+    ASSERT_TRUE(Shows(u"lvwHLeads", 300));
+    EXPECT_EQ(Cell(u"lvwHarvests", 0, StoredHarvestsModel::New), u"300"_s);
+    EXPECT_TRUE(Cell(u"lvwHarvests", 0, StoredHarvestsModel::Directory).contains(u"kvpn001001.test"));
+
+    const Lead wanted = InventedLead(620);
+    Run.Control<QLineEdit>(u"edtHFind")->setText(wanted.Phone);
+    ASSERT_TRUE(Shows(u"lvwHLeads", 1));
+    constexpr int name = StoredLeadsModel::FirstField + 1;
+    ASSERT_TRUE(Run.Until([&] { return Cell(u"lvwHLeads", 0, name) == wanted.Name; }, 20));
+    Run.Control<QLineEdit>(u"edtHFind")->clear();
+    ASSERT_TRUE(Shows(u"lvwHLeads", 300));
+    QStringList names;
+    for (qint64 number = 500; number < 800; ++number)
+        names.append(InventedLead(number).Name);
+    Run.Control<QTableView>(u"lvwHLeads")->sortByColumn(name, Qt::AscendingOrder);
+    ASSERT_TRUE(Run.Until([&] { return !Cell(u"lvwHLeads", 299, name).isEmpty(); }, 20));
+    ASSERT_TRUE(Run.Until([&] { return !Cell(u"lvwHLeads", 0, name).isEmpty(); }, 20));
+    EXPECT_LT(Cell(u"lvwHLeads", 0, name).toLower(), Cell(u"lvwHLeads", 299, name).toLower());
+    EXPECT_TRUE(names.contains(Cell(u"lvwHLeads", 0, name)));
+
+    // The list has them all already, so opening the harvest brings nothing twice.
+    Run.Control<QTableView>(u"lvwHarvests")->selectRow(0);
+    Run.Click(u"btnHOpen");
+    ASSERT_TRUE(Run.Until([&] { return Listed() >= 300; }, 20));
+    const QString erased = Cell(u"lvwHLeads", 0, name);
+    Run.Notices.Said.clear();
+    Run.Control<QTableView>(u"lvwHLeads")->selectRow(0);
+    Run.Click(u"btnHErase");
+    EXPECT_EQ(Run.Notices.Said.filter(erased).size(), 1);
+    ASSERT_TRUE(Shows(u"lvwHLeads", 299));
+    for (const Lead& lead : Run.ShownLeads())
+        EXPECT_NE(lead.Name, erased);
+
+    Run.Control<QTableView>(u"lvwHarvests")->selectRow(0);
+    Run.Click(u"btnHDelete");
+    ASSERT_TRUE(Shows(u"lvwHarvests", 3));
+    ASSERT_TRUE(Shows(u"lvwHLeads", 0));
+}
+
+TEST_F(HistoryTest, WritesNothingWhenLeadsAreNotKept) {
+    QFile options(QDir(Run.System.SettingsFolder()).filePath(u"options.toml"_s));
+    ASSERT_TRUE(options.open(QIODevice::WriteOnly));
+    options.write("[store]\nkeep = false\n");
+    options.close();
+    Run.Window.reset();
+    for (const QFileInfo& file : QDir(Run.System.SettingsFolder()).entryInfoList({u"leads*"_s}, QDir::Files))
+        QFile::remove(file.filePath());
+    Run.Again();
+    Run.Show();
+    EXPECT_EQ(Run.Window->Bench().Job.Store, nullptr);
+    OpenHistory();
+    Run.Click(u"btnStart");
+    Run.Click(u"btnStop");
+    Loop.RunUntil(Loop.Now() + 1000);
+    EXPECT_FALSE(QFile::exists(StoreFile()));
+}
+
+TEST(StoredLeadsModel, AsksForWhatIsSeen) {
+    StoredLeadsModel model;
+    std::vector<qint64> asked;
+    model.Ask = [&](qint64 offset, qint64) { asked.push_back(offset); };
+    QTableView view;
+    view.setModel(&model);
+    view.resize(600, 400);
+    view.show();
+    model.Begin(1'000'000);
+    QTest::qWait(1);
+    EXPECT_EQ(asked, std::vector<qint64>{0});
+    model.Take(0, std::vector<StoredLead>(StoredLeadsModel::PageSize));
+    asked.clear();
+    view.scrollTo(model.index(700'050, 0), QAbstractItemView::PositionAtCenter);
+    QTest::qWait(1);
+    EXPECT_EQ(asked, std::vector<qint64>{700'000});
+    // An answer that was dropped is asked for again when another one comes.
+    model.Take(0, std::vector<StoredLead>(StoredLeadsModel::PageSize));
+    QTest::qWait(1);
+    EXPECT_EQ(asked, (std::vector<qint64>{700'000, 700'000}));
+    // Going through everything keeps some pages only.
+    for (qint64 offset = 0; offset < 40'000; offset += StoredLeadsModel::PageSize)
+        model.Take(offset, std::vector<StoredLead>(StoredLeadsModel::PageSize));
+    EXPECT_EQ(model.At(0), nullptr);
+    EXPECT_NE(model.At(39'999), nullptr);
+}
+
+} // namespace
+} // namespace Brindle::Test
