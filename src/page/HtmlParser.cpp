@@ -487,31 +487,29 @@ private:
     std::jmp_buf leave_;
 };
 
-enum class Outcome { Done, CutWrongly, Truncated };
+enum class Outcome { Done, CutWrongly, EndsWithinMarkup, Truncated };
 
 // Feeds a page in pieces; it is `Truncated` before a tag that it does not end.
 Outcome Feed(QString& html, PagePieces pieces, Parsing& parsing) {
-    std::vector<std::pair<qsizetype, qsizetype>> begins; // of pieces, in characters and in bytes
-    qsizetype bytes = 0;
     for (qsizetype begin = 0;;) {
-        begins.emplace_back(begin, bytes);
         const qsizetype end = pieces.EndOf(begin);
-        const QByteArray piece = EncodedPiece(QStringView(html).sliced(begin, end - begin));
-        parsing.Feed(piece);
-        bytes += piece.size();
+        parsing.Feed(EncodedPiece(QStringView(html).sliced(begin, end - begin)));
+        const bool first = begin == 0;
         begin = end;
-        if (begin == html.size())
-            break;
-        if (!parsing.IsBetweenTags())
+        if (parsing.IsBetweenTags()) {
+            if (end == html.size())
+                return Outcome::Done;
+        } else if (end < html.size()) {
             return Outcome::CutWrongly;
+        } else if (!first) {
+            return Outcome::EndsWithinMarkup;
+        } else {
+            break;
+        }
     }
     if (!parsing.IsWithinTag())
         return Outcome::Done;
-    while (begins.back().second > parsing.TagBegin())
-        begins.pop_back();
-    const auto [begin, bytesBefore] = begins.back();
-    const QByteArray rest = EncodedPiece(QStringView(html).sliced(begin));
-    html.truncate(begin + QString::fromUtf8(rest.first(parsing.TagBegin() - bytesBefore)).size());
+    html.truncate(QString::fromUtf8(EncodedPiece(html).first(parsing.TagBegin())).size());
     return Outcome::Truncated;
 }
 
@@ -528,8 +526,9 @@ void ParseHtml(QString html, const PageBounds& bounds, PageTree& tree) {
         auto parsing = std::make_unique<Parsing>(bounds, builder, html.size());
         const qsizetype size = html.size();
         const Outcome outcome = Feed(html, PagePieces(html, cuts, bounds.PieceSize), *parsing);
-        if (outcome == Outcome::CutWrongly) {
-            cuts = cuts == PagePieces::Cuts::AtAnyTag ? PagePieces::Cuts::AtTags : PagePieces::Cuts::Nowhere;
+        if (outcome == Outcome::CutWrongly || outcome == Outcome::EndsWithinMarkup) {
+            cuts = outcome == Outcome::CutWrongly && cuts == PagePieces::Cuts::AtAnyTag ? PagePieces::Cuts::AtTags
+                                                                                        : PagePieces::Cuts::Nowhere;
             continue;
         }
         if (outcome == Outcome::Truncated && html.size() < size) // What is no tag is nothing at all.
