@@ -10,6 +10,7 @@
 #include "export/JsonLine.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
+#include "workbench/AnyDirectories.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -50,8 +51,10 @@ public:
         session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
         if (mayComplete && waited < line_.PatienceSeconds)
             return;
+        const std::shared_ptr<const SiteAdapter> site = session_.Job.Adapter();
         QString reason = u"no results page of %1: %2"_s.arg(session_.State.CurrID,
-                                                            MissingListMarkers(page, *session_.Job.Adapter()));
+                                                            site->ReadDocument ? u"no list of businesses was found"_s
+                                                                               : MissingListMarkers(page, *site));
         if (!browser_.LastError().isEmpty())
             reason = browser_.LastError();
         GiveUp(ContainsExact(reason, Address()) ? reason : Address() + u": " + reason);
@@ -145,55 +148,86 @@ std::unique_ptr<EmbeddedBrowser> MakeBrowser(const CommandLine& line, Session& s
     return browser;
 }
 
-int HarvestFrom(const CommandLine& line, Session& session, const QString& start, const WebBrowserFactory& webBrowser) {
-    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
-                      FurtherColumns(line, session.More));
-    output.Begin();
-    const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
-    Watch watch(line, session, *browser, output);
-    HarvestDriver driver(session.Job, *browser, &watch);
+// One harvest from a start address on; false when it was given up.
+bool HarvestOnce(const CommandLine& line, Session& session, EmbeddedBrowser& browser, const LeadOutput& output,
+                 const QString& start) {
+    Watch watch(line, session, browser, output);
+    HarvestDriver driver(session.Job, browser, &watch);
     StoreLink store(line, session, start);
-
-    const QElapsedTimer sinceStart = [] {
-        QElapsedTimer timer;
-        timer.start();
-        return timer;
-    }();
-    browser->Navigate(start);
+    browser.Navigate(start);
     driver.Start();
     while (!watch.Ended() && !session.Loop.Quitting())
         session.Loop.WaitForMessage(std::nullopt);
-    browser->Stop();
-
-    if (const QString losses = output.Finish(); !losses.isEmpty())
-        session.Out.Note(losses);
-    session.Out.Report(session.Report.Text());
-    session.Out.Note(u"%1 s"_s.arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
-    for (const QString& error : {watch.Error(), output.Error()})
-        if (!error.isEmpty())
-            session.Out.Error(error);
+    browser.Stop();
+    const std::shared_ptr<const SiteAdapter> site = session.Job.Adapter();
+    if (site->DriftOf)
+        for (const QString& drift : site->DriftOf(session.Job.Counts))
+            session.Out.Error(u"%1: %2"_s.arg(site->Code, drift));
+    if (!watch.Error().isEmpty())
+        session.Out.Error(watch.Error());
     const bool failed =
         !watch.Error().isEmpty() || !output.Error().isEmpty() || !session.State.FailureMessage.isEmpty();
     store.End(session.CtrlC.Happened() ? HarvestEnding::Stopped
               : failed                 ? HarvestEnding::Failed
                                        : HarvestEnding::Done,
               watch.Pages());
-    return session.StatusOrInterrupted(failed ? ExitStatus::Failed : ExitStatus::Done);
+    return !failed;
+}
+
+// One harvest after the other into one output.
+int HarvestFrom(const CommandLine& line, Session& session, const QStringList& starts,
+                const WebBrowserFactory& webBrowser) {
+    LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
+                      FurtherColumns(line, session.More));
+    output.Begin();
+    const std::unique_ptr<EmbeddedBrowser> browser = MakeBrowser(line, session, webBrowser);
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    bool done = true;
+    for (const QString& start : starts)
+        if (!session.Loop.Quitting() && output.Error().isEmpty())
+            done = HarvestOnce(line, session, *browser, output, start) && done;
+
+    if (const QString losses = output.Finish(); !losses.isEmpty())
+        session.Out.Note(losses);
+    session.Out.Report(session.Report.Text());
+    session.Out.Note(u"%1 s"_s.arg(static_cast<double>(sinceStart.elapsed()) / 1000, 0, 'f', 1));
+    if (!output.Error().isEmpty())
+        session.Out.Error(output.Error());
+    return session.StatusOrInterrupted(!done || !output.Error().isEmpty() ? ExitStatus::Failed : ExitStatus::Done);
+}
+
+// Makes the directory of the command line the current one.
+void SelectDirectory(const CommandLine& line, Session& session) {
+    session.SelectSite(line.RecipeFileName.isEmpty() ? line.Site : session.Bench.AddRecipe(line.RecipeFileName));
 }
 
 #ifdef BRINDLE_HAS_DEMO
 int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
+    const bool browserRunsScripts = line.Browser == BrowserKind::Web;
     Demo::DemoServer server;
     server.Start();
     for (const Demo::ModernSite& site : server.ModernSites())
         if (site.Secure)
             TrustServer(site.Start, server.AuthorityFile());
     Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()));
-    session.SelectSite(line.Site);
-    const QString start = line.Start.isEmpty() ? server.FirstResultPage(line.Site) : line.Start;
-    if (start.isEmpty())
+    SelectDirectory(line, session);
+    QStringList starts;
+    if (!line.Start.isEmpty()) {
+        starts.append(line.Start);
+    } else if (line.Site == AnyWebsiteCode) {
+        for (const Demo::ModernSite& site : server.ModernSites()) {
+            if (!site.NeedsScripts || browserRunsScripts)
+                starts.append(site.Start);
+            else
+                session.Out.Note(u"%1 is left out: it needs --browser web"_s.arg(site.Code));
+        }
+    } else if (const QString first = server.FirstResultPage(line.Site); !first.isEmpty()) {
+        starts.append(first);
+    }
+    if (starts.isEmpty())
         throw Failure(u"there is no demo directory of %1"_s.arg(line.Site));
-    return HarvestFrom(line, session, start, webBrowser);
+    return HarvestFrom(line, session, starts, webBrowser);
 }
 #else
 int HarvestDemo(const CommandLine&, Console&, const WebBrowserFactory&) {
@@ -207,9 +241,9 @@ int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactor
     if (line.OnDemo)
         return HarvestDemo(line, console, webBrowser);
     Session session(line, console, LoadSites(line));
-    session.SelectSite(line.Site);
-    const SearchRow search{0, line.Site, line.Start, line.What, line.Place};
-    return HarvestFrom(line, session, StartOf(search, session), webBrowser);
+    SelectDirectory(line, session);
+    const SearchRow search{0, session.State.CurrID, line.Start, line.What, line.Place};
+    return HarvestFrom(line, session, {StartOf(search, session)}, webBrowser);
 }
 
 } // namespace Brindle

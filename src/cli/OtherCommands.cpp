@@ -39,14 +39,19 @@ void WriteToStandardOutput(const QByteArray& bytes) {
 }
 
 int RunSites(const CommandLine& line, Console& console) {
-    const SitesFile sites = LoadSites(line);
+    const Session session(line, console, LoadSites(line));
     QByteArray lines;
-    for (const SiteEntry& site : sites.Sites)
+    for (const QString& code : session.Catalogue.WebsiteKeys()) {
+        const SiteEntry& site = *session.Catalogue.Find(code);
         lines += QString(site.Code + u'\t' + site.Base + u'\t' + site.Label + u'\n').toLocal8Bit();
+    }
     WriteToStandardOutput(lines);
-    for (const SitesProblem& problem : sites.Problems)
+    for (const SitesProblem& problem : session.Sites.Problems)
         console.Error(problem.Text);
-    return sites.Problems.empty() ? ExitStatus::Done : ExitStatus::Failed;
+    for (const QString& problem : session.Bench.RecipeProblems)
+        console.Error(problem);
+    return session.Sites.Problems.empty() && session.Bench.RecipeProblems.isEmpty() ? ExitStatus::Done
+                                                                                    : ExitStatus::Failed;
 }
 
 int RunFetch(const CommandLine& line, Console& console) {

@@ -60,16 +60,6 @@ SitesFile LoadSites(const CommandLine& line) {
     return SitesFile::Load(ProgramFiles::Sites(line.SitesFileName.value_or(QString())), SiteAdapters());
 }
 
-namespace {
-
-bool IsSiteCode(QStringView code) {
-    const auto directories = SiteAdapters();
-    return std::any_of(directories.begin(), directories.end(),
-                       [code](const SiteAdapter& site) { return site.Code == code; });
-}
-
-} // namespace
-
 Session::Session(const CommandLine& line, Console& console, SitesFile sites)
     : Out(console),
       System(CreatePlatform()),
@@ -83,6 +73,9 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
       }) {
     Options = LoadSettingsInForce(line, *System);
     More = LoadOptionsInForce(line, *System, console);
+    Bench.SettingsFolder =
+        QFileInfo(ProgramFiles::Settings(*System, line.SettingsFileName.value_or(QString()))).absolutePath();
+    Bench.ReadsDetails = line.Details;
     Bench.LoadCatalogue();
     Loop.SetPace(line.Pace);
     Fetcher.SetPatience(qRound64(line.PatienceSeconds * 1000));
@@ -93,9 +86,12 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
 }
 
 void Session::SelectSite(const QString& siteCode) {
-    if (!IsSiteCode(siteCode))
+    const auto directories = SiteAdapters();
+    const bool builtIn = std::any_of(directories.begin(), directories.end(),
+                                     [&](const SiteAdapter& site) { return site.Code == siteCode; });
+    if (!builtIn && !Catalogue.Find(siteCode))
         throw UsageError(u"--site: \u201C%1\u201D is no site code; brindle-cli sites lists them"_s.arg(siteCode));
-    const QStringList problems = Sites.ProblemsOf(siteCode);
+    const QStringList problems = builtIn ? Sites.ProblemsOf(siteCode) : QStringList();
     for (qsizetype i = 0; i + 1 < problems.size(); ++i)
         Out.Error(problems[i]);
     if (!problems.isEmpty())

@@ -46,6 +46,11 @@ public:
     /// Follows a link as a click would; nothing happens beyond the last one.
     virtual void ClickLink(int index) = 0;
 
+    /// Asks the page for more of its list: scrolls to its end or, where `selector` names a button, clicks that, then
+    /// waits, while messages are handled, until the document has grown, for some seconds at most. False when it has
+    /// not grown, and in browsers that run no scripts.
+    virtual bool LoadMore(const QString& /*selector*/) { return false; }
+
     virtual void SetProxy(const Proxy& proxy) = 0;
     virtual void SetUserAgent(const QString& userAgent) = 0;
     virtual void ClearCache() = 0;

@@ -21,8 +21,8 @@ class SaveError : public Failure {
     using Failure::Failure;
 };
 
-/// What a directory's reader throws when it cannot go on with the page in hand. The reading of that page ends; the leads
-/// before the place stay.
+/// What a directory's reader throws when it cannot go on with the page in hand. The reading of that page ends; the
+/// leads before the place stay.
 class PageError : public Failure {
     using Failure::Failure;
 };

@@ -62,6 +62,8 @@ void Harvest::Begin() {
     State.ExtractedNum = 0;
     State.MainCategory.clear();
     State.FailureMessage.clear();
+    SavedKeys.Clear();
+    Counts = {};
     State.ShouldStop = false;
     State.DateTimeVal = HarvestTimeStamp(QDateTime::currentDateTime(), QLocale::system());
 }

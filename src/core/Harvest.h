@@ -78,6 +78,11 @@ public:
     /// Where leads are kept beyond the run; null: nowhere.
     LeadKeeping* Store = nullptr;
 
+    /// In how many of the records of this harvest each field is filled; of directories that read whole documents.
+    RecordCounts Counts;
+    /// Keys of the leads that this harvest has saved, of directories whose duplicates are told by the business.
+    DuplicateKeys SavedKeys;
+
     /// Called for every lead that was listed or saved; may be empty.
     std::function<void(const Lead&)> LeadKept;
 

@@ -15,13 +15,17 @@ namespace {
 
 constexpr qint32 tickInterval = 1000;
 constexpr quint32 refreshAfter = 180'000;
+constexpr int mostEmptyLooks = 10; // at a next page that is loaded and has no records
 
 } // namespace
 
-void GetDataResults(Harvest& harvest, const QString& page) {
+void GetDataResults(Harvest& harvest, const QString& page, const QString& address) {
     const std::shared_ptr<const SiteAdapter> site = harvest.Adapter();
     if (!site)
         return;
+    harvest.State.CurrWay = site->Links;
+    if (site->ReadDocument)
+        return KeepRecords(harvest, *site, site->ReadDocument(page, address));
     const auto pause = [&harvest, ms = site->PauseAfterPage] {
         if (ms > 0 && !harvest.ShouldStop())
             Delay(harvest.Loop, ms);
@@ -39,8 +43,9 @@ HarvestDriver::HarvestDriver(Harvest& harvest, EmbeddedBrowser& browser, Harvest
     : harvest_(harvest),
       browser_(browser),
       observer_(observer),
-      tmrParse_(harvest.Loop.CreateTimer(tickInterval, [this] { OnTimer(); })) {
-    QObject::connect(&browser_, &EmbeddedBrowser::ProgressChange, &browser_,
+      tmrParse_(harvest.Loop.CreateTimer(tickInterval, [this] { OnTimer(); })),
+      documents_(harvest, browser) {
+    QObject::connect(&browser_, &EmbeddedBrowser::ProgressChange, &arrivals_,
                      [this](qint64 progress, qint64 maximum) { BrowserProgress(progress, maximum); });
     // Queued: whoever tells of a page is not to be asked for it, or sent on, within the telling.
     QObject::connect(
@@ -66,6 +71,7 @@ void HarvestDriver::Launch() {
     iStart_ = harvest_.Loop.TickCount();
     harvest_.Begin();
     pagesRead_.Clear();
+    documents_.Begin();
     loadedAnew_ = false;
     harvest_.Status.SetPanel(StatusPanel::ExportedCount,
                              harvest_.Texts.WithNumber(Message::ExportedCount, state.ExportedNum));
@@ -117,7 +123,8 @@ void HarvestDriver::Refresh() {
 }
 
 void HarvestDriver::GoHome() {
-    browser_.Navigate(harvest_.SelectedBase());
+    if (!harvest_.Site().Base.isEmpty() || !harvest_.Adapter())
+        browser_.Navigate(harvest_.SelectedBase());
 }
 
 void HarvestDriver::Go(const QString& address) {
@@ -173,6 +180,10 @@ void HarvestDriver::Tick() {
     static const SiteAdapter unknown;
     const std::shared_ptr<const SiteAdapter> held = harvest_.Adapter();
     const SiteAdapter& site = held ? *held : unknown;
+    state.CurrWay = site.Links;
+    state.CurrPage = {browser_.LocationAddress(), browser_.PeerAddress()};
+    if (site.ReadDocument)
+        return DocumentTick(site);
     // Reading can wait for the page, too, so messages are handled meanwhile.
     const QString page = browser_.BodyOuterHtml(site.Form);
     if (harvest_.ShouldStop())
@@ -187,8 +198,7 @@ void HarvestDriver::Tick() {
     }
     GetInitTokens(page, site, markers_, state.CurrSite);
     if (!ContainsFolded(page, markers_.TknInitList) || !ContainsFolded(page, markers_.TknEndList)) {
-        tmrParse_->SetEnabled(true);
-        state.Parsing = true;
+        LookAgain();
         if (observer_)
             observer_->PageIncomplete(page);
         return;
@@ -221,6 +231,68 @@ void HarvestDriver::Tick() {
         TurnBy(site, page);
     else
         LoadNext(site, page);
+}
+
+void HarvestDriver::DocumentTick(const SiteAdapter& site) {
+    const bool complete = LookAtDocument(site);
+    if (harvest_.ShouldStop())
+        return Finish();
+    if (!complete) {
+        if (documents_.EmptyLooks() >= mostEmptyLooks)
+            return Finish(); // the list has ended before this page
+        if (documents_.IsEmpty() && harvest_.Loop.TickCount() - iStart_ > refreshAfter) {
+            browser_.Refresh();
+            iStart_ = harvest_.Loop.TickCount();
+        }
+        LookAgain();
+        if (observer_ && documents_.IsEmpty())
+            observer_->PageIncomplete(documents_.Document());
+        return;
+    }
+    iStart_ = harvest_.Loop.TickCount();
+    if (documents_.IsRepeated()) {
+        Finish();
+        if (observer_)
+            observer_->PagesRepeat(browser_.LocationAddress());
+        return;
+    }
+    for (const QString& problem : documents_.Problems())
+        if (observer_)
+            observer_->PageGivenUp(browser_.LocationAddress(), problem);
+    documents_.Keep(site);
+    if (observer_)
+        observer_->PageRead();
+    if (harvest_.ShouldStop())
+        return Finish();
+    LoadNextDocument(site);
+}
+
+bool HarvestDriver::LookAtDocument(const SiteAdapter& site) {
+    try {
+        return documents_.Look(site);
+    } catch (const Failure& failure) {
+        if (observer_)
+            observer_->PageGivenUp(browser_.LocationAddress(), failure.Message());
+        return false;
+    }
+}
+
+void HarvestDriver::LoadNextDocument(const SiteAdapter& site) {
+    const QString address = documents_.NextAddress(site);
+    if (address.isEmpty()) {
+        if (documents_.LoadMore() && !harvest_.ShouldStop())
+            return GoOn(true);
+        return Finish();
+    }
+    harvest_.Status.SetPanel(StatusPanel::Message, harvest_.Texts.Text(Message::Request));
+    // An empty page between the two, so that the old one is not taken for the next.
+    browser_.Navigate(u"about:blank"_s);
+    Delay(harvest_.Loop, 1000);
+    if (harvest_.ShouldStop())
+        return Finish();
+    documents_.PageLeft();
+    browser_.Follow(address);
+    GoOn(true);
 }
 
 void HarvestDriver::ReadPage(const QString& page) {
@@ -271,7 +343,7 @@ void HarvestDriver::LoadNext(const SiteAdapter& site, const QString& page) {
         if (harvest_.ShouldStop())
             return Finish();
     }
-    GoOn(loadedAnew_, false);
+    GoOn(loadedAnew_);
 }
 
 void HarvestDriver::GoOn(bool nextPageLoaded, bool openToStart) {
@@ -280,6 +352,11 @@ void HarvestDriver::GoOn(bool nextPageLoaded, bool openToStart) {
     harvest_.State.Parsing = !openToStart;
     if (observer_)
         observer_->RoundEnded(nextPageLoaded);
+}
+
+void HarvestDriver::LookAgain() {
+    tmrParse_->SetEnabled(true);
+    harvest_.State.Parsing = true;
 }
 
 void HarvestDriver::Finish() {

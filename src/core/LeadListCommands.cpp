@@ -1,5 +1,6 @@
 #include "core/LeadListCommands.h"
 
+#include "core/BusinessKey.h"
 #include "toolkit/Text.h"
 
 namespace Brindle {
@@ -30,7 +31,12 @@ bool DeleteSelected(LeadList& leads, std::span<const qsizetype> rows, QStringVie
         if (KeyNeedsName(siteCode))
             lead.Name = leads.FieldAt(*row, Field::BusinessName);
         lead.DetailsLink = leads.FieldAt(*row, Field::DetailsLink);
-        leads.DuplicatedItems.RemoveOne(DuplicateKeyOf(siteCode, lead));
+        const QString key = DuplicateKeyOf(siteCode, lead);
+        if (leads.DuplicatedItems.Contains(key)) {
+            leads.DuplicatedItems.RemoveOne(key);
+        } else { // a lead of a directory whose duplicates are told by the business
+            leads.DuplicatedItems.RemoveOne(BusinessKey(leads.At(*row)));
+        }
     }
     leads.Remove(rows);
     loop.ProcessMessages();

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -44,6 +45,13 @@ struct DocumentRecords {
     std::vector<Lead> Leads; ///< in the page's order
     QString NextPage;        ///< absolute address; empty: none
     QString LoadMore;        ///< selector of a button that brings more records into this page; empty: none
+    QStringList Problems;    ///< one line each: what was given up on the page
+};
+
+/// In how many of the records that a harvest has read each field is filled.
+struct RecordCounts {
+    int Records = 0;
+    std::array<int, FieldCount> Filled{};
 };
 
 /// One directory: all that the program knows of it. Those that come with the program stand in a file each; others are
@@ -67,6 +75,10 @@ struct SiteAdapter {
     std::function<DocumentRecords(const QString& html, const QString& address)> ReadDocument = {};
     /// Adds to a lead what the page at its details link says; empty: details pages are not read.
     std::function<void(const QString& html, const QString& address, Lead& lead)> ReadDetails = {};
+    /// What is amiss against what the directory is known to fill, one line each; may be empty.
+    std::function<QStringList(const RecordCounts& seen)> DriftOf = {};
+    /// Whether an address belongs to the site on which a harvest was started; empty: every address does.
+    std::function<bool(const QString& start, const QString& address)> IsSameSite = {};
     QString SearchAddress = {}; ///< of a search, with {what} and {where} in it; empty: none is known
 
     /// Runs a page through the reader of a layout; the only one where there is one. Nothing for a number that the

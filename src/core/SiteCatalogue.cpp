@@ -81,9 +81,17 @@ void SiteCatalogue::Add(SiteEntry entry, SiteAdapter site) {
     site.Links = entry.Links.value_or(site.Links);
     if (!entry.Search.isEmpty())
         site.SearchAddress = entry.Search;
-    websiteKeys_.append(entry.Code);
-    websiteUrls_.append(entry.DisplayEntry());
-    sites_.push_back(std::make_shared<const Site>(Site{std::move(entry), std::move(site)}));
+    const QString code = entry.Code;
+    const QString shown = entry.DisplayEntry();
+    auto added = std::make_shared<const Site>(Site{std::move(entry), std::move(site)});
+    if (const qsizetype index = websiteKeys_.indexOf(code); index >= 0) {
+        websiteUrls_[index] = shown;
+        sites_[static_cast<size_t>(index)] = std::move(added);
+        return;
+    }
+    websiteKeys_.append(code);
+    websiteUrls_.append(shown);
+    sites_.push_back(std::move(added));
 }
 
 QString SiteCatalogue::GetCountryID(const QString& displayEntry) const {

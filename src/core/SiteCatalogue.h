@@ -58,8 +58,8 @@ public:
     SiteCatalogue() = default;
     explicit SiteCatalogue(QString mapBase) : mapBase_(std::move(mapBase)) {}
 
-    /// Adds a directory behind the others; `entry` and `site` have the same code. What the entry says of links and
-    /// search comes before what the directory itself says.
+    /// Adds a directory behind the others, or in the place of the one that has its code; `entry` and `site` have the
+    /// same code. What the entry says of links and search comes before what the directory itself says.
     void Add(SiteEntry entry, SiteAdapter site);
 
     const QStringList& WebsiteKeys() const { return websiteKeys_; }

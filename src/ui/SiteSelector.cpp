@@ -11,8 +11,14 @@ SiteSelector::SiteSelector(Harvest& harvest, HarvestDriver& driver, EmbeddedBrow
 
 void SiteSelector::Open(const QString& entry) {
     harvest_.State.SelectedEntry = entry;
-    browser_.Navigate(GetCountryURL(entry));
+    if (HasHomePage(entry))
+        browser_.Navigate(GetCountryURL(entry));
     harvest_.State.CurrID = harvest_.Catalogue.GetCountryID(entry);
+}
+
+bool SiteSelector::HasHomePage(const QString& entry) const {
+    const SiteEntry* const site = harvest_.Catalogue.Find(harvest_.Catalogue.GetCountryID(entry));
+    return !site || !site->Base.isEmpty();
 }
 
 void SiteSelector::Change(const QString& entry) {
@@ -23,6 +29,8 @@ void SiteSelector::Change(const QString& entry) {
         driver_.Stop();
     if (replaced())
         return;
+    if (!HasHomePage(entry))
+        return Open(entry); // any website: that of the page that is shown
     browser_.Navigate(u"about:blank"_s);
     Delay(harvest_.Loop, 500);
     if (replaced())

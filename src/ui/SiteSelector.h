@@ -13,12 +13,14 @@ public:
 
     /// Opens the home page of a display entry and makes its site the current one.
     void Open(const QString& entry);
-    /// The user has chosen another entry: a running harvest is stopped, the browser cleared and its cache emptied, then
-    /// the entry is opened. Takes a second, in which messages are handled; a choice that comes meanwhile replaces this
-    /// one.
+    /// The user has chosen another entry: one without a home page keeps the page that is shown. A running harvest is
+    /// stopped, the browser cleared and its cache emptied, then the entry is opened. Takes a second, in which messages
+    /// are handled; a choice that comes meanwhile replaces this one.
     void Change(const QString& entry);
 
 private:
+    bool HasHomePage(const QString& entry) const;
+
     Harvest& harvest_;
     HarvestDriver& driver_;
     EmbeddedBrowser& browser_;

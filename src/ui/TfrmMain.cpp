@@ -64,6 +64,7 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
           {*form_.History, desk_, bench_, notices_, *form_.Status, loop_, windowTexts_, system_.GetDocumentsFolder()}),
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
       tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
+    bench_.SettingsFolder = parts.SettingsFolder;
     setObjectName(u"frmMain");
     setWindowIcon(IconOf(Glyph::Program));
     resize(1240, 760);

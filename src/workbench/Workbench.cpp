@@ -1,10 +1,19 @@
 #include "workbench/Workbench.h"
 
+#include "core/Errors.h"
 #include "net/CustomProxy.h"
 #include "net/HttpClient.h"
+#include "recipes/RecipeFile.h"
+#include "recipes/RecipeFolders.h"
+#include "workbench/AnyDirectories.h"
 #include "workbench/Product.h"
 
+#include <QCoreApplication>
+#include <QDir>
+
 namespace Brindle {
+
+using namespace Qt::StringLiterals;
 
 Workbench::Workbench(const Parts& parts, SitesFile sites)
     : Sites(std::move(sites)),
@@ -12,6 +21,43 @@ Workbench::Workbench(const Parts& parts, SitesFile sites)
       Emails(State, Options, Fetcher),
       Saver(State, Options, Leads, Texts, parts.Status, parts.Loop),
       Job({State, Leads, Options, Texts, Catalogue, parts.Loop, parts.Status, parts.Notices, Fetcher, Emails, Saver}) {}
+
+namespace {
+
+void Offer(SiteCatalogue& catalogue, const RecipeEntry& entry, bool readsDetails) {
+    const Recipe& recipe = entry.What;
+    const QString label = recipe.Country.isEmpty() ? recipe.Name : recipe.Name + u", " + recipe.Country;
+    catalogue.Add({.Code = entry.Code, .Base = recipe.Home, .Label = label}, DirectoryOfRecipe(entry, readsDetails));
+}
+
+} // namespace
+
+void Workbench::LoadCatalogue() {
+    Catalogue = Sites.Catalogue();
+    Catalogue.Add({.Code = AnyWebsiteCode.toString(), .Label = AnyWebsiteLabel.toString()}, AnyWebsite(ReadsDetails));
+    RecipeProblems.clear();
+    const QString ofProgram = ProgramRecipes();
+    const QString ofUser = SettingsFolder.isEmpty() ? ofProgram : UserRecipes();
+    for (const RecipeEntry& entry : LoadRecipes(ofProgram, ofUser, RecipeProblems))
+        Offer(Catalogue, entry, ReadsDetails);
+}
+
+QString Workbench::AddRecipe(const QString& fileName) {
+    RecipeEntry entry{
+        .Code = RecipeCodeOf(fileName), .FileName = fileName, .OfUser = true, .What = LoadRecipe(fileName)};
+    if (const QString problem = RecipeCodeProblem(entry.Code); !problem.isEmpty())
+        throw Failure(QDir::toNativeSeparators(fileName) + u": " + problem);
+    Offer(Catalogue, entry, ReadsDetails);
+    return entry.Code;
+}
+
+QString Workbench::ProgramRecipes() const {
+    return QCoreApplication::applicationDirPath() + u"/directories"_s;
+}
+
+QString Workbench::UserRecipes() const {
+    return SettingsFolder.isEmpty() ? QString() : QDir(SettingsFolder).filePath(u"recipes"_s);
+}
 
 void Workbench::Use(const LanguageFile& language) {
     if (language.IsEmpty())

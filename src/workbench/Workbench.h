@@ -25,8 +25,15 @@ public:
     Workbench(const Workbench&) = delete;
     Workbench& operator=(const Workbench&) = delete;
 
-    /// Offers the directories of the deployment file, all that are complete.
-    void LoadCatalogue() { Catalogue = Sites.Catalogue(); }
+    /// Offers the directories of the deployment file that are complete, behind them any website, then the recipes. To
+    /// be called again when there is a new recipe. What is wrong with one stands in `RecipeProblems`.
+    void LoadCatalogue();
+    /// Offers the directory that a recipe's file describes, too, and returns its site code. Throws `Failure`.
+    QString AddRecipe(const QString& fileName);
+    /// The folder of the recipes that come with the program.
+    QString ProgramRecipes() const;
+    /// The folder of the user's recipes, which come before the program's of the same name; empty where there is none.
+    QString UserRecipes() const;
     /// Takes over the message texts and the captions of the columns; an empty file leaves them as they are.
     void Use(const LanguageFile& language);
     /// Makes a browser go the way that the settings want, under the agent of the deployment file or the built-in one.
@@ -34,9 +41,12 @@ public:
     void SetUp(EmbeddedBrowser& browser);
 
     const SitesFile Sites;
-    SiteCatalogue Catalogue; ///< empty until it is loaded
+    QString SettingsFolder;    ///< where the user's recipes are looked for; empty: nowhere
+    bool ReadsDetails = false; ///< any website and recipes: each record's own page is read, too
+    SiteCatalogue Catalogue;   ///< empty until it is loaded
     Settings Options;
     MoreOptions More;
+    QStringList RecipeProblems; ///< one line each
     MessageTexts Texts;
     LeadList Leads;
     HarvestState State;

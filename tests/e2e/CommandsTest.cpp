@@ -16,6 +16,7 @@ TEST_F(CommandsTest, SitesListsTheCatalogue) {
     QString expected;
     for (const SiteEntry& site : sites.Sites)
         expected += site.Code + u'\t' + site.Base + u'\t' + site.Label + u'\n';
+    expected += u"AUTO\t\tAny website\n"_s;
     const Outcome outcome = RunCli({u"sites"_s, u"--sites"_s, SitesFileName()});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
     EXPECT_EQ(outcome.Out, expected.toUtf8());
@@ -25,7 +26,7 @@ TEST_F(CommandsTest, SitesListsTheCatalogue) {
 TEST_F(CommandsTest, SitesBesideTheProgram) {
     const Outcome outcome = RunCli({u"sites"_s});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
-    EXPECT_EQ(outcome.Out.count('\n'), KnownSiteCodes().size());
+    EXPECT_EQ(outcome.Out.count('\n'), KnownSiteCodes().size() + 1); // and any website
 }
 
 // Pages that were saved one by one and read again are one harvest.

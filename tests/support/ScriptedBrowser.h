@@ -22,7 +22,8 @@ public:
     QHash<QString, QString> Documents;   ///< address to whole document, where it is more than the body text
     QHash<QString, QList<Link>> LinksOf; ///< address to the page's links
     QStringList Calls;
-    std::function<void()> OnRead; ///< called before a page is handed out
+    std::function<bool()> OnLoadMore; ///< whether the page has grown
+    std::function<void()> OnRead;     ///< called before a page is handed out
 
     void Navigate(const QString& address) override;
     void Stop() override { Calls.append(QStringLiteral("stop")); }
@@ -32,6 +33,10 @@ public:
     bool Busy() const override { return IsBusy; }
     QString LocationAddress() const override { return address_; }
     QString BodyOuterHtml(MarkupForm form) override;
+    bool LoadMore(const QString& selector) override {
+        Calls.append(QStringLiteral("more ") + selector);
+        return OnLoadMore && OnLoadMore();
+    }
     QString DocumentHtml() override { return Documents.value(address_, Pages.value(address_)); }
     int LinkCount() override { return static_cast<int>(LinksOf.value(address_).size()); }
     QString LinkInnerText(int index) override;
