@@ -145,7 +145,7 @@ public:
             state == MyHTML_TOKENIZER_STATE_TAG_NAME || (state >= MyHTML_TOKENIZER_STATE_BEFORE_ATTRIBUTE_NAME &&
                                                          state <= MyHTML_TOKENIZER_STATE_SELF_CLOSING_START_TAG);
         if (within)
-            Run([](Parsing& self) { self.CheckToken(self.tree_->current_token_node); });
+            Run([](Parsing& self) { self.CheckAttributes(self.tree_->current_token_node); });
         return within;
     }
     // Whether the next piece is neither within a tag or comment nor within a raw text, which the parser wants whole.
@@ -207,16 +207,25 @@ private:
     }
 
     void CheckToken(myhtml_token_node_t* token) {
+        // An end tag is in no tree, once the next token comes; but "</br>" becomes an element.
+        if (endTag_)
+            mcobject_async_free(tree_->token->nodes_obj, endTag_);
+        const bool ends = (token->type & MyHTML_TOKEN_TYPE_CLOSE) != 0 && token->tag_id != MyHTML_TAG_BR;
+        endTag_ = ends && !token->attr_first ? token : nullptr;
         if (token->tag_id == MyHTML_TAG__TEXT)
             MendText(token);
         else
             MendTag(token);
+        CheckAttributes(token);
+        CheckClock();
+    }
+
+    void CheckAttributes(const myhtml_token_node_t* token) {
         int count = 0;
         for (const myhtml_token_attr_t* attribute = token->attr_first; attribute; attribute = attribute->next)
             ++count;
         if (count > bounds_.Attributes)
             Leave(Overrun::Attributes);
-        CheckClock();
     }
 
     // References are none in raw text, also where something looked like its end, or where the page ends in it.
@@ -483,6 +492,7 @@ private:
     quint32 round_ = 0;
     qint64 inserted_ = 0; // bytes, since what was finished was handed over
     quint32 calls_ = 0;
+    myhtml_token_node_t* endTag_ = nullptr; // the last token, where it is one
     Overrun overrun_ = Overrun::Time;
     std::jmp_buf leave_;
 };
