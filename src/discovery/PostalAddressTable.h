@@ -43,7 +43,7 @@ inline constexpr AddressCountry addressCountries[] = {
     {u"DK", AddressOrder::CodeCity, u"9999", u"DK", u"da", u"Denmark|Danmark|Dänemark|Danemark|Dinamarca|Danimarca|Dania|Denemarken|デンマーク"},
     {u"EE", AddressOrder::CodeCity, u"99999", u"EE", u"et", u"Estonia|Eesti|Estland|Estonie"},
     {u"EG", AddressOrder::CityCode, u"99999", u"", u"", u"Egypt|Ägypten|Égypte|Egipto|Egitto|مصر"},
-    {u"ES", AddressOrder::CodeCity, u"99999", u"E|ES", u"ca|eu|gl", u"Spain|España|Spanien|Espagne|Spagna|Espanha|Hiszpania|Spanje|Espanya|スペイン"},
+    {u"ES", AddressOrder::CodeCity, u"99999", u"E|ES", u"es|ca|eu|gl", u"Spain|España|Spanien|Espagne|Spagna|Espanha|Hiszpania|Spanje|Espanya|スペイン"},
     {u"FI", AddressOrder::CodeCity, u"99999", u"FI|FIN", u"fi", u"Finland|Suomi|Finnland|Finlande|Finlandia|フィンランド"},
     {u"FR", AddressOrder::CodeCity, u"99999|99 999", u"F|FR", u"fr", u"France|Frankreich|Francia|França|Francja|Frankrijk|Frankrike|Franciaország|フランス"},
     {u"GB", AddressOrder::CityCode, u"A9 9AA|A99 9AA|AA9 9AA|AA99 9AA|A9A 9AA|AA9A 9AA", u"", u"cy", u"United Kingdom|UK|U.K.|Great Britain|England|Scotland|Wales|Northern Ireland|Vereinigtes Königreich|Großbritannien|Royaume-Uni|Reino Unido|Regno Unito|Wielka Brytania|イギリス"},

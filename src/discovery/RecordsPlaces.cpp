@@ -377,6 +377,9 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
         lead.State = parts.State;
     if (lead.Country.isEmpty() && !known)
         lead.Country = parts.Country;
+    // Where each part has a column of its own, the town's is the last one.
+    if (!lead.City.isEmpty() && !lead.FullAddress.contains(lead.City, Qt::CaseInsensitive))
+        lead.FullAddress += (lead.FullAddress.endsWith(lead.PostalCode) ? u" "_s : u", "_s) + lead.City;
 }
 
 void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {

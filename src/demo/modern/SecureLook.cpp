@@ -10,7 +10,7 @@ namespace {
 
 constexpr QStringView entryTemplate =
     uR"(<section class="{{firma}}"><h3><a href="biz/{{slug}}">{{name}}</a></h3><div class="{{daten}}">{{street}}<br>{{code}} {{city}}</div>
-<div class="{{daten}}">T: <a href="{{tel}}">{{phone}}</a></div><div class="{{branche}}">{{category}}</div>{{site}}</section>
+<div class="{{daten}}">T: <a href="{{tel}}">{{phone}}</a></div><div class="{{branche}}">Branche: {{category}}</div>{{site}}</section>
 )";
 
 /// Served over https; its links are relative, its addresses have two lines.
@@ -26,7 +26,7 @@ protected:
         for (const ModernBusiness& b : page.Businesses)
             entries += Fill(entryTemplate, {{u"firma", C(u"firma")},
                                             {u"daten", C(u"firma-daten")},
-                                            {u"branche", C(u"firma-branche")},
+                                            {u"branche", C(u"branche")},
                                             {u"slug", b.Slug},
                                             {u"name", b.Name},
                                             {u"street", b.Street},
