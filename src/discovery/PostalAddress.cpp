@@ -241,6 +241,15 @@ private:
 
     QStringView BehindCode(const Code& code) const { return Stripped(segments_[code.Segment].sliced(code.Span.End)); }
 
+    bool IsAlone(const Code& code) const { return BeforeCode(code).isEmpty() && BehindCode(code).isEmpty(); }
+
+    // Whether the line behind a code is a place's and the one before it is not.
+    bool IsCityBehind(const Code& code) const {
+        return code.Segment + 1 < segments_.size() && StartsLikePlace(segments_[code.Segment + 1]) &&
+               !HasDigit(segments_[code.Segment + 1]) &&
+               (code.Segment == 0 || HasDigit(segments_[code.Segment - 1]) || code.Segment + 2 == segments_.size());
+    }
+
     void SetCode(const Code& code) {
         parts_.PostalCode = segments_[code.Segment].sliced(code.Span.Begin, code.Span.End - code.Span.Begin).toString();
     }
@@ -296,6 +305,10 @@ private:
             for (const Code& code : codes)
                 if (StartsLikePlace(BehindCode(code)) && !HasStreetWord(BehindCode(code)))
                     best = &code;
+        if (!best)
+            for (const Code& code : codes)
+                if (IsAlone(code) && IsCityBehind(code))
+                    best = &code;
         if (!best) {
             // "Madrid 28001", or the code on a line of its own before or behind the city's.
             for (const Code& code : codes)
@@ -313,7 +326,10 @@ private:
         if (const QStringView before = BeforeCode(*best); !before.isEmpty())
             street.push_back(before);
         QStringView city = BehindCode(*best);
-        for (std::size_t i = best->Segment + 1; i < segments_.size(); ++i) {
+        const std::size_t behind = best->Segment + (city.isEmpty() ? 2 : 1);
+        if (city.isEmpty())
+            city = segments_[best->Segment + 1]; // on a line of its own
+        for (std::size_t i = behind; i < segments_.size(); ++i) {
             const QStringView segment = segments_[i];
             if (IsStateOf(region_, segment) && parts_.State.isEmpty())
                 parts_.State = segment.toString();
@@ -644,7 +660,15 @@ CountryGuess GuessCountry(const AddressHints& hints) {
         return {region, true};
     if (!hints.PhoneRegion.isEmpty())
         return {hints.PhoneRegion, true};
-    return {LanguageRegion(hints.Language), false};
+    // Some languages have one country, others several.
+    static const QStringView several[] = {u"de", u"fr", u"it", u"es", u"pt", u"nl", u"zh", u"ru",
+                                          u"ar", u"sr", u"sv", u"ms", u"ro", u"el", u"ca", u"rm"};
+    const QStringView language = QStringView(hints.Language).first(qMin<qsizetype>(2, hints.Language.size()));
+    const QString region = LanguageRegion(hints.Language);
+    const bool sure = std::none_of(std::begin(several), std::end(several), [language](QStringView other) {
+        return language.compare(other, Qt::CaseInsensitive) == 0;
+    });
+    return {region, sure && !region.isEmpty()};
 }
 
 AddressParts SplitAddress(QStringView text, const AddressHints& hints) {

@@ -18,7 +18,7 @@ struct AddressHints {
 /// The country that the hints speak for.
 struct CountryGuess {
     QString Region;    ///< ISO 3166 alpha-2; empty: unknown
-    bool Sure = false; ///< false: only the language says so
+    bool Sure = false; ///< false: only a language of several countries says so
 };
 CountryGuess GuessCountry(const AddressHints& hints);
 

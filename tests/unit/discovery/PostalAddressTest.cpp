@@ -60,6 +60,7 @@ TEST(SplitAddress, CodeBeforeTheCity) {
         {u"BE", u"Rue Neuve 3 bte 2, 1000 Bruxelles", u"Rue Neuve 3 bte 2|Bruxelles||1000|"},
         {u"PL", u"ul. Marszałkowska 10/12 lok. 5, 00-590 Warszawa",
          u"ul. Marszałkowska 10/12 lok. 5|Warszawa||00-590|"},
+        {u"PL", u"ul. Prosta 5, 00-838, Warszawa", u"ul. Prosta 5|Warszawa||00-838|"},
         {u"CZ", u"Václavské náměstí 1, 110 00 Praha 1", u"Václavské náměstí 1|Praha 1||110 00|"},
         {u"SE", u"Kungsgatan 12, SE-111 35 Stockholm", u"Kungsgatan 12|Stockholm||111 35|"},
         {u"NO", u"Karl Johans gate 5, 0154 Oslo", u"Karl Johans gate 5|Oslo||0154|"},
@@ -160,7 +161,8 @@ TEST(GuessCountry, WeighsTheHints) {
     EXPECT_EQ(guess({{}, u"en"_s, u"www.example.co.uk"_s, {}}), u"GB!");
     EXPECT_EQ(guess({{}, u"de-CH"_s, u"example.com"_s, {}}), u"CH!");
     EXPECT_EQ(guess({{}, u"es"_s, u"example.com"_s, u"MX"_s}), u"MX!");
-    EXPECT_EQ(guess({{}, u"ja"_s, u"example.com"_s, {}}), u"JP");
+    EXPECT_EQ(guess({{}, u"ja"_s, u"example.com"_s, {}}), u"JP!");
+    EXPECT_EQ(guess({{}, u"es"_s, u"example.com"_s, {}}), u"ES");
     EXPECT_EQ(guess({{}, u"en"_s, u"example.com"_s, {}}), u"");
     EXPECT_EQ(guess({}), u"");
 }
