@@ -136,6 +136,8 @@ PageAnnotations::PageAnnotations(const PageTree& page, const PageLines& lines, c
       Hints(static_cast<size_t>(page.Count()), 0),
       Facts(static_cast<size_t>(page.Count())),
       IsAddressLine(lines.Lines.size(), false),
+      IsCodeLine(lines.Lines.size(), false),
+      IsStreetLine(lines.Lines.size(), false),
       IsDateLine(lines.Lines.size(), false),
       IsPriceLine(lines.Lines.size(), false) {
     ReadElements();
@@ -305,6 +307,8 @@ void PageAnnotations::ReadLines() {
             Count(facts.PostalCodes);
         if (signs.Street)
             Count(facts.Streets);
+        IsCodeLine[i] = signs.PostalCode;
+        IsStreetLine[i] = signs.Street;
         IsAddressLine[i] = signs.PostalCode || signs.Street;
         if (HasDate(text)) {
             IsDateLine[i] = true;
@@ -550,6 +554,16 @@ bool HasPrice(QStringView text) {
     for (qsizetype i = 0; i < text.size(); ++i)
         if (signs.contains(text[i]) && digitBeside(i, i + 1))
             return true;
+    // A name of money stands beside its amount.
+    bool beside = false;
+    for (qsizetype i = 1; i < text.size() && !beside; ++i) {
+        const QChar before = text[i - 1];
+        const bool gap = i >= 2 && (before == u' ' || before == u'\u00A0' || before == u'.');
+        const QChar other = gap ? text[i - 2] : before;
+        beside = (text[i].isLetter() && other.isDigit()) || (text[i].isDigit() && other.isLetter());
+    }
+    if (!beside)
+        return false;
     for (const QStringView name : names)
         for (qsizetype at = text.indexOf(name); at >= 0; at = text.indexOf(name, at + 1)) {
             const qsizetype end = at + name.size();

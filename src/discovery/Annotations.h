@@ -88,6 +88,8 @@ public:
     std::vector<PagePhone> Phones;
     std::vector<PageMail> Mails;
     std::vector<bool> IsAddressLine; ///< by line: it has a postal code or a street
+    std::vector<bool> IsCodeLine;    ///< by line: it has a postal code
+    std::vector<bool> IsStreetLine;  ///< by line: it has a street
     std::vector<bool> IsDateLine;    ///< by line: it has a date
     std::vector<bool> IsPriceLine;   ///< by line: it has an amount of money
 

@@ -160,7 +160,7 @@ private:
         int others = 0;
         NodeIndex before = noNode;
         for (const TextPiece& piece : lines_.Pieces) {
-            const QString words = BareWords(lines_.TextOf(piece));
+            const QString words = piece.Length <= 10 ? BareWords(lines_.TextOf(piece)) : QString();
             bool isNumber = false;
             const int number = words.size() <= 5 ? words.toInt(&isNumber) : 0;
             if (isNumber && number >= 0) {

@@ -85,10 +85,13 @@ AddressSigns AddressSignsIn(QStringView text, QStringView region) {
     if (text.size() > longestAddress)
         return {};
     const bool digits = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-    const bool whole = digits && LooksLikeAddress(text, region);
+    if (!digits)
+        return {};
+    const bool whole = LooksLikeAddress(text, region);
+    bool code = whole && !PostalCodesIn(text, region).empty();
     // A code that cannot be mistaken needs nothing beside it.
-    const bool sure = digits && text.size() <= 40 && !PostalCodesIn(text, {}).empty();
-    const bool code = sure || (whole && !PostalCodesIn(text, region).empty());
+    if (!whole && text.size() <= 40)
+        code = !PostalCodesIn(text, {}).empty();
     return {code, (digits && HasStreetWord(text)) || (whole && !code)};
 }
 

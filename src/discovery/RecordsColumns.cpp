@@ -236,13 +236,14 @@ void RecordColumns::Measure(RecordColumn& column) const {
                                Page.Lines.Pieces[i].Line == static_cast<int>(line) && i < piece + 6;
              ++i)
             ++pieces;
-        texts.insert(BareWords(QStringView(text).left(200)));
+        const QString words = BareWords(QStringView(text).left(200));
+        texts.insert(words);
         const bool wholeLine = text.size() * 2 > Page.Lines.Lines[line].Length;
         phones += wholeLine && text.size() < 80 && Page.FactsOf(node).Phones > 0;
         addresses += wholeLine && Page.IsAddressLine[line];
         dates += Page.IsDateLine[line] && HasDate(text);
         prices += Page.IsPriceLine[line] && HasPrice(text);
-        buttons += IsButtonText(BareWords(text));
+        buttons += IsButtonText(words);
         webs += !text.contains(u' ') &&
                 (text.contains(u'@') || text.contains(u"://") || text.startsWith(u"www.", Qt::CaseInsensitive));
         colons += text.endsWith(u':') || text.endsWith(u'\uFF1A');

@@ -117,7 +117,10 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                                value.contains(u'@') || IsButtonText(BareWords(value)) || HasPrice(value);
             if (segment.Excluded || !HasDigit(value))
                 continue;
-            const AddressSigns signs = AddressSignsIn(value, page_.Region);
+            const auto number = static_cast<size_t>(segment.Line);
+            const bool whole = value.size() == page_.Lines.Lines[number].Length;
+            const AddressSigns signs = whole ? AddressSigns{page_.IsCodeLine[number], page_.IsStreetLine[number]}
+                                             : AddressSignsIn(value, page_.Region);
             segment.PostalCode = signs.PostalCode;
             segment.Street = signs.Street;
         }
