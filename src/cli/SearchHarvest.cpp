@@ -23,6 +23,9 @@ namespace {
 // How long leads are waited for that a store cannot take: a server that is started anew is back by then.
 constexpr int patienceWithStore = 600'000;
 
+// How often a page that did not come is asked for once more.
+constexpr int mostAttempts = 3;
+
 // Turns at hosts, and the lease that has to be renewed while one waits.
 class Turns {
 public:
@@ -119,10 +122,13 @@ class BrowserInTurn : public StaticBrowser {
 public:
     explicit BrowserInTurn(Turns& turns) : turns_(turns) {}
     void Navigate(const QString& address) override {
+        if (!TurnHostOf(address).isEmpty())
+            asked_ = address;
         if (turns_.MayAsk(address))
             StaticBrowser::Navigate(address);
     }
     void ClickLink(int index) override {
+        asked_.clear();
         turns_.Wait(LocationAddress());
         StaticBrowser::ClickLink(index);
     }
@@ -131,8 +137,12 @@ public:
         StaticBrowser::Refresh();
     }
 
+    /// The page that was asked for last; empty when a click led to it.
+    const QString& Asked() const { return asked_; }
+
 private:
     Turns& turns_;
+    QString asked_;
 };
 
 // Leads of the page that an earlier worker had begun are in the store; reading the page again brings them again.
@@ -152,7 +162,7 @@ private:
 // Follows the harvest, and notes every whole page once its leads are in the store.
 class PageNotes : public HarvestObserver {
 public:
-    PageNotes(const CommandLine& line, Session& session, EmbeddedBrowser& browser, Turns& turns, Database& database,
+    PageNotes(const CommandLine& line, Session& session, BrowserInTurn& browser, Turns& turns, Database& database,
               LeadKeeper& keeper, const StoredSearch& search, const QString& worker)
         : line_(line),
           session_(session),
@@ -176,12 +186,22 @@ public:
             Error = turns_.Refused;
             return End();
         }
+        // Nobody is there to press a key when one request of thousands fails.
+        if (!browser_.LastError().isEmpty() && !browser_.Asked().isEmpty() && attempts_ < mostAttempts) {
+            QElapsedTimer pause;
+            const qint64 wait = 200LL << (2 * attempts_++);
+            for (pause.start(); pause.elapsed() < wait && !session_.Loop.Quitting();)
+                session_.Loop.WaitForMessage(static_cast<qint32>(wait - pause.elapsed()));
+            sincePage_.start();
+            return browser_.Navigate(QString(browser_.Asked()));
+        }
         Error = browser_.LastError().isEmpty() ? u"%1: no results page of %2"_s.arg(address, session_.State.CurrID)
                                                : browser_.LastError();
         End();
     }
     void PageRead() override {
         ++Pages;
+        attempts_ = 0;
         sincePage_.start();
     }
     void RoundEnded(bool nextPageLoaded) override {
@@ -195,7 +215,7 @@ public:
 
     const CommandLine& line_;
     Session& session_;
-    EmbeddedBrowser& browser_;
+    BrowserInTurn& browser_;
     Turns& turns_;
     Database& database_;
     LeadKeeper& keeper_;
@@ -207,6 +227,8 @@ public:
     QString Error;
 
 private:
+    int attempts_ = 0;
+
     void Note() {
         const QString goOn = browser_.LocationAddress();
         try {
@@ -264,6 +286,11 @@ SearchOutcome SearchHarvest::Run(const StoredSearch& search) {
     }
 }
 
+void SearchHarvest::FlushBefore() {
+    if (!keeper_.Flush(patienceWithStore))
+        throw StoreError(StoreError::Why::Unreachable, keeper_.Trouble());
+}
+
 SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& search) {
     using How = SearchOutcome::End;
     const QString start = search.GoOn.isEmpty() ? StartOf(search.Row, session) : search.GoOn;
@@ -278,13 +305,13 @@ SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& searc
     if (search.Harvest.isEmpty()) {
         keeper_.Begin(info);
         // From now on whoever takes the search over knows its harvest.
-        if (!keeper_.Flush(patienceWithStore))
-            throw Failure(keeper_.Trouble());
+        FlushBefore();
         if (!Searches(database_).Checkpoint(search.Id, worker_, keeper_.HarvestUid(), {}, 0,
                                             session.More.WorkLeaseSeconds * 1000LL))
             return {How::Lost, {}};
     } else {
         info.Uid = search.Harvest;
+        FlushBefore(); // it may have been this worker's before, and another's in between
         keeper_.GoOn(info, StoreEdits(database_).TakeOver(search.Harvest, keeper_.Session()));
         StoreQueries queries(database_);
         const auto harvest = queries.HarvestOf(search.Harvest);

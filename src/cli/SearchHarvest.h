@@ -33,6 +33,7 @@ public:
     qint32 Pages() const { return pages_; }
 
 private:
+    void FlushBefore();
     SearchOutcome Harvest(Session& session, const StoredSearch& search);
 
     const CommandLine& line_;

@@ -50,8 +50,10 @@ int Worker::Run() {
                 // What a search found is in the store before it counts as done.
                 const bool ends =
                     outcome->How == SearchOutcome::End::Done || outcome->How == SearchOutcome::End::Failed;
-                if (ends && !keeper.Flush(pauseMs) && !interrupt.Happened())
+                if (ends && !keeper.Flush(pauseMs) && !interrupt.Happened()) {
+                    loop.WaitForMessage(pauseMs);
                     continue;
+                }
                 if (outcome->How == SearchOutcome::End::Interrupted)
                     searches.Release(held->Id, name_);
                 else if (ends && searches.Finish(held->Id, name_,

@@ -31,7 +31,8 @@ QByteArray Encoded(const StoreEvent& event) {
             stream << found->Lead.At(column);
         stream << found->Session;
     } else if (const auto* end = std::get_if<HarvestEnd>(&event)) {
-        stream << end->HarvestUid << end->Ended << static_cast<qint32>(end->Ending) << end->Pages;
+        stream << end->HarvestUid << end->Ended << static_cast<qint32>(end->Ending) << end->Pages
+               << end->Session;
     }
     const QByteArrayView payload = QByteArrayView(bytes).sliced(headerLength);
     qToLittleEndian(static_cast<quint32>(payload.size()), bytes.data());
@@ -61,7 +62,7 @@ bool Decode(const QByteArray& payload, StoreEvent& event) {
     } else if (kind == 2) {
         HarvestEnd end;
         qint32 ending = 0;
-        stream >> end.HarvestUid >> end.Ended >> ending >> end.Pages;
+        stream >> end.HarvestUid >> end.Ended >> ending >> end.Pages >> end.Session;
         end.Ending = static_cast<HarvestEnding>(ending);
         event = std::move(end);
     } else {

@@ -151,7 +151,7 @@ void LeadKeeper::Keep(const Lead& lead) {
 void LeadKeeper::End(HarvestEnding ending, qint32 pages) {
     if (!InHarvest())
         return;
-    Tell(HarvestEnd{harvest_.Uid, Now(), ending, pages});
+    Tell(HarvestEnd{harvest_.Uid, Now(), ending, pages, session_});
     harvest_ = {};
 }
 
@@ -238,6 +238,7 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
         if (!shared->Trouble.isEmpty())
             shared->Say(u"%1: takes leads again"_s.arg(shared->Target.Shown()));
         shared->Trouble.clear();
+        shared->Idle = false; // there may be more than this
         pause = firstPause;
         if (!fromFile) {
             shared->Memory.erase(shared->Memory.begin(),

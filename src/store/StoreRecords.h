@@ -44,6 +44,7 @@ struct HarvestEnd {
     qint64 Ended = 0;
     HarvestEnding Ending = HarvestEnding::Done;
     qint32 Pages = 0;
+    QString Session = {}; ///< as of a lead
 };
 
 /// What a store is told, in the order in which it happened.

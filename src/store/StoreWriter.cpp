@@ -135,8 +135,9 @@ StoreWriter::HarvestRow& StoreWriter::Known(const QString& uid) {
 }
 
 void StoreWriter::End(const HarvestEnd& end) {
-    database_.Run(u"UPDATE harvest SET ended=?,ending=?,pages=? WHERE uid=?"_s,
-                  {end.Ended, static_cast<int>(end.Ending), end.Pages, end.HarvestUid});
+    database_.Run(u"UPDATE harvest SET ended=?,ending=?,pages=? WHERE uid=? AND (?='' OR session=?)"_s,
+                  {end.Ended, static_cast<int>(end.Ending), end.Pages, end.HarvestUid, Storable(end.Session),
+                   Storable(end.Session)});
 }
 
 void StoreWriter::TakeLeads(std::span<const FoundLead* const> leads) {

@@ -1,0 +1,238 @@
+#include "DemoFixture.h"
+#include "PostgresServer.h"
+#include "httplib.h"
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+using namespace Brindle;
+using namespace Brindle::Test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A number from the environment for longer runs by hand: BRINDLE_SEARCHES=400.
+int SearchNumber() {
+    const int given = qEnvironmentVariableIntValue("BRINDLE_SEARCHES");
+    return given > 0 ? given : 60;
+}
+
+std::vector<Lead> Sorted(std::vector<Lead> leads) {
+    const auto key = [](const Lead& lead) {
+        QString all;
+        for (int column = 0; column < FieldCount; ++column)
+            all += lead.At(column) + u'\n';
+        return all;
+    };
+    std::sort(leads.begin(), leads.end(), [&](const Lead& a, const Lead& b) { return key(a) < key(b); });
+    return leads;
+}
+
+class SearchesTest : public DemoFixture {
+protected:
+    /// A table of so many searches over all directories of the demo, and the leads that they must give together.
+    QString Table(int searches) {
+        const std::vector<DemoSite> sites = DemoSites();
+        QByteArray text = "site,start\r\n";
+        for (int i = 0; i < searches; ++i) {
+            const DemoSite& site = sites[static_cast<size_t>(i) % sites.size()];
+            text += site.Code.toUtf8() + ",\"" + Server().FirstResultPage(site.Code, site.Layout).toUtf8() + "\"\r\n";
+            const std::vector<Lead> planted = Planted(site);
+            Expected.insert(Expected.end(), planted.begin(), planted.end());
+        }
+        return Write(u"searches.csv"_s, text);
+    }
+    QStringList With(const QStringList& command, const QString& store) const {
+        return command + QStringList{u"--sites"_s, SitesFileName(), u"--store"_s, store,
+                                     u"--pace"_s,  u"0"_s,          u"--set"_s,   u"work.lease_seconds=3"_s};
+    }
+    std::unique_ptr<QProcess> Start(const QStringList& arguments) const {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(CliEnvironment());
+        process->setProcessChannelMode(QProcess::MergedChannels);
+        process->start(CliProgram(), arguments);
+        return process;
+    }
+    static std::vector<QJsonObject> List(const QString& store) {
+        std::vector<QJsonObject> searches;
+        const Outcome outcome = RunCli({u"searches"_s, u"list"_s, u"--json"_s, u"--store"_s, store});
+        for (const QByteArray& line : outcome.Out.split('\n'))
+            if (!line.isEmpty())
+                searches.push_back(QJsonDocument::fromJson(line).object());
+        return searches;
+    }
+    static int Count(const QString& store, const QString& state) {
+        const std::vector<QJsonObject> all = List(store);
+        return static_cast<int>(std::count_if(
+            all.begin(), all.end(), [&](const QJsonObject& search) { return search[u"state"].toString() == state; }));
+    }
+    void ExpectEveryLeadOnce(const QString& store) const {
+        const std::vector<DemoSite> sites = DemoSites();
+        for (const QJsonObject& search : List(store)) {
+            const DemoSite& site = sites[static_cast<size_t>(search[u"id"].toInt() - 1) % sites.size()];
+            EXPECT_EQ(search[u"leads"].toInt(), static_cast<int>(Planted(site).size()))
+                << QJsonDocument(search).toJson().constData();
+        }
+        const Outcome outcome = RunCli({u"leads"_s, u"--store"_s, store, u"--format"_s, u"jsonl"_s});
+        ASSERT_EQ(outcome.Status, 0) << outcome.Err.constData();
+        ExpectSameLeads(Sorted(LeadsOfJsonl(outcome.Out)), Sorted(Expected));
+    }
+    static bool NoServer() { return !PostgresServer::Installed(); }
+
+    std::vector<Lead> Expected;
+};
+
+} // namespace
+
+TEST_F(SearchesTest, ARunThatWasKilledGoesOnWhereItWas) {
+    const QString table = Table(22);
+    const QString store = Path(u"leads.db"_s);
+    const QStringList run = With({u"run"_s, table, u"--jobs"_s, u"2"_s}, store);
+    for (int i = 0; i < 3; ++i) {
+        const auto process = Start(run);
+        process->waitForFinished(400 + i * 300);
+        process->kill();
+        process->waitForFinished();
+    }
+    const Outcome outcome = RunCli(run);
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+    EXPECT_TRUE(outcome.Err.contains("22 done")) << outcome.Err.constData();
+    EXPECT_EQ(Count(store, u"done"_s), 22);
+    ExpectEveryLeadOnce(store);
+}
+
+TEST_F(SearchesTest, WrongRowsAndFailedSearchesAreNamed) {
+    const QString wrong = Write(u"wrong.csv"_s, "site;start\nKVPN002001;http://127.0.0.1:9/\nNOSUCH;http://a.test/\n"
+                                                "KVPN002001;file:///etc/passwd\n\"KVPN002001;http://a.test/\n");
+    const QString store = Path(u"leads.db"_s);
+    Outcome outcome = RunCli(With({u"run"_s, wrong}, store));
+    EXPECT_EQ(outcome.Status, 1);
+    for (const char* const line : {"line 3:", "line 4:", "line 5:"})
+        EXPECT_TRUE(outcome.Err.contains(line)) << line << outcome.Err.constData();
+    EXPECT_FALSE(outcome.Err.contains("line 2:"));
+
+    const QString failing = Write(u"failing.csv"_s, "site,start\nKVPN002001,http://127.0.0.1:9/none\n");
+    outcome = RunCli(With({u"run"_s, failing}, store));
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_TRUE(outcome.Err.contains("1 failed")) << outcome.Err.constData();
+    EXPECT_TRUE(outcome.Err.contains("line 2, KVPN002001")) << outcome.Err.constData();
+    EXPECT_EQ(RunCli({u"searches"_s, u"retry"_s, u"--store"_s, store}).Status, 0);
+    EXPECT_EQ(Count(store, u"waiting"_s), 1);
+    EXPECT_EQ(RunCli({u"searches"_s, u"cancel"_s, u"1"_s, u"--store"_s, store}).Status, 0);
+    EXPECT_EQ(Count(store, u"cancelled"_s), 1);
+    outcome = RunCli({u"work"_s, u"--store"_s, store});
+    EXPECT_EQ(outcome.Status, 2);
+    EXPECT_TRUE(outcome.Err.contains("run")) << outcome.Err.constData();
+}
+
+TEST_F(SearchesTest, CtrlCFreesTheSearchInHand) {
+    const QString store = Path(u"leads.db"_s);
+    QStringList run = With({u"run"_s, Table(5)}, store);
+    run[run.indexOf(u"--pace"_s) + 1] = u"1"_s; // a page takes seconds
+    const auto process = Start(run);
+    QElapsedTimer timer;
+    for (timer.start(); Count(store, u"running"_s) == 0 && timer.elapsed() < 30'000;)
+        QThread::msleep(100);
+    kill(static_cast<pid_t>(process->processId()), SIGINT);
+    timer.start();
+    ASSERT_TRUE(process->waitForFinished(20'000));
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_EQ(process->exitCode(), 130);
+    EXPECT_EQ(Count(store, u"running"_s), 0);
+    EXPECT_EQ(Count(store, u"waiting"_s), 5);
+}
+
+TEST_F(SearchesTest, WorkersMayDieAndTheServerMayBeStartedAnew) {
+    if (NoServer())
+        GTEST_SKIP() << "PostgreSQL is not installed here";
+    PostgresServer server;
+    ASSERT_EQ(server.Error(), QString());
+    const QString store = server.Address();
+    const int searches = SearchNumber();
+    const Outcome added = RunCli(With({u"searches"_s, u"add"_s, Table(searches)}, store).mid(0, 7));
+    ASSERT_EQ(added.Status, 0) << added.Err.constData();
+    QRandomGenerator random(7);
+    std::vector<std::unique_ptr<QProcess>> workers(8);
+    int kills = 0;
+    int restarts = 0;
+    while (kills < 12) {
+        for (auto& worker : workers)
+            if (!worker)
+                worker = Start(With({u"work"_s}, store));
+        QThread::msleep(300);
+        auto& victim = workers[random.bounded(static_cast<quint32>(workers.size()))];
+        victim->kill();
+        victim->waitForFinished();
+        victim.reset();
+        if (++kills % 4 == 0 && restarts < 2) {
+            ++restarts;
+            server.Stop();
+            QThread::msleep(500);
+            server.Start();
+            ASSERT_EQ(server.Error(), QString());
+        }
+    }
+    workers.push_back(Start(With({u"work"_s}, store))); // where all others have ended or were killed
+    for (const auto& worker : workers) {
+        if (!worker)
+            continue;
+        ASSERT_TRUE(worker->state() == QProcess::NotRunning || worker->waitForFinished(100'000)) << "a worker hangs";
+        EXPECT_EQ(worker->exitCode(), 0) << worker->readAll().constData();
+    }
+    EXPECT_EQ(kills, 12);
+    EXPECT_EQ(restarts, 2);
+    EXPECT_EQ(Count(store, u"done"_s), searches);
+    ExpectEveryLeadOnce(store);
+}
+
+TEST_F(SearchesTest, WorkersTakeTurnsAtAHost) {
+    if (NoServer())
+        GTEST_SKIP() << "PostgreSQL is not installed here";
+    std::mutex mutex;
+    std::vector<qint64> asked;
+    QElapsedTimer clock;
+    clock.start();
+    httplib::Server host;
+    host.Get(".*", [&](const httplib::Request& request, httplib::Response& response) {
+        const std::lock_guard lock(mutex);
+        asked.push_back(clock.elapsed());
+        if (request.path == "/robots.txt")
+            response.set_content("User-agent: *\nDisallow: /closed\n", "text/plain");
+        else
+            response.set_content("<html><body>no results</body></html>", "text/html");
+    });
+    const int port = host.bind_to_any_port("127.0.0.1");
+    std::thread serving([&] { host.listen_after_bind(); });
+    PostgresServer server;
+    ASSERT_EQ(server.Error(), QString());
+    QByteArray table = "site,start\n";
+    for (int i = 0; i < 10; ++i)
+        table += "KVPN002001,http://127.0.0.1:" + QByteArray::number(port) + (i == 9 ? "/closed/" : "/") +
+                 QByteArray::number(i) + '\n';
+    QStringList options{u"--sites"_s, SitesFileName(), u"--store"_s, server.Address()};
+    ASSERT_EQ(RunCli(QStringList{u"searches"_s, u"add"_s, Write(u"s.csv"_s, table)} + options).Status, 0);
+    options += {u"--set"_s, u"work.page_milliseconds=400"_s, u"--jobs"_s, u"2"_s};
+    const Outcome outcome = RunCli(QStringList{u"work"_s} + options);
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+    host.stop();
+    serving.join();
+    // Nine pages and a robots.txt for each worker.
+    EXPECT_GE(asked.size(), 10U);
+    EXPECT_LE(asked.size(), 11U);
+    for (size_t i = 1; i < asked.size(); ++i)
+        EXPECT_GE(asked[i] - asked[i - 1], 300) << i; // what a busy machine takes from the pause is made up for later
+    EXPECT_GE(asked.back() - asked.front(), 400 * (static_cast<qint64>(asked.size()) - 1) - 100);
+    bool refused = false;
+    for (const QJsonObject& search : List(server.Address()))
+        refused = refused || search[u"error"].toString().contains(u"robots.txt");
+    EXPECT_TRUE(refused);
+}
