@@ -4,7 +4,7 @@
 #include "export/CsvExport.h"
 #include "store/StoreEdits.h"
 
-#include <QDate>
+#include <QDateTime>
 #include <QHeaderView>
 
 #include <numeric>
@@ -32,8 +32,6 @@ History::History(const Parts& parts) : parts_(parts) {
     page.lvwHarvests->sortByColumn(StoredHarvestsModel::Date, Qt::DescendingOrder);
     page.lvwHLeads->setModel(&Leads);
     const int character = page.fontMetrics().averageCharWidth();
-    for (const auto& [column, characters] : {std::pair{0, 17}, {1, 26}, {2, 30}, {3, 7}, {4, 7}})
-        page.lvwHarvests->setColumnWidth(column, characters * character);
     for (int column = 0; column < Leads.columnCount(); ++column)
         page.lvwHLeads->setColumnWidth(column, (column == StoredLeadsModel::FirstField + 1 ? 28 : 18) * character);
     Leads.Ask = [this](qint64 offset, qint64 limit) { AskLeads(offset, limit); };
@@ -85,8 +83,23 @@ void History::ApplyTexts() {
                        texts.Text(WindowText::HistoryNew)},
                       directory);
     Leads.SetTexts(QStringList{texts.Text(WindowText::HistoryDate)} + parts_.Bench.Leads.Captions, directory);
+    WidenColumns();
     if (parts_.Page.isVisible())
         Refresh();
+}
+
+// Moments and numbers are short and never worth cutting; the others share the rest.
+void History::WidenColumns() {
+    const HistoryPage& page = parts_.Page;
+    const int margin = page.fontMetrics().averageCharWidth() * 3;
+    const int moment = page.fontMetrics().horizontalAdvance(ShownMoment(QDateTime::currentSecsSinceEpoch())) + margin;
+    QHeaderView* const header = page.lvwHarvests->horizontalHeader();
+    for (const int column : {StoredHarvestsModel::Directory, StoredHarvestsModel::Search})
+        header->setSectionResizeMode(column, QHeaderView::Stretch);
+    page.lvwHarvests->setColumnWidth(StoredHarvestsModel::Date, moment);
+    for (const int column : {StoredHarvestsModel::Leads, StoredHarvestsModel::New})
+        page.lvwHarvests->setColumnWidth(column, header->sectionSizeHint(column) + margin);
+    page.lvwHLeads->setColumnWidth(0, moment);
 }
 
 LeadFilter History::Filter() const {

@@ -49,6 +49,7 @@ private:
     const StoredHarvest* Selected() const;
     QString DirectoryOf(const QString& siteCode) const;
     void ShowButtons();
+    void WidenColumns();
 
     Parts parts_;
     QSortFilterProxyModel sorted_;

@@ -145,7 +145,7 @@ QVariant StoredLeadsModel::data(const QModelIndex& index, int role) const {
     }
     if (role == Qt::FontRole) {
         QFont font;
-        font.setBold(lead->IsNew());
+        font.setBold(lead->IsNew() && index.column() == FirstField + 1); // the name
         return font;
     }
     if (index.column() >= FirstField)

@@ -42,7 +42,8 @@ private:
 };
 
 /// The leads of a store that fit a filter, however many: what a view shows is asked for page by page, and only some
-/// pages are kept. The first column is when a lead was found, the others are its fields; new businesses stand in bold.
+/// pages are kept. The first column is when a lead was found, the others are its fields; names of new businesses stand
+/// in bold.
 class StoredLeadsModel : public QAbstractTableModel {
     Q_OBJECT
 

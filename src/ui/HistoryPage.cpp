@@ -95,6 +95,7 @@ HistoryPage::HistoryPage(QWidget* parent) : QWidget(parent) {
 
     split->addWidget(harvests);
     split->addWidget(leads);
+    split->setSizes({540, 700});
     split->setStretchFactor(0, 2);
     split->setStretchFactor(1, 3);
     auto* const whole = new QVBoxLayout(this);

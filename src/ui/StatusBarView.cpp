@@ -21,6 +21,7 @@ class PanelLabel : public QLabel {
 public:
     using QLabel::QLabel;
 
+    // A text that comes and goes must not make the window wider.
     QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
 protected:
@@ -87,8 +88,7 @@ void StatusBarView::ShowActivity(const QString& text) {
     activity_->setVisible(!text.isEmpty());
     // It changes each second; what stands beside it must not dance with it, so its room only grows while it is shown.
     const int wanted = std::min(activity_->sizeHint().width(), widestActivity);
-    activity_->setMinimumWidth(shown ? std::max(wanted, activity_->minimumWidth()) : wanted);
-    activity_->setMaximumWidth(activity_->minimumWidth());
+    activity_->setMaximumWidth(shown ? std::max(wanted, activity_->maximumWidth()) : wanted);
 }
 
 QString StatusBarView::PanelText(int panel) const {

@@ -113,7 +113,10 @@ void TfrmSettings::FormShow() {
 }
 
 void TfrmSettings::LoadLanguage(const QString& code) {
-    const QString text = ReadLanguageText(LanguageFileName(code));
+    ApplyLanguageText(ReadLanguageText(LanguageFileName(code)));
+}
+
+void TfrmSettings::ApplyLanguageText(const QString& text) {
     ApplyLanguage(LanguageFile(text));
     WindowTexts texts;
     texts.Load(text);

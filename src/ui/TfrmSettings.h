@@ -20,6 +20,8 @@ public:
 
     /// Applies a language to every caption; an empty file leaves them as they are.
     void ApplyLanguage(const LanguageFile& language);
+    /// The same with the texts that a language file has beyond its sequence.
+    void ApplyLanguageText(const QString& text);
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -86,6 +86,14 @@ TEST(AccessKeysTest, TakesLettersInTurn) {
     EXPECT_EQ(keys, u"STAOG-"_s);
 }
 
+TEST(StatusBarViewTest, AnActivityDoesNotWidenTheWindow) {
+    StatusBarView bar;
+    const int width = bar.minimumSizeHint().width();
+    bar.ShowActivity(QString(300, u'x'));
+    EXPECT_LE(bar.minimumSizeHint().width(), width + 20);
+    EXPECT_EQ(bar.Activity().size(), 300);
+}
+
 TEST(ProgramOptionsTest, ReadsAndRefuses) {
     const ProgramOptions options = ParseProgramOptions(
         {u"--demo"_s, u"--browser"_s, u"static"_s, u"--settings"_s, u"a.dat"_s, u"--pace"_s, u"0.5"_s});

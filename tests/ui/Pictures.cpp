@@ -55,6 +55,11 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.Until([&] { return !run.Window->Driver().Running() && !run.Window->State().Parsing; }, 120);
     run.Items().selectRow(3);
     Picture(run, name(u"finished"));
+    run.Control<QTabWidget>(u"pgcMain")->setCurrentWidget(run.Control<QWidget>(u"tabHistory"));
+    run.Until([&] { return run.Control<QTableView>(u"lvwHarvests")->model()->rowCount() > 0; });
+    run.Control<QTableView>(u"lvwHarvests")->selectRow(0);
+    run.Until([&] { return run.Control<QTableView>(u"lvwHLeads")->model()->rowCount() > 0; });
+    Picture(run, name(u"history"));
     run.Window->close();
 }
 

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     const QDir folder(QCoreApplication::arguments().value(1, u"."_s));
     for (const QString& code : {u"en"_s, u"fr"_s, u"es"_s, u"it"_s}) {
-        const LanguageFile language(ReadLanguageText(QStringLiteral(PROJECT_DIR "/languages/") + code + u".dat"_s));
+        const QString language = ReadLanguageText(QStringLiteral(PROJECT_DIR "/languages/") + code + u".dat"_s);
         Settings settings;
         settings.rUseProxy = true;
         settings.rAuthentification = true;
@@ -25,9 +25,9 @@ int main(int argc, char** argv) {
         settings.ePassword = u"secret"_s;
         settings.cExportAutomatic = true;
         settings.eExportFolder = u"/home/ada/Documents"_s;
-        Test::DialogBench bench(settings, language.ColumnCaptions());
+        Test::DialogBench bench(settings, LanguageFile(language).ColumnCaptions());
         bench.Dialog.show();
-        bench.Dialog.ApplyLanguage(language);
+        bench.Dialog.ApplyLanguageText(language);
         auto* const pages = bench.Control<QTabWidget>("pgcSettings");
         for (int page = 0; page < pages->count(); ++page) {
             pages->setCurrentIndex(page);
