@@ -13,6 +13,7 @@
 #include <QJsonObject>
 
 #include <cstdio>
+#include <map>
 
 namespace Brindle {
 namespace {
@@ -23,19 +24,21 @@ constexpr int deepest = 40;
 
 QJsonObject JsonOf(const StructuredItems& items, int item, int depth) {
     const StructuredItem& said = items.At(item);
-    QJsonObject properties;
+    std::map<QString, QJsonArray> byName;
     if (depth < deepest) {
         for (const StructuredProperty& property : said.Properties) {
-            QJsonArray values = properties.value(property.Name).toArray();
+            QJsonArray& values = byName[property.Name];
             if (property.Item < 0)
                 values.append(property.Text);
             else if (items.At(property.Item).Parent == item)
                 values.append(JsonOf(items, property.Item, depth + 1));
             else
                 values.append(QJsonObject{{u"type"_s, QJsonArray::fromStringList(items.At(property.Item).Types)}});
-            properties.insert(property.Name, values);
         }
     }
+    QJsonObject properties;
+    for (const auto& [name, values] : byName)
+        properties.insert(name, values);
     return {{u"type"_s, QJsonArray::fromStringList(said.Types)}, {u"id"_s, said.Id}, {u"properties"_s, properties}};
 }
 

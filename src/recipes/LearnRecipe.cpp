@@ -377,6 +377,7 @@ private:
         }
         std::stable_sort(rows.begin(), rows.end(),
                          [](const RatedRow& a, const RatedRow& b) { return a.Cost < b.Cost; });
+        rows.resize(std::min(rows.size(), 8 * most));
         std::vector<RatedRow> good;
         for (RatedRow& row : rows) {
             const auto same = [&](const RatedRow& other) { return other.Row == row.Row; };

@@ -14,6 +14,7 @@ namespace {
 
 constexpr size_t mostTried = 120; // records, evenly taken of longer lists
 constexpr qsizetype longestValue = 300;
+constexpr qint64 mostNodes = 400'000'000; // gone through for selectors, of all together
 
 // Whether a value can be one of its column.
 bool IsOfKind(Field column, const QString& value) {
@@ -36,9 +37,15 @@ bool IsOfKind(Field column, const QString& value) {
 } // namespace
 
 const SelectorQuery& RecipeTrial::QueryOf(const QString& selector) {
-    std::shared_ptr<SelectorQuery>& query = queries_[selector];
+    const auto known = queries_.constFind(selector);
+    if (known != queries_.cend())
+        return **known;
+    // Past what a large page may cost, nothing more is tried.
+    const bool spent = (queries_.size() + 1) * static_cast<qint64>(source_.Page.Count()) > mostNodes;
+    const QString tried = spent && !queries_.isEmpty() ? u":not(*)"_s : selector;
+    std::shared_ptr<SelectorQuery>& query = queries_[tried];
     if (!query)
-        query = std::make_shared<SelectorQuery>(source_.Page, Selector::Parse(selector));
+        query = std::make_shared<SelectorQuery>(source_.Page, Selector::Parse(tried));
     return *query;
 }
 

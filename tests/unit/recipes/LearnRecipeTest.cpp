@@ -184,7 +184,7 @@ TEST(LearnRecipe, ALargePageTakesNoLongTime) {
     const QString html = PageOf(
         u"<li class='hit card'><div class=body><h2 class=name><a href='/b/%2'>Joe %2</a></h2><i class=tel>555-01%2</i>"
         u"<p>Joe %1 x</p></div></li>"_s,
-        u"<ul class=list>"_s, u"</ul>"_s, 5000);
+        u"<ul class=list>"_s, u"</ul>"_s, 1500);
     QElapsedTimer timer;
     timer.start();
     const PageTree page(html);
@@ -192,8 +192,14 @@ TEST(LearnRecipe, ALargePageTakesNoLongTime) {
                                       {{.Column = Field::BusinessName, .Text = u"Joe 77"_s},
                                        {.Column = Field::Phone, .Text = u"555-0177"_s}})
                               .What;
-    EXPECT_EQ(recipe.Taught.Records, 5000);
-    EXPECT_LT(timer.elapsed(), 10'000);
+    EXPECT_EQ(recipe.Taught.Records, 1500);
+    // A text that stands everywhere.
+    try {
+        LearnRecipe(page, url,
+                    {{.Column = Field::BusinessName, .Text = u"x"_s}, {.Column = Field::City, .Text = u"o"_s}});
+    } catch (const Failure&) {
+    }
+    EXPECT_LT(timer.elapsed(), 20'000);
 }
 
 TEST(SturdySelectors, NamesThatABuildMadeAreNotTrusted) {
