@@ -273,7 +273,7 @@ private:
         SimpleSelector test;
         if (Take(u'(')) {
             if (!ReadArguments(name, test))
-                FailAt(begin, u":%1() is not known here"_s.arg(name));
+                FailAt(begin, u":%1() is not known here"_s.arg(EscapedIdentifier(name)));
             SkipBlanks();
             Need(u')');
         } else if (name == u"first-child") {
@@ -284,7 +284,7 @@ private:
         } else if (name == u"scope") {
             test.Test = SelectorTest::Scope;
         } else {
-            FailAt(begin, u":%1 is not known here"_s.arg(name));
+            FailAt(begin, u":%1 is not known here"_s.arg(EscapedIdentifier(name)));
         }
         return test;
     }

@@ -100,6 +100,7 @@ TEST(Selector, SaysWhatIsWrongAndWhere) {
         {u"[a=x s]", 6, u"\"]\""},
         {u"a::before", 2, u"pseudo-elements"},
         {u"a:hover", 2, u":hover is not known"},
+        {u":h\\a r", 1, u":h\\a r is not known"},
         {u"b a:IS(c)", 4, u":is() is not known"},
         {u":not()", 6, u"an element"},
         {u":not(a", 7, u"\")\" is missing at the end"},
