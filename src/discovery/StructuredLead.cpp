@@ -19,10 +19,10 @@ constexpr QStringView separator = u";";
 
 // Pages that speak of a business and are not its own.
 constexpr QStringView networks[] = {
-    u"facebook.com",  u"twitter.com",     u"x.com",         u"instagram.com", u"linkedin.com", u"youtube.com",
-    u"pinterest.com", u"tiktok.com",      u"wikipedia.org", u"wikidata.org",  u"yelp.com",     u"foursquare.com",
-    u"t.me",          u"threads.net",     u"google.com",    u"vk.com",        u"flickr.com",   u"tumblr.com",
-    u"snapchat.com",  u"tripadvisor.com", u"bsky.app",      u"wa.me",         u"xing.com",     u"vimeo.com"};
+    u"facebook.com",  u"twitter.com", u"x.com",         u"instagram.com", u"linkedin.com", u"youtube.com",
+    u"pinterest.com", u"tiktok.com",  u"wikipedia.org", u"wikidata.org",  u"yelp.com",     u"foursquare.com",
+    u"t.me",          u"threads.net", u"google.com",    u"vk.com",        u"flickr.com",   u"tumblr.com",
+    u"snapchat.com",  u"bsky.app",    u"wa.me",         u"xing.com",      u"vimeo.com"};
 
 bool IsNetwork(const QString& address) {
     return std::any_of(std::begin(networks), std::end(networks),

@@ -203,8 +203,8 @@ TEST(LearnRecipe, ALargePageTakesNoLongTime) {
 }
 
 TEST(SturdySelectors, NamesThatABuildMadeAreNotTrusted) {
-    for (const QString& name : {u"card"_s, u"result-item"_s, u"searchResults"_s, u"gyresultrecord__locname"_s,
-                                u"vcard"_s, u"p-name"_s, u"tel"_s, u"Card_title"_s, u"FAQList"_s, u"Straße"_s})
+    for (const QString& name : {u"card"_s, u"result-item"_s, u"searchResults"_s, u"hitrecord__title"_s, u"vcard"_s,
+                                u"p-name"_s, u"tel"_s, u"Card_title"_s, u"FAQList"_s, u"Straße"_s})
         EXPECT_TRUE(IsSturdyName(name)) << name.toStdString();
     for (const QString& name :
          {u"css-1x2y3z"_s, u"sc-abcd"_s, u"bdVaJa"_s, u"Card_root__x7Yz2"_s, u"kKzQpL"_s, u"item-12"_s, u"jss123"_s,
