@@ -25,6 +25,14 @@ qsizetype StateAtEnd(QStringView region, QStringView text);
 /// The length of the name of a country at the end of the text and its region; 0 when there is none.
 qsizetype CountryAtEnd(QStringView text, QString& region);
 
+/// Behind the city at the beginning of an address of East Asia, 大阪市北区, 千代田区, 神埼郡吉野ヶ里町; -1 when there
+/// is none.
+qsizetype EndOfEastAsianCity(QStringView text);
+
+/// The region of an address by what only its own have, the shape of a postal code or a state beside one; empty when
+/// nothing tells.
+QString RegionByCode(QStringView text);
+
 bool HasDigit(QStringView text);
 
 } // namespace Brindle
