@@ -171,7 +171,11 @@ QString BareWords(QStringView text) {
         text = text.sliced(1);
     while (!text.isEmpty() && isMark(text.back()))
         text.chop(1);
-    return text.toString().toLower().simplified();
+    const QString words = text.toString().toLower();
+    bool tidy = true; // the lines of a page have single blanks already
+    for (qsizetype i = 0; tidy && i < words.size(); ++i)
+        tidy = words[i] == u' ' ? i == 0 || words[i - 1] != u' ' : !words[i].isSpace();
+    return tidy ? words : words.simplified();
 }
 
 } // namespace Brindle

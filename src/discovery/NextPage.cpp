@@ -273,7 +273,7 @@ private:
         const QString picture = link.Text.isEmpty() ? PictureText(link.Node) : QString();
 
         NextWord word = NextWord::None;
-        bool otherThing = false;
+        QStringList otherTexts;
         for (const QString& text : {link.Text, label, title, picture}) {
             if (text.isEmpty() || text.size() > 100)
                 continue;
@@ -284,7 +284,8 @@ private:
                 if (here == NextWord::Strong)
                     link.Why << u"says “%1”"_s.arg(text.simplified().left(40));
             }
-            otherThing = otherThing || (here == NextWord::None && words.size() <= 60 && NamesOtherNext(words));
+            if (here == NextWord::None && words.size() <= 60)
+                otherTexts << words;
         }
         const bool arrow = IsArrow(TrimmedView(link.Text)) || (word == NextWord::None && IsArrow(TrimmedView(picture)));
         const auto witness = witnesses_.constFind(link.Address);
@@ -320,6 +321,8 @@ private:
             add(10, {});
         if (backwards)
             add(-80, {});
+        const bool otherThing = std::any_of(otherTexts.begin(), otherTexts.end(),
+                                            [](const QString& words) { return NamesOtherNext(words); });
         if (otherThing && !hasWitness && !step.SameList)
             add(-60, {});
         if (!hasWitness && !step.SameList && AncestorHas(link.Node, otherNextParts, 6))
