@@ -3,6 +3,7 @@
 #include "cli/LeadOutput.h"
 #include "cli/StoreLink.h"
 #include "platform/CreatePlatform.h"
+#include "store/Searches.h"
 #include "store/StoreQueries.h"
 
 #include <QDateTime>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr qint64 leadsAtOnce = 1000;
 constexpr qint64 harvestsShown = 20;
+constexpr qint64 errorsShown = 20;
 
 // A day, from its beginning here, or a moment. Throws `UsageError`.
 qint64 SecondsOf(const QString& date) {
@@ -91,7 +93,9 @@ int RunLeads(const CommandLine& line, Console& console) {
     filter.OnlyNew = line.OnlyNew;
     if (!line.Since.isEmpty())
         filter.Since = SecondsOf(line.Since);
-    Database database(StoreInForce(line, session.More, *session.System));
+    const StoreTarget target = StoreInForce(line, session.More, *session.System);
+    CheckThereIs(target);
+    Database database(target);
     TakeInOrphans(database, session.System->SettingsFolder());
     StoreQueries queries(database);
     session.Options.cExportAutomatic = false; // that is for leads as they are found
@@ -122,9 +126,12 @@ int RunLeads(const CommandLine& line, Console& console) {
 int RunStatus(const CommandLine& line, Console& console) {
     const std::unique_ptr<Platform> platform = CreatePlatform();
     const StoreTarget target = StoreInForce(line, LoadOptionsInForce(line, *platform, console), *platform);
+    CheckThereIs(target);
     Database database(target);
     TakeInOrphans(database, platform->SettingsFolder());
     StoreQueries queries(database);
+    Searches searches(database);
+    const auto counts = searches.Counts();
     const qint64 harvests = queries.HarvestCount();
     const qint64 leads = queries.LeadCount();
     const qint64 businesses = queries.BusinessCount();
@@ -138,6 +145,19 @@ int RunStatus(const CommandLine& line, Console& console) {
                            {u"leads"_s, leads},
                            {u"businesses"_s, businesses},
                            {u"bytes"_s, size}});
+        QJsonObject states{{u"kind"_s, u"searches"_s}};
+        for (int state = 0; state < SearchStateCount; ++state)
+            states[NameOf(static_cast<SearchState>(state))] = counts.at(static_cast<size_t>(state));
+        text += JsonLineOf(states);
+        for (const WorkerRow& worker : searches.Workers())
+            text += JsonLineOf({{u"kind"_s, u"worker"_s},
+                                {u"worker"_s, worker.Name},
+                                {u"search"_s, worker.Search},
+                                {u"site"_s, worker.Site},
+                                {u"pages"_s, worker.Pages},
+                                {u"alive"_s, worker.LeaseLeft >= 0}});
+        for (const StoredSearch& search : searches.All({}, SearchState::Failed, errorsShown))
+            text += JsonLineOf({{u"kind"_s, u"error"_s}, {u"search"_s, search.Id}, {u"error"_s, search.Error}});
         for (const StoredHarvest& harvest : last)
             text += JsonLineOf(JsonOf(harvest));
     } else {
@@ -146,6 +166,18 @@ int RunStatus(const CommandLine& line, Console& console) {
                             .arg(leads)
                             .arg(businesses)
                             .arg(static_cast<double>(size) / 1e6, 0, 'f', 1);
+        QStringList states;
+        for (int state = 0; state < SearchStateCount; ++state)
+            states +=
+                u"%1 %2"_s.arg(counts.at(static_cast<size_t>(state))).arg(NameOf(static_cast<SearchState>(state)));
+        if (counts != std::array<qint64, SearchStateCount>{})
+            lines += u"searches: "_s + states.join(u", "_s) + u'\n';
+        for (const WorkerRow& worker : searches.Workers())
+            lines += u"worker %1: search %2, %3, %4 pages%5\n"_s.arg(
+                worker.Name, QString::number(worker.Search), worker.Site, QString::number(worker.Pages),
+                worker.LeaseLeft < 0 ? u"; not heard of any more"_s : QString());
+        for (const StoredSearch& search : searches.All({}, SearchState::Failed, errorsShown))
+            lines += u"search %1 failed: %2\n"_s.arg(QString::number(search.Id), search.Error);
         for (const StoredHarvest& harvest : last)
             lines += LineOf(harvest);
         text = lines.toUtf8();

@@ -24,7 +24,8 @@ namespace {
 constexpr int patienceWithStore = 600'000;
 
 // How often a page that did not come is asked for once more.
-constexpr int mostAttempts = 3;
+constexpr int mostAttempts = 4;
+constexpr qint64 longestPause = 6000; // milliseconds, before an attempt
 
 // Turns at hosts, and the lease that has to be renewed while one waits.
 class Turns {
@@ -189,7 +190,7 @@ public:
         // Nobody is there to press a key when one request of thousands fails.
         if (!browser_.LastError().isEmpty() && !browser_.Asked().isEmpty() && attempts_ < mostAttempts) {
             QElapsedTimer pause;
-            const qint64 wait = 200LL << (2 * attempts_++);
+            const qint64 wait = std::min(200LL << (2 * attempts_++), longestPause);
             for (pause.start(); pause.elapsed() < wait && !session_.Loop.Quitting();)
                 session_.Loop.WaitForMessage(static_cast<qint32>(wait - pause.elapsed()));
             sincePage_.start();

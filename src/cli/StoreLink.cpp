@@ -1,6 +1,7 @@
 #include "cli/StoreLink.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace Brindle {
 
@@ -19,6 +20,11 @@ StoreTarget StoreInForce(const CommandLine& line, const MoreOptions& options, Pl
     if (!options.StoreTarget.isEmpty())
         return StoreTarget::Parse(options.StoreTarget);
     return StoreTarget::Parse(DefaultStoreFile(platform.SettingsFolder()));
+}
+
+void CheckThereIs(const StoreTarget& target) {
+    if (!target.IsPostgres() && !QFileInfo::exists(target.FileName))
+        throw Failure(u"%1: no leads were kept there yet"_s.arg(target.Shown()));
 }
 
 StoreLink::StoreLink(const CommandLine& line, Session& session, const QString& start) : session_(session) {

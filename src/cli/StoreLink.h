@@ -12,6 +12,9 @@ namespace Brindle {
 /// folder. Throws `Failure`.
 StoreTarget StoreInForce(const CommandLine& line, const MoreOptions& options, Platform& platform);
 
+/// For those who only read: throws `Failure` where there is no file of that name, instead of making one.
+void CheckThereIs(const StoreTarget& target);
+
 /// Keeps the leads of one harvest or parse where `--store` says so; does nothing without it.
 class StoreLink {
 public:
