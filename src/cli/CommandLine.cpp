@@ -261,7 +261,7 @@ QString UsageText() {
            "brindle-cli harvest --site CODE --start URL   walk the result pages from URL on, write the leads\n"
            "brindle-cli parse   --site CODE PAGE...       read saved result pages, in the order given, as one "
            "demo\n"
-           "  --listings N         the demo of Trovanumeri lists N businesses, its pages made as they are asked for\n"
+           "  --listings N         one demo directory lists N businesses, its pages made as they are asked for\n"
            "harvest\n"
            "brindle-cli leads                             leads from the store; --since DATE, --site, --new, --find TEXT\n"
            "brindle-cli status                            what is in the store, searches and workers; --json\n"

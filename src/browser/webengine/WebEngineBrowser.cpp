@@ -32,6 +32,7 @@ namespace {
 // The scripts run in a world of their own, so a page can neither see nor change what they use. A document that is
 // being left carries a mark, which goes with it.
 constexpr quint32 world = QWebEngineScript::ApplicationWorld;
+constexpr qint64 mostWaitForMore = 4000; // ms
 
 // A page beyond the size of what is parsed elsewhere is not read here either.
 constexpr auto readElement = u"(() => { const element = document.%1; if (window.brindleLeft || !element) return '';"
@@ -53,6 +54,35 @@ constexpr auto click = uR"((index => {
     const away = /^https?:$/.test(link.protocol) && (link.href.split('#')[0] !== here || !link.hash);
     const inThisView = ['', '_self', '_top', '_parent'].includes(link.target) && !link.hasAttribute('download');
     if (taken && away && inThisView) window.brindleLeft = true;
+})(%1))";
+
+constexpr auto countElements = u"window.brindleLeft ? 0 : document.getElementsByTagName('*').length";
+
+// Clicks the button that brings more of a list: the one that is named, or one that says so; then scrolls to the end, as
+// a reader would. Links to other pages are no such buttons.
+constexpr auto askForMore = uR"((selector => {
+    const words = ['load more', 'show more', 'view more', 'see more', 'more results', 'load more results',
+        'show more results', 'mehr laden', 'mehr anzeigen', 'mehr ergebnisse', 'weitere ergebnisse', 'weitere anzeigen',
+        'voir plus', 'afficher plus', 'charger plus', 'plus de résultats', 'ver más', 'cargar más', 'mostrar más',
+        'más resultados', 'mostra altri', 'carica altri', 'mostra di più', 'altri risultati', 'ver mais',
+        'carregar mais', 'mostrar mais', 'meer laden', 'toon meer', 'meer resultaten', 'pokaż więcej', 'wczytaj więcej',
+        'zobacz więcej', 'visa fler', 'ladda fler', 'vis mere', 'vis flere', 'näytä lisää', 'načíst další',
+        'zobrazit více', 'показать ещё', 'показать еще', 'загрузить ещё', 'daha fazla', 'もっと見る', 'さらに表示',
+        '加载更多', '查看更多', '더보기', '더 보기'];
+    const says = element => words.includes((element.innerText || element.value || '').toLowerCase()
+        .replace(/[0-9()\[\]…»›>.+↓▼]/g, ' ').replace(/\s+/g, ' ').trim());
+    const stays = element => !element.href || element.getAttribute('href').startsWith('#');
+    let button = null;
+    try {
+        button = selector ? document.querySelector(selector) : null;
+    } catch (error) {}
+    if (!button)
+        button = Array.from(document.querySelectorAll('button, [role=button], input[type=button], a'))
+            .find(element => stays(element) && says(element)) || null;
+    if (button && !button.disabled) button.click();
+    window.scrollTo(0, 0);
+    window.scrollTo(0, document.documentElement.scrollHeight);
+    window.dispatchEvent(new Event('scroll'));
 })(%1))";
 
 void Kill(qint64 process) {
@@ -204,6 +234,28 @@ void WebEngineBrowser::ClickLink(int index) {
     Evaluate(QString::fromUtf16(click).arg(index), Asked::Once);
     if (self)
         page_->EndClick();
+}
+
+bool WebEngineBrowser::LoadMore(const QString& selector) {
+    const QPointer<WebEngineBrowser> self(this);
+    const auto elements = [this] {
+        const std::optional<QVariant> count = Evaluate(QString::fromUtf16(countElements), Asked::Once);
+        return count ? count->toInt() : 0;
+    };
+    const int before = elements();
+    if (!self || before == 0)
+        return false;
+    QString named = selector;
+    named.replace(u'\\', u"\\\\"_s).replace(u'\'', u"\\'"_s).replace(u'\n', u' ');
+    Evaluate(QString::fromUtf16(askForMore).arg(u'\'' + named + u'\''), Asked::Once);
+    QElapsedTimer waited;
+    waited.start();
+    while (self && !loop_.Quitting() && waited.elapsed() < mostWaitForMore) {
+        loop_.WaitForMessage(100);
+        if (self && !loop_.Quitting() && elements() > before)
+            return true;
+    }
+    return false;
 }
 
 void WebEngineBrowser::SetProxy(const Proxy& proxy) {

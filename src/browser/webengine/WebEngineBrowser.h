@@ -55,6 +55,8 @@ public:
     /// The texts are those at the time of the last `LinkCount`.
     QString LinkInnerText(int index) override;
     void ClickLink(int index) override;
+    /// Waits four seconds at most, and for the engine as `BodyOuterHtml` does.
+    bool LoadMore(const QString& selector) override;
     /// Holds for every browser of the program.
     void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;
