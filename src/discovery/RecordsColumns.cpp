@@ -15,6 +15,7 @@ namespace {
 constexpr int mostLevels = 40;
 constexpr size_t mostColumns = 600;
 constexpr int mostOrdinals = 12;
+constexpr size_t mostMeasured = 400;
 
 bool IsHeadingName(QStringView name) {
     return name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6';
@@ -224,10 +225,14 @@ void RecordColumns::Measure(RecordColumn& column) const {
     int colons = 0;
     int digits = 0;
     int webs = 0;
-    for (size_t record = 0; record < column.Nodes.size(); ++record) {
+    // Some hundred records of a long list say what all of them say.
+    const size_t step = std::max<size_t>(1, column.Nodes.size() / mostMeasured);
+    int seen = 0;
+    for (size_t record = 0; record < column.Nodes.size(); record += step) {
         const NodeIndex node = column.Nodes[record];
         if (node == noNode)
             continue;
+        ++seen;
         const auto piece = static_cast<size_t>(Page.Lines.PieceFrom(node));
         const auto line = static_cast<size_t>(Page.Lines.Pieces[piece].Line);
         const QString text = TextOf(node);
@@ -250,8 +255,8 @@ void RecordColumns::Measure(RecordColumn& column) const {
         wordless += !HasWord(text);
         digits += std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     }
-    const double filled = std::max(1, column.Filled);
-    column.Order /= filled;
+    column.Order /= std::max(1, column.Filled);
+    const double filled = std::max(1, seen);
     column.Distinct = static_cast<double>(texts.size()) / filled;
     column.Length = static_cast<double>(characters) / filled;
     column.Pieces = pieces / filled;

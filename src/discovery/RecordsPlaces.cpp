@@ -114,7 +114,8 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
-                               value.contains(u'@') || IsButtonText(BareWords(value)) || HasPrice(value);
+                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareWords(value))) ||
+                               (HasDigit(value) && HasPrice(value));
             if (segment.Excluded || !HasDigit(value))
                 continue;
             const auto number = static_cast<size_t>(segment.Line);
