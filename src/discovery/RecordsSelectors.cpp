@@ -154,19 +154,17 @@ QString SelectorWithin(const PageTree& page, const RecordList& list, const std::
         if (tried++ == 6)
             break;
         try {
-            const Selector selector = Selector::Parse(attempt);
+            const SelectorQuery query(page, Selector::Parse(attempt));
             size_t right = 0;
             size_t all = 0;
             for (size_t record = 0; record < list.Records.size() && all < sample; ++record) {
                 if (elements[record] == noNode)
                     continue;
                 ++all;
-                const RecordRange& range = list.Records[record];
-                for (NodeIndex node = range.Begin; node < range.End; ++node)
-                    if (page.IsElement(node) && selector.Matches(page, node)) {
-                        right += node == elements[record];
-                        break;
-                    }
+                // A record that is a link itself is what its own fields are taken from.
+                const NodeIndex begin = list.Records[record].Begin;
+                const NodeIndex found = query.Matches(begin) ? begin : query.FirstWithin(begin);
+                right += found == elements[record];
             }
             const double fit = static_cast<double>(right) / static_cast<double>(std::max<size_t>(all, 1));
             if (fit > bestFit + 0.001) {
