@@ -73,7 +73,7 @@ constexpr auto weakWords =
     u"avanti|altri|altri risultati|mostra altri|carica altri|articoli precedenti|vecchi articoli|post più vecchi|"
     u"verder|meer|meer resultaten|meer laden|toon meer|ouder|oudere berichten|"
     u"dalej|więcej|pokaż więcej|więcej wyników|starsze wpisy|starsze|załaduj więcej|"
-    u"dál|více|vpřed|načíst další|zobrazit další|načíst další příběhy|další výsledky|starší příspěvky|"
+    u"dál|více|vpřed|načíst další|zobrazit další|další výsledky|starší příspěvky|"
     u"ďalej|viac|zobraziť ďalšie|"
     u"tovább|több|továbbiak|régebbi bejegyzések|"
     u"înainte|mai mult|mai multe rezultate|"
@@ -130,6 +130,10 @@ NextWord NextWordIn(const QString& words) {
     if (words.size() <= 30 && strong.contains(begin))
         return NextWord::Strong;
     if (words.size() <= 30 && weak.contains(begin))
+        return NextWord::Weak;
+    // "Load more restaurants": what is loaded says nothing more.
+    const qsizetype last = words.lastIndexOf(u' ');
+    if (last > 0 && words.first(last).contains(u' ') && weak.contains(words.first(last)) && !NamesOtherNext(words))
         return NextWord::Weak;
     // "Next page: 3 of 10", "Next page of restaurants"
     if ((words.startsWith(u"next page ") || words.startsWith(u"next results ")) && !NamesOtherNext(words))
