@@ -145,6 +145,8 @@ void StoreDesk::BringBack() {
 }
 
 void StoreDesk::LetGo() {
+    if (offered_.empty())
+        return; // the bar said something else
     Change([harvests = std::exchange(offered_, {})](Database& database) {
         for (const StoredHarvest& harvest : harvests)
             StoreEdits(database).Settle(harvest.Info.Uid);
