@@ -1,0 +1,46 @@
+#include "store/SearchTable.h"
+
+#include <gtest/gtest.h>
+
+using namespace Brindle;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+SearchTable Read(const QString& text) {
+    return ReadSearchTable(text,
+                           [](const SearchRow& row) { return row.Site == u"NONE" ? u"no such site"_s : QString(); });
+}
+
+} // namespace
+
+TEST(SearchTable, ReadsWhatSpreadsheetsGive) {
+    const std::vector<SearchRow> starts{{2, u"A"_s, u"http://dir.test/?a=1,2"_s, {}, {}},
+                                        {4, u"B"_s, u"https://dir.test/"_s, {}, {}}};
+    for (const QString& text : {u"site,start\nA,\"http://dir.test/?a=1,2\"\n\nB,https://dir.test/"_s,
+                                u"\uFEFFSite;Start\r\nA;http://dir.test/?a=1,2\r\n\r\nB;https://dir.test/\r\n"_s,
+                                u"site\tstart\nA\t http://dir.test/?a=1,2\n\nB\thttps://dir.test/\n"_s}) {
+        const SearchTable table = Read(text);
+        EXPECT_EQ(table.Rows, starts) << text.toStdString();
+        EXPECT_EQ(table.Problems, QStringList());
+        EXPECT_EQ(table.Digest(), Read(u"site,start\nA,\"http://dir.test/?a=1,2\"\n\nB,https://dir.test/"_s).Digest());
+    }
+    const SearchTable searches = Read(u"site,what,where\nA,\"Bars \"\"X\"\",\nCafés\",Milano\nA,,Roma\n"_s);
+    const std::vector<SearchRow> expected{{2, u"A"_s, {}, u"Bars \"X\",\nCafés"_s, u"Milano"_s},
+                                          {4, u"A"_s, {}, u""_s, u"Roma"_s}};
+    EXPECT_EQ(searches.Rows, expected);
+}
+
+TEST(SearchTable, NamesWrongRowsByTheirLine) {
+    const SearchTable table =
+        Read(u"site,start\nA,ftp://dir.test/\nNONE,http://a.test/\nA\nA,http://,\nA,http://ok.test/\n"
+             "A,javascript:alert(1)\nA,\"http://open.test/\n"_s);
+    ASSERT_EQ(table.Rows.size(), 1U);
+    EXPECT_EQ(table.Rows[0].Line, 6);
+    ASSERT_EQ(table.Problems.size(), 6);
+    const int lines[] = {2, 3, 4, 5, 7, 8};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_TRUE(table.Problems[i].startsWith(u"line %1:"_s.arg(lines[i]))) << table.Problems[i].toStdString();
+    EXPECT_TRUE(Read(u"start,site\nhttp://a.test/,A\n"_s).Problems.value(0).startsWith(u"line 1:"));
+    EXPECT_TRUE(Read({}).Problems.value(0).startsWith(u"line 1:"));
+}
