@@ -8,6 +8,8 @@
 
 namespace Brindle {
 
+class PagePointing;
+
 /// Port: the browser in which the user searches and whose document the harvest reads. All calls come from the one
 /// thread of the program; loading goes on while messages are handled.
 class EmbeddedBrowser : public QObject {
@@ -57,6 +59,8 @@ public:
 
     /// Why the last page failed to load or could not be read, one line; empty when nothing is wrong.
     virtual QString LastError() const { return {}; }
+    /// For pointing at what is shown; null where the browser's view does not show pages as they are.
+    virtual PagePointing* Pointing() { return nullptr; }
     /// Whether scripts run in its pages, so that a page can become a results page after it was loaded.
     virtual bool RunsScripts() const = 0;
 

@@ -27,7 +27,7 @@ QLabel* Label(QWidget* parent, const QString& name, const QString& caption) {
     return label;
 }
 
-QComboBox* Selector(QWidget* parent, const QString& name) {
+QComboBox* ComboBox(QWidget* parent, const QString& name) {
     auto* const box = new ChoiceBox(parent);
     box->setObjectName(name);
     return box;
@@ -95,8 +95,8 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
     keys_.Add(lblCurrentLanguage, cbxLanguage);
     keys_.Add(lblWebsite, cbxWebsites);
     for (QPushButton* button :
-         {btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection, btnRDelete,
-          btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll})
+         {btnDirectories, btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection,
+          btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll})
         keys_.Add(button);
     History->AddKeys(keys_);
     History->ApplyCaptions(WindowTexts());
@@ -118,14 +118,17 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     row->setContentsMargins(8, 8, 8, 6);
     row->setSpacing(6);
     lblCurrentLanguage = Label(parent, u"lblCurrentLanguage"_s, u"Language:"_s);
-    cbxLanguage = Selector(parent, u"cbxLanguage"_s);
+    cbxLanguage = ComboBox(parent, u"cbxLanguage"_s);
     for (const Language& language : OfferedLanguages())
         cbxLanguage->addItem(language.Name, language.Code);
     lblWebsite = Label(parent, u"lblWebsite"_s, u"Website:"_s);
-    cbxWebsites = Selector(parent, u"cbxWebsites"_s);
+    cbxWebsites = ComboBox(parent, u"cbxWebsites"_s);
     cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cbxWebsites->setMinimumContentsLength(28);
     cbxWebsites->setMaxVisibleItems(20);
+    btnDirectories = new QPushButton(parent);
+    btnDirectories->setObjectName(u"btnDirectories");
+    btnDirectories->setText(WindowTexts().Text(WindowText::Directories));
     btnStart = Button(parent, u"btnStart"_s, u"Get Data"_s, Glyph::Start);
     btnStop = Button(parent, u"btnStop"_s, u"Stop"_s, Glyph::Stop);
     btnSettings = Button(parent, u"btnSettings"_s, u"Settings"_s, Glyph::Settings);
@@ -135,6 +138,7 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     row->addSpacing(10);
     row->addWidget(lblWebsite);
     row->addWidget(cbxWebsites, 1);
+    row->addWidget(btnDirectories);
     row->addSpacing(6);
     row->addWidget(btnStart);
     row->addWidget(btnStop);
@@ -155,8 +159,19 @@ QWidget* MainForm::BuildBrowserPage(QWidget* browserView) {
     Notice = new NoticeBar(page);
     Notice->setObjectName(u"Notice");
     column->addWidget(Notice);
+    AnyBar = new AnyPageBar(page);
+    column->addWidget(AnyBar);
     browserView->setObjectName(u"ewbMain");
-    column->addWidget(browserView, 1);
+    auto* const beside = new QSplitter(Qt::Horizontal, page);
+    beside->setObjectName(u"splTeach");
+    beside->setChildrenCollapsible(false);
+    beside->addWidget(browserView);
+    Teach = new TeachPanel(beside);
+    Teach->hide();
+    beside->addWidget(Teach);
+    beside->setStretchFactor(0, 1);
+    beside->setSizes({900, 340});
+    column->addWidget(beside, 1);
     return page;
 }
 
@@ -177,6 +192,8 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     column->addWidget(panResultsHeader);
     column->addWidget(Offer);
     column->addWidget(lvwItems, 1);
+    column->addWidget(Teach->Table(), 1);
+    Teach->Table()->hide();
 
     auto* const row = new QHBoxLayout;
     row->setSpacing(6);
@@ -200,6 +217,7 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
 }
 
 void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& texts) {
+    btnDirectories->setText(texts.Text(WindowText::Directories));
     const std::initializer_list<std::pair<QLabel*, int>> labels{
         {lblCurrentLanguage, 1}, {lblWebsite, 2}, {panResultsHeader, 20}};
     const std::initializer_list<std::pair<QPushButton*, int>> buttons{

@@ -8,6 +8,8 @@
 #include "ui/LeadTableView.h"
 #include "ui/NoticeBar.h"
 #include "ui/StatusBarView.h"
+#include "ui/teach/AnyPageBar.h"
+#include "ui/teach/TeachPanel.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -35,6 +37,7 @@ public:
     QComboBox* cbxLanguage;
     QLabel* lblWebsite;
     QComboBox* cbxWebsites;
+    QPushButton* btnDirectories;
     QPushButton* btnStart;
     QPushButton* btnStop;
     QPushButton* btnSettings;
@@ -46,6 +49,8 @@ public:
     NoticeBar* Offer; ///< above the results list
     BrowserBar* Bar;
     NoticeBar* Notice; ///< above the page
+    AnyPageBar* AnyBar; ///< above the page: what the program sees on it
+    TeachPanel* Teach;  ///< beside the page, hidden; its table lies in place of the results list
     QSplitter* Splitter;
     QWidget* Results; ///< everything below the splitter
     QLabel* panResultsHeader;

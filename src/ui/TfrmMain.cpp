@@ -8,6 +8,7 @@
 #include "ui/ExportBox.h"
 #include "ui/Icons.h"
 #include "ui/TfrmSettings.h"
+#include "workbench/AnyDirectories.h"
 #include "workbench/Product.h"
 #include "workbench/ProgramFiles.h"
 
@@ -62,6 +63,8 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       desk_(bench_, parts.SettingsFolder, [this](const QString& problem) { form_.Offer->Say(problem); }),
       history_(
           {*form_.History, desk_, bench_, notices_, *form_.Status, loop_, windowTexts_, system_.GetDocumentsFolder()}),
+      teaching_(*browser_.Browser, browser_.View, form_, bench_, notices_,
+                [this] { return driver_.Running() || bench_.State.Parsing || loop_.Quitting(); }),
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
       tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
     bench_.SettingsFolder = parts.SettingsFolder;
@@ -94,6 +97,9 @@ void TfrmMain::ConnectHarvest() {
     });
     connect(form_.btnSettings, &QPushButton::clicked, this, &TfrmMain::btnSettingsClick);
     connect(form_.btnUpdates, &QPushButton::clicked, this, &TfrmMain::btnUpdatesClick);
+    connect(form_.btnDirectories, &QPushButton::clicked, this, [this] { teaching_.ShowDirectories(this); });
+    connect(&teaching_, &TeachingDesk::DirectoriesChanged, this, &TfrmMain::DirectoriesChanged);
+    connect(&teaching_, &TeachingDesk::HarvestWanted, this, &TfrmMain::HarvestOfBar);
     connect(form_.cbxWebsites, &QComboBox::activated, this, &TfrmMain::cbxWebsitesChange);
     connect(form_.cbxLanguage, &QComboBox::activated, this, &TfrmMain::cbxLanguageChange);
     connect(bar->imgBack, &QToolButton::clicked, this, [this] { driver_.GoBack(); });
@@ -248,6 +254,7 @@ void TfrmMain::LoadLanguage(const QString& code) {
     model_.CaptionsChanged();
     form_.ApplyCaptions(language, windowTexts_);
     history_.ApplyTexts();
+    teaching_.ApplyTexts(windowTexts_, bench_.Leads.Captions);
     if (!form_.cbxWebsites->isEnabled())
         form_.cbxWebsites->setItemText(0, bench_.Texts.Text(Message::LoadingWebsites));
     // The counts stand there until something is counted again, in the language of before.
@@ -281,6 +288,28 @@ void TfrmMain::cbxLanguageChange(int index) {
 void TfrmMain::cbxWebsitesChange() {
     if (form_.cbxWebsites->currentText() != bench_.State.SelectedEntry)
         selector_.Change(form_.cbxWebsites->currentText());
+    FollowHarvest();
+    teaching_.LookSoon();
+}
+
+// The directories that were taught, imported or deleted, in the selector; the page that is shown stays.
+void TfrmMain::DirectoriesChanged(const QString& code) {
+    bench_.LoadCatalogue();
+    const QString chosen = code.isEmpty() ? bench_.State.CurrID : code;
+    const QStringList& codes = bench_.Catalogue.WebsiteKeys();
+    form_.cbxWebsites->clear();
+    form_.cbxWebsites->addItems(bench_.Catalogue.WebsiteURLS());
+    const qsizetype index = std::max<qsizetype>(codes.indexOf(chosen), 0);
+    form_.cbxWebsites->setCurrentIndex(static_cast<int>(index));
+    bench_.State.CurrID = codes.value(index);
+    bench_.State.SelectedEntry = form_.cbxWebsites->currentText();
+    teaching_.LookSoon();
+}
+
+void TfrmMain::HarvestOfBar(bool asAnyWebsite) {
+    if (asAnyWebsite)
+        DirectoriesChanged(AnyWebsiteCode.toString());
+    driver_.Start();
     FollowHarvest();
 }
 

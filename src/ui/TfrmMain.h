@@ -15,6 +15,7 @@
 #include "ui/QtTranslations.h"
 #include "ui/SiteSelector.h"
 #include "ui/UpdateCheck.h"
+#include "ui/teach/TeachingDesk.h"
 #include "ui/WindowPlace.h"
 #include "workbench/Workbench.h"
 
@@ -58,6 +59,7 @@ public:
     StoreDesk& Desk() { return desk_; }
     Workbench& Bench() { return bench_; }
     PageFetcher& IdHTTP1() { return bench_.Fetcher; }
+    TeachingDesk& Lessons() { return teaching_; }
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -82,6 +84,8 @@ private:
     void cbxWebsitesChange();
     void btnStartClick();
     void btnSettingsClick();
+    void DirectoriesChanged(const QString& code);
+    void HarvestOfBar(bool asAnyWebsite);
     void btnUpdatesClick();
     void btnRDeleteClick();
     void btnRDeleteAllClick();
@@ -121,6 +125,7 @@ private:
     HarvestIndicator indicator_;
     StoreDesk desk_;
     History history_;
+    TeachingDesk teaching_;
     std::unique_ptr<MessageLoop::Timer> tml_;
     std::unique_ptr<MessageLoop::Timer> tmrIndicator_;
     bool shown_ = false;

@@ -1,6 +1,7 @@
 #include "browser/webengine/WebEngineBrowser.h"
 
 #include "browser/webengine/WebEnginePage.h"
+#include "browser/webengine/WebEnginePointing.h"
 #include "page/MarkupFormText.h"
 #include "toolkit/PageAddress.h"
 
@@ -149,10 +150,14 @@ WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFold
                               QWebEnginePage::OpenLinkInNewWindow, QWebEnginePage::DownloadLinkToDisk,
                               QWebEnginePage::DownloadImageToDisk, QWebEnginePage::DownloadMediaToDisk})
         view_->pageAction(action)->setVisible(false);
+    pointing_ = std::make_unique<WebEnginePointing>(*page_, [this](const QString& script) {
+        return Evaluate(script, Asked::AgainWhenThePageChanges).value_or(QVariant());
+    });
 }
 
 WebEngineBrowser::~WebEngineBrowser() {
     page_->disconnect(this);
+    pointing_.reset();
     if (const qint64 process = hung_ ? page_->renderProcessPid() : 0; process > 0)
         Kill(process);
     if (view_) {
@@ -165,6 +170,10 @@ WebEngineBrowser::~WebEngineBrowser() {
 
 QWidget* WebEngineBrowser::Widget() const {
     return view_;
+}
+
+PagePointing* WebEngineBrowser::Pointing() {
+    return pointing_.get();
 }
 
 void WebEngineBrowser::Navigate(const QString& address) {

@@ -20,6 +20,7 @@ class QWidget;
 namespace Brindle {
 
 class WebEnginePage;
+class WebEnginePointing;
 
 /// The Chromium engine as the embedded browser. Needs a QApplication and, before it, `PrepareWebEngine`.
 ///
@@ -63,6 +64,7 @@ public:
     void ClearCache() override;
     QString LastError() const override { return lastError_; }
     bool RunsScripts() const override { return true; }
+    PagePointing* Pointing() override;
 
 private:
     void OnLoadingChanged(const QWebEngineLoadingInfo& info);
@@ -80,6 +82,7 @@ private:
     std::unique_ptr<QWebEngineProfile> profile_;
     std::unique_ptr<WebEnginePage> page_;
     QPointer<QWebEngineView> view_;
+    std::unique_ptr<WebEnginePointing> pointing_;
     QString defaultUserAgent_;
     QString lastError_;
     QString proxyError_; // why nothing can be loaded through the proxy; empty: it can be used

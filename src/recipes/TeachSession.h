@@ -1,0 +1,84 @@
+#pragma once
+
+#include "recipes/LearnRecipe.h"
+#include "recipes/RecipeReader.h"
+
+#include <memory>
+#include <optional>
+#include <set>
+
+namespace Brindle {
+
+/// A text of the page that a person can choose instead of pointing at it.
+struct ChoosableText {
+    NodeIndex Node = noNode; ///< the element that shows it
+    QString Text;
+};
+
+/// What a person says of the businesses on a page, one thing after the other, and the recipe that comes of it. It
+/// begins with what the program sees by itself. What `Reading` gives is what a harvest of the recipe gives for this
+/// page.
+class TeachSession {
+public:
+    /// `page` was loaded from `url`. `mend`: a recipe that does not fit the page any more, of which what still fits is
+    /// kept.
+    TeachSession(std::shared_ptr<const PageTree> page, QString url, const std::optional<Recipe>& mend = {});
+
+    /// The page has rebuilt itself: what was said holds for the new document.
+    void SetPage(std::shared_ptr<const PageTree> page);
+    const PageTree& Page() const { return *page_; }
+
+    /// "This element shows this field of its business." False when no list could be made of it; nothing changes then,
+    /// and `Problem` says why.
+    bool Say(Field column, NodeIndex element);
+    /// A field that the program or a person was wrong about.
+    void Forget(Field column);
+    /// The element is the link to the next page. False when it is none.
+    bool SayNext(NodeIndex element);
+    void ForgetNext();
+    /// The element is the link to a business's own page, which a harvest reads too. False when it is none.
+    bool SayDetails(NodeIndex element);
+    void ReadDetails(bool read);
+    /// Takes the elements of a selector for the records, as one of the lists that the program considered. False when
+    /// nothing can be read of them.
+    bool TakeList(const QString& recordSelector);
+
+    const Recipe& What() const { return recipe_; }
+    const RecipeReading& Reading() const { return reading_; }
+    /// Why the last thing that was said could not be taken, one line; empty when it could.
+    const QString& Problem() const { return problem_; }
+    /// Whether the program added a column by itself.
+    bool IsProposed(Field column) const { return !said_.contains(column); }
+
+    /// Which field an element is likely to show, the likeliest first; all of them.
+    std::vector<Field> LikelyFields(NodeIndex element) const;
+    /// The elements that correspond to this one in the other records, this one among them.
+    std::vector<NodeIndex> LikesOf(NodeIndex element) const;
+    /// The elements from which a field is read, at most one a record.
+    std::vector<NodeIndex> ElementsOf(Field column) const;
+    /// The texts of the first record; of the whole page where there are no records yet.
+    std::vector<ChoosableText> Texts() const;
+
+private:
+    int RecordOf(NodeIndex element) const;
+    NodeIndex ElementOf(const RecipeField& row, const PageRecord& record) const;
+    const RecipeField* RowOf(Field column) const;
+    void PutRow(const RecipeField& row);
+    void Drop(Field column);
+    void BeginByItself();
+    bool BeginMending(const Recipe& recipe);
+    bool LearnFrom(const Lead& first);
+    void Take(LearnedRecipe learned);
+    void Read();
+
+    std::shared_ptr<const PageTree> page_;
+    QString url_;
+    QString region_; // of the page, as far as it says
+    Recipe recipe_;
+    RecipeReading reading_;
+    std::set<Field> said_;
+    std::set<Field> forgotten_;
+    QString problem_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,181 @@
+#include "ui/teach/AnyPageWatch.h"
+
+#include "core/Errors.h"
+#include "core/SiteCatalogue.h"
+#include "page/Selector.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int settleTime = 600; // ms after which a page that has come is looked at
+constexpr size_t mostCandidates = 3;
+constexpr int fewestRecords = 3;
+
+} // namespace
+
+AnyPageWatch::AnyPageWatch(EmbeddedBrowser& browser, AnyPageBar& bar, Teaching& teaching,
+                           std::function<ChosenSite()> chosen, std::function<bool()> busy, QObject* parent)
+    : QObject(parent),
+      browser_(browser),
+      bar_(bar),
+      teaching_(teaching),
+      chosen_(std::move(chosen)),
+      busy_(std::move(busy)) {
+    tmrLook_.setSingleShot(true);
+    tmrLook_.setInterval(settleTime);
+    connect(&tmrLook_, &QTimer::timeout, this, &AnyPageWatch::Look);
+    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, &AnyPageWatch::LookSoon);
+    connect(&bar_, &AnyPageBar::HarvestClicked, this, [this] { Q_EMIT HarvestWanted(asAnyWebsite_); });
+    connect(&bar_, &AnyPageBar::TeachClicked, this, [this] {
+        const QString list = candidates_.empty() ? QString() : candidates_[candidate_].Selector;
+        if (!teaching_.Begin(chosen_().Taught, list))
+            bar_.Show(teaching_.Problem(), false);
+    });
+    connect(&bar_, &AnyPageBar::Stepped, this, [this](int by) {
+        const size_t count = candidates_.size();
+        if (count > 0) {
+            candidate_ = (candidate_ + count + static_cast<size_t>(by + static_cast<int>(count))) % count;
+            ShowCandidate();
+        }
+    });
+    connect(&teaching_, &Teaching::Begun, this, [this] { bar_.hide(); });
+    connect(&teaching_, &Teaching::Left, this, &AnyPageWatch::LookSoon);
+}
+
+void AnyPageWatch::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
+    texts_ = texts;
+    captions_ = captions;
+    bar_.ApplyTexts(texts);
+    LookSoon();
+}
+
+void AnyPageWatch::LookSoon() {
+    tmrLook_.start();
+}
+
+void AnyPageWatch::Look() {
+    if (looking_ || teaching_.Active() || busy_())
+        return;
+    candidates_.clear();
+    candidate_ = 0;
+    asAnyWebsite_ = false;
+    const ChosenSite site = chosen_();
+    const bool webPage =
+        browser_.LocationAddress().startsWith(u"http") || browser_.LocationAddress().startsWith(u"file:");
+    if (!webPage || browser_.Busy()) {
+        bar_.hide();
+        teaching_.FrameRecords(nullptr, {});
+        return;
+    }
+    const QPointer<AnyPageWatch> self(this);
+    looking_ = true;
+    try {
+        auto page = std::make_shared<PointedPage>(browser_);
+        if (!self)
+            return;
+        looking_ = false;
+        if (teaching_.Active() || busy_())
+            return;
+        page_ = std::move(page);
+        bar_.OfferMending(site.Taught.has_value());
+        if (!page_->Tree())
+            bar_.hide();
+        else if (site.Taught)
+            SayOfTaught(*site.Taught);
+        else if (site.AnyWebsite)
+            SayOfAny(ReadAnyPage(*page_->Tree(), browser_.LocationAddress()));
+        else
+            SayOfKnown(site);
+    } catch (const Failure& failure) {
+        if (!self)
+            return;
+        looking_ = false;
+        bar_.Show(failure.Message(), false);
+    }
+}
+
+QString AnyPageWatch::FieldsOf(const std::vector<PageRecord>& records) const {
+    QStringList fields;
+    for (int column = 0; column < FieldCount; ++column)
+        if (std::any_of(records.begin(), records.end(),
+                        [column](const PageRecord& record) { return !record.Fields.At(column).isEmpty(); }))
+            fields.append(captions_.value(column));
+    return fields.join(u", "_s);
+}
+
+void AnyPageWatch::Frame(const std::vector<PageRecord>& records) {
+    std::vector<std::pair<NodeIndex, NodeIndex>> places;
+    for (const PageRecord& record : records)
+        if (record.Begin != noNode)
+            places.emplace_back(record.Begin, record.End);
+    teaching_.FrameRecords(page_, std::move(places));
+}
+
+void AnyPageWatch::SayOfAny(const AnyPageReading& reading) {
+    if (!reading.Records.empty()) {
+        bar_.Show(
+            texts_.With(WindowText::AnySees, {QString::number(reading.Records.size()), FieldsOf(reading.Records)}),
+            true);
+        return Frame(reading.Records);
+    }
+    for (const ListCandidate& candidate : reading.Candidates)
+        if (candidates_.size() < mostCandidates && candidate.Records >= fewestRecords && !candidate.Selector.isEmpty())
+            candidates_.push_back(candidate);
+    if (!candidates_.empty())
+        return ShowCandidate();
+    bar_.Show(texts_.Text(WindowText::AnySeesNothing), false);
+    Frame({});
+}
+
+void AnyPageWatch::ShowCandidate() {
+    const ListCandidate& candidate = candidates_[candidate_];
+    bar_.Show(texts_.With(WindowText::AnyUnsure, {QString::number(candidate.Records), QString::number(candidate_ + 1),
+                                                  QString::number(candidates_.size())}),
+              false, static_cast<int>(candidates_.size()));
+    std::vector<PageRecord> records;
+    try {
+        for (const NodeIndex node : Selector::Parse(candidate.Selector).SelectAll(*page_->Tree()))
+            records.push_back({{}, node, page_->Tree()->End(node)});
+    } catch (const Failure&) {
+        records.clear(); // nothing to frame
+    }
+    Frame(records);
+}
+
+void AnyPageWatch::SayOfTaught(const RecipeEntry& recipe) {
+    const RecipeReading reading = RecipeReader(recipe.What).Read(*page_->Tree(), browser_.LocationAddress());
+    const QStringList drift = DriftOf(recipe.What.Taught, reading.Counts);
+    QString line =
+        reading.Records.empty()
+            ? texts_.Text(WindowText::AnySeesNothing)
+            : texts_.With(WindowText::AnySees, {QString::number(reading.Records.size()), FieldsOf(reading.Records)});
+    if (!drift.isEmpty())
+        line += u"\n" + texts_.With(WindowText::AnyDrift, {drift.join(u"; "_s)});
+    bar_.Show(line, !reading.Records.empty());
+    Frame(reading.Records);
+}
+
+void AnyPageWatch::SayOfKnown(const ChosenSite& site) {
+    const auto leave = [this] {
+        bar_.hide();
+        Frame({});
+    };
+    if (!site.Known || site.Known->Layouts.empty())
+        return leave();
+    const QString body = browser_.BodyOuterHtml(site.Known->Form);
+    if (MissingListMarkers(body, *site.Known).isEmpty())
+        return leave();
+    const AnyPageReading reading = ReadAnyPage(*page_->Tree(), browser_.LocationAddress());
+    if (reading.Records.empty())
+        return leave();
+    asAnyWebsite_ = true;
+    bar_.Show(texts_.With(WindowText::AnyOtherWay, {site.Label, QString::number(reading.Records.size())}), true);
+    Frame(reading.Records);
+}
+
+} // namespace Brindle

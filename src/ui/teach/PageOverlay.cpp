@@ -1,0 +1,162 @@
+#include "ui/teach/PageOverlay.h"
+
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+namespace Brindle {
+
+namespace {
+
+const QColor recordColour(0x2f, 0x6f, 0xdb);
+const QColor likeColour(0xf2, 0xa9, 0x00);
+const QColor markColour(0x1e, 0x8a, 0x4c);
+
+QColor Faint(QColor colour, int alpha) {
+    colour.setAlpha(alpha);
+    return colour;
+}
+
+} // namespace
+
+PageOverlay::PageOverlay(QWidget* view) : QWidget(view), view_(view) {
+    setAttribute(Qt::WA_NoSystemBackground);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setFocusPolicy(Qt::NoFocus);
+    setMouseTracking(true);
+    SetPointing(false);
+    view->installEventFilter(this);
+    setGeometry(view->rect());
+    raise();
+}
+
+void PageOverlay::SetPointing(bool pointing) {
+    setAttribute(Qt::WA_TransparentForMouseEvents, !pointing);
+    if (pointing)
+        setCursor(Qt::PointingHandCursor);
+    else
+        unsetCursor();
+}
+
+void PageOverlay::ShowRecords(std::vector<QRectF> places) {
+    if (records_ != places) {
+        records_ = std::move(places);
+        update();
+    }
+}
+
+void PageOverlay::ShowMarks(std::vector<Mark> marks) {
+    const bool same =
+        std::equal(marks.begin(), marks.end(), marks_.begin(), marks_.end(), [](const Mark& one, const Mark& other) {
+            return one.Place == other.Place && one.Caption == other.Caption;
+        });
+    if (!same) {
+        marks_ = std::move(marks);
+        update();
+    }
+}
+
+void PageOverlay::ShowLikes(std::vector<QRectF> places) {
+    if (likes_ != places) {
+        likes_ = std::move(places);
+        update();
+    }
+}
+
+void PageOverlay::Clear() {
+    records_.clear();
+    marks_.clear();
+    likes_.clear();
+    update();
+}
+
+bool PageOverlay::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == view_) {
+        if (event->type() == QEvent::Resize)
+            setGeometry(view_->rect());
+        else if (event->type() == QEvent::ChildAdded)
+            raise(); // the engine brings a view of its own when its process changes
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PageOverlay::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF seen(rect());
+    painter.setBrush(Faint(recordColour, 10));
+    painter.setPen(QPen(Faint(recordColour, 170), 1.5, Qt::DashLine));
+    for (const QRectF& place : records_)
+        if (seen.intersects(place))
+            painter.drawRoundedRect(place.adjusted(-2, -2, 2, 2), 4, 4);
+    painter.setPen(QPen(markColour, 1.5));
+    painter.setBrush(Faint(markColour, 36));
+    for (const Mark& mark : marks_)
+        if (seen.intersects(mark.Place))
+            painter.drawRoundedRect(mark.Place.adjusted(-1, -1, 1, 1), 3, 3);
+    painter.setPen(QPen(likeColour, 2));
+    painter.setBrush(Faint(likeColour, 60));
+    for (const QRectF& place : likes_)
+        if (seen.intersects(place))
+            painter.drawRoundedRect(place.adjusted(-2, -2, 2, 2), 3, 3);
+    // What a mark is stands at its right end, where it hides least.
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * 0.8);
+    painter.setFont(small);
+    const QFontMetricsF metrics(small);
+    for (const Mark& mark : marks_) {
+        if (mark.Caption.isEmpty() || !seen.intersects(mark.Place))
+            continue;
+        QRectF label(mark.Place.right() + 4, mark.Place.top(), metrics.horizontalAdvance(mark.Caption) + 8,
+                     metrics.height() + 2);
+        label.moveLeft(std::min(label.left(), seen.right() - label.width()));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(markColour);
+        painter.drawRoundedRect(label, 3, 3);
+        painter.setPen(Qt::white);
+        painter.drawText(label, Qt::AlignCenter, mark.Caption);
+    }
+}
+
+void PageOverlay::mouseMoveEvent(QMouseEvent* event) {
+    Q_EMIT Hovered(event->position());
+}
+
+void PageOverlay::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void PageOverlay::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        Q_EMIT Clicked(event->position());
+}
+
+void PageOverlay::mouseDoubleClickEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void PageOverlay::wheelEvent(QWheelEvent* event) {
+    QWidget* const page = view_->focusProxy();
+    event->accept();
+    if (!page || forwarding_)
+        return;
+    forwarding_ = true;
+    const QPointF place = page->mapFrom(this, event->position());
+    QWheelEvent copy(place, event->globalPosition(), event->pixelDelta(), event->angleDelta(), event->buttons(),
+                     event->modifiers(), event->phase(), event->inverted());
+    QCoreApplication::sendEvent(page, &copy);
+    forwarding_ = false;
+}
+
+void PageOverlay::leaveEvent(QEvent*) {
+    Q_EMIT MouseGone();
+}
+
+void PageOverlay::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept(); // the page's own menu has links to follow
+}
+
+} // namespace Brindle

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "core/LeadList.h"
+#include "i18n/WindowTexts.h"
+#include "recipes/TeachSession.h"
+#include "ui/LeadTableModel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+#include <QTreeWidget>
+#include <QWidget>
+
+namespace Brindle {
+
+/// The side panel of teaching: the fields with what is read of them, the texts of the first business to choose from,
+/// and a live table of all businesses below. It shows a session and says what the user wants; it changes nothing
+/// itself.
+class TeachPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit TeachPanel(QWidget* parent = nullptr);
+    ~TeachPanel() override;
+
+    void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
+    /// Shows what the session has come to; the session stays in use until `Detach`.
+    void Show(const TeachSession& session);
+    void Detach();
+    /// A line below the fields; empty: none.
+    void Say(const QString& line);
+    void SetName(const QString& name);
+    QString Name() const { return name_->text().trimmed(); }
+    /// The table of all businesses, which lies elsewhere in the window.
+    QTableView* Table() const { return table_; }
+    const LeadList& Leads() const { return leads_; }
+
+Q_SIGNALS:
+    /// The text chosen from the list is this field.
+    void TextChosen(NodeIndex element, Field column);
+    void TextHighlighted(NodeIndex element);
+    void NextChosen(NodeIndex element);
+    void DetailsChosen(NodeIndex element);
+    void FieldForgotten(Field column);
+    void PointAtNext();
+    void NextForgotten();
+    void DetailsWanted(bool wanted);
+    void SaveClicked();
+    void LeaveClicked();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    NodeIndex ChosenText() const;
+    void ShowTexts(const TeachSession& session);
+    void ShowFields(const TeachSession& session);
+    void OfferFields();
+    void Use();
+
+    QLabel* title_;
+    QLabel* hint_;
+    QTreeWidget* fields_;
+    QPushButton* forget_;
+    QLabel* textsLabel_;
+    QListWidget* texts_;
+    QComboBox* field_;
+    QPushButton* use_;
+    QLabel* next_;
+    QPushButton* pointNext_;
+    QPushButton* forgetNext_;
+    QCheckBox* details_;
+    QLabel* said_;
+    QLabel* nameLabel_;
+    QLineEdit* name_;
+    QPushButton* save_;
+    QPushButton* leave_;
+    LeadList leads_;
+    LeadTableModel model_{leads_};
+    QPointer<QTableView> table_; // belongs to the window where it lies
+    QStringList captions_ = EnglishCaptions();
+    QString proposed_;
+    QString countText_;
+    QString nextText_;
+    QString noNext_;
+    QString itemNext_;
+    QString itemDetails_;
+    const TeachSession* session_ = nullptr;
+};
+
+} // namespace Brindle

@@ -1,0 +1,320 @@
+#include "ui/teach/Teaching.h"
+
+#include "core/Errors.h"
+#include "recipes/RecipeFile.h"
+#include "ui/teach/TfrmDirectories.h"
+
+#include <QCursor>
+#include <QDir>
+#include <QMenu>
+#include <QUrl>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int followInterval = 80; // ms between two looks at where things are
+constexpr int nextPage = FieldCount;
+constexpr int detailsPage = FieldCount + 1;
+
+} // namespace
+
+Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, QString userFolder, QObject* parent)
+    : QObject(parent), browser_(browser), panel_(panel), userFolder_(std::move(userFolder)) {
+    AskField = [this](const std::vector<Field>& likely) { return AskByMenu(likely); };
+    if (browser.Pointing()) {
+        overlay_ = new PageOverlay(view);
+        overlay_->setObjectName(u"PageOverlay");
+        overlay_->hide();
+        connect(overlay_, &PageOverlay::Hovered, this, &Teaching::Hover);
+        connect(overlay_, &PageOverlay::Clicked, this, &Teaching::PointAt);
+        connect(overlay_, &PageOverlay::MouseGone, this, [this] {
+            hovered_ = noNode;
+            likes_.clear();
+        });
+    }
+    tmrFollow_.setInterval(followInterval);
+    connect(&tmrFollow_, &QTimer::timeout, this, &Teaching::Follow);
+    connect(&panel_, &TeachPanel::TextChosen, this,
+            [this](NodeIndex element, Field column) { Choose(element, static_cast<int>(column)); });
+    connect(&panel_, &TeachPanel::NextChosen, this, [this](NodeIndex element) { Choose(element, nextPage); });
+    connect(&panel_, &TeachPanel::DetailsChosen, this, [this](NodeIndex element) { Choose(element, detailsPage); });
+    connect(&panel_, &TeachPanel::TextHighlighted, this, [this](NodeIndex element) {
+        if (!session_ || element == noNode)
+            return;
+        likes_ = session_->LikesOf(element);
+        if (PagePointing* const pointing = browser_.Pointing(); pointing && page_)
+            if (const int number = page_->NumberOf(element); number >= 0 && panel_.isVisible())
+                pointing->ScrollTo(number);
+    });
+    connect(&panel_, &TeachPanel::FieldForgotten, this, [this](Field column) {
+        if (session_) {
+            session_->Forget(column);
+            Changed();
+        }
+    });
+    connect(&panel_, &TeachPanel::PointAtNext, this, [this] {
+        pointingAtNext_ = overlay_ != nullptr;
+        panel_.Say(texts_.Text(WindowText::TeachPointNextHint));
+    });
+    connect(&panel_, &TeachPanel::NextForgotten, this, [this] {
+        if (session_) {
+            session_->ForgetNext();
+            Changed();
+        }
+    });
+    connect(&panel_, &TeachPanel::DetailsWanted, this, [this](bool wanted) {
+        if (session_)
+            session_->ReadDetails(wanted);
+    });
+    connect(&panel_, &TeachPanel::SaveClicked, this, &Teaching::Save);
+    connect(&panel_, &TeachPanel::LeaveClicked, this, &Teaching::Leave);
+    // Another page is another lesson.
+    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, [this](const QString& address) {
+        if (session_ && address.section(u'#', 0, 0) != address_.section(u'#', 0, 0))
+            Leave();
+        else if (!session_)
+            FrameRecords(nullptr, {});
+    });
+}
+
+void Teaching::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
+    texts_ = texts;
+    captions_ = captions;
+    panel_.ApplyTexts(texts, captions);
+    if (session_)
+        Changed();
+}
+
+bool Teaching::Begin(const std::optional<RecipeEntry>& mend, const QString& recordSelector) {
+    problem_.clear();
+    address_ = browser_.LocationAddress();
+    const QPointer<Teaching> self(this);
+    try {
+        auto page = std::make_shared<PointedPage>(browser_); // handles messages while it waits
+        if (!self)
+            return false;
+        if (!page->Tree())
+            throw Failure(texts_.Text(WindowText::TeachNoPage));
+        page_ = std::move(page);
+        mended_ = mend;
+        session_.emplace(page_->Tree(), address_, mend ? std::optional(mend->What) : std::nullopt);
+        if (!recordSelector.isEmpty() && session_->Reading().Records.empty())
+            session_->TakeList(recordSelector);
+    } catch (const Failure& failure) {
+        if (self)
+            problem_ = failure.Message();
+        return false;
+    }
+    panel_.SetName(mend ? mend->What.Name : QUrl(address_).host());
+    pointingAtNext_ = false;
+    if (overlay_) {
+        overlay_->SetPointing(true);
+        overlay_->show();
+        overlay_->raise();
+    }
+    tmrFollow_.start();
+    Changed();
+    Q_EMIT Begun();
+    return true;
+}
+
+void Teaching::Leave() {
+    if (!session_)
+        return;
+    panel_.Detach();
+    session_.reset();
+    mended_.reset();
+    FrameRecords(nullptr, {});
+    Q_EMIT Left();
+}
+
+void Teaching::FrameRecords(std::shared_ptr<PointedPage> page, std::vector<std::pair<NodeIndex, NodeIndex>> records) {
+    if (session_)
+        return;
+    page_ = std::move(page);
+    records_ = std::move(records);
+    marks_.clear();
+    likes_.clear();
+    hovered_ = noNode;
+    if (!overlay_)
+        return;
+    overlay_->SetPointing(false);
+    overlay_->Clear();
+    overlay_->setVisible(page_ != nullptr && !records_.empty());
+    if (overlay_->isVisibleTo(overlay_->parentWidget())) {
+        overlay_->raise();
+        tmrFollow_.start();
+        Follow();
+    } else {
+        tmrFollow_.stop();
+    }
+}
+
+void Teaching::Changed() {
+    records_.clear();
+    marks_.clear();
+    for (const PageRecord& record : session_->Reading().Records)
+        if (record.Begin != noNode)
+            records_.emplace_back(record.Begin, record.End);
+    for (const RecipeField& row : session_->What().Fields)
+        for (const NodeIndex element : session_->ElementsOf(row.Column))
+            marks_.emplace_back(element, captions_.value(static_cast<int>(row.Column)));
+    panel_.Show(*session_);
+    Follow();
+}
+
+// Asks the page where everything is now. One question at a time: a page that is slow to answer is not asked again.
+void Teaching::Follow() {
+    PagePointing* const pointing = browser_.Pointing();
+    if (!pointing || !overlay_ || !page_ || asked_)
+        return;
+    if (rebuilt_ && session_)
+        TakePage();
+    if (!page_)
+        return;
+    std::vector<std::vector<int>> groups;
+    for (const auto& [begin, end] : records_)
+        groups.push_back(page_->NumbersWithin(begin, end));
+    std::vector<QString> captions;
+    for (const auto& [element, caption] : marks_) {
+        groups.push_back({page_->NumberOf(element)});
+        captions.push_back(caption);
+    }
+    for (const NodeIndex element : likes_)
+        groups.push_back({page_->NumberOf(element)});
+    asked_ = true;
+    pointing->AskPlaces(groups, [this, page = page_, records = records_.size(),
+                                 captions = std::move(captions)](const ShownPlaces& shown) {
+        asked_ = false;
+        if (page != page_ || !overlay_)
+            return;
+        rebuilt_ = shown.Changed;
+        const auto& places = shown.Places;
+        if (places.size() < records + captions.size())
+            return;
+        const auto at = [&places](size_t index) { return places.begin() + static_cast<std::ptrdiff_t>(index); };
+        overlay_->ShowRecords({at(0), at(records)});
+        std::vector<PageOverlay::Mark> marks;
+        for (size_t i = 0; i < captions.size(); ++i)
+            marks.push_back({places[records + i], i < captions.size() ? captions[i] : QString()});
+        overlay_->ShowMarks(std::move(marks));
+        overlay_->ShowLikes({at(records + captions.size()), places.end()});
+    });
+}
+
+// The page has rebuilt itself: what was taught is found again in what it is now.
+void Teaching::TakePage() {
+    rebuilt_ = false;
+    const QPointer<Teaching> self(this);
+    asked_ = true; // messages are handled meanwhile
+    try {
+        auto page = std::make_shared<PointedPage>(browser_);
+        if (!self)
+            return;
+        asked_ = false;
+        if (!session_ || !page->Tree())
+            return;
+        page_ = std::move(page);
+        session_->SetPage(page_->Tree());
+        likes_.clear();
+        hovered_ = noNode;
+        Changed();
+    } catch (const Failure& failure) {
+        if (self) {
+            asked_ = false;
+            panel_.Say(failure.Message());
+        }
+    }
+}
+
+void Teaching::Hover(const QPointF& place) {
+    PagePointing* const pointing = browser_.Pointing();
+    if (!session_ || !pointing)
+        return;
+    pointing->AskElementAt(place, [this, page = page_](int number) {
+        if (!session_ || page != page_)
+            return;
+        const NodeIndex element = page_->NodeOf(number);
+        if (element == hovered_)
+            return;
+        hovered_ = element;
+        likes_ = element == noNode ? std::vector<NodeIndex>() : session_->LikesOf(element);
+        Follow();
+    });
+}
+
+void Teaching::PointAt(const QPointF& place) {
+    PagePointing* const pointing = browser_.Pointing();
+    if (!session_ || !pointing)
+        return;
+    pointing->AskElementAt(place, [this, page = page_](int number) {
+        const NodeIndex element = session_ && page == page_ ? page_->NodeOf(number) : noNode;
+        if (element == noNode)
+            return;
+        if (std::exchange(pointingAtNext_, false))
+            return Choose(element, nextPage);
+        // The menu handles messages; it is asked for when the engine's answer has been taken.
+        QTimer::singleShot(0, this, [this, element, page] {
+            if (!session_ || page != page_)
+                return;
+            const QPointer<Teaching> self(this);
+            const int what = AskField(session_->LikelyFields(element));
+            if (self && session_ && page == page_ && what >= 0)
+                Choose(element, what);
+        });
+    });
+}
+
+int Teaching::AskByMenu(const std::vector<Field>& likely) const {
+    QMenu menu(overlay_);
+    menu.setObjectName(u"TeachMenu");
+    menu.addSection(texts_.Text(WindowText::TeachThisIs));
+    for (size_t i = 0; i < likely.size(); ++i) {
+        if (i == 3)
+            menu.addSeparator();
+        menu.addAction(captions_.value(static_cast<int>(likely[i])))->setData(static_cast<int>(likely[i]));
+    }
+    menu.addSeparator();
+    menu.addAction(texts_.Text(WindowText::TeachIsNext))->setData(nextPage);
+    menu.addAction(texts_.Text(WindowText::TeachIsDetails))->setData(detailsPage);
+    menu.setActiveAction(menu.actions().value(1));
+    const QAction* const chosen = menu.exec(QCursor::pos());
+    return chosen ? chosen->data().toInt() : -1;
+}
+
+void Teaching::Choose(NodeIndex element, int what) {
+    if (!session_)
+        return;
+    if (what == nextPage)
+        session_->SayNext(element);
+    else if (what == detailsPage)
+        session_->SayDetails(element);
+    else
+        session_->Say(static_cast<Field>(what), element);
+    Changed();
+}
+
+void Teaching::Save() {
+    if (!session_ || session_->Reading().Records.empty())
+        return;
+    Recipe recipe = session_->What();
+    recipe.Name = panel_.Name().isEmpty() ? QUrl(address_).host() : panel_.Name();
+    if (recipe.Home.isEmpty())
+        recipe.Home = QUrl(address_).adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
+    const QDir folder(userFolder_);
+    const QString code = mended_ ? mended_->Code : FreeRecipeCode(recipe.Name, userFolder_);
+    try {
+        if (!folder.mkpath(u"."_s))
+            throw SaveError(u"%1: the folder cannot be made"_s.arg(QDir::toNativeSeparators(userFolder_)));
+        SaveRecipe(recipe, folder.filePath(code + u".toml"));
+    } catch (const Failure& failure) {
+        return panel_.Say(failure.Message());
+    }
+    Leave();
+    Q_EMIT Saved(code);
+}
+
+} // namespace Brindle

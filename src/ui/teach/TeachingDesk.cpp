@@ -1,0 +1,65 @@
+#include "ui/teach/TeachingDesk.h"
+
+#include "ui/teach/TfrmDirectories.h"
+#include "workbench/AnyDirectories.h"
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+TeachingDesk::TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& form, Workbench& bench, Dialogs& notices,
+                           QString programRecipes, QString userRecipes, std::function<bool()> busy)
+    : form_(form),
+      bench_(bench),
+      notices_(notices),
+      programRecipes_(std::move(programRecipes)),
+      userRecipes_(std::move(userRecipes)),
+      teaching_(browser, view, *form.Teach, userRecipes_),
+      watch_(
+          browser, *form.AnyBar, teaching_, [this] { return Chosen(); }, std::move(busy)) {
+    connect(&teaching_, &Teaching::Begun, this, [this] { ShowTeaching(true); });
+    connect(&teaching_, &Teaching::Left, this, [this] { ShowTeaching(false); });
+    connect(&teaching_, &Teaching::Saved, this, &TeachingDesk::DirectoriesChanged);
+    connect(&watch_, &AnyPageWatch::HarvestWanted, this, &TeachingDesk::HarvestWanted);
+}
+
+void TeachingDesk::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
+    texts_ = texts;
+    teaching_.ApplyTexts(texts, captions);
+    watch_.ApplyTexts(texts, captions);
+}
+
+ChosenSite TeachingDesk::Chosen() const {
+    ChosenSite site;
+    const QString& code = bench_.State.CurrID;
+    site.AnyWebsite = code == AnyWebsiteCode;
+    site.Label = bench_.State.SelectedEntry;
+    site.Known = bench_.Catalogue.Adapter(code);
+    QStringList problems;
+    const std::vector<RecipeEntry> recipes = LoadRecipes(programRecipes_, userRecipes_, problems);
+    if (const RecipeEntry* const entry = FindRecipe(recipes, code))
+        site.Taught = *entry;
+    return site;
+}
+
+void TeachingDesk::ShowTeaching(bool teaching) {
+    form_.Teach->setVisible(teaching);
+    form_.Teach->Table()->setVisible(teaching);
+    form_.lvwItems->setVisible(!teaching);
+    if (teaching)
+        form_.Teach->setFocus();
+}
+
+void TeachingDesk::ShowDirectories(QWidget* window) {
+    QStringList builtIn;
+    for (qsizetype i = 0; i < bench_.Catalogue.WebsiteKeys().size(); ++i)
+        if (const auto site = bench_.Catalogue.Adapter(bench_.Catalogue.WebsiteKeys()[i]);
+            site && !site->Layouts.empty())
+            builtIn.append(bench_.Catalogue.WebsiteURLS()[i]);
+    TfrmDirectories dialog({builtIn, programRecipes_, userRecipes_, notices_, texts_}, window);
+    dialog.exec();
+    if (dialog.Changed())
+        Q_EMIT DirectoriesChanged({});
+}
+
+} // namespace Brindle

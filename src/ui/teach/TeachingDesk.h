@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ui/MainForm.h"
+#include "ui/teach/AnyPageWatch.h"
+#include "ui/teach/Teaching.h"
+#include "workbench/Workbench.h"
+
+#include <QObject>
+
+namespace Brindle {
+
+/// What the main window has for directories that nobody wrote an adapter for: the bar above their pages, teaching, and
+/// the list of the directories. It knows the window's controls and the workbench; the window only asks for it.
+class TeachingDesk : public QObject {
+    Q_OBJECT
+
+public:
+    /// `busy`: a harvest is running. `programRecipes`, `userRecipes`: the folders.
+    TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& form, Workbench& bench, Dialogs& notices,
+                 QString programRecipes, QString userRecipes, std::function<bool()> busy);
+
+    void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
+    /// The user chose a site, or a harvest has ended.
+    void LookSoon() { watch_.LookSoon(); }
+    Teaching& Lesson() { return teaching_; }
+    AnyPageWatch& Watch() { return watch_; }
+    /// The dialog with the directories; what it changed is in the selector afterwards.
+    void ShowDirectories(QWidget* window);
+
+Q_SIGNALS:
+    /// The directories are others now; `code`: the one to select, empty for the one that is selected.
+    void DirectoriesChanged(const QString& code);
+    /// Get Data was pressed in the bar.
+    void HarvestWanted(bool asAnyWebsite);
+
+private:
+    ChosenSite Chosen() const;
+    void ShowTeaching(bool teaching);
+
+    MainForm& form_;
+    Workbench& bench_;
+    Dialogs& notices_;
+    QString programRecipes_;
+    QString userRecipes_;
+    WindowTexts texts_;
+    Teaching teaching_;
+    AnyPageWatch watch_;
+};
+
+} // namespace Brindle

@@ -1,0 +1,132 @@
+#include "recipes/TeachSession.h"
+
+#include "PrintTo.h"
+#include "recipes/RecipeFile.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString address = u"https://towns.example/search?page=1"_s;
+
+QString Page(const QString& nameClass = u"who"_s, int businesses = 8) {
+    QString html = u"<html lang=en><body><h1>Plumbers</h1><ul class=hits>"_s;
+    for (int i = 0; i < businesses; ++i)
+        html += u"<li class=hit><h3 class=%2><a href=\"/biz/%1\">Plumber Number %1</a></h3><p class=at>%1 Main Street, "
+                "Toronto, ON M5V 2T6</p><p class=ring>416-555-01%3</p><p class=blurb>Pipes since 19%3</p>"
+                "<a class=site href=\"https://plumber%1.example/\">Visit</a></li>"_s.arg(i)
+                    .arg(nameClass)
+                    .arg(i + 10);
+    return html + u"</ul><a class=on href=\"/search?page=2\">More of them</a></body></html>";
+}
+
+std::shared_ptr<const PageTree> Tree(const QString& html) {
+    return std::make_shared<const PageTree>(html);
+}
+
+// The element that shows a text.
+NodeIndex Showing(const PageTree& page, QStringView text) {
+    for (NodeIndex node = 0; node < page.Count(); ++node)
+        if (page.IsText(node) && page.Text(node).contains(text))
+            return page.Parent(node);
+    ADD_FAILURE() << "not on the page: " << text.toString().toStdString();
+    return noNode;
+}
+
+QString Value(const TeachSession& session, Field column, size_t record = 0) {
+    return session.Reading().Records.at(record).Fields.At(static_cast<int>(column));
+}
+
+TEST(TeachSession, BeginsWithWhatTheProgramSees) {
+    const TeachSession session(Tree(Page()), address);
+    ASSERT_EQ(session.Reading().Records.size(), 8U);
+    EXPECT_EQ(Value(session, Field::BusinessName, 7), u"Plumber Number 7"_s);
+    EXPECT_EQ(Value(session, Field::Phone), u"416-555-0110"_s);
+    EXPECT_EQ(Value(session, Field::DetailsLink), u"https://towns.example/biz/0"_s);
+    EXPECT_TRUE(session.IsProposed(Field::Phone));
+    EXPECT_EQ(session.What().Taught.Records, 8);
+}
+
+TEST(TeachSession, TakesWhatAPersonPointsAt) {
+    TeachSession session(Tree(Page()), address);
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")))
+        << session.Problem().toStdString();
+    EXPECT_EQ(Value(session, Field::Category, 3), u"Pipes since 1913"_s);
+    EXPECT_FALSE(session.IsProposed(Field::Category));
+    EXPECT_EQ(Value(session, Field::Phone, 3), u"416-555-0113"_s) << "the others stay";
+    EXPECT_EQ(session.ElementsOf(Field::Category).size(), 8U);
+
+    session.Forget(Field::Category);
+    EXPECT_EQ(Value(session, Field::Category, 3), QString());
+    ASSERT_TRUE(session.Say(Field::Email, Showing(session.Page(), u"Visit")) || !session.Problem().isEmpty());
+
+    EXPECT_FALSE(session.SayNext(Showing(session.Page(), u"Pipes since 1910")) && session.Reading().Next.isEmpty());
+    ASSERT_TRUE(session.SayNext(Showing(session.Page(), u"More of them")));
+    EXPECT_EQ(session.Reading().Next, u"https://towns.example/search?page=2"_s);
+    session.ForgetNext();
+    EXPECT_EQ(session.Reading().Next, QString());
+    ASSERT_TRUE(session.SayDetails(Showing(session.Page(), u"Plumber Number 2")));
+    EXPECT_TRUE(session.What().Details);
+
+    // What was learned is a recipe that reads the same from its file.
+    const Recipe again = ReadRecipe(RecipeText(session.What()), u"taught.toml"_s);
+    EXPECT_EQ(RecipeReader(again).Read(session.Page(), address).Records.size(), 8U);
+}
+
+TEST(TeachSession, OffersTheLikelyFieldFirst) {
+    const TeachSession session(Tree(Page()), address);
+    struct Case {
+        QStringView Text;
+        Field Likely;
+    };
+    for (const Case& one : {Case{u"Plumber Number 5", Field::BusinessName}, Case{u"416-555-0114", Field::Phone},
+                            Case{u"3 Main Street", Field::FullAddress}, Case{u"Visit", Field::Website}}) {
+        const std::vector<Field> fields = session.LikelyFields(Showing(session.Page(), one.Text));
+        EXPECT_EQ(fields.front(), one.Likely) << one.Text.toString().toStdString();
+        EXPECT_EQ(fields.size(), static_cast<size_t>(FieldCount));
+    }
+    EXPECT_EQ(session.LikesOf(Showing(session.Page(), u"416-555-0114")).size(), 8U);
+    const std::vector<ChoosableText> texts = session.Texts();
+    ASSERT_GE(texts.size(), 4U);
+    EXPECT_EQ(texts.front().Text, u"Plumber Number 0"_s);
+}
+
+TEST(TeachSession, KeepsWhatWasTaughtWhenThePageRebuildsItself) {
+    TeachSession session(Tree(Page()), address);
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")));
+    session.SetPage(Tree(Page(u"who"_s, 12)));
+    EXPECT_EQ(session.Reading().Records.size(), 12U);
+    EXPECT_EQ(Value(session, Field::Category, 11), u"Pipes since 1921"_s);
+}
+
+TEST(TeachSession, MendsARecipeKeepingWhatStillFits) {
+    const TeachSession before(Tree(Page()), address);
+    Recipe recipe = before.What();
+    recipe.Name = u"Towns"_s;
+    QString changed = Page();
+    changed.replace(u"class=ring"_s, u"class=call"_s);
+    TeachSession session(Tree(changed), address, recipe);
+    EXPECT_EQ(session.What().Name, u"Towns"_s);
+    EXPECT_EQ(Value(session, Field::BusinessName, 1), u"Plumber Number 1"_s);
+    ASSERT_TRUE(session.Say(Field::Phone, Showing(session.Page(), u"416-555-0110")));
+    EXPECT_EQ(Value(session, Field::Phone, 4), u"416-555-0114"_s);
+
+    // Where nothing fits any more it begins anew, under the same name.
+    const TeachSession anew(Tree(QString(Page()).replace(u"class="_s, u"class=x"_s)), address, recipe);
+    EXPECT_EQ(anew.What().Name, u"Towns"_s);
+    EXPECT_EQ(anew.Reading().Records.size(), 8U);
+}
+
+TEST(TeachSession, APageWithoutAListTeachesNothing) {
+    TeachSession session(Tree(u"<body><h1>One</h1><p>Some text</p></body>"_s), address);
+    EXPECT_TRUE(session.Reading().Records.empty());
+    EXPECT_FALSE(session.Say(Field::BusinessName, Showing(session.Page(), u"Some text")));
+    EXPECT_FALSE(session.Problem().isEmpty());
+    EXPECT_FALSE(session.Texts().empty());
+}
+
+} // namespace
+} // namespace Brindle
