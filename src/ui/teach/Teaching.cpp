@@ -21,7 +21,8 @@ constexpr int detailsPage = FieldCount + 1;
 
 } // namespace
 
-Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, QString userFolder, QObject* parent)
+Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, std::function<QString()> userFolder,
+                   QObject* parent)
     : QObject(parent), browser_(browser), panel_(panel), userFolder_(std::move(userFolder)) {
     AskField = [this](const std::vector<Field>& likely) { return AskByMenu(likely); };
     if (browser.Pointing()) {
@@ -304,11 +305,12 @@ void Teaching::Save() {
     recipe.Name = panel_.Name().isEmpty() ? QUrl(address_).host() : panel_.Name();
     if (recipe.Home.isEmpty())
         recipe.Home = QUrl(address_).adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
-    const QDir folder(userFolder_);
-    const QString code = mended_ ? mended_->Code : FreeRecipeCode(recipe.Name, userFolder_);
+    const QString userFolder = userFolder_();
+    const QDir folder(userFolder);
+    const QString code = mended_ ? mended_->Code : FreeRecipeCode(recipe.Name, userFolder);
     try {
         if (!folder.mkpath(u"."_s))
-            throw SaveError(u"%1: the folder cannot be made"_s.arg(QDir::toNativeSeparators(userFolder_)));
+            throw SaveError(u"%1: the folder cannot be made"_s.arg(QDir::toNativeSeparators(userFolder)));
         SaveRecipe(recipe, folder.filePath(code + u".toml"));
     } catch (const Failure& failure) {
         return panel_.Say(failure.Message());

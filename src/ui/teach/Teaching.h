@@ -23,8 +23,9 @@ class Teaching : public QObject {
     Q_OBJECT
 
 public:
-    /// `view`: what the browser shows. `userFolder`: where taught recipes are kept.
-    Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, QString userFolder, QObject* parent = nullptr);
+    /// `view`: what the browser shows. `userFolder`: gives the folder where taught recipes are kept.
+    Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, std::function<QString()> userFolder,
+             QObject* parent = nullptr);
 
     void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
 
@@ -63,7 +64,7 @@ private:
 
     EmbeddedBrowser& browser_;
     TeachPanel& panel_;
-    QString userFolder_;
+    std::function<QString()> userFolder_;
     QPointer<PageOverlay> overlay_;
     std::shared_ptr<PointedPage> page_;
     std::optional<TeachSession> session_;

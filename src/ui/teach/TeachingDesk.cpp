@@ -8,13 +8,11 @@ namespace Brindle {
 using namespace Qt::StringLiterals;
 
 TeachingDesk::TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& form, Workbench& bench, Dialogs& notices,
-                           QString programRecipes, QString userRecipes, std::function<bool()> busy)
+                           std::function<bool()> busy)
     : form_(form),
       bench_(bench),
       notices_(notices),
-      programRecipes_(std::move(programRecipes)),
-      userRecipes_(std::move(userRecipes)),
-      teaching_(browser, view, *form.Teach, userRecipes_),
+      teaching_(browser, view, *form.Teach, [&bench] { return bench.UserRecipes(); }),
       watch_(
           browser, *form.AnyBar, teaching_, [this] { return Chosen(); }, std::move(busy)) {
     connect(&teaching_, &Teaching::Begun, this, [this] { ShowTeaching(true); });
@@ -36,7 +34,7 @@ ChosenSite TeachingDesk::Chosen() const {
     site.Label = bench_.State.SelectedEntry;
     site.Known = bench_.Catalogue.Adapter(code);
     QStringList problems;
-    const std::vector<RecipeEntry> recipes = LoadRecipes(programRecipes_, userRecipes_, problems);
+    const std::vector<RecipeEntry> recipes = LoadRecipes(bench_.ProgramRecipes(), bench_.UserRecipes(), problems);
     if (const RecipeEntry* const entry = FindRecipe(recipes, code))
         site.Taught = *entry;
     return site;
@@ -56,7 +54,7 @@ void TeachingDesk::ShowDirectories(QWidget* window) {
         if (const auto site = bench_.Catalogue.Adapter(bench_.Catalogue.WebsiteKeys()[i]);
             site && !site->Layouts.empty())
             builtIn.append(bench_.Catalogue.WebsiteURLS()[i]);
-    TfrmDirectories dialog({builtIn, programRecipes_, userRecipes_, notices_, texts_}, window);
+    TfrmDirectories dialog({builtIn, bench_.ProgramRecipes(), bench_.UserRecipes(), notices_, texts_}, window);
     dialog.exec();
     if (dialog.Changed())
         Q_EMIT DirectoriesChanged({});

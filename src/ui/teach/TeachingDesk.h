@@ -15,9 +15,9 @@ class TeachingDesk : public QObject {
     Q_OBJECT
 
 public:
-    /// `busy`: a harvest is running. `programRecipes`, `userRecipes`: the folders.
+    /// `busy`: a harvest is running.
     TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& form, Workbench& bench, Dialogs& notices,
-                 QString programRecipes, QString userRecipes, std::function<bool()> busy);
+                 std::function<bool()> busy);
 
     void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
     /// The user chose a site, or a harvest has ended.
@@ -40,8 +40,6 @@ private:
     MainForm& form_;
     Workbench& bench_;
     Dialogs& notices_;
-    QString programRecipes_;
-    QString userRecipes_;
     WindowTexts texts_;
     Teaching teaching_;
     AnyPageWatch watch_;
