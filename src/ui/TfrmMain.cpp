@@ -390,8 +390,10 @@ void TfrmMain::ewbMainNavigateComplete() {
 
 void TfrmMain::FollowHarvest() {
     const bool running = driver_.Running();
-    if (std::exchange(harvesting_, running) && !running)
+    if (std::exchange(harvesting_, running) && !running) {
         desk_.HarvestEnded();
+        teaching_.LookSoon();
+    }
     form_.ShowRunning(running);
     indicator_.Follow(running);
     tmrIndicator_->SetEnabled(running && !loop_.Quitting());
