@@ -1,6 +1,7 @@
 // Teaching by pointing, in the whole window with the real Chromium engine on the modern demo directories.
 #include "PrintTo.h"
 #include "WindowFixture.h"
+#include "adapters/Adapters.h"
 #include "core/QtMessageLoop.h"
 
 #include <QTest>
@@ -20,7 +21,7 @@ protected:
 
     void Open(const QString& start) {
         Loop.SetPace(0.01);
-        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), u"demo"_s),
+        Run = std::make_unique<WindowRun>(Loop, SitesFile::Parse(Server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()),
                                           CreateWebEngineBrowser);
         Run->Show();
         ASSERT_TRUE(Run->Until([this] { return !Run->Window->ewbMain().Busy(); }));
