@@ -4,6 +4,8 @@
 #include "adapters/Adapters.h"
 #include "core/QtMessageLoop.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -100,7 +102,8 @@ TEST_F(TeachTest, EscapeLeavesThePageAsItWas) {
     Desk().Lesson().AskField = [](const std::vector<Field>&) { return -1; };
     QTest::mouseClick(Run->Control<PageOverlay>(u"PageOverlay"), Qt::LeftButton, {}, QPoint(60, 60));
     QTest::qWait(300);
-    QTest::keyClick(Run->Control<TeachPanel>(u"TeachPanel"), Qt::Key_Escape);
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
+    QApplication::sendEvent(Run->Control<TeachPanel>(u"TeachPanel"), &escape);
     EXPECT_FALSE(Desk().Lesson().Active());
     EXPECT_FALSE(Run->Control<TeachPanel>(u"TeachPanel")->isVisible());
     EXPECT_TRUE(Run->Items().isVisible());
