@@ -33,7 +33,10 @@ struct Filled {
     }
 };
 
-// Twenty leads a result page, 5,000 leads a harvest, eight directories.
+// As the keeper brings them when it has fallen behind: 5,000 leads a transaction; eight directories, 5,000 leads a
+// harvest.
+constexpr qint64 batch = 5000;
+
 void Fill(Filled& filled) {
     StoreWriter writer(*filled.Store);
     HarvestInfo harvest;
@@ -53,11 +56,10 @@ void Fill(Filled& filled) {
         page.push_back(FoundLead{harvest.Uid, i % 5000 + 1, begun + i * 100, std::move(lead)});
         if (i % 5000 == 4999)
             page.push_back(HarvestEnd{harvest.Uid, begun + i * 100});
-        if (i % 200 == 199) {
+        if (i % batch == batch - 1) {
             writer.Take(page);
             page.clear();
-            if (i % 1000 == 999)
-                writer.IndexWords(1000);
+            writer.IndexWords(1000);
         }
     }
     writer.Take(page);

@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr size_t mostEvents = 500;       // of one transaction
+constexpr size_t mostEvents = 5000;      // of one transaction; so many only when the store has fallen behind
 constexpr qint64 wordsAtOnce = 1000;     // leads whose words are worth a transaction
 constexpr size_t mostInMemory = 100'000; // events, where there is no journal either
 constexpr auto firstPause = 250ms;       // before a store that failed is tried again
