@@ -12,7 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int settleTime = 600; // ms after which a page that has come is looked at
+constexpr int settleTime = 600;   // ms after which a page that has come is looked at
+constexpr qint64 restTime = 2000; // ms at least between two looks at a page that changes
 constexpr size_t mostCandidates = 3;
 constexpr int fewestRecords = 3;
 
@@ -45,6 +46,11 @@ AnyPageWatch::AnyPageWatch(EmbeddedBrowser& browser, AnyPageBar& bar, Teaching& 
     });
     connect(&teaching_, &Teaching::Begun, this, [this] { bar_.hide(); });
     connect(&teaching_, &Teaching::Left, this, &AnyPageWatch::LookSoon);
+    // A page that goes on changing is looked at again, but not all the time.
+    connect(&teaching_, &Teaching::PageChanged, this, [this] {
+        if (!tmrLook_.isActive() && sinceLook_.isValid() && sinceLook_.elapsed() > restTime)
+            LookSoon();
+    });
 }
 
 void AnyPageWatch::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
@@ -59,7 +65,9 @@ void AnyPageWatch::LookSoon() {
 }
 
 void AnyPageWatch::Look() {
-    if (looking_ || teaching_.Active() || busy_())
+    if (looking_)
+        return LookSoon(); // what is being read may be the page before
+    if (teaching_.Active() || busy_())
         return;
     candidates_.clear();
     candidate_ = 0;
@@ -70,6 +78,8 @@ void AnyPageWatch::Look() {
     if (!webPage || browser_.Busy()) {
         bar_.hide();
         teaching_.FrameRecords(nullptr, {});
+        if (webPage)
+            LookSoon();
         return;
     }
     const QPointer<AnyPageWatch> self(this);
@@ -81,6 +91,9 @@ void AnyPageWatch::Look() {
         looking_ = false;
         if (teaching_.Active() || busy_())
             return;
+        if (browser_.Busy())
+            return LookSoon();
+        sinceLook_.start();
         page_ = std::move(page);
         bar_.OfferMending(site.Taught.has_value());
         if (!page_->Tree())

@@ -5,6 +5,7 @@
 #include "ui/teach/AnyPageBar.h"
 #include "ui/teach/Teaching.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -58,6 +59,7 @@ private:
     WindowTexts texts_;
     QStringList captions_ = EnglishCaptions();
     QTimer tmrLook_;
+    QElapsedTimer sinceLook_;
     std::shared_ptr<PointedPage> page_;
     std::vector<ListCandidate> candidates_; // where the program is not sure
     size_t candidate_ = 0;

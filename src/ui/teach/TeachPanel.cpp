@@ -78,8 +78,10 @@ TeachPanel::TeachPanel(QWidget* parent)
     column->addWidget(title_);
     column->addWidget(hint_);
     column->addWidget(fields_, 3);
-    column->addWidget(forget_, 0, Qt::AlignRight);
-    column->addWidget(textsLabel_);
+    auto* const textsRow = new QHBoxLayout;
+    textsRow->addWidget(textsLabel_, 1);
+    textsRow->addWidget(forget_);
+    column->addLayout(textsRow);
     column->addWidget(texts_, 2);
     auto* const useRow = new QHBoxLayout;
     useRow->addWidget(field_, 1);

@@ -193,6 +193,8 @@ void Teaching::Follow() {
         if (page != page_ || !overlay_)
             return;
         rebuilt_ = shown.Changed;
+        if (rebuilt_ && !session_)
+            Q_EMIT PageChanged();
         const auto& places = shown.Places;
         if (places.size() < records + captions.size())
             return;

@@ -51,6 +51,8 @@ Q_SIGNALS:
     /// A directory was saved; its code.
     void Saved(const QString& code);
     void Left();
+    /// The page whose records are framed has changed.
+    void PageChanged();
 
 private:
     void PointAt(const QPointF& place);
