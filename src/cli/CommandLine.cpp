@@ -21,8 +21,8 @@ constexpr unsigned manySearchCommands = Of(Command::Run) | Of(Command::Work);
 constexpr unsigned pacedCommands = fetchCommands | manySearchCommands;
 constexpr unsigned exportCommands = leadCommands | Of(Command::Leads) | Of(Command::Merge);
 constexpr unsigned pageCommands = Of(Command::Parse) | Of(Command::Next) | Of(Command::Explain) | Of(Command::Teach);
-constexpr unsigned storeCommands =
-    leadCommands | manySearchCommands | Of(Command::Searches) | Of(Command::Leads) | Of(Command::Status);
+constexpr unsigned storeCommands = leadCommands | manySearchCommands | Of(Command::Searches) | Of(Command::Leads) |
+                                   Of(Command::Status) | Of(Command::Diagnose);
 
 struct CommandName {
     QStringView Name;
@@ -254,63 +254,19 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
     return line;
 }
 
-QString UsageText() {
-    return u"Brindle %1: turns online business directories into sales leads\n"
-           "\n"
-           "brindle-cli sites                             the directories: code, base address, label\n"
-           "brindle-cli harvest --site CODE --start URL   walk the result pages from URL on, write the leads\n"
-           "brindle-cli parse   --site CODE PAGE...       read saved result pages, in the order given, as one "
-           "demo\n"
-           "  --listings N         one demo directory lists N businesses, its pages made as they are asked for\n"
-           "harvest\n"
-           "brindle-cli leads                             leads from the store; --since DATE, --site, --new, --find TEXT\n"
-           "brindle-cli status                            what is in the store, searches and workers; --json\n"
-           "brindle-cli run     SEARCHES.csv              many searches (site,start or site,what,where); goes on where "
-           "it was\n"
-           "brindle-cli work                              takes searches from a PostgreSQL store; --wait: and waits\n"
-           "brindle-cli searches add FILE|list|retry|cancel  the searches in the store\n"
-           "brindle-cli emails  URL                       the addresses of one business website, joined by \";\"\n"
-           "brindle-cli fetch   URL                       one page through the page fetcher, to standard output\n"
-           "brindle-cli demo                              serve the demo directories until Ctrl-C; prints their "
-           "sites file\n"
-           "brindle-cli settings                          the settings in force, in the format of the settings "
-           "file\n"
-           "brindle-cli language FILE                     what each tag of a language file reads as\n"
-           "\n"
-           "all commands\n"
-           "  --sites FILE         deployment file instead of the installed one\n"
-           "  --settings FILE      settings file instead of the user's; it is read, never written\n"
-           "  --set KEY=VALUE      override one setting by its key in the settings file; repeatable\n"
-           "  --quiet              no progress on standard error\n"
-           "harvest\n"
-           "  --demo               harvest from demo directories in this process; --start may be left out\n"
-           "  --browser static|web fetch and parse (default), or the Chromium engine\n"
-           "  --max-pages N        stop after N result pages\n"
-           "  --patience S         give up when no results page came up for S seconds (60)\n"
-           "                       with a list of proxies, also the time for one address; parse, emails and fetch, "
-           "too\n"
-           "harvest, parse\n"
-           "  --out FILE           where the leads go (standard output)\n"
-           "  --store TARGET       keep the leads: a file, or postgresql://user@host/database; also of run, work, "
-           "searches,\n"
-           "                       leads, status, which use the window's without it\n"
-           "  --format csv|jsonl   by the suffix of FILE, else csv\n"
-           "run, work\n"
-           "  --jobs N             at most N searches at once (1)\n"
-           "  --limit-per-host N   at most N searches at one host at once\n"
-           "  --ignore-robots      do not ask for robots.txt\n"
-           "parse\n"
-           "  --variant 1|2        read the pages in this layout, without asking for the list markers\n"
-           "  --markup as-is|site  the text as it stands, or a whole document delivered as the browser would "
-           "(site)\n"
-           "fetch\n"
-           "  --direct             a single attempt without delay or choice of a proxy\n"
-           "  --utf8               decode the body once more as UTF-8\n"
-           "harvest, parse, emails, fetch\n"
-           "  --pace N             every wait times N, 0 to 1 (1)\n"
-           "\n"
-           "exit status: 0 done, 1 the work failed, 2 wrong usage, 130 stopped by Ctrl-C\n"_s.arg(
-               QStringLiteral(BRINDLE_VERSION));
+QStringList CommandNames() {
+    QStringList names;
+    for (const CommandName& command : commandNames)
+        names.append(command.Name.toString());
+    return names;
+}
+
+QStringList OptionNames() {
+    QStringList names;
+    for (const Option& option : Options())
+        if (option.Name != u"--member")
+            names.append(option.Name.toString());
+    return names;
 }
 
 } // namespace Brindle

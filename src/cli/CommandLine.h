@@ -83,13 +83,18 @@ struct CommandLine {
     bool IgnoreRobots = false;
     bool Wait = false;
     bool Member = false; ///< one of the processes of a run, started by it
-    bool Json = false; ///< status and searches: JSON lines, for monitoring
+    bool Json = false;   ///< status and searches: JSON lines, for monitoring
 };
 
 /// Reads the arguments behind the program's name. Throws `UsageError`.
 CommandLine ParseCommandLine(const QStringList& arguments);
 
-/// The text of `--help`.
+/// All commands, and all options that are for people.
+QStringList CommandNames();
+QStringList OptionNames();
+
+/// The text of `--help`. The manual page and the completions of shells are made from it: an indented line that begins
+/// with a command or an option describes that, further lines that are indented deeper go on with it.
 QString UsageText();
 
 } // namespace Brindle

@@ -24,6 +24,8 @@ int RunSearches(const CommandLine& line, Console& console);
 int RunStatus(const CommandLine& line, Console& console);
 int RunLanguage(const CommandLine& line, Console& console);
 int RunMerge(const CommandLine& line, Console& console);
+/// `diagnose`: the state of the installation, for a report.
+int RunDiagnose(const CommandLine& line);
 
 /// Writes bytes to standard output as they are. Throws `Failure`.
 void WriteToStandardOutput(const QByteArray& bytes);

@@ -67,7 +67,7 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
         WriteToStandardOutput(QString(ProductTitle() + u' ' + ProductVersion() + u'\n').toLocal8Bit());
         return ExitStatus::Done;
     case Command::Diagnose:
-        break;
+        return RunDiagnose(line);
     }
     return ExitStatus::WrongUsage;
 }

@@ -57,7 +57,7 @@ MoreOptions LoadOptionsInForce(const CommandLine& line, Platform& platform, Cons
 }
 
 SitesFile LoadSites(const CommandLine& line) {
-    return SitesFile::Load(ProgramFiles::Sites(line.SitesFileName.value_or(QString())), SiteAdapters());
+    return ProgramFiles::LoadSites(*CreatePlatform(), line.SitesFileName.value_or(QString()), SiteAdapters());
 }
 
 Session::Session(const CommandLine& line, Console& console, SitesFile sites)

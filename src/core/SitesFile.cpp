@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 
 namespace Brindle {
@@ -13,7 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Group = QHash<QString, QString>;
+struct Value {
+    QString Text;
+    QString FileName;
+};
+using Group = QHash<QString, Value>;
 
 const QString mapGroup = u"map"_s;
 
@@ -45,12 +50,13 @@ SiteCatalogue SitesFile::Catalogue() const {
     return catalogue;
 }
 
-SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName, std::span<const SiteAdapter> directories) {
-    SitesFile file;
-    QHash<QString, Group> groups;
+namespace {
+
+// Adds the entries of a text to the groups.
+void ReadGroups(const SitesText& text, QHash<QString, Group>& groups, std::vector<SitesProblem>& problems) {
     QString current;
     int lineNumber = 0;
-    const QString all = QString::fromUtf8(text.startsWith("\xEF\xBB\xBF") ? text.sliced(3) : text);
+    const QString all = QString::fromUtf8(text.Text.startsWith("\xEF\xBB\xBF") ? text.Text.sliced(3) : text.Text);
     for (const QStringView raw : QStringView(all).split(u'\n')) {
         ++lineNumber;
         const QStringView line = TrimmedView(WithoutComment(raw));
@@ -64,20 +70,51 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName, std:
         const qsizetype equals = line.indexOf(u'=');
         if (equals <= 0 || current.isEmpty()) {
             const QString where = current.isEmpty() ? u"before the first group"_s : u"group [%1]"_s.arg(current);
-            file.Problems.push_back(
-                {current, u"%1: line %2, %3: \u201C%4\u201D is not of the form key=value"_s.arg(fileName)
+            problems.push_back(
+                {current, u"%1: line %2, %3: \u201C%4\u201D is not of the form key=value"_s.arg(text.FileName)
                               .arg(lineNumber)
                               .arg(where, line.left(60))});
             continue;
         }
-        groups[current].insert(Trim(line.first(equals)), Trim(line.sliced(equals + 1)));
+        groups[current].insert(Trim(line.first(equals)), {Trim(line.sliced(equals + 1)), text.FileName});
     }
+}
+
+// Throws `Failure`.
+SitesText ReadSites(const QString& fileName) {
+    const QString shown = QDir::toNativeSeparators(fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(u"%1: %2"_s.arg(shown, file.errorString()));
+    // A deployment file has a few kilobytes; what is far beyond that is some other file.
+    constexpr qint64 limit = 1 << 20;
+    SitesText text{file.read(limit + 1), shown};
+    if (file.error() != QFileDevice::NoError)
+        throw Failure(u"%1: %2"_s.arg(shown, file.errorString()));
+    if (text.Text.size() > limit)
+        throw Failure(u"%1: too large for a sites file"_s.arg(shown));
+    return text;
+}
+
+} // namespace
+
+SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName, std::span<const SiteAdapter> directories) {
+    const SitesText only{text, fileName};
+    return Parse(std::span(&only, 1), directories);
+}
+
+SitesFile SitesFile::Parse(std::span<const SitesText> texts, std::span<const SiteAdapter> directories) {
+    SitesFile file;
+    QHash<QString, Group> groups;
+    for (const SitesText& text : texts)
+        ReadGroups(text, groups, file.Problems);
+    const QString fileName = texts.empty() ? QString() : texts.front().FileName;
 
     const auto address = [&](const QString& group, const QString& key) -> QString {
         const auto found = groups.constFind(group);
-        QString value = found == groups.cend() ? QString() : found->value(key);
-        const auto problem = [&](const QString& what) {
-            file.Problems.push_back({group, u"%1: group [%2], key %3: %4"_s.arg(fileName, group, key, what)});
+        const auto [value, from] = found == groups.cend() ? Value() : found->value(key);
+        const auto problem = [&, where = from.isEmpty() ? fileName : from](const QString& what) {
+            file.Problems.push_back({group, u"%1: group [%2], key %3: %4"_s.arg(where, group, key, what)});
             return QString();
         };
         if (value.isEmpty())
@@ -94,49 +131,59 @@ SitesFile SitesFile::Parse(const QByteArray& text, const QString& fileName, std:
         entry.Code = code;
         entry.Base = address(code, u"base"_s);
         const Group group = groups.value(code);
-        entry.Label = group.value(u"label"_s);
+        const auto text = [&group](const QString& key) { return group.value(key).Text; };
+        entry.Label = text(u"label"_s);
         if (entry.Label.isEmpty() && groups.contains(code))
             file.Problems.push_back({code, u"%1: group [%2], key label: missing"_s.arg(fileName, code)});
         if (entry.Base.isEmpty() || entry.Label.isEmpty()) {
             file.DisabledSites.append(code);
             continue;
         }
-        entry.DetailsBase = group.value(u"details_base"_s, entry.Base);
-        entry.OwnHost = group.value(u"own_host"_s);
-        entry.RedirectHost = group.value(u"redirect_host"_s);
-        entry.ContactEmail = group.value(u"contact_email"_s);
-        entry.AdvertUrl = group.value(u"advert_url"_s);
-        entry.Search = group.value(u"search"_s);
-        const QString links = group.value(u"links"_s);
+        entry.DetailsBase = group.value(u"details_base"_s, {entry.Base, {}}).Text;
+        entry.OwnHost = text(u"own_host"_s);
+        entry.RedirectHost = text(u"redirect_host"_s);
+        entry.ContactEmail = text(u"contact_email"_s);
+        entry.AdvertUrl = text(u"advert_url"_s);
+        entry.Search = text(u"search"_s);
+        const QString links = text(u"links"_s);
         if (links == u"modern")
             entry.Links = Way::Modern;
         else if (!links.isEmpty() && links != u"classic")
             file.Problems.push_back(
                 {code, u"%1: group [%2], key links: \u201C%3\u201D is neither classic nor modern"_s.arg(
-                           fileName, code, links.left(60))});
+                           group.value(u"links"_s).FileName, code, links.left(60))});
         file.Sites.push_back(std::move(entry));
         file.Adapters.push_back(site);
     }
-    file.BrowserUserAgent = groups.value(u"browser"_s).value(u"user_agent"_s);
+    file.BrowserUserAgent = groups.value(u"browser"_s).value(u"user_agent"_s).Text;
     const Group publisher = groups.value(u"publisher"_s);
-    file.PublisherUpdates = publisher.value(u"updates"_s);
-    file.PublisherNews = publisher.value(u"news"_s);
-    file.PublisherHelp = publisher.value(u"help"_s);
+    file.PublisherUpdates = publisher.value(u"updates"_s).Text;
+    file.PublisherNews = publisher.value(u"news"_s).Text;
+    file.PublisherHelp = publisher.value(u"help"_s).Text;
     return file;
 }
 
 SitesFile SitesFile::Load(const QString& fileName, std::span<const SiteAdapter> directories) {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
-    // A deployment file has a few kilobytes; what is far beyond that is some other file.
-    constexpr qint64 limit = 1 << 20;
-    const QByteArray text = file.read(limit + 1);
-    if (file.error() != QFileDevice::NoError)
-        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
-    if (text.size() > limit)
-        throw Failure(u"%1: too large for a sites file"_s.arg(QDir::toNativeSeparators(fileName)));
-    return Parse(text, QDir::toNativeSeparators(fileName), directories);
+    const SitesText text = ReadSites(fileName);
+    return Parse(std::span(&text, 1), directories);
+}
+
+SitesFile SitesFile::Load(const QString& fileName, const QString& ownFileName,
+                          std::span<const SiteAdapter> directories) {
+    std::vector<SitesText> texts{ReadSites(fileName)};
+    QString problem;
+    if (QFileInfo::exists(ownFileName)) {
+        try {
+            texts.push_back(ReadSites(ownFileName));
+        } catch (const Failure& failure) {
+            problem = failure.Message();
+        }
+    }
+    SitesFile file = Parse(texts, directories);
+    // Of no group in particular, yet no reason to hold the directories back: the installed file is whole.
+    if (!problem.isEmpty())
+        file.Problems.push_back({u"own"_s, problem});
+    return file;
 }
 
 } // namespace Brindle

@@ -10,6 +10,12 @@
 
 namespace Brindle {
 
+/// The text of a deployment file.
+struct SitesText {
+    QByteArray Text;
+    QString FileName; ///< for the messages
+};
+
 /// What is wrong with a deployment file.
 struct SitesProblem {
     QString Group; ///< the group concerned; empty: the file as a whole
@@ -39,8 +45,14 @@ struct SitesFile {
     /// Reads the text of a deployment file, which should have an entry for each of the directories; `fileName` is for
     /// the messages.
     static SitesFile Parse(const QByteArray& text, const QString& fileName, std::span<const SiteAdapter> directories);
+    /// The same of several texts together: where more than one has a key of a group, the last one counts.
+    static SitesFile Parse(std::span<const SitesText> texts, std::span<const SiteAdapter> directories);
     /// Reads a deployment file. Throws `Failure` when it cannot be read.
     static SitesFile Load(const QString& fileName, std::span<const SiteAdapter> directories);
+    /// The same with the user's own file on top, which need not be there; when it cannot be read, that is a problem of
+    /// the result and stops nothing.
+    static SitesFile Load(const QString& fileName, const QString& ownFileName,
+                          std::span<const SiteAdapter> directories);
 };
 
 } // namespace Brindle

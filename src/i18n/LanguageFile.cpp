@@ -1,9 +1,9 @@
 #include "i18n/LanguageFile.h"
 
+#include "core/DataFiles.h"
 #include "toolkit/Text.h"
 #include "toolkit/WorkingText.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
@@ -45,7 +45,7 @@ const QList<Language>& OfferedLanguages() {
 }
 
 QString LanguageFolder() {
-    return QCoreApplication::applicationDirPath() + u"/languages";
+    return DataFile(u"languages"_s);
 }
 
 QString LanguageFileName(const QString& code) {

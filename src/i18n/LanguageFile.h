@@ -25,7 +25,7 @@ struct Language {
 /// In the order in which they are offered.
 const QList<Language>& OfferedLanguages();
 
-/// The folder of the language files, beside the executable.
+/// The folder of the language files that come with the program.
 QString LanguageFolder();
 /// The file of a language code in it.
 QString LanguageFileName(const QString& code);

@@ -27,6 +27,8 @@ ProgramOptions ParseProgramOptions(const QStringList& arguments) {
         const QString& name = arguments[at];
         if (name == u"--demo") {
             options.OnDemo = true;
+        } else if (name == u"--diagnose") {
+            continue; // the caller looks for it before there is a display
         } else if (name == u"--sites") {
             options.SitesFileName = value();
         } else if (name == u"--settings") {
@@ -56,11 +58,12 @@ QString ProgramHelp() {
            "Turns online business directories into sales leads.\n"
            "\n"
            "  --demo                 open the window on invented directories served by the program itself\n"
-           "  --sites FILE           deployment file; default: sites.ini beside the executable\n"
+           "  --sites FILE           deployment file; default: the one that came with the program\n"
            "  --settings FILE        settings file instead of the user's\n"
            "  --browser static|web   web: %1;\n"
            "                         static: pages without scripts, shown as text\n"
            "  --pace N               every wait times N, 0 to 1; default 1\n"
+           "  --diagnose             print versions, folders, engine, store and what is wrong, for a report\n"
            "  --version              print the version\n"
            "  --help                 print this text\n"_s.arg(QString::fromUtf16(webEngine));
 }

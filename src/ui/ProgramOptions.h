@@ -23,7 +23,7 @@ struct ProgramOptions {
     double Pace = 1.0; ///< every wait times this
 };
 
-/// Reads the arguments behind the program's name; `--help` and `--version` are left to the caller. Throws
+/// Reads the arguments behind the program's name; `--help`, `--version` and `--diagnose` are left to the caller. Throws
 /// `OptionError`.
 ProgramOptions ParseProgramOptions(const QStringList& arguments);
 

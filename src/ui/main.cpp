@@ -6,6 +6,7 @@
 #include "platform/TickCount.h"
 #include "ui/ProgramOptions.h"
 #include "ui/TfrmMain.h"
+#include "workbench/Diagnose.h"
 #include "workbench/Product.h"
 #include "workbench/ProgramFiles.h"
 
@@ -15,6 +16,8 @@
 #endif
 #ifdef BRINDLE_HAS_WEBENGINE
 #include "browser/webengine/WebEngineStart.h"
+
+#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 #endif
 
 #include <QApplication>
@@ -82,15 +85,37 @@ SitesFile StartDemo(DemoServers&) {
 }
 #endif
 
+// The state of this installation; no window and no engine is needed for it.
+QString Diagnosis(int argc, char** argv) {
+    const QCoreApplication app(argc, argv);
+    const ProgramOptions options = ParseProgramOptions(QCoreApplication::arguments().mid(1));
+#if defined(BRINDLE_HAS_WEBENGINE)
+    const QString engine = u"Chromium "_s + QString::fromLatin1(qWebEngineChromiumVersion());
+#elif defined(BRINDLE_HAS_IE)
+    const QString engine = SystemHasPageEngine() ? u"Windows' web browser control"_s : u"none: static pages only"_s;
+#else
+    const QString engine = u"none: static pages only"_s;
+#endif
+    const std::unique_ptr<Platform> system = CreatePlatform();
+    return Diagnose({.System = *system,
+                     .SitesFileName = options.SitesFileName,
+                     .SettingsFileName = options.SettingsFileName,
+                     .Store = {},
+                     .Engine = engine,
+                     .WhyNoSandbox = WhyNoSandbox(),
+                     .Directories = SiteAdapters()});
+}
+
 int Run(const ProgramOptions& options) {
     const std::unique_ptr<Platform> system = CreatePlatform();
     DemoServers demo{};
     SitesFile sites =
-        options.OnDemo ? StartDemo(demo) : SitesFile::Load(ProgramFiles::Sites(options.SitesFileName), SiteAdapters());
+        options.OnDemo ? StartDemo(demo) : ProgramFiles::LoadSites(*system, options.SitesFileName, SiteAdapters());
     for (const SitesProblem& problem : sites.Problems)
         WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop(SystemTickCount);
     loop.SetPace(options.Pace);
+    QGuiApplication::setDesktopFileName(u"brindle"_s);
     TfrmMain window({.Loop = loop,
                      .System = *system,
                      .Sites = std::move(sites),
@@ -111,6 +136,8 @@ int main(int argc, char** argv) {
             return WriteTo(StandardStream::Output, ProgramHelp()), 0;
         if (Asks(argc, argv, "--version"))
             return WriteTo(StandardStream::Output, ProductTitle() + u' ' + ProductVersion() + u'\n'), 0;
+        if (Asks(argc, argv, "--diagnose"))
+            return WriteTo(StandardStream::Output, Diagnosis(argc, argv)), 0;
         if (!HasDisplay() && !Asks(argc, argv, "-platform"))
             throw Failure(u"there is no display for the window; brindle-cli works without one"_s);
 #ifdef BRINDLE_HAS_WEBENGINE

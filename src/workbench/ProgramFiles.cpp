@@ -1,6 +1,7 @@
 #include "workbench/ProgramFiles.h"
 
-#include <QCoreApplication>
+#include "core/DataFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -17,7 +18,20 @@ QString ProgramFiles::Options(Platform& system, const QString& namedSettings) {
 }
 
 QString ProgramFiles::Sites(const QString& named) {
-    return named.isEmpty() ? QCoreApplication::applicationDirPath() + u"/sites.ini"_s : named;
+    return named.isEmpty() ? DataFile(u"sites.ini"_s) : named;
+}
+
+QString ProgramFiles::OwnSites(Platform& system) {
+    return QDir(system.SettingsFolder()).filePath(u"sites.ini"_s);
+}
+
+SitesFile ProgramFiles::LoadSites(Platform& system, const QString& named, std::span<const SiteAdapter> directories) {
+    return named.isEmpty() ? SitesFile::Load(Sites(), OwnSites(system), directories)
+                           : SitesFile::Load(named, directories);
+}
+
+QString ProgramFiles::Recipes() {
+    return DataFile(u"directories"_s);
 }
 
 } // namespace Brindle

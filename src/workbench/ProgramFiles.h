@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Platform.h"
+#include "core/SitesFile.h"
 
 #include <QString>
 
@@ -12,8 +13,15 @@ struct ProgramFiles {
     static QString Settings(Platform& system, const QString& named = {});
     /// `options.toml` beside the settings file.
     static QString Options(Platform& system, const QString& namedSettings = {});
-    /// `sites.ini` beside the executable unless another file is named.
+    /// The `sites.ini` that came with the program unless another file is named.
     static QString Sites(const QString& named = {});
+    /// `sites.ini` in the settings folder, with what the user changes in it.
+    static QString OwnSites(Platform& system);
+    /// The deployment file in force: the named one alone, or the program's with the user's own on top. Throws `Failure`
+    /// when the named one or the program's cannot be read.
+    static SitesFile LoadSites(Platform& system, const QString& named, std::span<const SiteAdapter> directories);
+    /// The folder of the recipes that came with the program.
+    static QString Recipes();
 };
 
 } // namespace Brindle

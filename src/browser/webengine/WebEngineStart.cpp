@@ -1,15 +1,14 @@
 #include "browser/webengine/WebEngineStart.h"
 
+#include "platform/Programs.h"
+
 #include <QByteArray>
 #include <QByteArrayList>
 
 #include <cstdio>
 
 #ifdef Q_OS_LINUX
-#include <sched.h>
 #include <sys/statvfs.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #endif
 
 namespace Brindle {
@@ -17,22 +16,6 @@ namespace Brindle {
 namespace {
 
 #ifdef Q_OS_LINUX
-
-bool UserNamespacesWork() {
-    const pid_t child = fork();
-    if (child < 0)
-        return false;
-    if (child == 0)
-        _exit(unshare(CLONE_NEWUSER) == 0 ? 0 : 1);
-    int status = 1;
-    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-const char* WhyNoSandbox() {
-    if (geteuid() == 0)
-        return "it runs as root";
-    return UserNamespacesWork() ? nullptr : "the system allows no user namespaces";
-}
 
 // Containers often have a shared memory of 64 MB, which a large page fills.
 bool SharedMemoryIsSmall() {
@@ -42,9 +25,6 @@ bool SharedMemoryIsSmall() {
 
 #else
 
-const char* WhyNoSandbox() {
-    return nullptr;
-}
 bool SharedMemoryIsSmall() {
     return false;
 }
@@ -60,8 +40,9 @@ void PrepareWebEngine() {
     flags.removeAll(QByteArray());
 
     if (!qEnvironmentVariableIsSet(sandboxVariable) && !flags.contains("--no-sandbox"))
-        if (const char* const reason = WhyNoSandbox()) {
-            std::fprintf(stderr, "The browser engine runs without its sandbox, because %s.\n", reason);
+        if (const QString reason = WhyNoSandbox(); !reason.isEmpty()) {
+            std::fprintf(stderr, "The browser engine runs without its sandbox, because %s.\n",
+                         reason.toLocal8Bit().constData());
             flags += "--no-sandbox";
         }
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))

@@ -2,7 +2,11 @@
 #include "platform/Programs.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
+#include <sched.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -10,8 +14,32 @@ namespace Brindle {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+bool UserNamespacesWork() {
+    const pid_t child = fork();
+    if (child < 0)
+        return false;
+    if (child == 0)
+        _exit(unshare(CLONE_NEWUSER) == 0 ? 0 : 1);
+    int status = 1;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+} // namespace
+
 QString ProgramBeside(const QString& name) {
-    return QCoreApplication::applicationDirPath() + u'/' + name;
+    const QString folder = QCoreApplication::applicationDirPath();
+    // Where it is installed, what nobody starts by hand is not among the commands.
+    const QString installed = QDir::cleanPath(folder + u"/../libexec/brindle/" + name);
+    const QString beside = folder + u'/' + name;
+    return !QFileInfo::exists(beside) && QFileInfo::exists(installed) ? installed : beside;
+}
+
+QString WhyNoSandbox() {
+    if (geteuid() == 0)
+        return u"it runs as root"_s;
+    return UserNamespacesWork() ? QString() : u"the system allows no user namespaces"_s;
 }
 
 int BecomeProgram(const QString& program, const QStringList& arguments) {

@@ -12,6 +12,10 @@ QString ProgramBeside(const QString& name) {
     return QCoreApplication::applicationDirPath() + u'/' + name + u".exe";
 }
 
+QString WhyNoSandbox() {
+    return {};
+}
+
 int BecomeProgram(const QString& program, const QStringList& arguments) {
     const int status = QProcess::execute(program, arguments);
     if (status < 0)

@@ -77,6 +77,15 @@ TEST(ParseCommandLine, SaysWhatIsWrong) {
         EXPECT_TRUE(Refused(arguments).contains(expected)) << arguments << ": " << Refused(arguments).toStdString();
 }
 
+// The manual page and the completions are made from the help as well.
+TEST(UsageText, HasALineForEveryCommandAndOption) {
+    const QString text = UsageText();
+    for (const QString& name : CommandNames() + OptionNames())
+        EXPECT_TRUE(text.contains(u"\n  "_s + name + u' ')) << name.toStdString();
+    for (const QString& line : text.split(u'\n'))
+        EXPECT_LE(line.size(), 120) << line.toStdString();
+}
+
 TEST(LiveLine, FitsATerminalAndCannotSteerIt) {
     EXPECT_EQ(LiveLine(65, 3, 57, u"http://a.test/"_s), u"1:05  3 pages  57 leads  http://a.test/"_s);
     EXPECT_EQ(LiveLine(3600, 0, 0, u"a\x1B[2J\r\nb\u009Bc"_s), u"60:00  0 pages  0 leads  a [2J  b c"_s);
