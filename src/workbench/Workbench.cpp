@@ -7,8 +7,8 @@
 #include "recipes/RecipeFolders.h"
 #include "workbench/AnyDirectories.h"
 #include "workbench/Product.h"
+#include "workbench/ProgramFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 
 namespace Brindle {
@@ -52,7 +52,7 @@ QString Workbench::AddRecipe(const QString& fileName) {
 }
 
 QString Workbench::ProgramRecipes() const {
-    return QCoreApplication::applicationDirPath() + u"/directories"_s;
+    return ProgramFiles::Recipes();
 }
 
 QString Workbench::UserRecipes() const {

@@ -12,9 +12,10 @@ class DiagnoseTest : public DemoFixture {
 protected:
     // Value of the first line of a key.
     static QByteArray ValueOf(const Outcome& outcome, const QByteArray& key) {
+        const QByteArray beginning = key + ": ";
         for (const QByteArray& line : outcome.Out.split('\n'))
-            if (line.startsWith(key + ": "))
-                return line.mid(key.size() + 2);
+            if (line.startsWith(beginning))
+                return line.mid(beginning.size());
         return "no such line";
     }
 };
