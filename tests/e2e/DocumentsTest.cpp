@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <set>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -17,18 +18,18 @@ struct Written {
     QString Text;  ///< from brindle-cli on
 };
 
-// The commands in the code blocks of a document.
+// The commands in the code blocks of a document, fenced or indented ones.
 void Collect(const QString& fileName, std::vector<Written>& commands) {
-    static const QRegularExpression command(u"^(?:build/bin/)?brindle-cli (.*)$"_s);
+    static const QRegularExpression command(u"^(    )?(?:build/bin/)?brindle-cli (.*)$"_s);
     const QStringList lines = QString::fromUtf8(FileContent(fileName)).split(u'\n');
     bool inBlock = false;
     for (qsizetype i = 0; i < lines.size(); ++i) {
         if (lines[i].startsWith(u"```"))
             inBlock = !inBlock;
         const auto match = command.match(lines[i]);
-        if (!inBlock || !match.hasMatch())
+        if (!match.hasMatch() || !(inBlock || match.hasCaptured(1)))
             continue;
-        Written found{QFileInfo(fileName).fileName() + u':' + QString::number(i + 1), match.captured(1)};
+        Written found{QFileInfo(fileName).fileName() + u':' + QString::number(i + 1), match.captured(2)};
         while (found.Text.endsWith(u'\\') && i + 1 < lines.size()) {
             found.Text.chop(1);
             found.Text += lines[++i];
@@ -47,14 +48,37 @@ std::vector<Written> CommandsOfDocuments() {
     return commands;
 }
 
-QStringList ArgumentsOf(QString text) {
-    return QProcess::splitCommand(text.replace(u'\'', u'"'));
+// As a shell takes them apart: blanks, and quotes of both kinds.
+QStringList ArgumentsOf(const QString& text) {
+    QStringList arguments;
+    QString argument;
+    QChar quote;
+    bool inside = false;
+    for (const QChar c : QString(text + u' ')) {
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+            else
+                argument += c;
+        } else if (c == u'"' || c == u'\'') {
+            quote = c;
+            inside = true;
+        } else if (c != u' ') {
+            argument += c;
+            inside = true;
+        } else if (inside) {
+            arguments.append(std::exchange(argument, QString()));
+            inside = false;
+        }
+    }
+    return arguments;
 }
 
-// What stands for the reader's own addresses, takes a server of his, or never ends by itself.
+// What stands for the reader's own addresses, takes a server of his or a table of his, or never ends by itself.
 bool IsPattern(const Written& command) {
-    return command.Text.contains(u'\u2026') || command.Text.contains(u"postgresql://") ||
-           command.Text.startsWith(u"demo") || command.Text.startsWith(u"work");
+    static const QRegularExpression pattern(
+        u"\u2026|postgresql://|\\b(?:CODE|URL|FILE)\\b|^(?:demo|work|run|searches)\\b"_s);
+    return command.Text.contains(pattern);
 }
 
 class DocumentsTest : public DemoFixture {
@@ -74,16 +98,23 @@ TEST_F(DocumentsTest, EveryCommandIsOneThatTheProgramTakes) {
 
 // In a folder with the files that the documents speak of.
 TEST_F(DocumentsTest, EveryCommandThatCanBeRunWorks) {
-    QByteArray page = "<html><head><title>Bakeries</title></head><body><ul class=results>";
-    for (const QByteArray name :
-         {"Blue Door Bakery", "Crumb and Crust", "Old Mill Bread", "Rye Corner", "Sunrise Ovens"})
-        page += "<li class=hit><h2><a href='/biz/" + name.toLower().replace(' ', '-') + "'>" + name +
-                "</a></h2><p class=tel>(416) 555-01" + QByteArray::number(10 + name.size()) + "</p></li>";
-    Write(u"saved-page.html"_s, page + "</ul><a rel=next href='?page=2'>Next</a></body></html>");
+    QByteArray list = "<html><head><title>Bakeries</title></head><body><ul class=results>"
+                      "<li class=hit><h2><a href='/biz/joes'>Joe's Pizza</a></h2><p class=tel>416-555-0100</p></li>";
+    int number = 1;
+    for (const char* const name :
+         {"Blue Door Bakery", "Crumb and Crust", "Old Mill Bread", "Rye Corner", "Sunrise Ovens"}) {
+        const QByteArray id = QByteArray::number(++number);
+        list += QByteArray("<li class=hit><h2><a href='/biz/") + id + "'>" + name +
+                "</a></h2><p class=tel>416-555-010" + id + "</p></li>";
+    }
+    list += "</ul><a rel=next href='?page=2'>Next</a></body></html>";
+    for (const QString& name : {u"saved-page.html"_s, u"page.html"_s, u"page1.html"_s, u"page2.html"_s})
+        Write(name, list);
     const Outcome fetched = RunCli({u"fetch"_s, u"--pace"_s, u"0"_s, Server().FirstResultPage(u"KVPN002001"_s, 1)});
     Write(u"result-page.html"_s, fetched.Out);
-    for (const QString& list : {u"january.csv"_s, u"february.xlsx"_s, u"cards.vcf"_s})
-        RunCli({u"harvest"_s, u"--demo"_s, u"--site"_s, u"KVPE001004"_s, u"--pace"_s, u"0"_s, u"--out"_s, list});
+    for (const QString& file : {u"january.csv"_s, u"february.xlsx"_s, u"cards.vcf"_s})
+        RunCli({u"harvest"_s, u"--demo"_s, u"--site"_s, u"KVPE001004"_s, u"--pace"_s, u"0"_s, u"--out"_s, file,
+                u"--store"_s, u"leads.db"_s});
     ASSERT_TRUE(QDir().mkdir(u"languages"_s));
     ASSERT_TRUE(QFile::copy(QStringLiteral(PROJECT_DIR) + u"/languages/fr.dat", u"languages/fr.dat"_s));
 
