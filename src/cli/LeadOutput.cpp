@@ -1,5 +1,6 @@
 #include "cli/LeadOutput.h"
 
+#include "core/QtMessageLoop.h"
 #include "platform/StandardStreams.h"
 
 #include <QDir>
@@ -7,6 +8,12 @@
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype pieceSize = 128 * 1024;
+
+} // namespace
 
 LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat format, const Settings& settings,
                        const ExtraColumns& extra)
@@ -33,14 +40,16 @@ LeadOutput::LeadOutput(LeadList& leads, const QString& fileName, LeadFormat form
 }
 
 LeadOutput::~LeadOutput() {
+    Flush();
+    if (loop_)
+        loop_->BeforeTurn = {};
     leads_.RemoveObserver(this);
 }
 
 void LeadOutput::Begin() {
     if (!automatic_ && !begun_ && lines_) {
-        buffer_.resize(0);
         lines_->AppendHeader(buffer_);
-        Write(buffer_);
+        Flush();
     }
     begun_ = true;
 }
@@ -49,14 +58,15 @@ void LeadOutput::LeadAppended(qsizetype row) {
     const Lead lead = leads_.At(row);
     if (workbook_)
         return workbook_->Add(lead);
-    buffer_.resize(0);
     if (automatic_ && row == 0) // a lead that could not be saved where it belongs
         lines_->AppendHeader(buffer_);
     lines_->AppendLead(buffer_, lead);
-    Write(buffer_);
+    if (!loop_ || buffer_.size() >= pieceSize)
+        Flush();
 }
 
 QString LeadOutput::Finish() {
+    Flush();
     if (!workbook_)
         return lines_->Losses().Text();
     try {
@@ -70,11 +80,16 @@ QString LeadOutput::Finish() {
     return losses;
 }
 
-void LeadOutput::Write(const QByteArray& bytes) {
-    if (!error_.isEmpty())
-        return;
-    if (file_.write(bytes) != bytes.size())
+void LeadOutput::GatherBetweenTurns(QtMessageLoop& loop) {
+    loop_ = &loop;
+    buffer_.reserve(pieceSize + pieceSize / 8);
+    loop.BeforeTurn = [this] { Flush(); };
+}
+
+void LeadOutput::Flush() {
+    if (!buffer_.isEmpty() && error_.isEmpty() && file_.write(buffer_) != buffer_.size())
         error_ = u"%1: %2"_s.arg(shownName_, file_.errorString());
+    buffer_.resize(0); // its memory is used again
 }
 
 } // namespace Brindle

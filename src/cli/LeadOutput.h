@@ -9,8 +9,11 @@
 
 namespace Brindle {
 
+class QtMessageLoop;
+
 /// Writes the leads of a list as they are found, in list order: each is in the file before the next one is looked for,
-/// so whatever ends the program keeps all that was found. A workbook cannot grow like that: it is put in place by
+/// or, where they are gathered, before anything is waited for, so whatever ends the program keeps what was found. A
+/// workbook cannot grow like that: it is put in place by
 /// `Finish`, whole.
 class LeadOutput : public LeadListObserver {
 public:
@@ -25,6 +28,11 @@ public:
     /// cannot be saved there.
     void Begin();
     void LeadAppended(qsizetype row) override;
+    /// From now on leads are gathered into large pieces, which are written at the latest before the loop's next turn or
+    /// wait, by `Flush` and at the end. The loop must outlive this.
+    void GatherBetweenTurns(QtMessageLoop& loop);
+    /// Writes what is gathered.
+    void Flush();
     /// To be called when no further lead comes. What the format could not hold, as one line; empty when it held all.
     QString Finish();
 
@@ -32,8 +40,6 @@ public:
     const QString& Error() const { return error_; }
 
 private:
-    void Write(const QByteArray& bytes);
-
     LeadList& leads_;
     QFile file_;
     QString shownName_;
@@ -43,6 +49,7 @@ private:
     std::unique_ptr<LeadLines> lines_;   // of a text format
     std::unique_ptr<Workbook> workbook_; // of the other one
     QByteArray buffer_;
+    QtMessageLoop* loop_ = nullptr; // whose turns end the gathering
     QString error_;
 };
 

@@ -16,6 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Ctrl-C is all that can be waiting while a saved page is read, and it can wait that long; milliseconds.
+constexpr qint64 turnInterval = 10;
+
 QString ReadText(const QString& fileName) {
     QFile file(fileName);
     const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
@@ -45,12 +48,13 @@ void ReadPage(Session& session, const CommandLine& line, const QString& fileName
     if (line.Variant > 0) {
         state.CurrSite = line.Variant;
     } else {
-        const QString missing = MissingListMarkers(page, *site);
-        if (!missing.isEmpty())
-            throw Failure(
-                u"%1: no results page of %2: %3"_s.arg(QDir::toNativeSeparators(fileName), state.CurrID, missing));
         MarkerSet markers;
-        GetInitTokens(page, *site, markers, state.CurrSite);
+        int layout = 0;
+        GetInitTokens(page, *site, markers, layout);
+        if (layout == 0)
+            throw Failure(u"%1: no results page of %2: %3"_s.arg(QDir::toNativeSeparators(fileName), state.CurrID,
+                                                                 MissingListMarkers(page, *site)));
+        state.CurrSite = layout;
     }
     try {
         GetDataResults(session.Job, page);
@@ -68,6 +72,8 @@ int RunParse(const CommandLine& line, Console& console) {
     session.SelectSite(line.Site);
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
                       FurtherColumns(line, session.More));
+    output.GatherBetweenTurns(session.Loop);
+    session.Loop.TurnAtMostEvery(turnInterval);
     output.Begin();
     StoreLink store(line, session, line.Arguments.first());
     session.Job.Begin();
@@ -78,6 +84,7 @@ int RunParse(const CommandLine& line, Console& console) {
             break;
         try {
             ReadPage(session, line, fileName);
+            output.Flush();
             ++pages;
             console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
         } catch (const Failure& failure) {

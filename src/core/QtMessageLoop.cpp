@@ -70,7 +70,22 @@ quint32 QtMessageLoop::TickCount() const {
     return ticks_();
 }
 
+void QtMessageLoop::TurnAtMostEvery(qint64 ms) {
+    turnInterval_ = ms;
+    sinceTurn_.start();
+}
+
 void QtMessageLoop::ProcessMessages() {
+    if (turnInterval_ > 0 && sinceTurn_.elapsed() < turnInterval_ && !Quitting())
+        return;
+    Turn();
+}
+
+void QtMessageLoop::Turn() {
+    if (BeforeTurn)
+        BeforeTurn();
+    if (turnInterval_ > 0)
+        sinceTurn_.start();
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
 }
@@ -79,10 +94,10 @@ void QtMessageLoop::WaitForMessage(std::optional<qint64> ms) {
     if (Quitting())
         return;
     if (ms && *ms <= 0)
-        return ProcessMessages();
+        return Turn();
     // Within the handling of one queued message, the dispatcher sleeps although others are queued behind it.
     const quint64 before = counter_->Count;
-    ProcessMessages();
+    Turn();
     if (counter_->Count != before)
         return;
     QTimer deadline;
@@ -97,6 +112,8 @@ void QtMessageLoop::WaitForMessage(std::optional<qint64> ms) {
 }
 
 void QtMessageLoop::BlockFor(qint64 ms) {
+    if (BeforeTurn)
+        BeforeTurn();
     QThread::msleep(static_cast<unsigned long>(ms));
 }
 

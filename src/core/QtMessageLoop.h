@@ -2,6 +2,8 @@
 
 #include "core/MessageLoop.h"
 
+#include <QElapsedTimer>
+
 #include <functional>
 #include <memory>
 
@@ -24,11 +26,22 @@ public:
     /// Also wakes a wait that is under way.
     void Quit() override;
 
+    /// Called before every turn and every wait: whatever must not be kept back while others have their turn. May be
+    /// empty.
+    std::function<void()> BeforeTurn;
+    /// From now on `ProcessMessages` does nothing until `ms` milliseconds have passed since the last turn, for work in
+    /// which hardly anything can be pending. Waits are not affected, nor is anything once the program is ending.
+    void TurnAtMostEvery(qint64 ms);
+
 private:
     class Counter;
 
+    void Turn();
+
     std::unique_ptr<Counter> counter_;
     TickSource ticks_;
+    qint64 turnInterval_ = 0;
+    QElapsedTimer sinceTurn_;
 };
 
 } // namespace Brindle
