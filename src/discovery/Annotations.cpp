@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstring>
 #include <limits>
 
 namespace Brindle {
@@ -60,16 +62,26 @@ constexpr auto socialHosts = std::to_array<QStringView>({u"facebook.com",
                                                          u"getpocket.com",
                                                          u"foursquare.com"});
 
-bool IsHost(QStringView host, std::span<const QStringView> hosts) {
-    return std::any_of(hosts.begin(), hosts.end(), [host](QStringView known) {
-        return host == known || (host.endsWith(known) && host[host.size() - known.size() - 1] == u'.');
-    });
+// Whether the host or one that it belongs to is among them.
+bool IsHost(QStringView host, const QSet<QStringView>& hosts) {
+    while (!hosts.contains(host)) {
+        const qsizetype dot = host.indexOf(u'.');
+        if (dot < 0)
+            return false;
+        host = host.sliced(dot + 1);
+    }
+    return true;
+}
+
+bool IsSocialHost(QStringView host) {
+    static const QSet<QStringView> hosts(socialHosts.begin(), socialHosts.end());
+    return IsHost(host, hosts);
 }
 
 bool IsMapAddress(const QString& host, const QString& address) {
-    constexpr auto mapHosts = std::to_array<QStringView>(
-        {u"openstreetmap.org", u"mapy.cz", u"goo.gl", u"mapquest.com", u"waze.com", u"here.com", u"2gis.ru",
-         u"map.qq.com", u"map.baidu.com", u"map.naver.com", u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
+    static const QSet<QStringView> mapHosts({u"openstreetmap.org", u"mapy.cz", u"goo.gl", u"mapquest.com", u"waze.com",
+                                             u"here.com", u"2gis.ru", u"map.qq.com", u"map.baidu.com", u"map.naver.com",
+                                             u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
     if (host.startsWith(u"maps.") || host.startsWith(u"map.") || IsHost(host, mapHosts))
         return true;
     const bool engine = host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
@@ -114,12 +126,16 @@ bool IsMonth(QStringView word) {
 } // namespace
 
 NodeFacts& NodeFacts::operator+=(const NodeFacts& other) {
-    for (quint8 NodeFacts::*const member :
-         {&NodeFacts::Phones, &NodeFacts::Mails, &NodeFacts::Websites, &NodeFacts::Maps, &NodeFacts::PostalCodes,
-          &NodeFacts::Streets, &NodeFacts::Headings, &NodeFacts::OwnLinks, &NodeFacts::Names, &NodeFacts::Addresses,
-          &NodeFacts::Cities, &NodeFacts::Categories, &NodeFacts::Strong, &NodeFacts::Prices, &NodeFacts::Dates,
-          &NodeFacts::Ratings})
-        this->*member = Sum(this->*member, other.*member);
+    // The counts lie side by side: all of them are added at once.
+    constexpr size_t counts = offsetof(NodeFacts, Characters);
+    static_assert(counts == 16 && std::is_trivially_copyable_v<NodeFacts>);
+    std::array<quint8, counts> mine;
+    std::array<quint8, counts> others;
+    std::memcpy(mine.data(), this, counts);
+    std::memcpy(others.data(), &other, counts);
+    for (size_t i = 0; i < counts; ++i)
+        mine[i] = Sum(mine[i], others[i]);
+    std::memcpy(static_cast<void*>(this), mine.data(), counts);
     Characters += other.Characters;
     return *this;
 }
@@ -259,9 +275,9 @@ void PageAnnotations::ReadLink(NodeIndex node, QStringView href) {
         const bool own = link.Host == Site || link.Host.endsWith(u'.' + Site) || Site.endsWith(u'.' + link.Host);
         if (link.Host.isEmpty())
             link.Kind = LinkKind::None;
-        else if (IsMapAddress(link.Host, link.Address) && !own)
+        else if (!own && IsMapAddress(link.Host, link.Address))
             link.Kind = LinkKind::Map;
-        else if (IsHost(link.Host, socialHosts) && !own)
+        else if (!own && IsSocialHost(link.Host))
             link.Kind = LinkKind::Social;
         else if (!own)
             link.Kind = LinkKind::Outside;
@@ -294,7 +310,8 @@ void PageAnnotations::ReadLines() {
             Facts[static_cast<size_t>(part.Node)].Characters += static_cast<quint32>(part.Length);
         }
         const int number = static_cast<int>(i);
-        if (text.contains(u'@') || text.contains(u"[at]") || text.contains(u"(at)"))
+        if (text.contains(u'@') || (text.contains(u'[') && text.contains(u"[at]")) ||
+            (text.contains(u'(') && text.contains(u"(at)")))
             ReadMails(number);
         const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
         if (digits == 0 || line.Length > 4000)
@@ -551,9 +568,11 @@ bool HasPrice(QStringView text) {
             ++behind;
         return (before >= 0 && text[before].isDigit()) || (behind < text.size() && text[behind].isDigit());
     };
-    for (qsizetype i = 0; i < text.size(); ++i)
-        if (signs.contains(text[i]) && digitBeside(i, i + 1))
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if ((c == u'$' || c >= 0xA0) && signs.contains(text[i]) && digitBeside(i, i + 1))
             return true;
+    }
     // A name of money stands beside its amount.
     bool beside = false;
     for (qsizetype i = 1; i < text.size() && !beside; ++i) {

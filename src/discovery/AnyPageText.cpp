@@ -23,6 +23,30 @@ bool IsBlank(QChar c) {
     return c.isSpace() || c == QChar(0x200B) || c == QChar(0xFEFF);
 }
 
+QStringView WithoutEndMarks(QStringView text) {
+    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate(); };
+    while (!text.isEmpty() && isMark(text.front()))
+        text = text.sliced(1);
+    while (!text.isEmpty() && isMark(text.back()))
+        text.chop(1);
+    return text;
+}
+
+// Lower-cases a text of Latin-1 letters with single blanks into `folded`, which has room for it; false for other texts.
+bool FoldWestern(QStringView text, QChar* folded) {
+    char16_t before = 0;
+    for (const QChar c : text) {
+        char16_t u = c.unicode();
+        if (u >= 0x100 || u < u' ' || u == 0x85 || u == 0xA0 || (u == u' ' && before == u' '))
+            return false;
+        if ((u >= u'A' && u <= u'Z') || (u >= 0xC0 && u <= 0xDE && u != 0xD7))
+            u = static_cast<char16_t>(u + 0x20);
+        *folded++ = QChar(u);
+        before = u;
+    }
+    return true;
+}
+
 std::vector<bool> FlagsOf(const PageTree& page, std::span<const QStringView> names) {
     std::vector<bool> flags(static_cast<size_t>(page.NameCount()), false);
     for (const QStringView name : names)
@@ -166,16 +190,23 @@ bool HoldsNoText(const PageTree& page, NodeIndex element) {
 }
 
 QString BareWords(QStringView text) {
-    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate(); };
-    while (!text.isEmpty() && isMark(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && isMark(text.back()))
-        text.chop(1);
-    const QString words = text.toString().toLower();
+    text = WithoutEndMarks(text);
+    QString words(text.size(), Qt::Uninitialized);
+    if (FoldWestern(text, words.data()))
+        return words;
+    words = text.toString().toLower();
     bool tidy = true; // the lines of a page have single blanks already
     for (qsizetype i = 0; tidy && i < words.size(); ++i)
         tidy = words[i] == u' ' ? i == 0 || words[i - 1] != u' ' : !words[i].isSpace();
     return tidy ? words : words.simplified();
+}
+
+BareView::BareView(QStringView text) {
+    text = WithoutEndMarks(text);
+    if (text.size() <= static_cast<qsizetype>(short_.size()) && FoldWestern(text, short_.data()))
+        size_ = text.size();
+    else
+        other_ = BareWords(text);
 }
 
 } // namespace Brindle

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringView>
 
+#include <array>
 #include <vector>
 
 namespace Brindle {
@@ -53,5 +54,18 @@ bool HoldsNoText(const PageTree& page, NodeIndex element);
 
 /// The lower-cased text without marks at its ends ("Next »" is "next"), blanks collapsed.
 QString BareWords(QStringView text);
+
+/// `BareWords` of a text that is only looked up: without an allocation where it is short and its letters are western.
+class BareView {
+public:
+    explicit BareView(QStringView text);
+
+    QStringView View() const { return size_ >= 0 ? QStringView(short_.data(), size_) : QStringView(other_); }
+
+private:
+    std::array<QChar, 40> short_;
+    qsizetype size_ = -1;
+    QString other_;
+};
 
 } // namespace Brindle

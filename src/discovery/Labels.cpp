@@ -228,18 +228,19 @@ constexpr auto buttonWords =
     u"подробнее|сайт|на "
     u"карте|позвонить|詳細|詳しく見る|地図|地図を見る|電話する|予約|予約する|详情|地图|查看|更多|상세보기|지도|전화";
 
-QHash<QString, HintSet> TableOf(std::span<const Row> rows, QChar separator) {
-    QHash<QString, HintSet> table;
+// The keys are parts of the literals above.
+QHash<QStringView, HintSet> TableOf(std::span<const Row> rows, QChar separator) {
+    QHash<QStringView, HintSet> table;
     for (const Row& row : rows)
         for (const QStringView word : QStringView(row.Words).split(separator, Qt::SkipEmptyParts))
-            table[word.toString()] |= row.Hints;
+            table[word] |= row.Hints;
     return table;
 }
 
-QSet<QString> SetOf(const char16_t* words, QChar separator) {
-    QSet<QString> set;
+QSet<QStringView> SetOf(const char16_t* words, QChar separator) {
+    QSet<QStringView> set;
     for (const QStringView word : QStringView(words).split(separator, Qt::SkipEmptyParts))
-        set.insert(word.toString());
+        set.insert(word);
     return set;
 }
 
@@ -249,7 +250,7 @@ public:
     StemSearch(const char16_t* stems, const char16_t* marks) : stems_(SetOf(stems, u' ')) {
         for (const QStringView mark : QStringView(marks).split(u'|'))
             marks_ << mark.toString();
-        for (const QString& stem : std::as_const(stems_))
+        for (const QStringView stem : std::as_const(stems_))
             longest_ = std::max(longest_, stem.size());
     }
 
@@ -264,7 +265,7 @@ public:
                 ++end;
             // Short stems are whole words; longer ones may be followed by an ending.
             for (qsizetype length = std::min(end - at, longest_); length >= 3; --length)
-                if ((length >= 5 || length == end - at) && stems_.contains(words.sliced(at, length).toString()))
+                if ((length >= 5 || length == end - at) && stems_.contains(words.sliced(at, length)))
                     return true;
             at = end;
         }
@@ -275,7 +276,7 @@ public:
     }
 
 private:
-    QSet<QString> stems_;
+    QSet<QStringView> stems_;
     QStringList marks_;
     qsizetype longest_ = 0;
 };
@@ -290,7 +291,7 @@ bool IsUpper(QChar c) {
 } // namespace
 
 HintSet HintsOfName(QStringView name) {
-    static const QHash<QString, HintSet> table = TableOf(nameParts, u' ');
+    static const QHash<QStringView, HintSet> table = TableOf(nameParts, u' ');
     HintSet hints = 0;
     const auto look = [&hints](const QString& part) {
         if (part.size() >= 2)
@@ -324,17 +325,17 @@ HintSet HintsOfName(QStringView name) {
 }
 
 HintSet HintsOfLabel(QStringView text) {
-    static const QHash<QString, HintSet> table = TableOf(labels, u'|');
+    static const QHash<QStringView, HintSet> table = TableOf(labels, u'|');
     if (text.size() > 40)
         return 0;
-    const QString words = BareWords(text);
-    return words.isEmpty() ? 0 : table.value(words, 0);
+    const BareView words(text);
+    return words.View().isEmpty() ? 0 : table.value(words.View(), 0);
 }
 
 LeadingLabel LabelAtBegin(QStringView text) {
-    constexpr QStringView ends = u":\uFF1A=\u2013|";
+    const auto isEnd = [](QChar c) { return c == u':' || c == u'=' || c == u'|' || c == u'\uFF1A' || c == u'\u2013'; };
     for (qsizetype i = 1; i < text.size() && i < 40; ++i) {
-        if (!ends.contains(text[i]))
+        if (!isEnd(text[i]))
             continue;
         const HintSet hints = HintsOfLabel(text.first(i));
         if (hints == 0 && text[i] != u':' && text[i] != u'\uFF1A')
@@ -342,7 +343,7 @@ LeadingLabel LabelAtBegin(QStringView text) {
         if (hints == 0)
             return {};
         ++i;
-        while (i < text.size() && (text[i].isSpace() || ends.contains(text[i])))
+        while (i < text.size() && (text[i].isSpace() || isEnd(text[i])))
             ++i;
         return {hints, i};
     }
@@ -371,8 +372,8 @@ bool NamesJobs(QStringView words) {
 }
 
 bool IsButtonText(QStringView words) {
-    static const QSet<QString> table = SetOf(buttonWords, u'|');
-    return words.size() <= 40 && table.contains(words.toString());
+    static const QSet<QStringView> table = SetOf(buttonWords, u'|');
+    return words.size() <= 40 && table.contains(words);
 }
 
 } // namespace Brindle

@@ -54,6 +54,9 @@ struct TextSpan {
 /// unmistakable: those of Canada, the United Kingdom, the Netherlands, Poland, Portugal, Brazil and Japan.
 std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region);
 
+/// `LooksLikeAddress` of a text of which it is known whether it has a street's word and which codes it has.
+bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, const std::vector<TextSpan>& codes);
+
 /// Whether the text is the name or abbreviation of a state, province or county that the region's addresses name.
 bool IsStateOf(QStringView region, QStringView text);
 

@@ -2,6 +2,7 @@
 #include "discovery/PostalAddressWords.h"
 
 #include <algorithm>
+#include <span>
 
 namespace Brindle {
 
@@ -54,14 +55,13 @@ bool IsIdeograph(QChar c) {
 }
 
 // Whether a code may begin at `at`; a letter and hyphen of the country may stand before it.
-bool MayBegin(QStringView text, qsizetype at, QStringView prefixes) {
+bool MayBegin(QStringView text, qsizetype at, std::span<const QStringView> prefixes) {
     if (at == 0)
         return true;
     const QChar before = text[at - 1];
     if (before == u'-' || before == u'.' || before == u' ')
-        for (const QStringView prefix : prefixes.split(u'|'))
-            if (!prefix.isEmpty() && at > prefix.size() &&
-                text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
+        for (const QStringView prefix : prefixes)
+            if (at > prefix.size() && text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
                 (at == prefix.size() + 1 || !text[at - 2 - prefix.size()].isLetterOrNumber()))
                 return true;
     return (!before.isLetterOrNumber() || IsIdeograph(before)) && !Joins(before);
@@ -79,7 +79,10 @@ bool MayEnd(QStringView text, qsizetype at) {
            behind != u'%' && behind != u'€';
 }
 
-void FindShape(QStringView text, QStringView shape, QStringView prefixes, std::vector<TextSpan>& spans) {
+void FindShape(QStringView text, QStringView shape, std::span<const QStringView> prefixes,
+               std::vector<TextSpan>& spans) {
+    if (text.size() < shape.size() - shape.count(u' '))
+        return;
     for (qsizetype at = 0; at < text.size(); ++at) {
         const QChar c = text[at];
         const bool digit = shape[0] == u'9';
@@ -96,14 +99,33 @@ void FindShape(QStringView text, QStringView shape, QStringView prefixes, std::v
     }
 }
 
+// A country's shapes and prefixes, taken apart.
+struct CodeTable {
+    std::vector<QStringView> Shapes;
+    std::vector<QStringView> Prefixes;
+};
+
+const CodeTable& CodesOf(const AddressCountry& country) {
+    static const std::vector<CodeTable> tables = [] {
+        std::vector<CodeTable> all;
+        for (const AddressCountry& one : addressCountries) {
+            const auto shapes = one.Codes.split(u'|', Qt::SkipEmptyParts);
+            const auto prefixes = one.CodePrefixes.split(u'|', Qt::SkipEmptyParts);
+            all.push_back({{shapes.begin(), shapes.end()}, {prefixes.begin(), prefixes.end()}});
+        }
+        return all;
+    }();
+    return tables[static_cast<std::size_t>(&country - std::begin(addressCountries))];
+}
+
 } // namespace
 
 std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region) {
     std::vector<TextSpan> spans;
     const auto add = [&](const AddressCountry& country) {
-        for (const QStringView shape : country.Codes.split(u'|'))
-            if (!shape.isEmpty())
-                FindShape(text, shape, country.CodePrefixes, spans);
+        const CodeTable& table = CodesOf(country);
+        for (const QStringView shape : table.Shapes)
+            FindShape(text, shape, table.Prefixes, spans);
     };
     if (const AddressCountry* const country = AddressCountryOf(region))
         add(*country);
@@ -133,12 +155,15 @@ std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region) {
 }
 
 bool LooksLikeAddress(QStringView text, QStringView region) {
+    return LooksLikeAddress(text, region, HasStreetWord(text), PostalCodesIn(text, region));
+}
+
+bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, const std::vector<TextSpan>& codes) {
     constexpr qsizetype longest = 250;
     if (text.size() < 6 || text.size() > longest)
         return false;
-    if (HasStreetWord(text) && HasDigit(text))
+    if (hasStreetWord && HasDigit(text))
         return true;
-    const std::vector<TextSpan> codes = PostalCodesIn(text, region);
     if (codes.empty())
         return false;
     // A code alone may be any number; a place stands beside it.

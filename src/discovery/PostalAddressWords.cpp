@@ -262,9 +262,19 @@ bool IsWordBoundary(QStringView text, qsizetype at) {
 } // namespace
 
 const AddressCountry* AddressCountryOf(QStringView region) {
-    const auto row = std::find_if(std::begin(addressCountries), std::end(addressCountries),
-                                  [region](const AddressCountry& c) { return c.Region == region; });
-    return row != std::end(addressCountries) ? row : nullptr;
+    // By its two letters: each line of a page asks.
+    const auto slotOf = [](QStringView name) -> std::size_t {
+        const auto letter = [name](qsizetype at) { return static_cast<std::size_t>(name[at].unicode() - u'A'); };
+        return name.size() == 2 && letter(0) < 26 && letter(1) < 26 ? letter(0) * 26 + letter(1) : std::size_t{26 * 26};
+    };
+    static const auto rows = [slotOf] {
+        std::array<const AddressCountry*, 26 * 26 + 1> all{};
+        for (const AddressCountry& country : addressCountries)
+            all[slotOf(country.Region)] = &country;
+        all.back() = nullptr;
+        return all;
+    }();
+    return rows[slotOf(region)];
 }
 
 bool HasDigit(QStringView text) {

@@ -87,12 +87,14 @@ AddressSigns AddressSignsIn(QStringView text, QStringView region) {
     const bool digits = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     if (!digits)
         return {};
-    const bool whole = LooksLikeAddress(text, region);
-    bool code = whole && !PostalCodesIn(text, region).empty();
+    const bool street = HasStreetWord(text);
+    const std::vector<TextSpan> codes = PostalCodesIn(text, region);
+    const bool whole = LooksLikeAddress(text, region, street, codes);
+    bool code = whole && !codes.empty();
     // A code that cannot be mistaken needs nothing beside it.
     if (!whole && text.size() <= 40)
         code = !PostalCodesIn(text, {}).empty();
-    return {code, (digits && HasStreetWord(text)) || (whole && !code)};
+    return {code, street || (whole && !code)};
 }
 
 AddressHints AddressHintsOf(const PageTree& page, const PageLines& lines, const QString& url,
