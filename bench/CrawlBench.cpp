@@ -40,7 +40,7 @@ public:
 
 class NoSaver : public LeadSaver {
 public:
-    void AutomaticSave(const QString&, const QString&, const QString&) override {}
+    void SaveLead(const QString&, const QString&, const Lead&) override {}
 };
 
 class PageCount : public HarvestObserver {
@@ -74,7 +74,7 @@ Outcome HarvestDemo(const Demo::DemoServer& server, const SiteCatalogue& catalog
     Harvest harvest({state, leads, options, texts, catalogue, loop, status, dialogs, fetcher, emails, saver});
     StaticBrowser browser;
     PageCount count;
-    HarvestDriver driver(harvest, browser, SiteAdapters(), &count);
+    HarvestDriver driver(harvest, browser, &count);
     browser.Navigate(server.FirstResultPage(code, layout));
     driver.Start();
     while (!count.Ended)
@@ -91,7 +91,7 @@ double Median(std::vector<double> values) {
 void CrawledPage(benchmark::State& state, const QString& code) {
     Demo::DemoServer server;
     server.Start();
-    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s).Catalogue();
+    const SiteCatalogue catalogue = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()).Catalogue();
     std::vector<double> processor;
     std::vector<double> wall;
     int pages = 0;
