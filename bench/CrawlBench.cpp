@@ -34,7 +34,7 @@ public:
     bool Confirm(const QString&) override { return false; }
     void Inform(const QString&) override {}
     void Warn(const QString&) override {}
-    QString AskSaveFile(const QString&, const QString&) override { return {}; }
+    ChosenFile AskSaveFile(const QString&, const QString&, const QStringList&) override { return {}; }
     QString AskFolder(const QString&, const QString&) override { return {}; }
 };
 

@@ -55,7 +55,7 @@ public:
     bool Confirm(const QString&) override { return false; }
     void Inform(const QString& text) override { console_.Note(text); }
     void Warn(const QString& text) override { console_.Error(text); }
-    QString AskSaveFile(const QString&, const QString&) override { return {}; }
+    ChosenFile AskSaveFile(const QString&, const QString&, const QStringList&) override { return {}; }
     QString AskFolder(const QString&, const QString&) override { return {}; }
 
 private:

@@ -2,7 +2,6 @@
 
 #include "core/Errors.h"
 #include "export/CsvFormat.h"
-#include "toolkit/Text.h"
 
 #include <QDir>
 #include <QSaveFile>
@@ -52,39 +51,6 @@ bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows ro
     if (!file.commit())
         throw failed();
     return true;
-}
-
-bool ExportSelected(const ExportCommand& command, std::span<const qsizetype> selectedRows,
-                    const ExportProgress& progress) {
-    const auto refuse = [&command](Message reason) {
-        command.Notices.Inform(command.Texts.Text(reason));
-        return false;
-    };
-    if (command.Leads.Count() == 0)
-        return refuse(Message::ExportListEmpty);
-    if (selectedRows.empty())
-        return refuse(Message::ExportNothingSelected);
-    if (TrimmedView(command.Options.eExportFields).isEmpty())
-        return refuse(Message::ExportNoColumns);
-    const QString fileName =
-        command.Notices.AskSaveFile(command.Texts.Text(Message::SaveDialogTitle), command.DocumentsFolder);
-    if (fileName.isEmpty())
-        return false;
-    const auto show = [&command](const QString& text) {
-        command.Status.SetPanel(StatusPanel::Message, text);
-        command.Loop.ProcessMessages();
-    };
-    show(command.Texts.Text(Message::Saving));
-    bool saved = false;
-    try {
-        saved = SaveRecords(fileName, command.Leads, selectedRows, command.Options, progress);
-    } catch (const SaveError& error) {
-        show({});
-        command.Notices.Warn(error.Message());
-        return false;
-    }
-    show(saved ? command.Texts.Text(Message::Saved) : QString());
-    return saved;
 }
 
 } // namespace Brindle

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "core/Dialogs.h"
 #include "core/LeadList.h"
-#include "core/MessageLoop.h"
-#include "core/MessageTexts.h"
 #include "core/Settings.h"
-#include "core/StatusView.h"
 
 #include <QString>
 
@@ -26,21 +22,5 @@ using ExportProgress = std::function<bool(qsizetype rowsWritten, qsizetype rows)
 /// Memory does not grow with the number of rows. False when cancelled; throws `SaveError` with file and reason.
 bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows rows, const Settings& settings,
                  const ExportProgress& progress = {});
-
-/// What the Export button needs.
-struct ExportCommand {
-    const LeadList& Leads;
-    const Settings& Options;
-    const MessageTexts& Texts;
-    Dialogs& Notices;
-    StatusView& Status;
-    MessageLoop& Loop;
-    QString DocumentsFolder; ///< where the save dialog opens
-};
-
-/// The Export button: refuses an empty list, an empty selection and no columns with a notice, asks for a file, writes
-/// the selected rows. A write error is told with file and reason. True when a file was written.
-bool ExportSelected(const ExportCommand& command, std::span<const qsizetype> selectedRows,
-                    const ExportProgress& progress = {});
 
 } // namespace Brindle

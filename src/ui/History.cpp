@@ -1,8 +1,9 @@
 #include "ui/History.h"
 
 #include "core/LeadListCommands.h"
-#include "export/CsvExport.h"
+#include "export/ExportCommand.h"
 #include "store/StoreEdits.h"
+#include "ui/ExportDialog.h"
 
 #include <QDateTime>
 #include <QHeaderView>
@@ -184,9 +185,10 @@ void History::Export() {
             list->Captions = parts_.Bench.Leads.Captions;
             std::vector<qsizetype> rows(static_cast<size_t>(list->Count()));
             std::iota(rows.begin(), rows.end(), 0);
-            const bool saved = ExportSelected({*list, parts_.Bench.Options, parts_.Bench.Texts, parts_.Notices,
-                                               parts_.Status, parts_.Loop, parts_.DocumentsFolder},
-                                              rows);
+            const bool saved =
+                ExportSelected({*list, parts_.Bench.Options, parts_.Bench.Texts, parts_.Notices, parts_.Status,
+                                parts_.Loop, parts_.DocumentsFolder, FurtherFormats(parts_.Texts)},
+                               rows);
             if (saved)
                 parts_.Desk.Post(0, [uid](Database& store) -> std::function<void()> {
                     StoreEdits(store).Settle(uid);

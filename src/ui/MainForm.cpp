@@ -96,7 +96,7 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
     keys_.Add(lblWebsite, cbxWebsites);
     for (QPushButton* button :
          {btnDirectories, btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection,
-          btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll})
+          btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll, btnExportAs})
         keys_.Add(button);
     History->AddKeys(keys_);
     History->ApplyCaptions(WindowTexts());
@@ -212,12 +212,18 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     btnOpenDetails = add(u"btnOpenDetails"_s, u"Open Details URL"_s, Glyph::Details);
     row->addStretch(1);
     btnExportAll = add(u"btnExportAll"_s, u"Export Data"_s, Glyph::Export);
+    btnExportAs = new QPushButton(WindowTexts::English(WindowText::ExportAs), Results);
+    btnExportAs->setObjectName(u"btnExportAs");
+    btnExportAs->setAutoDefault(false);
+    row->addWidget(btnExportAs);
     column->addLayout(row);
     return Results;
 }
 
 void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& texts) {
     btnDirectories->setText(texts.Text(WindowText::Directories));
+    btnExportAs->setText(texts.Text(WindowText::ExportAs));
+    AccessKeys::SetHint(btnExportAs, texts.Text(WindowText::ExportAsHint));
     const std::initializer_list<std::pair<QLabel*, int>> labels{
         {lblCurrentLanguage, 1}, {lblWebsite, 2}, {panResultsHeader, 20}};
     const std::initializer_list<std::pair<QPushButton*, int>> buttons{

@@ -48,7 +48,7 @@ public:
     HistoryPage* History;
     NoticeBar* Offer; ///< above the results list
     BrowserBar* Bar;
-    NoticeBar* Notice; ///< above the page
+    NoticeBar* Notice;  ///< above the page
     AnyPageBar* AnyBar; ///< above the page: what the program sees on it
     TeachPanel* Teach;  ///< beside the page, hidden; its table lies in place of the results list
     QSplitter* Splitter;
@@ -63,6 +63,7 @@ public:
     QPushButton* btnOpenMaps;
     QPushButton* btnOpenDetails;
     QPushButton* btnExportAll;
+    QPushButton* btnExportAs;
     StatusBarView* Status;
 
 private:

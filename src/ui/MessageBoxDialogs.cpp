@@ -4,6 +4,8 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include <algorithm>
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -41,13 +43,22 @@ void MessageBoxDialogs::Warn(const QString& text) {
         Ask(parent_, QMessageBox::Warning, text, QMessageBox::Ok);
 }
 
-QString MessageBoxDialogs::AskSaveFile(const QString& title, const QString& folder) {
+ChosenFile MessageBoxDialogs::AskSaveFile(const QString& title, const QString& folder, const QStringList& types) {
     if (loop_.Quitting())
         return {};
-    QFileDialog dialog(Topmost(parent_), title, folder, u"CSV files (*.csv)"_s);
+    QFileDialog dialog(Topmost(parent_), title, folder);
+    dialog.setNameFilters(types);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(u"csv"_s);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    // A name without a suffix gets that of the type that is chosen last.
+    const auto useSuffix = [&dialog](const QString& type) {
+        dialog.setDefaultSuffix(type.section(u"(*."_s, -1).section(u')', 0, 0));
+    };
+    useSuffix(types.value(0));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, useSuffix);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    const auto type = static_cast<int>(types.indexOf(dialog.selectedNameFilter()));
+    return {dialog.selectedFiles().value(0), std::max(type, 0)};
 }
 
 QString MessageBoxDialogs::AskFolder(const QString& title, const QString& folder) {

@@ -16,7 +16,7 @@ public:
     bool Confirm(const QString& text) override;
     void Inform(const QString& text) override;
     void Warn(const QString& text) override;
-    QString AskSaveFile(const QString& title, const QString& folder) override;
+    ChosenFile AskSaveFile(const QString& title, const QString& folder, const QStringList& types) override;
     QString AskFolder(const QString& title, const QString& folder) override;
 
 private:

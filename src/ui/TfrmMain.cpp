@@ -3,9 +3,9 @@
 #include "core/Delay.h"
 #include "core/Errors.h"
 #include "core/LeadListCommands.h"
-#include "export/CsvExport.h"
 #include "ui/BrowserEmulation.h"
 #include "ui/ExportBox.h"
+#include "ui/ExportDialog.h"
 #include "ui/Icons.h"
 #include "ui/TfrmSettings.h"
 #include "workbench/AnyDirectories.h"
@@ -125,6 +125,7 @@ void TfrmMain::ConnectResults() {
     connect(form_.btnOpenMaps, &QPushButton::clicked, this, [this] { OpenFieldOfSelected(Field::MapLink); });
     connect(form_.btnOpenDetails, &QPushButton::clicked, this, [this] { OpenFieldOfSelected(Field::DetailsLink); });
     connect(form_.btnExportAll, &QPushButton::clicked, this, &TfrmMain::btnExportAllClick);
+    connect(form_.btnExportAs, &QPushButton::clicked, this, &TfrmMain::btnExportAsClick);
 }
 
 void TfrmMain::ConnectStore() {
@@ -359,23 +360,46 @@ void TfrmMain::btnRDeleteAllClick() {
         gone();
 }
 
+ExportCommand TfrmMain::ExportParts() {
+    return {bench_.Leads,
+            bench_.Options,
+            bench_.Texts,
+            notices_,
+            *form_.Status,
+            loop_,
+            system_.GetDocumentsFolder(),
+            FurtherFormats(windowTexts_)};
+}
+
 void TfrmMain::btnExportAllClick() {
+    Export(form_.lvwItems->SelectedRows(), nullptr);
+}
+
+void TfrmMain::btnExportAsClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
+    if (const std::optional<Message> refusal = ExportRefusal(ExportParts(), rows))
+        return notices_.Inform(bench_.Texts.Text(*refusal));
+    TfrmExport dialog(bench_.Leads, rows, bench_.Options, windowTexts_, this);
+    if (dialog.exec() == QDialog::Accepted)
+        Export(rows, &dialog);
+}
+
+void TfrmMain::Export(std::span<const qsizetype> rows, const TfrmExport* chosen) {
     form_.Results->setEnabled(false); // messages are handled meanwhile, and the rows must stay
     ExportBox box(this, bench_.Texts.Text(Message::Saving), windowTexts_.Text(WindowText::CancelExport));
-    const bool saved = ExportSelected(
-        {bench_.Leads, bench_.Options, bench_.Texts, notices_, *form_.Status, loop_, system_.GetDocumentsFolder()},
-        rows, [&](qsizetype written, qsizetype count) {
-            form_.Status->SetProgressMaximum(count);
-            form_.Status->SetProgressPosition(written);
-            box.Show(written, count);
-            loop_.ProcessMessages();
-            return !loop_.Quitting() && !box.Cancelled();
-        });
+    const auto progress = [&](qsizetype written, qsizetype count) {
+        form_.Status->SetProgressMaximum(count);
+        form_.Status->SetProgressPosition(written);
+        box.Show(written, count);
+        loop_.ProcessMessages();
+        return !loop_.Quitting() && !box.Cancelled();
+    };
+    const bool saved = chosen ? ExportAs(ExportParts(), chosen->Format(), chosen->Extra(), rows, progress)
+                              : ExportSelected(ExportParts(), rows, progress);
     form_.Status->SetProgressPosition(0);
     form_.Results->setEnabled(true);
     if (saved)
-        desk_.RowsExported(rows);
+        desk_.RowsExported({rows.begin(), rows.end()});
 }
 
 void TfrmMain::OpenFieldOfSelected(Field field) {

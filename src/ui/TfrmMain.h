@@ -2,6 +2,7 @@
 
 #include "core/HarvestDriver.h"
 #include "core/Platform.h"
+#include "export/ExportCommand.h"
 #include "i18n/WindowTexts.h"
 #include "settings/OptionsFile.h"
 #include "settings/SettingsStore.h"
@@ -15,13 +16,15 @@
 #include "ui/QtTranslations.h"
 #include "ui/SiteSelector.h"
 #include "ui/UpdateCheck.h"
-#include "ui/teach/TeachingDesk.h"
 #include "ui/WindowPlace.h"
+#include "ui/teach/TeachingDesk.h"
 #include "workbench/Workbench.h"
 
 #include <QMainWindow>
 
 namespace Brindle {
+
+class TfrmExport;
 
 /// What the main window is given; all of it must outlive the window.
 struct MainWindowParts {
@@ -90,6 +93,9 @@ private:
     void btnRDeleteClick();
     void btnRDeleteAllClick();
     void btnExportAllClick();
+    void btnExportAsClick();
+    void Export(std::span<const qsizetype> rows, const TfrmExport* chosen);
+    ExportCommand ExportParts();
     void OpenFieldOfSelected(Field field);
     void ewbMainNavigateComplete();
 

@@ -40,10 +40,11 @@ public:
     }
     void Inform(const QString& text) override { Said.append(text); }
     void Warn(const QString& text) override { Said.append(text); }
-    QString AskSaveFile(const QString& title, const QString& folder) override {
+    ChosenFile AskSaveFile(const QString& title, const QString& folder, const QStringList& types) override {
         Said.append(title);
         Folders.append(folder);
-        return FileName;
+        FileTypes = types;
+        return {FileName, FileType};
     }
     QString AskFolder(const QString& title, const QString& folder) override {
         Said.append(title);
@@ -55,6 +56,8 @@ public:
     QStringList Folders;
     bool Answer = true;
     QString FileName;
+    int FileType = 0;      ///< the type that is chosen in the save dialog
+    QStringList FileTypes; ///< those that it offered last
     QString FolderName;
 };
 

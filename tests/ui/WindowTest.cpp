@@ -2,6 +2,7 @@
 #include "ScriptedBrowser.h"
 #include "WindowFixture.h"
 #include "core/QtMessageLoop.h"
+#include "ui/ExportDialog.h"
 
 #include <QClipboard>
 #include <QDialogButtonBox>
@@ -12,6 +13,7 @@
 #include <QProgressDialog>
 #include <QTcpServer>
 #include <QTest>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -381,6 +383,69 @@ TEST_F(WindowTest, CopiesAndExportsTheSelectedRows) {
     EXPECT_TRUE(lines[0].contains(u"Città di Castello"));
 }
 
+TEST_F(WindowTest, ExportsInTheFormatThatIsChosen) {
+    Open();
+    AddLeads(3);
+    SelectRows(1, 2);
+    const QString folder = Run->System.GetDocumentsFolder();
+    const auto bytes = [&](const QString& name) {
+        QFile file(folder + u'/' + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    // The save dialog of the Export button: what begins each file tells its format.
+    const std::tuple<QString, QByteArray, int> ofButton[]{{u"0.csv"_s, "\"Category", 0},
+                                                          {u"1.xlsx"_s, "PK\x03\x04", 1},
+                                                          {u"2.csv"_s, "\xEF\xBB\xBF\"Category", 2},
+                                                          {u"3.vcf"_s, "BEGIN:VCARD\r\n", 3}};
+    for (const auto& [name, start, type] : ofButton) {
+        Run->Notices.FileName = folder + u'/' + name;
+        Run->Notices.FileType = type;
+        Run->Click(u"btnExportAll");
+        EXPECT_TRUE(bytes(name).startsWith(start)) << name.toStdString();
+    }
+    EXPECT_EQ(Run->Notices.FileTypes.size(), 4);
+    EXPECT_EQ(Run->Notices.FileTypes.first(), u"CSV files (*.csv)"_s);
+    EXPECT_EQ(bytes(u"3.vcf"_s).count("BEGIN:VCARD"), 2);
+
+    // The dialog: what it shows is what is written.
+    const auto dialog = [this] { return Run->Window->findChild<TfrmExport*>(); };
+    QString shown;
+    QTimer::singleShot(0, Run->Window.get(), [&] {
+        ASSERT_TRUE(dialog());
+        dialog()->cbxFormat->setCurrentIndex(3);
+        EXPECT_FALSE(dialog()->Columns[2]->isEnabled());
+        dialog()->cbxFormat->setCurrentIndex(2);
+        dialog()->Columns[2]->click();
+        EXPECT_EQ(dialog()->lvwPreview->rowCount(), 2);
+        EXPECT_EQ(dialog()->lvwPreview->columnCount(), FieldCount + 1);
+        shown = dialog()->lvwPreview->item(1, FieldCount)->text();
+        dialog()->Buttons->button(QDialogButtonBox::Ok)->click();
+    });
+    for (const qsizetype row : {1, 2}) {
+        Lead lead = Run->Window->Leads().At(row);
+        lead.Email = u"logo@2x.png;shop@firm%1.com"_s.arg(row);
+        Run->Window->Leads().Append(lead);
+    }
+    SelectRows(3, 4);
+    Run->Notices.FileName = folder + u"/as.csv";
+    Run->Notices.FileType = 0;
+    Run->Click(u"btnExportAs");
+    EXPECT_EQ(shown, u"shop@firm2.com"_s);
+    EXPECT_EQ(Run->Notices.FileTypes, QStringList(u"CSV for spreadsheets (*.csv)"_s));
+    EXPECT_TRUE(bytes(u"as.csv"_s).split('\n').value(0).endsWith(",\"Email (checked)\"\r"));
+    EXPECT_TRUE(bytes(u"as.csv"_s).endsWith(",\"shop@firm2.com\"\r\n"));
+
+    // Cancelled, nothing is asked and nothing written; an empty selection is refused before.
+    Run->Notices.FileName = folder + u"/never.csv";
+    QTimer::singleShot(0, Run->Window.get(), [&] { dialog()->reject(); });
+    Run->Click(u"btnExportAs");
+    Run->Click(u"btnRClearSelection");
+    Run->Notices.Said.clear();
+    Run->Click(u"btnExportAs");
+    EXPECT_EQ(Run->Notices.Said.size(), 1);
+    EXPECT_FALSE(QFile::exists(Run->Notices.FileName));
+}
+
 TEST_F(WindowTest, HeaderClickDoesNothing) {
     Open();
     AddLeads(3);
@@ -474,7 +539,7 @@ TEST_F(WindowTest, TabOrderFollowsTheLayout) {
                              u"imgStop"_s,        u"imgRefresh"_s,    u"imgHome"_s,        u"edtAddress"_s,
                              u"btnGo"_s,          u"lvwItems"_s,      u"btnRSelectAll"_s,  u"btnRClearSelection"_s,
                              u"btnRDelete"_s,     u"btnRDeleteAll"_s, u"btnOpenWebsite"_s, u"btnOpenMaps"_s,
-                             u"btnOpenDetails"_s, u"btnExportAll"_s};
+                             u"btnOpenDetails"_s, u"btnExportAll"_s,  u"btnExportAs"_s};
     QStringList found;
     for (const QString& name : order)
         if (wanted.contains(name))

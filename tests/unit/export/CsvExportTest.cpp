@@ -6,12 +6,14 @@
 #include "PrintTo.h"
 #include "core/Errors.h"
 #include "export/CsvFormat.h"
+#include "export/ExportCommand.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <numeric>
 
 namespace Brindle {
 namespace {
@@ -228,6 +230,31 @@ TEST_F(ExportSelectedTest, AsksForAFileAndSaysHowItWent) {
     EXPECT_EQ(bench_.Notices.Folders, QStringList(3, u"/docs"_s));
     EXPECT_TRUE(bench_.Notices.Said.last().startsWith(QDir::toNativeSeparators(bench_.Notices.FileName) + u": "_s));
     EXPECT_EQ(bench_.Status.Last(0), u""_s);
+}
+
+TEST_F(ExportSelectedTest, SaysWhatAFormatCannotHold) {
+    leads_.Append({.Name = QString(40'000, u'x')});
+    const std::vector<qsizetype> rows{leads_.Count() - 1};
+    const OfferedFormat workbook{LeadFormat::Workbook, u"Workbook (*.xlsx)"_s};
+    settings_.eExportFields = u"1"_s;
+    bench_.Notices.FileName = folder_.filePath(u"long.xlsx"_s);
+    const ExportCommand command{leads_,        settings_,   bench_.Texts, bench_.Notices,
+                                bench_.Status, bench_.Loop, u"/docs"_s,   {workbook}};
+    EXPECT_FALSE(ExportAs(command, workbook, {}, {}));
+    EXPECT_TRUE(ExportAs(command, workbook, {}, rows));
+    EXPECT_EQ(bench_.Status.Last(0), u"main53 1 texts shortened"_s);
+    EXPECT_EQ(bench_.Notices.FileTypes, QStringList(workbook.Type));
+    const std::string before = FileText(bench_.Notices.FileName);
+    EXPECT_TRUE(before.starts_with("PK"));
+    // Cancelled, what was there before stays.
+    for (int row = 0; row < 3000; ++row)
+        leads_.Append(LetterLead(u'e'));
+    std::vector<qsizetype> all(static_cast<size_t>(leads_.Count()));
+    std::iota(all.begin(), all.end(), 0);
+    bench_.Notices.FileType = 1;
+    EXPECT_FALSE(ExportSelected(command, all, [](qsizetype, qsizetype) { return false; }));
+    EXPECT_EQ(FileText(bench_.Notices.FileName), before);
+    EXPECT_EQ(bench_.Status.Last(0), QString());
 }
 
 } // namespace

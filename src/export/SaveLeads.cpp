@@ -1,0 +1,76 @@
+#include "export/SaveLeads.h"
+
+#include "core/Errors.h"
+#include "export/Workbook.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype bufferSize = 1 << 20;
+constexpr qsizetype rowsPerReport = 1000;
+
+// Hands the rows to `add` one by one; false when cancelled.
+template <typename Add>
+bool EachRow(const LeadList& leads, ExportedRows rows, const ExportProgress& progress, const Add& add) {
+    const qsizetype count = rows ? static_cast<qsizetype>(rows->size()) : leads.Count();
+    for (qsizetype i = 0; i < count; ++i) {
+        // Messages are handled while progress is shown, and the list may have become shorter by that.
+        const qsizetype row = rows ? (*rows)[static_cast<size_t>(i)] : i;
+        if (row >= leads.Count())
+            break;
+        add(leads.At(row));
+        if (progress && (i + 1) % rowsPerReport == 0 && !progress(i + 1, count))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool SaveLeads(const QString& fileName, LeadFormat format, const ExportShape& shape, const LeadList& leads,
+               ExportedRows rows, ExportLosses& losses, const ExportProgress& progress) {
+    if (format == LeadFormat::Workbook) {
+        Workbook workbook(fileName, shape);
+        const bool whole = EachRow(leads, rows, progress, [&](const Lead& lead) { workbook.Add(lead); });
+        losses = workbook.Losses();
+        if (whole)
+            workbook.Finish();
+        return whole;
+    }
+    if (format == LeadFormat::Csv && shape.Extra.IsEmpty())
+        return SaveRecords(fileName, leads, rows, shape.Options, progress);
+    QSaveFile file(fileName);
+    const auto failed = [&] {
+        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
+    };
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw failed();
+    QByteArray buffer;
+    const auto writeOut = [&] {
+        if (file.write(buffer) != buffer.size())
+            throw failed();
+        buffer.resize(0); // keeps its memory
+    };
+    const std::unique_ptr<LeadLines> lines = MakeLeadLines(format, shape);
+    lines->AppendHeader(buffer);
+    const bool whole = EachRow(leads, rows, progress, [&](const Lead& lead) {
+        lines->AppendLead(buffer, lead);
+        if (buffer.size() >= bufferSize)
+            writeOut();
+    });
+    losses = lines->Losses();
+    if (!whole)
+        return false;
+    writeOut();
+    if (!file.commit())
+        throw failed();
+    return true;
+}
+
+} // namespace Brindle
