@@ -407,6 +407,13 @@ TEST_F(WindowTest, ExportsInTheFormatThatIsChosen) {
     EXPECT_EQ(Run->Notices.FileTypes.first(), u"CSV files (*.csv)"_s);
     EXPECT_EQ(bytes(u"3.vcf"_s).count("BEGIN:VCARD"), 2);
 
+    for (const qsizetype row : {1, 2}) {
+        Lead lead = Run->Window->Leads().At(row);
+        lead.Email = u"logo@2x.png;shop@firm%1.com"_s.arg(row);
+        Run->Window->Leads().Append(lead);
+    }
+    AddLeads(0); // shows them
+    SelectRows(3, 4);
     // The dialog: what it shows is what is written.
     const auto dialog = [this] { return Run->Window->findChild<TfrmExport*>(); };
     QString shown;
@@ -421,12 +428,6 @@ TEST_F(WindowTest, ExportsInTheFormatThatIsChosen) {
         shown = dialog()->lvwPreview->item(1, FieldCount)->text();
         dialog()->Buttons->button(QDialogButtonBox::Ok)->click();
     });
-    for (const qsizetype row : {1, 2}) {
-        Lead lead = Run->Window->Leads().At(row);
-        lead.Email = u"logo@2x.png;shop@firm%1.com"_s.arg(row);
-        Run->Window->Leads().Append(lead);
-    }
-    SelectRows(3, 4);
     Run->Notices.FileName = folder + u"/as.csv";
     Run->Notices.FileType = 0;
     Run->Click(u"btnExportAs");
