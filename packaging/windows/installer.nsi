@@ -30,6 +30,13 @@ VIAddVersionKey "LegalCopyright" "Norvane Software"
 !define MUI_ABORTWARNING
 !define MUI_FINISHPAGE_RUN "$INSTDIR\brindle.exe"
 
+; The notices of the libraries are for reading, not an agreement.
+!define MUI_LICENSEPAGE_TEXT_TOP "The libraries that Brindle is built with, and their notices:"
+!define MUI_LICENSEPAGE_TEXT_BOTTOM "No licence has been granted for Brindle itself yet."
+!define MUI_LICENSEPAGE_BUTTON "$(^NextBtn)"
+!insertmacro MUI_PAGE_LICENSE "${PROGRAM}/third-party.txt"
+!define MUI_COMPONENTSPAGE_NODESC
+!insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_PAGE_FINISH
@@ -60,13 +67,19 @@ FunctionEnd
 !insertmacro DefineEnsureNotRunning "un."
 
 Section "Brindle"
+  SectionIn RO
   Call EnsureNotRunning
   SetOutPath "$INSTDIR"
   File "${PROGRAM}/brindle.exe"
   File "${PROGRAM}/brindle-cli.exe"
   File "${PROGRAM}/sites.ini"
+  File "${PROGRAM}/third-party.txt"
   SetOutPath "$INSTDIR\languages"
   File "${PROGRAM}/languages/*.dat"
+!ifdef RECIPES
+  SetOutPath "$INSTDIR\directories"
+  File "${PROGRAM}/directories/*.toml"
+!endif
   SetOutPath "$INSTDIR\translations"
   File "${PROGRAM}/translations/*.qm"
   SetOutPath "$INSTDIR"
@@ -88,16 +101,23 @@ Section "Brindle"
   WriteRegDWORD HKCU "${UNINSTALL}" "EstimatedSize" "$0"
 SectionEnd
 
+Section /o "Desktop icon"
+  CreateShortcut "$DESKTOP\Brindle.lnk" "$INSTDIR\brindle.exe"
+SectionEnd
+
 ; Takes away what was installed and nothing else: settings and saved leads are the user's.
 Section "Uninstall"
   Call un.EnsureNotRunning
   Delete "$SMPROGRAMS\Brindle.lnk"
+  Delete "$DESKTOP\Brindle.lnk"
   Delete "$INSTDIR\brindle.exe"
   Delete "$INSTDIR\brindle-cli.exe"
   Delete "$INSTDIR\sites.ini"
+  Delete "$INSTDIR\third-party.txt"
   !include "${INSTALLEDLANGUAGES}"
   RMDir "$INSTDIR\languages"
   RMDir "$INSTDIR\translations"
+  RMDir "$INSTDIR\directories"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   DeleteRegKey HKCU "${UNINSTALL}"

@@ -570,6 +570,27 @@ TEST_F(WindowTest, RemembersItsSplitterAndColumns) {
     EXPECT_EQ(splitter.sizes(), sizes);
 }
 
+// Each of these files is what a crash, a full disk or another program can leave.
+TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
+    Open();
+    Run->Window.reset();
+    const QDir folder(Run->System.SettingsFolder());
+    ASSERT_TRUE(folder.mkpath(u"recipes"_s));
+    for (const QString& name :
+         {u"window.ini"_s, u"options.toml"_s, u"settings.dat"_s, u"leads.db"_s, u"recipes/broken.toml"_s}) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Window]\nGeometry=@ByteArray(\\x1\xD9\xFF\nSplitter=@Variant(\0\0\xFF\n[store\nkeep = = ", 70);
+        file.write(QByteArray(5000, '\xFE'));
+    }
+    Run->Again();
+    Run->Show();
+    EXPECT_TRUE(Run->Window->isVisible());
+    EXPECT_GT(Run->Window->width(), 300);
+    Run->Click(u"btnStart"); // and works
+    EXPECT_FALSE(Run->Window->State().ShouldStop);
+}
+
 // The window is closed while a tick waits, at a moment when the user could do it.
 class CloseTest : public WindowTest, public testing::WithParamInterface<int> {};
 
