@@ -16,11 +16,6 @@
 #include <QElapsedTimer>
 #include <QSet>
 
-#ifdef BRINDLE_HAS_DEMO
-#include "demo/DemoServer.h"
-#include "net/ServerTrust.h"
-#endif
-
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -174,7 +169,8 @@ bool HarvestOnce(const CommandLine& line, Session& session, EmbeddedBrowser& bro
     return !failed;
 }
 
-// One harvest after the other into one output.
+} // namespace
+
 int HarvestFrom(const CommandLine& line, Session& session, const QStringList& starts,
                 const WebBrowserFactory& webBrowser) {
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
@@ -197,49 +193,11 @@ int HarvestFrom(const CommandLine& line, Session& session, const QStringList& st
     return session.StatusOrInterrupted(!done || !output.Error().isEmpty() ? ExitStatus::Failed : ExitStatus::Done);
 }
 
-// Makes the directory of the command line the current one.
 void SelectDirectory(const CommandLine& line, Session& session) {
     session.SelectSite(line.RecipeFileName.isEmpty() ? line.Site : session.Bench.AddRecipe(line.RecipeFileName));
 }
 
-#ifdef BRINDLE_HAS_DEMO
-int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
-    const bool browserRunsScripts = line.Browser == BrowserKind::Web;
-    Demo::DemoServer server;
-    server.Start();
-    for (const Demo::ModernSite& site : server.ModernSites())
-        if (site.Secure)
-            TrustServer(site.Start, server.AuthorityFile());
-    Session session(line, console, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()));
-    SelectDirectory(line, session);
-    QStringList starts;
-    if (!line.Start.isEmpty()) {
-        starts.append(line.Start);
-    } else if (line.Site == AnyWebsiteCode) {
-        for (const Demo::ModernSite& site : server.ModernSites()) {
-            if (!site.NeedsScripts || browserRunsScripts)
-                starts.append(site.Start);
-            else
-                session.Out.Note(u"%1 is left out: it needs --browser web"_s.arg(site.Code));
-        }
-    } else if (const QString first = server.FirstResultPage(line.Site); !first.isEmpty()) {
-        starts.append(first);
-    }
-    if (starts.isEmpty())
-        throw Failure(u"there is no demo directory of %1"_s.arg(line.Site));
-    return HarvestFrom(line, session, starts, webBrowser);
-}
-#else
-int HarvestDemo(const CommandLine&, Console&, const WebBrowserFactory&) {
-    throw Failure(u"this installation has no demo directories"_s);
-}
-#endif
-
-} // namespace
-
 int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactory& webBrowser) {
-    if (line.OnDemo)
-        return HarvestDemo(line, console, webBrowser);
     Session session(line, console, LoadSites(line));
     SelectDirectory(line, session);
     const SearchRow search{0, session.State.CurrID, line.Start, line.What, line.Place};

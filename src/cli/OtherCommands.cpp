@@ -9,10 +9,6 @@
 #include <QDir>
 #include <QFile>
 
-#ifdef BRINDLE_HAS_DEMO
-#include "demo/DemoServer.h"
-#endif
-
 #include <algorithm>
 namespace Brindle {
 
@@ -110,29 +106,5 @@ int RunLanguage(const CommandLine& line, Console& console) {
         console.Error(u"%1: %2 not found"_s.arg(QDir::toNativeSeparators(fileName), tag));
     return language.Missing().isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
 }
-
-#ifdef BRINDLE_HAS_DEMO
-int RunDemo(const CommandLine& line, Console& console) {
-    Session session(line, console, {});
-    Demo::DemoServer server;
-    server.ServeManyLeads(line.DemoListings);
-    server.Start();
-    WriteToStandardOutput(server.SitesIni().toUtf8());
-    for (const QString& code : server.SiteCodes())
-        for (int layout = 1; layout <= server.LayoutCount(code); ++layout)
-            console.Note(u"%1 layout %2: %3"_s.arg(code).arg(layout).arg(server.FirstResultPage(code, layout)));
-    for (const Demo::ModernSite& site : server.ModernSites())
-        console.Note(u"%1 (%2, %3%4): %5"_s.arg(site.Code, site.Label, site.Region,
-                                                site.NeedsScripts ? u", needs --browser web"_s : QString(),
-                                                site.Start));
-    while (!session.CtrlC.Happened())
-        session.Loop.WaitForMessage(std::nullopt);
-    return ExitStatus::Interrupted;
-}
-#else
-int RunDemo(const CommandLine&, Console&) {
-    throw Failure(u"this installation has no demo directories"_s);
-}
-#endif
 
 } // namespace Brindle

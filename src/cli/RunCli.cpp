@@ -21,14 +21,23 @@ int RunWithEngine(const QStringList& arguments) {
     return BecomeProgram(program, arguments);
 }
 
-int Run(const CommandLine& line, const QStringList& arguments, Console& console, const WebBrowserFactory& webBrowser) {
+int RunWithDemo(const QStringList& arguments) {
+    const QString program = ProgramBeside(u"brindle-cli-demo"_s);
+    if (!QFileInfo::exists(program))
+        throw Failure(u"this installation has no demo directories"_s);
+    return BecomeProgram(program, arguments);
+}
+
+int Run(const CommandLine& line, const QStringList& arguments, Console& console, const ProgramParts& parts) {
     switch (line.Name) {
     case Command::Sites:
         return RunSites(line, console);
     case Command::Harvest:
-        if (line.Browser == BrowserKind::Web && !webBrowser)
+        if (line.Browser == BrowserKind::Web && !parts.WebBrowser)
             return RunWithEngine(arguments);
-        return RunHarvest(line, console, webBrowser);
+        if (line.OnDemo)
+            return parts.Demo ? parts.Demo(line, console, parts.WebBrowser) : RunWithDemo(arguments);
+        return RunHarvest(line, console, parts.WebBrowser);
     case Command::Parse:
         return line.Site == anyPageSite || !line.RecipeFileName.isEmpty() ? RunParseAnyPage(line, console)
                                                                           : RunParse(line, console);
@@ -37,7 +46,7 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
     case Command::Fetch:
         return RunFetch(line, console);
     case Command::Demo:
-        return RunDemo(line, console);
+        return parts.Demo ? parts.Demo(line, console, parts.WebBrowser) : RunWithDemo(arguments);
     case Command::Settings:
         return RunSettings(line);
     case Command::Teach:
@@ -74,13 +83,13 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
 
 } // namespace
 
-int RunCli(const QStringList& arguments, const WebBrowserFactory& webBrowser) {
+int RunCli(const QStringList& arguments, const ProgramParts& parts) {
     bool quiet = false;
     try {
         const CommandLine line = ParseCommandLine(arguments);
         quiet = line.Quiet;
         Console console(quiet);
-        return Run(line, arguments, console, webBrowser);
+        return Run(line, arguments, console, parts);
     } catch (const UsageError& error) {
         Console(quiet).Error(error.Message() + u" (brindle-cli --help shows the usage)"_s);
         return ExitStatus::WrongUsage;

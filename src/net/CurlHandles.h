@@ -1,6 +1,7 @@
 #pragma once
 
-#include <curl/curl.h>
+#include "net/LibCurl.h"
+
 #include <memory>
 
 namespace Brindle {
@@ -8,16 +9,16 @@ namespace Brindle {
 // libcurl's handles, each released by its owner.
 
 struct CurlCloser {
-    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+    void operator()(CURL* easy) const { LibCurl().easy_cleanup(easy); }
 };
 struct CurlMultiCloser {
-    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    void operator()(CURLM* multi) const { LibCurl().multi_cleanup(multi); }
 };
 struct CurlShareCloser {
-    void operator()(CURLSH* share) const { curl_share_cleanup(share); }
+    void operator()(CURLSH* share) const { LibCurl().share_cleanup(share); }
 };
 struct CurlListCloser {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    void operator()(curl_slist* list) const { LibCurl().slist_free_all(list); }
 };
 
 using CurlHandle = std::unique_ptr<CURL, CurlCloser>;

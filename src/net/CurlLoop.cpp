@@ -20,13 +20,13 @@ void Drop(std::unique_ptr<QSocketNotifier>& notifier) {
 } // namespace
 
 CurlLoop::CurlLoop() {
-    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
+    static const CURLcode initialised = LibCurl().global_init(CURL_GLOBAL_DEFAULT);
     (void)initialised;
-    multi_.reset(curl_multi_init());
-    curl_multi_setopt(multi_.get(), CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
-    curl_multi_setopt(multi_.get(), CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(multi_.get(), CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
-    curl_multi_setopt(multi_.get(), CURLMOPT_TIMERDATA, this);
+    multi_.reset(LibCurl().multi_init());
+    LibCurl().multi_setopt(multi_.get(), CURLMOPT_SOCKETFUNCTION, &CurlLoop::OnSocket);
+    LibCurl().multi_setopt(multi_.get(), CURLMOPT_SOCKETDATA, this);
+    LibCurl().multi_setopt(multi_.get(), CURLMOPT_TIMERFUNCTION, &CurlLoop::OnTimer);
+    LibCurl().multi_setopt(multi_.get(), CURLMOPT_TIMERDATA, this);
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer_, &QTimer::timeout, this, [this] { Act(CURL_SOCKET_TIMEOUT, 0); });
@@ -34,7 +34,7 @@ CurlLoop::CurlLoop() {
 
 CurlLoop::~CurlLoop() {
     for (const auto& [easy, transfer] : running_)
-        curl_multi_remove_handle(multi_.get(), easy);
+        LibCurl().multi_remove_handle(multi_.get(), easy);
     multi_.reset();
     for (auto& [socket, watch] : watches_) {
         Drop(watch.Read);
@@ -44,12 +44,12 @@ CurlLoop::~CurlLoop() {
 
 void CurlLoop::Add(CURL* easy, std::function<void(CURLcode)> onDone, std::function<void()> onReceived) {
     running_[easy] = {std::move(onDone), std::move(onReceived)};
-    curl_multi_add_handle(multi_.get(), easy);
+    LibCurl().multi_add_handle(multi_.get(), easy);
 }
 
 void CurlLoop::Remove(CURL* easy) {
     if (running_.erase(easy) > 0)
-        curl_multi_remove_handle(multi_.get(), easy);
+        LibCurl().multi_remove_handle(multi_.get(), easy);
 }
 
 int CurlLoop::OnSocket(CURL* easy, curl_socket_t socket, int what, void* self, void* /*socketData*/) {
@@ -97,13 +97,13 @@ void CurlLoop::Act(curl_socket_t socket, int events) {
             transfer->second.OnReceived();
     }
     int stillRunning = 0;
-    curl_multi_socket_action(multi_.get(), socket, events, &stillRunning);
+    LibCurl().multi_socket_action(multi_.get(), socket, events, &stillRunning);
     DeliverResults();
 }
 
 void CurlLoop::DeliverResults() {
     int left = 0;
-    while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+    while (const CURLMsg* const message = LibCurl().multi_info_read(multi_.get(), &left)) {
         if (message->msg != CURLMSG_DONE)
             continue;
         CURL* const easy = message->easy_handle;
@@ -113,7 +113,7 @@ void CurlLoop::DeliverResults() {
             continue;
         const std::function<void(CURLcode)> onDone = std::move(found->second.OnDone);
         running_.erase(found);
-        curl_multi_remove_handle(multi_.get(), easy);
+        LibCurl().multi_remove_handle(multi_.get(), easy);
         onDone(result);
     }
 }

@@ -27,7 +27,7 @@ CurlTransfer::CurlTransfer(CurlSession& session, HttpRequest request, std::funct
     sinceStart_.start();
     curl_slist* list = nullptr;
     for (const QString& header : request_.Headers)
-        list = curl_slist_append(list, header.toUtf8().constData());
+        list = LibCurl().slist_append(list, header.toUtf8().constData());
     headersSent_.reset(list);
     if (request_.Guarded && !request_.From.Address.isEmpty())
         from_ = KindOfOrigin(request_.From);
@@ -237,7 +237,7 @@ bool CurlTransfer::TakeBody(QByteArrayView bytes) {
     }
     if (!bodyBegun_) {
         curl_off_t expected = -1;
-        curl_easy_getinfo(easy_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &expected);
+        LibCurl().easy_getinfo(easy_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &expected);
         expectedSize_ = static_cast<qint64>(expected);
         bodyBegun_ = true;
     }
@@ -249,14 +249,14 @@ bool CurlTransfer::TakeBody(QByteArrayView bytes) {
 
 int CurlTransfer::Status() const {
     long status = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    LibCurl().easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
     return static_cast<int>(status);
 }
 
 // Empty behind a proxy, whose address it would be.
 QString CurlTransfer::Peer() const {
     char* text = nullptr;
-    curl_easy_getinfo(easy_.get(), CURLINFO_PRIMARY_IP, &text);
+    LibCurl().easy_getinfo(easy_.get(), CURLINFO_PRIMARY_IP, &text);
     return text && request_.Via.Host.isEmpty() ? QString::fromLatin1(text) : QString();
 }
 
@@ -295,7 +295,7 @@ void CurlTransfer::Ended(CURLcode result) {
         return Fail(HttpFailure::Other, u"not a valid address"_s);
     if (result != CURLE_OK && !cut_)
         return Fail(HttpFailure::Other,
-                    QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : curl_easy_strerror(result)));
+                    QString::fromLocal8Bit(errorText_[0] != 0 ? errorText_ : LibCurl().easy_strerror(result)));
     // A connection that closes inside the headers is no response, though it looks like an empty one.
     if (!headers_.Ended() || response_.Status == 0)
         return Fail(HttpFailure::Other, u"the response ended inside its headers"_s);

@@ -33,7 +33,7 @@ private:
     void ConfigureGuard();
     template <typename T>
     void Set(CURLoption option, T value) {
-        curl_easy_setopt(easy_.get(), option, value);
+        LibCurl().easy_setopt(easy_.get(), option, value);
     }
 
     static size_t OnHeader(const char* data, size_t size, size_t count, void* self);

@@ -2,14 +2,24 @@
 
 #include "net/CurlTransfer.h"
 
+#include <optional>
 #include <set>
 
 namespace Brindle {
 
 class HttpClient::Impl {
 public:
-    CurlSession Session;
+    /// Made for the first request, as many a command makes none.
+    CurlSession& Session() {
+        if (!session_)
+            session_.emplace();
+        return *session_;
+    }
+
     std::set<CurlTransfer*> Fetches; // those that `Disconnect` ends
+
+private:
+    std::optional<CurlSession> session_;
 };
 
 HttpClient::HttpClient() : impl_(std::make_unique<Impl>()) {}
@@ -17,11 +27,11 @@ HttpClient::HttpClient() : impl_(std::make_unique<Impl>()) {}
 HttpClient::~HttpClient() = default;
 
 std::unique_ptr<HttpTransfer> HttpClient::Start(const HttpRequest& request, std::function<void()> onDone) {
-    return std::make_unique<CurlTransfer>(impl_->Session, request, std::move(onDone));
+    return std::make_unique<CurlTransfer>(impl_->Session(), request, std::move(onDone));
 }
 
 HttpResponse HttpClient::Fetch(const HttpRequest& request, MessageLoop& loop, const HttpEvents& events) {
-    CurlTransfer transfer(impl_->Session, request, {});
+    CurlTransfer transfer(impl_->Session(), request, {});
     impl_->Fetches.insert(&transfer);
     while (!transfer.Done()) {
         if (loop.Quitting()) {

@@ -1,11 +1,11 @@
 #include "net/LibraryVersions.h"
 
-#include <curl/curl.h>
+#include "net/LibCurl.h"
 
 namespace Brindle {
 
 LibraryVersions NetworkLibraries() {
-    const curl_version_info_data* const info = curl_version_info(CURLVERSION_NOW);
+    const curl_version_info_data* const info = LibCurl().version_info(CURLVERSION_NOW);
     return {QString::fromLatin1(info->version), QString::fromLatin1(info->ssl_version)};
 }
 

@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <signal.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -67,6 +68,22 @@ TEST_F(InterruptTest, WritesEveryLeadAtOnceToStandardOutput) {
     ASSERT_TRUE(process.waitForFinished(20'000));
     printed += process.readAllStandardOutput();
     EXPECT_TRUE(printed.endsWith("}\n")) << printed.right(60).toStdString();
+}
+
+// Leads are gathered while a page is read, but none is kept back while the next page is waited for.
+TEST_F(InterruptTest, ParseWritesAPageBeforeTheNextIsRead) {
+    const QString folder = QStringLiteral(PROJECT_DIR "/tests/data/pages/KVPN002001-layout1/");
+    const QString late = Path(u"late.html"_s);
+    ASSERT_EQ(::mkfifo(late.toLocal8Bit().constData(), 0600), 0);
+    const QString file = Path(u"leads.jsonl"_s);
+    const auto lines = FileContent(folder + u"leads.jsonl"_s).count('\n');
+    QProcess process;
+    EXPECT_TRUE(RunUntil(process,
+                         {u"parse"_s, u"--site"_s, u"KVPN002001"_s, u"--sites"_s, folder + u"../sites.ini"_s,
+                          u"--out"_s, file, folder + u"results.html"_s, late},
+                         [&] { return QFile::exists(file) && FileContent(file).count('\n') == lines; }));
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished(20'000));
 }
 
 TEST_F(InterruptTest, DemoServesUntilItIsEnded) {
