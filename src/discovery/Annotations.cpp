@@ -583,13 +583,16 @@ bool HasPrice(QStringView text) {
     }
     if (!beside)
         return false;
-    for (const QStringView name : names)
-        for (qsizetype at = text.indexOf(name); at >= 0; at = text.indexOf(name, at + 1)) {
+    for (qsizetype at = 1; at < text.size(); ++at) {
+        if (text[at - 1].isLetter() || !text[at].isLetter())
+            continue;
+        for (const QStringView name : names) {
             const qsizetype end = at + name.size();
-            const bool isWord = (at == 0 || !text[at - 1].isLetter()) && (end == text.size() || !text[end].isLetter());
-            if (isWord && at > 0 && digitBeside(at, end))
+            if (text[at] == name.front() && text.sliced(at).startsWith(name) &&
+                (end == text.size() || !text[end].isLetter()) && digitBeside(at, end))
                 return true;
         }
+    }
     return false;
 }
 

@@ -244,8 +244,10 @@ bool RecordContacts::SaysWebsite(const PageLink& link, const RecordRange& range)
         if (Has(page_.HintsOf(at), Hint::Website))
             return true;
     const QString text = page_.TextWithin(link.Node);
-    return Has(HintsOfLabel(text), Hint::Website) || !WebAddressIn(text).isEmpty() ||
-           BareWords(text).contains(u"website") || BareWords(text).contains(u"homepage");
+    if (Has(HintsOfLabel(text), Hint::Website) || !WebAddressIn(text).isEmpty())
+        return true;
+    const QString words = BareWords(text);
+    return words.contains(u"website") || words.contains(u"homepage");
 }
 
 void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,

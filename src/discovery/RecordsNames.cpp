@@ -29,6 +29,9 @@ RecordNames::RecordNames(const RecordColumns& columns)
     : columns_(columns), nodes_(columns.Count(), noNode), details_(columns.Count(), noNode) {
     ChooseNames();
     ChooseDetails();
+    names_.reserve(columns_.Count());
+    for (size_t record = 0; record < columns_.Count(); ++record)
+        names_.push_back(ReadName(record));
 }
 
 double RecordNames::ScoreOf(const RecordColumn& column) const {
@@ -105,7 +108,7 @@ void RecordNames::ChooseNames() {
     }
 }
 
-QString RecordNames::NameOf(size_t record) const {
+QString RecordNames::ReadName(size_t record) const {
     const NodeIndex node = nodes_[record];
     if (node == noNode)
         return {};
@@ -200,7 +203,7 @@ double RecordNames::DistinctNames() const {
     QSet<QString> names;
     int filled = 0;
     for (size_t record = 0; record < columns_.Count(); ++record)
-        if (const QString name = NameOf(record); !name.isEmpty()) {
+        if (const QString& name = names_[record]; !name.isEmpty()) {
             names.insert(BareWords(name));
             ++filled;
         }

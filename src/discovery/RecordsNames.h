@@ -14,7 +14,7 @@ public:
     const QString& Why() const { return why_; }
     /// The element of a record's name; `noNode` when it has none.
     NodeIndex NodeOf(size_t record) const { return nodes_[record]; }
-    QString NameOf(size_t record) const;
+    const QString& NameOf(size_t record) const { return names_[record]; }
     /// The link to the record's own page; null when it has none.
     const PageLink* DetailsOf(size_t record) const;
     /// How many different names and details links there are, as shares of the records that have one.
@@ -23,6 +23,7 @@ public:
 
 private:
     double ScoreOf(const RecordColumn& column) const;
+    QString ReadName(size_t record) const;
     void ChooseNames();
     void ChooseDetails();
 
@@ -30,6 +31,7 @@ private:
     double score_ = 0;
     QString why_;
     std::vector<NodeIndex> nodes_;
+    std::vector<QString> names_;
     std::vector<NodeIndex> details_; // link nodes
 };
 

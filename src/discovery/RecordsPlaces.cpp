@@ -107,14 +107,14 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                 segment.Label = line.Label;
             }
             FindValue(segment, i == before ? line.LabelLength : 0, nameText);
-            const QString value = ValueOf(segment);
+            const QStringView value = ValueOf(segment);
             const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node;
             const bool inName = name != noNode && node >= name && node < nameEnd && value == nameText;
             segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
-                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareWords(value))) ||
+                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
                                (HasDigit(value) && HasPrice(value));
             if (segment.Excluded || !HasDigit(value))
                 continue;
@@ -129,8 +129,8 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
     return segments;
 }
 
-QString RecordPlaces::ValueOf(const Segment& segment) const {
-    return page_.Lines.Text.sliced(segment.Begin, segment.End - segment.Begin);
+QStringView RecordPlaces::ValueOf(const Segment& segment) const {
+    return QStringView(page_.Lines.Text).sliced(segment.Begin, segment.End - segment.Begin);
 }
 
 // What is left of a segment without its label, the record's name, phones, and addresses of the web and of mail.
@@ -178,9 +178,12 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
         trim();
     }
     const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
+    const bool mayBeWeb = rest.contains(u'@') || rest.contains(u'.') || rest.contains(u':');
     for (const QStringView sign :
          {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
-        if (const qsizetype at = rest.indexOf(sign); at >= 0) {
+        if (!mayBeWeb)
+            break;
+        else if (const qsizetype at = rest.indexOf(sign); at >= 0) {
             const qsizetype blank = rest.first(at).lastIndexOf(u' ');
             segment.End = std::min(segment.End, segment.Begin + std::max<qsizetype>(blank, 0));
         }
@@ -189,7 +192,7 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
 
 // Whether a segment is a postal code and nothing else.
 bool RecordPlaces::IsBareCode(const Segment& segment) const {
-    const QString value = ValueOf(segment);
+    const QStringView value = ValueOf(segment);
     if (segment.Excluded || value.size() > 12 || value.size() < 3)
         return false;
     const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
@@ -245,7 +248,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
     }
     const auto may = [&](size_t i, size_t neighbour) {
         const Segment& segment = segments[i];
-        const QString value = ValueOf(segment);
+        const QStringView value = ValueOf(segment);
         return !segment.Excluded && value.size() <= 70 && value.size() >= 2 && Beside(segment, segments[neighbour]) &&
                page_.FactsOf(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node).Phones == 0;
     };
@@ -298,7 +301,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             if (segment.IsLabel)
                 continue;
             const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
-            const QString value = ValueOf(segment);
+            const QStringView value = ValueOf(segment);
             if (full.isEmpty())
                 nodes[static_cast<size_t>(Field::FullAddress)] = page_.Page.Parent(first.Node);
             else if (segment.Line == line && segment.Begin - behind <= 4 &&
@@ -333,6 +336,8 @@ QString RecordPlaces::PartedValue(const Segment& segment) const {
         value += QStringView(page_.Lines.Text).sliced(begin, end - begin);
         before = parent;
     }
+    if (!value.contains(u','))
+        return value;
     return value.replace(u" ,"_s, u","_s).replace(u",,"_s, u","_s).replace(u", ,"_s, u","_s);
 }
 
@@ -360,7 +365,7 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     };
     for (const Segment& segment : segments)
         if (!segment.Excluded)
-            set((segment.Hints & partHints) != 0 ? segment.Hints : segment.Label, Tidy(ValueOf(segment)));
+            set((segment.Hints & partHints) != 0 ? segment.Hints : segment.Label, Tidy(ValueOf(segment).toString()));
     // What stands in the page for machines only.
     for (NodeIndex node = range.Begin; node < range.End; ++node)
         if (page_.Page.Is(node, u"meta") && page_.Page.HasAttribute(node, u"itemprop"))

@@ -41,7 +41,7 @@ private:
     };
     void FindValue(Segment& segment, qsizetype label, const QString& name) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
-    QString ValueOf(const Segment& segment) const;
+    QStringView ValueOf(const Segment& segment) const;
     QString PartedValue(const Segment& segment) const;
     bool IsBareCode(const Segment& segment) const;
     bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;

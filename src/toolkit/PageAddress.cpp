@@ -106,6 +106,12 @@ QStringView WithoutFragment(QStringView address) {
 }
 
 QString ResolveAddress(const QString& base, const QString& href) {
+    // What most links of a page are: a path of this server with nothing to mend.
+    if (href.startsWith(u'/') && !href.startsWith(u"//") &&
+        std::all_of(href.begin(), href.end(), [](QChar c) { return c > u' ' && c < u'\x7F' && c != u'\\'; })) {
+        const QStringView path = PathAndQueryEnd(base);
+        return path.first(PathBegin(path)) + href;
+    }
     const QString scheme = SchemeOf(Trim(href));
     if (!scheme.isEmpty() && !IsWeb(scheme))
         return Trim(href);
