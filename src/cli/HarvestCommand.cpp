@@ -184,6 +184,7 @@ int HarvestFrom(const CommandLine& line, Session& session, const QStringList& st
         if (!session.Loop.Quitting() && output.Error().isEmpty())
             done = HarvestOnce(line, session, *browser, output, start) && done;
 
+    done = session.EndCopies() && done;
     if (const QString losses = output.Finish(); !losses.isEmpty())
         session.Out.Note(losses);
     session.Out.Report(session.Report.Text());

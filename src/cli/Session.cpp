@@ -3,6 +3,7 @@
 #include "adapters/Adapters.h"
 #include "i18n/LanguageFile.h"
 #include "platform/CreatePlatform.h"
+#include "platform/FileHeld.h"
 #include "platform/TickCount.h"
 #include "settings/OptionsFile.h"
 #include "settings/SettingsStore.h"
@@ -82,7 +83,22 @@ Session::Session(const CommandLine& line, Console& console, SitesFile sites)
     Fetcher.AttemptFailed = [this](const QString& failure) { Out.Note(failure); };
     Fetcher.GaveUp = [this](const QString& failure) { Out.Error(failure); };
     Bench.Use(LanguageFile(ReadLanguageText(LanguageFileName(Options.Language))));
+    Bench.Saver.IsHeld = HeldByAnotherProgram;
+    Bench.Saver.MovedOn = [this](const QString& held, const QString& next) {
+        Out.Error(u"%1 is held by another program; the leads go on in %2"_s.arg(held, next));
+    };
     Job.LeadKept = [this](const Lead& lead) { Report.Add(lead); };
+}
+
+bool Session::EndCopies() {
+    const Brindle::EndCopies::Ending ending = Bench.Copies.Finish();
+    for (const QString& fileName : ending.Saved)
+        Out.Note(u"also saved: %1"_s.arg(QDir::toNativeSeparators(fileName)));
+    if (!ending.Losses.isEmpty())
+        Out.Note(ending.Losses);
+    for (const QString& problem : ending.Problems)
+        Out.Error(problem);
+    return ending.Problems.isEmpty();
 }
 
 void Session::SelectSite(const QString& siteCode) {

@@ -41,6 +41,10 @@ public:
     /// for a site whose entry in the deployment file is incomplete.
     void SelectSite(const QString& siteCode);
 
+    /// To be called when a harvest has ended: puts the copies of its automatic file in place and says which. False when
+    /// one could not be made.
+    bool EndCopies();
+
     Console& Out;
     std::unique_ptr<Platform> System;
     QtMessageLoop Loop;

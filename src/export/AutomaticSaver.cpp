@@ -18,16 +18,39 @@ AutomaticSaver::AutomaticSaver(HarvestState& state, const Settings& settings, co
 
 void AutomaticSaver::SaveLead(const QString& folder, const QString& name, const Lead& lead) {
     AutomaticSave(folder, name, AutomaticLine(lead));
+    if (LeadSaved)
+        LeadSaved(base_ + u".csv", lead);
 }
 
 void AutomaticSaver::AutomaticSave(const QString& folder, const QString& name, const QString& line) {
-    const QString fileName = folder + QDir::separator() + SanitizeFileName(name) + u' ' + state_.DateTimeVal + u".csv";
-    status_.SetPanel(StatusPanel::Message, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName));
-    loop_.ProcessMessages();
-
-    AppendRecord(fileName, line);
+    const QString base = folder + QDir::separator() + SanitizeFileName(name) + u' ' + state_.DateTimeVal;
+    if (base != base_) {
+        base_ = base;
+        number_ = 1;
+        fileName_ = base + u".csv";
+    }
+    ShowFile();
+    for (;;) {
+        try {
+            AppendRecord(fileName_, line);
+            break;
+        } catch (const SaveError&) {
+            if (!IsHeld || !IsHeld(fileName_))
+                throw;
+        }
+        const QString held = fileName_;
+        fileName_ = base_ + u" (%1).csv"_s.arg(++number_);
+        if (MovedOn)
+            MovedOn(held, fileName_);
+        ShowFile();
+    }
     ++state_.ExportedNum;
     status_.SetPanel(StatusPanel::ExportedCount, texts_.WithNumber(Message::ExportedCount, state_.ExportedNum));
+    loop_.ProcessMessages();
+}
+
+void AutomaticSaver::ShowFile() const {
+    status_.SetPanel(StatusPanel::Message, QString(texts_.Text(Message::AutomaticSavePrefix) + fileName_));
     loop_.ProcessMessages();
 }
 

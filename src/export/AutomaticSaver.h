@@ -3,6 +3,8 @@
 #include "core/Harvest.h"
 #include "core/Services.h"
 
+#include <functional>
+
 namespace Brindle {
 
 /// Appends each lead to the harvest's automatic file as soon as it is found. The file is opened and closed for every
@@ -19,9 +21,20 @@ public:
     /// Appends a finished line to `folder` + separator + `name` + blank + time stamp of the harvest + ".csv". The
     /// header is written when the file does not exist. Throws `SaveError` with file and reason; the lead then does not
     /// count as exported.
+    ///
+    /// A file that another program holds is followed by one with the next number, "... (2).csv", to which the harvest
+    /// then keeps.
     void AutomaticSave(const QString& folder, const QString& name, const QString& line);
 
+    /// Whether another program keeps a file from being written to; unset: none ever does.
+    std::function<bool(const QString& fileName)> IsHeld;
+    /// Told when a held file is followed by another one.
+    std::function<void(const QString& held, const QString& next)> MovedOn;
+    /// Told of each lead that was saved, and of the first file of the harvest, also when another one follows it.
+    std::function<void(const QString& firstFile, const Lead& lead)> LeadSaved;
+
 private:
+    void ShowFile() const;
     void AppendRecord(const QString& fileName, const QString& line) const;
 
     HarvestState& state_;
@@ -30,6 +43,9 @@ private:
     const MessageTexts& texts_;
     StatusView& status_;
     MessageLoop& loop_;
+    QString base_;     // of the current files, without number and suffix
+    int number_ = 1;   // of the current one
+    QString fileName_; // the current one
 };
 
 } // namespace Brindle

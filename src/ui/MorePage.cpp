@@ -25,11 +25,15 @@ MorePage::MorePage(QWidget* parent)
       edtTarget(new QLineEdit(this)),
       lblMailServer(new QLabel(this)),
       edtMailServer(new QLineEdit(this)),
+      chkWorkbook(new QCheckBox(this)),
+      chkSheetCsv(new QCheckBox(this)),
       lblTargetHint_(Hint(this)),
       lblMailServerHint_(Hint(this)) {
     chkKeep->setObjectName(u"chkKeep");
     edtTarget->setObjectName(u"edtTarget");
     edtMailServer->setObjectName(u"edtMailServer");
+    chkWorkbook->setObjectName(u"chkWorkbook");
+    chkSheetCsv->setObjectName(u"chkSheetCsv");
     auto* const grid = new QGridLayout(this);
     grid->addWidget(chkKeep, 0, 0, 1, 2);
     grid->addWidget(lblTarget, 1, 0);
@@ -39,7 +43,10 @@ MorePage::MorePage(QWidget* parent)
     grid->addWidget(lblMailServer, 4, 0);
     grid->addWidget(edtMailServer, 4, 1);
     grid->addWidget(lblMailServerHint_, 5, 1);
-    grid->setRowStretch(6, 1);
+    grid->setRowMinimumHeight(6, 12);
+    grid->addWidget(chkWorkbook, 7, 0, 1, 2);
+    grid->addWidget(chkSheetCsv, 8, 0, 1, 2);
+    grid->setRowStretch(9, 1);
     grid->setColumnStretch(1, 1);
     ApplyCaptions(WindowTexts());
 }
@@ -48,12 +55,16 @@ void MorePage::Show(const MoreOptions& options) {
     chkKeep->setChecked(options.StoreKeep);
     edtTarget->setText(options.StoreTarget);
     edtMailServer->setText(options.MailNameServer);
+    chkWorkbook->setChecked(options.WorkbookAtEnd);
+    chkSheetCsv->setChecked(options.SheetCsvAtEnd);
 }
 
 void MorePage::TakeInto(MoreOptions& options) const {
     options.StoreKeep = chkKeep->isChecked();
     options.StoreTarget = edtTarget->text().trimmed();
     options.MailNameServer = edtMailServer->text().trimmed();
+    options.WorkbookAtEnd = chkWorkbook->isChecked();
+    options.SheetCsvAtEnd = chkSheetCsv->isChecked();
 }
 
 void MorePage::ApplyCaptions(const WindowTexts& texts) {
@@ -62,6 +73,8 @@ void MorePage::ApplyCaptions(const WindowTexts& texts) {
     lblTargetHint_->setText(texts.Text(WindowText::MoreTargetHint));
     lblMailServer->setText(texts.Text(WindowText::MoreMailServer));
     lblMailServerHint_->setText(texts.Text(WindowText::MoreMailServerHint));
+    chkWorkbook->setText(texts.Text(WindowText::MoreWorkbook));
+    chkSheetCsv->setText(texts.Text(WindowText::MoreSheetCsv));
     edtTarget->setAccessibleName(WithoutColon(lblTarget->text()));
     edtMailServer->setAccessibleName(WithoutColon(lblMailServer->text()));
 }
@@ -70,6 +83,8 @@ void MorePage::AddKeys(AccessKeys& keys) const {
     keys.Add(lblTarget, edtTarget);
     keys.Add(lblMailServer, edtMailServer);
     keys.Add(chkKeep);
+    keys.Add(chkWorkbook);
+    keys.Add(chkSheetCsv);
 }
 
 } // namespace Brindle

@@ -30,6 +30,8 @@ public:
     QLineEdit* edtTarget;
     QLabel* lblMailServer;
     QLineEdit* edtMailServer;
+    QCheckBox* chkWorkbook;
+    QCheckBox* chkSheetCsv;
 
 private:
     QLabel* lblTargetHint_;

@@ -3,6 +3,7 @@
 #include "core/Delay.h"
 #include "core/Errors.h"
 #include "core/LeadListCommands.h"
+#include "platform/FileHeld.h"
 #include "ui/BrowserEmulation.h"
 #include "ui/ExportBox.h"
 #include "ui/ExportDialog.h"
@@ -68,6 +69,11 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
       tmrIndicator_(loop_.CreateTimer(indicatorInterval, [this] { FollowHarvest(); })) {
     bench_.SettingsFolder = parts.SettingsFolder;
+    bench_.Saver.IsHeld = HeldByAnotherProgram;
+    bench_.Saver.MovedOn = [this](const QString& held, const QString& next) {
+        form_.Notice->Say(windowTexts_.With(WindowText::AutomaticFileHeld,
+                                            {QDir::toNativeSeparators(held), QDir::toNativeSeparators(next)}));
+    };
     setObjectName(u"frmMain");
     setWindowIcon(IconOf(Glyph::Program));
     resize(1240, 760);
@@ -81,6 +87,7 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
 }
 
 TfrmMain::~TfrmMain() {
+    bench_.Copies.Finish(); // of a harvest in whose middle the window was closed
     // A browser that goes away may still report; nobody listens any more.
     browser_.Browser->disconnect();
     if (news_.Browser)
@@ -416,11 +423,27 @@ void TfrmMain::FollowHarvest() {
     const bool running = driver_.Running();
     if (std::exchange(harvesting_, running) && !running) {
         desk_.HarvestEnded();
+        EndCopies();
         teaching_.LookSoon();
     }
     form_.ShowRunning(running);
     indicator_.Follow(running);
     tmrIndicator_->SetEnabled(running && !loop_.Quitting());
+}
+
+void TfrmMain::EndCopies() {
+    const Brindle::EndCopies::Ending ending = bench_.Copies.Finish();
+    for (const QString& problem : ending.Problems)
+        form_.Notice->Say(problem);
+    if (ending.Saved.isEmpty())
+        return;
+    QStringList names;
+    for (const QString& fileName : ending.Saved)
+        names.append(QDir::toNativeSeparators(fileName));
+    QString said = windowTexts_.With(WindowText::EndCopiesSaved, {names.join(u", "_s)});
+    if (!ending.Losses.isEmpty())
+        said += u' ' + ending.Losses;
+    form_.Status->SetPanel(StatusPanel::Message, said);
 }
 
 void TfrmMain::PageIncomplete(const QString& page) {

@@ -100,6 +100,7 @@ private:
     void ewbMainNavigateComplete();
 
     void FollowHarvest();
+    void EndCopies();
     void PageIncomplete(const QString& page) override;
     void PageRead() override;
     void PageGivenUp(const QString& address, const QString& reason) override;

@@ -20,7 +20,10 @@ Workbench::Workbench(const Parts& parts, SitesFile sites)
       Fetcher(State, Options, Texts, parts.Loop, parts.Status),
       Emails(State, Options, Fetcher),
       Saver(State, Options, Leads, Texts, parts.Status, parts.Loop),
-      Job({State, Leads, Options, Texts, Catalogue, parts.Loop, parts.Status, parts.Notices, Fetcher, Emails, Saver}) {}
+      Copies(More, Options, Leads),
+      Job({State, Leads, Options, Texts, Catalogue, parts.Loop, parts.Status, parts.Notices, Fetcher, Emails, Saver}) {
+    Saver.LeadSaved = [this](const QString& fileName, const Lead& lead) { Copies.Add(fileName, lead); };
+}
 
 namespace {
 

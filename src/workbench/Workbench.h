@@ -5,6 +5,7 @@
 #include "core/MoreOptions.h"
 #include "core/SitesFile.h"
 #include "export/AutomaticSaver.h"
+#include "export/EndCopies.h"
 #include "i18n/LanguageFile.h"
 #include "net/EmailHarvester.h"
 #include "net/PageFetcher.h"
@@ -53,6 +54,7 @@ public:
     PageFetcher Fetcher;
     EmailHarvester Emails;
     AutomaticSaver Saver;
+    EndCopies Copies; ///< of the automatic file; a front end ends them with the harvest
     Harvest Job;
 };
 

@@ -383,7 +383,8 @@ TEST(TfrmSettings, ShowsAnEmptyCaptionForAMissingText) {
 TEST(TfrmSettings, EditsTheOptionsBeyondTheSettingsFile) {
     DialogBench bench;
     EXPECT_TRUE(bench.Control<QCheckBox>("chkKeep")->isChecked());
-    bench.More.WorkbookAtEnd = true;
+    EXPECT_FALSE(bench.Control<QCheckBox>("chkSheetCsv")->isChecked());
+    bench.Click("chkWorkbook");
     bench.Click("chkKeep");
     bench.SetText("edtTarget", u" postgresql://me@host/leads "_s);
     bench.Click("btnOk");

@@ -106,6 +106,37 @@ TEST_F(AutomaticSaverTest, TellsWhyALeadWasNotSaved) {
     EXPECT_THROW(saver_.AutomaticSave(FileOf(u"now"_s) + u"/below", u"Results"_s, u"x"_s), SaveError);
 }
 
+TEST_F(AutomaticSaverTest, AHeldFileIsFollowedByTheNextNumber) {
+    bench_.State.DateTimeVal = u"now"_s;
+    QStringList held;
+    QStringList moves;
+    QStringList saved;
+    saver_.IsHeld = [&](const QString& fileName) { return held.contains(fileName); };
+    saver_.MovedOn = [&](const QString& from, const QString& to) { moves += {from, to}; };
+    saver_.LeadSaved = [&](const QString& fileName, const Lead&) { saved.append(fileName); };
+    const auto save = [this] { saver_.SaveLead(folder_.path(), u"Results"_s, {.Name = u"x"_s}); };
+    const QString first = FileOf(u"now"_s);
+    const QString second = FileOf(u"now (2)"_s);
+    const QString third = FileOf(u"now (3)"_s);
+    // A folder of that name cannot be written to either.
+    ASSERT_TRUE(QDir().mkpath(first));
+    EXPECT_THROW(save(), SaveError) << "any other error is as it was";
+    EXPECT_FALSE(QFile::exists(second));
+    ASSERT_TRUE(QDir().mkpath(second));
+    held = QStringList{first, second};
+    save();
+    EXPECT_EQ(bench_.Status.Last(0), QString(u"Saving to " + third));
+    ASSERT_TRUE(QDir().rmdir(first));
+    save(); // the file that is free again stays behind
+    EXPECT_EQ(saved, (QStringList{first, first}));
+    EXPECT_EQ(moves, (QStringList{first, second, second, third}));
+    EXPECT_EQ(FileBytes(third).count('\n'), 3);
+    EXPECT_EQ(bench_.State.ExportedNum, 2);
+    bench_.State.DateTimeVal = u"later"_s;
+    save();
+    EXPECT_EQ(saved.last(), FileOf(u"later"_s));
+}
+
 TEST_F(AutomaticSaverTest, EndsWithAWholeLineWhenItIsKilled) {
     for (unsigned long kill = 0; kill < 50; ++kill) {
         const QString stamp = QString::number(kill);
