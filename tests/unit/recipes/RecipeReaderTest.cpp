@@ -55,6 +55,30 @@ TEST(RecipeReader, FieldsAreReadAsTheRecipeSays) {
     }
 }
 
+TEST(RecipeReader, AFullAddressIsTakenApartWhereTheRecipeSaysSo) {
+    const struct {
+        QByteArray Country;
+        QString Address;
+        QString Expected; // street, postal code, city
+    } cases[] = {
+        {"DE", u"Hauptstr. 1<br>50667 Köln"_s, u"Hauptstr. 1/50667/Köln"_s},
+        {"Canada", u"1 Main St, Toronto, ON M5V 1A1"_s, u"1 Main St/M5V 1A1/Toronto"_s},
+        {"DE", u"in the old town"_s, u"//"_s},
+    };
+    for (const auto& row : cases)
+        for (const bool split : {false, true}) {
+            const RecipeReader reader(RecipeOf("country = \"" + row.Country +
+                                               "\"\n[list]\nrecords = 'li'\n[fields]\n\"Business Name\" = "
+                                               "'b'\n\"Full Address\" = { selector = 'p'" +
+                                               (split ? ", split_address = true" : "") + " }\n"));
+            const RecipeReading reading = reader.Read(PageTree(u"<li><b>A</b><p>"_s + row.Address + u"</p>"_s), url);
+            ASSERT_EQ(reading.Records.size(), 1U);
+            const Lead& lead = reading.Records[0].Fields;
+            EXPECT_EQ(QStringList({lead.Street, lead.PostalCode, lead.City}).join(u'/'),
+                      split ? row.Expected : u"//"_s);
+        }
+}
+
 TEST(RecipeReader, RecordsWithinRecordsAreOneAndThoseOfStructuredDataAreAddedTo) {
     const RecipeReader outer(RecipeOf("[list]\nrecords = 'div'\n[fields]\n\"Business Name\" = 'b'\n"));
     EXPECT_EQ(outer.Read(PageTree(u"<div><b>A</b><div><b>B</b></div></div><div><b>C</b></div>"_s), url).Records.size(),
