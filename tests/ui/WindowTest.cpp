@@ -528,7 +528,7 @@ TEST_F(WindowTest, EveryControlHasANameAndItsOwnAccessKey) {
 TEST_F(WindowTest, TabOrderFollowsTheLayout) {
     Open();
     QStringList order;
-    for (const QWidget* at = Run->Control<QWidget>(u"cbxLanguage"); order.size() < 40; at = at->nextInFocusChain()) {
+    for (const QWidget* at = Run->Control<QWidget>(u"cbxLanguage"); order.size() < 200; at = at->nextInFocusChain()) {
         if (!order.isEmpty() && at->objectName() == order.first())
             break;
         if ((at->focusPolicy() & Qt::TabFocus) != 0 && !at->objectName().isEmpty() &&
