@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "export/CsvFormat.h"
+#include "export/XlsxWriter.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <xlsxwriter.h>
 
 namespace Brindle {
 
@@ -74,42 +74,44 @@ Workbook::Workbook(const QString& fileName, const ExportShape& shape, qint64 row
     options.constant_memory = LXW_TRUE;
     options.tmpdir = workFolder_.data();
     options.use_zip64 = LXW_TRUE;
-    workbook_ = workbook_new_opt(workFile_.constData(), &options);
+    workbook_ = XlsxWriter().workbook_new_opt(workFile_.constData(), &options);
     if (!workbook_)
         Fail(u"no memory for a workbook"_s);
-    header_ = workbook_add_format(workbook_);
-    format_set_bold(header_);
-    format_set_bottom(header_, LXW_BORDER_THIN);
-    text_ = workbook_add_format(workbook_);
-    format_set_num_format(text_, "@");
+    header_ = XlsxWriter().workbook_add_format(workbook_);
+    XlsxWriter().format_set_bold(header_);
+    XlsxWriter().format_set_bottom(header_, LXW_BORDER_THIN);
+    text_ = XlsxWriter().workbook_add_format(workbook_);
+    XlsxWriter().format_set_num_format(text_, "@");
     BeginSheet();
 }
 
 Workbook::~Workbook() {
     if (workbook_)
-        lxw_workbook_free(workbook_);
+        XlsxWriter().lxw_workbook_free(workbook_);
 }
 
 void Workbook::BeginSheet() {
     ++sheets_;
     const QByteArray name = sheets_ == 1 ? QByteArray("Leads") : "Leads " + QByteArray::number(sheets_);
-    sheet_ = workbook_add_worksheet(workbook_, name.constData());
+    sheet_ = XlsxWriter().workbook_add_worksheet(workbook_, name.constData());
     if (!sheet_)
         Fail(u"the workbook takes no further sheet"_s);
     row_ = 0;
     links_ = 0;
     for (size_t i = 0; i < columns_.size(); ++i)
-        worksheet_set_column(sheet_, static_cast<lxw_col_t>(i), static_cast<lxw_col_t>(i), columns_[i].Width, nullptr);
-    worksheet_freeze_panes(sheet_, 1, 0);
+        XlsxWriter().worksheet_set_column(sheet_, static_cast<lxw_col_t>(i), static_cast<lxw_col_t>(i),
+                                          columns_[i].Width, nullptr);
+    XlsxWriter().worksheet_freeze_panes(sheet_, 1, 0);
     for (size_t i = 0; i < columns_.size(); ++i)
-        worksheet_write_string(sheet_, 0, static_cast<lxw_col_t>(i), Held(columns_[i].Caption).constData(), header_);
+        XlsxWriter().worksheet_write_string(sheet_, 0, static_cast<lxw_col_t>(i), Held(columns_[i].Caption).constData(),
+                                            header_);
     row_ = 1;
 }
 
 void Workbook::EndSheet() {
     if (!columns_.empty())
-        worksheet_autofilter(sheet_, 0, 0, static_cast<lxw_row_t>(row_ - 1),
-                             static_cast<lxw_col_t>(columns_.size() - 1));
+        XlsxWriter().worksheet_autofilter(sheet_, 0, 0, static_cast<lxw_row_t>(row_ - 1),
+                                          static_cast<lxw_col_t>(columns_.size() - 1));
 }
 
 QByteArray Workbook::Held(const QString& text) {
@@ -131,14 +133,15 @@ void Workbook::WriteCell(quint16 column, const QString& text, bool isLink) {
     const auto row = static_cast<lxw_row_t>(row_);
     const QByteArray held = Held(text);
     if (isLink && IsWebAddress(text)) {
-        if (links_ < MostLinks && worksheet_write_url_opt(sheet_, row, column, text.toUtf8().constData(), nullptr,
-                                                          held.constData(), nullptr) == LXW_NO_ERROR) {
+        if (links_ < MostLinks &&
+            XlsxWriter().worksheet_write_url_opt(sheet_, row, column, text.toUtf8().constData(), nullptr,
+                                                 held.constData(), nullptr) == LXW_NO_ERROR) {
             ++links_;
             return;
         }
         ++losses_.PlainLinks;
     }
-    worksheet_write_string(sheet_, row, column, held.constData(), text_);
+    XlsxWriter().worksheet_write_string(sheet_, row, column, held.constData(), text_);
 }
 
 void Workbook::Add(const Lead& lead) {
@@ -158,10 +161,10 @@ void Workbook::Add(const Lead& lead) {
 
 void Workbook::Finish() {
     EndSheet();
-    const lxw_error error = workbook_close(workbook_);
+    const lxw_error error = XlsxWriter().workbook_close(workbook_);
     workbook_ = nullptr;
     if (error != LXW_NO_ERROR)
-        Fail(QString::fromLocal8Bit(lxw_strerror(error)));
+        Fail(QString::fromLocal8Bit(XlsxWriter().lxw_strerror(error)));
     QFile made(work_.filePath(u"leads.xlsx"_s));
     QSaveFile file(fileName_);
     if (!made.open(QIODevice::ReadOnly))
