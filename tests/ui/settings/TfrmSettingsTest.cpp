@@ -282,6 +282,8 @@ TEST(TfrmSettings, IsAFixedSizeDialogWithKeys) {
                                   u"chkKeep"_s,
                                   u"edtTarget"_s,
                                   u"edtMailServer"_s,
+                                  u"chkWorkbook"_s,
+                                  u"chkSheetCsv"_s,
                                   u"btnOk"_s,
                                   u"btnCancel"_s}));
     for (const auto& [label, control] :
