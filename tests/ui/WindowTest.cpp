@@ -504,6 +504,13 @@ TEST_F(WindowTest, LanguageChangesEveryCaptionAtOnce) {
 
 TEST_F(WindowTest, EveryControlHasANameAndItsOwnAccessKey) {
     Open();
+    // What is there while a page is read or taught is reached by Tab; there are not enough letters for all.
+    const auto ofReading = [](const QObject* object) {
+        for (; object; object = object->parent())
+            if (object->objectName() == u"TeachPanel" || object->objectName() == u"AnyPageBar")
+                return true;
+        return false;
+    };
     for (const int language : {0, 1, 2, 3}) {
         Run->Choose(u"cbxLanguage", language);
         QStringList keys;
@@ -514,13 +521,14 @@ TEST_F(WindowTest, EveryControlHasANameAndItsOwnAccessKey) {
             const auto* const button = qobject_cast<const QAbstractButton*>(control);
             EXPECT_FALSE(control->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
                 << control->objectName().toStdString();
-            if (!button)
+            if (!button || ofReading(control))
                 continue;
             EXPECT_FALSE(button->shortcut().isEmpty()) << control->objectName().toStdString();
             keys.append(button->shortcut().toString());
         }
         for (const QShortcut* shortcut : Run->Window->findChildren<QShortcut*>())
-            keys.append(shortcut->key().toString());
+            if (!ofReading(shortcut))
+                keys.append(shortcut->key().toString());
         EXPECT_EQ(keys.removeDuplicates(), 0) << language;
     }
 }

@@ -2,8 +2,7 @@
 
 #include <QFormLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace Brindle {
@@ -124,6 +123,8 @@ TeachPanel::TeachPanel(QWidget* parent)
     connect(save_, &QPushButton::clicked, this, &TeachPanel::SaveClicked);
     connect(leave_, &QPushButton::clicked, this, &TeachPanel::LeaveClicked);
     connect(name_, &QLineEdit::returnPressed, this, &TeachPanel::SaveClicked);
+    // Also while the page has the focus.
+    connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &TeachPanel::LeaveClicked);
     ApplyTexts({}, EnglishCaptions());
 }
 
@@ -154,6 +155,8 @@ void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& caption
     noNext_ = texts.Text(WindowText::TeachNextNone);
     itemNext_ = texts.Text(WindowText::TeachIsNext);
     itemDetails_ = texts.Text(WindowText::TeachIsDetails);
+    texts_->setAccessibleName(textsLabel_->text().remove(u'&'));
+    name_->setAccessibleName(nameLabel_->text().remove(u'&'));
     table_->setAccessibleName(texts.Text(WindowText::TeachTableName));
     leads_.Captions = captions;
     model_.CaptionsChanged();
@@ -263,13 +266,6 @@ void TeachPanel::Say(const QString& line) {
 
 void TeachPanel::SetName(const QString& name) {
     name_->setText(name);
-}
-
-void TeachPanel::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape)
-        Q_EMIT LeaveClicked();
-    else
-        QWidget::keyPressEvent(event);
 }
 
 } // namespace Brindle

@@ -53,9 +53,6 @@ Q_SIGNALS:
     void SaveClicked();
     void LeaveClicked();
 
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-
 private:
     NodeIndex ChosenText() const;
     void ShowTexts(const TeachSession& session);
