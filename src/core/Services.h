@@ -41,8 +41,8 @@ public:
 class LeadKeeping {
 public:
     virtual ~LeadKeeping() = default;
-    /// Takes a finished lead of the current harvest, before it is counted. Never throws and never waits: what goes wrong
-    /// with the store must not stand in the way of a harvest.
+    /// Takes a finished lead of the current harvest, before it is counted. Never throws and never waits: what goes
+    /// wrong with the store must not stand in the way of a harvest.
     virtual void Keep(const Lead& lead) = 0;
 };
 

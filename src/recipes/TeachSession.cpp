@@ -372,8 +372,7 @@ std::vector<Field> TeachSession::LikelyFields(NodeIndex element) const {
             if (record < 0 || IsLinkColumn(row.Column) != links)
                 continue;
             const NodeIndex read = ElementOf(row, reading_.Records[static_cast<size_t>(record)]);
-            const bool related =
-                read != noNode && (page_->Contains(read, element) || page_->Contains(element, read));
+            const bool related = read != noNode && (page_->Contains(read, element) || page_->Contains(element, read));
             if (related && TextOf(*page_, read) == text)
                 put(row.Column);
         }

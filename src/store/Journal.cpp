@@ -31,8 +31,7 @@ QByteArray Encoded(const StoreEvent& event) {
             stream << found->Lead.At(column);
         stream << found->Session;
     } else if (const auto* end = std::get_if<HarvestEnd>(&event)) {
-        stream << end->HarvestUid << end->Ended << static_cast<qint32>(end->Ending) << end->Pages
-               << end->Session;
+        stream << end->HarvestUid << end->Ended << static_cast<qint32>(end->Ending) << end->Pages << end->Session;
     }
     const QByteArrayView payload = QByteArrayView(bytes).sliced(headerLength);
     qToLittleEndian(static_cast<quint32>(payload.size()), bytes.data());

@@ -91,8 +91,9 @@ bool ContainsExact(QStringView text, QStringView marker) {
 }
 
 bool StartsWithFolded(QStringView text, QStringView prefix) {
-    return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
-                                                      [](QChar a, QChar b) { return Ascii::Lower(a) == Ascii::Lower(b); });
+    return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(), [](QChar a, QChar b) {
+               return Ascii::Lower(a) == Ascii::Lower(b);
+           });
 }
 
 } // namespace Brindle

@@ -42,7 +42,11 @@ TEST_F(OptionsFileTest, WhatIsSavedIsRead) {
     MoreOptions options;
     for (const QString& key : MoreOptionKeys()) {
         QString reason;
-        EXPECT_TRUE(SetMoreOption(options, key, key.startsWith(u"work."_s) ? u"17"_s : key == u"store.keep" ? u"0"_s : u"true"_s, reason))
+        EXPECT_TRUE(SetMoreOption(options, key,
+                                  key.startsWith(u"work."_s) ? u"17"_s
+                                  : key == u"store.keep"     ? u"0"_s
+                                                             : u"true"_s,
+                                  reason))
             << reason.toStdString();
     }
     options.StoreTarget = u"C:\\Leads \"of\" ö\n"_s;
