@@ -2,12 +2,14 @@
 
 #include "store/Schema.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QThread>
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 
 namespace Brindle {
@@ -16,6 +18,9 @@ using namespace Qt::StringLiterals;
 using Why = StoreError::Why;
 
 namespace {
+
+// How long another program's work on the same file is waited for.
+constexpr std::chrono::milliseconds busyTimeout(5000);
 
 // Result codes of SQLite, https://www.sqlite.org/rescode.html, without their extension.
 Why WhyOfSqlite(int code) {
@@ -117,7 +122,7 @@ void Database::Open() {
     } else {
         QDir().mkpath(QFileInfo(target_.FileName).absolutePath());
         database_.setDatabaseName(target_.FileName);
-        database_.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
+        database_.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeout.count()));
     }
     if (!database_.open()) {
         const QSqlError error = database_.lastError();
@@ -132,13 +137,28 @@ void Database::Open() {
     }
     // What is written is in the file's log before the statement returns, so a program that is killed loses nothing;
     // only a machine that loses its power can lose the last moments.
-    Execute(u"PRAGMA journal_mode=WAL"_s);
+    BeginWriteAheadLog();
     Execute(u"PRAGMA synchronous=NORMAL"_s);
     Execute(u"PRAGMA cache_size=-65536"_s);
     // Bringing the log into the file waits for the disk, so it is not done after every few leads.
     Execute(u"PRAGMA wal_autocheckpoint=4000"_s);
     Execute(u"PRAGMA journal_size_limit=4194304"_s);
     Execute(u"PRAGMA temp_store=MEMORY"_s);
+}
+
+void Database::BeginWriteAheadLog() {
+    // SQLite does not wait by itself when two programs bring a new file to its log at the same moment.
+    QDeadlineTimer deadline(busyTimeout);
+    for (;;) {
+        try {
+            Execute(u"PRAGMA journal_mode=WAL"_s);
+            return;
+        } catch (const StoreError& error) {
+            if (error.Reason != Why::Locked || deadline.hasExpired())
+                throw;
+        }
+        QThread::msleep(10);
+    }
 }
 
 QSqlQuery& Database::Run(const QString& sql, const QVariantList& values) {

@@ -47,6 +47,7 @@ public:
 
 private:
     void Open();
+    void BeginWriteAheadLog();
 
     StoreTarget target_;
     mutable bool lost_ = false; // the connection was cut

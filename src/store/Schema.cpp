@@ -107,9 +107,10 @@ void CheckVersion(const Database& database, int version) {
 }
 
 void CheckOwner(Database& database) {
-    if (database.IsPostgres() || database.Value(u"PRAGMA application_id"_s).toInt() == applicationId)
+    // In this order: a program that makes the file at this moment writes its mark and its tables at once.
+    if (database.IsPostgres() || database.Value(u"SELECT count(*) FROM sqlite_master"_s).toInt() == 0)
         return;
-    if (database.Value(u"SELECT count(*) FROM sqlite_master"_s).toInt() > 0)
+    if (database.Value(u"PRAGMA application_id"_s).toInt() != applicationId)
         throw StoreError(Why::Damaged, u"%1: a database of another program"_s.arg(database.Target().Shown()));
 }
 

@@ -1,6 +1,10 @@
 #include "StoreFixture.h"
 
 #include <QFile>
+#include <QThread>
+
+#include <future>
+#include <thread>
 
 using namespace Brindle;
 using namespace Brindle::Test;
@@ -201,4 +205,23 @@ TEST_P(StoreTest, OpensOnlyWhatItKnows) {
         EXPECT_TRUE(error.Message().contains(u"newer version")) << error.Message().toStdString();
         EXPECT_TRUE(error.Message().contains(Target().Shown()));
     }
+}
+
+// Two programs that make a file at the same moment: the other one is in the middle of its first writing.
+TEST(StoreFile, WaitsForAnotherThatMakesIt) {
+    const QTemporaryDir folder;
+    const StoreTarget target = StoreTarget::Parse(folder.filePath(u"leads.db"_s));
+    std::promise<void> writing;
+    std::thread other([&] {
+        QSqlDatabase connection = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+        connection.setDatabaseName(target.FileName);
+        EXPECT_TRUE(connection.open());
+        connection.exec(u"BEGIN IMMEDIATE"_s);
+        writing.set_value();
+        QThread::msleep(300); // of a program that does not know of the first one, so no event can end it
+        connection.exec(u"COMMIT"_s);
+    });
+    writing.get_future().wait();
+    EXPECT_NO_THROW(Database{target});
+    other.join();
 }
