@@ -2,6 +2,7 @@
 
 #include "adapters/Adapters.h"
 #include "cli/Commands.h"
+#include "cli/SearchHarvest.h"
 #include "cli/Session.h"
 #include "demo/DemoServer.h"
 #include "net/ServerTrust.h"
@@ -43,6 +44,8 @@ int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFacto
     QStringList starts;
     if (!line.Start.isEmpty()) {
         starts.append(line.Start);
+    } else if (!line.What.isEmpty() || !line.Place.isEmpty()) {
+        starts.append(StartOf({0, session.State.CurrID, {}, line.What, line.Place}, session));
     } else if (line.Site == AnyWebsiteCode) {
         for (const Demo::ModernSite& site : server.ModernSites()) {
             if (!site.NeedsScripts || browserRunsScripts)

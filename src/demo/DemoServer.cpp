@@ -153,9 +153,11 @@ QString DemoServer::SitesIni() const {
         text += u"\n[%1]\nbase=%2\nlabel=%3\n"_s.arg(site.Code, context.Base, LabelOf(site.Code));
         if (context.DetailsBase != context.Base)
             text += u"details_base=" + context.DetailsBase + u'\n';
-        if (site.Directory)
-            for (const auto& [key, value] : site.Directory->SiteKeys(context))
-                text += key + u'=' + value + u'\n';
+        if (!site.Directory)
+            continue;
+        text += u"search=" + context.Base + site.Directory->SearchPath() + u'\n';
+        for (const auto& [key, value] : site.Directory->SiteKeys(context))
+            text += key + u'=' + value + u'\n';
     }
     return text;
 }

@@ -5,8 +5,8 @@
 
 namespace Brindle {
 
-/// Catches Ctrl-C for its lifetime and calls back from the event loop, so the command can end in order. A second
-/// Ctrl-C ends the program at once.
+/// Catches Ctrl-C, and where there is one the signal to end, for its lifetime and calls back from the event loop, so
+/// the command can end in order. A second one ends the program at once.
 class Interrupt {
 public:
     explicit Interrupt(std::function<void()> onInterrupt);

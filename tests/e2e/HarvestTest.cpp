@@ -41,6 +41,18 @@ TEST_F(DemoFixture, HarvestsAllEightDirectories) {
     EXPECT_EQ(codes, KnownSiteCodes());
 }
 
+// Words instead of an address, where the sites file knows the address of a search.
+TEST_F(DemoFixture, HarvestsASearchByItsWords) {
+    const QStringList words{u"--what"_s, u"caf\u00E9 & bar"_s, u"--place"_s, u"Forl\u00EC"_s};
+    const QStringList harvest{u"harvest"_s, u"--sites"_s, SitesFileName(), u"--pace"_s, u"0"_s, u"--site"_s};
+    const Outcome outcome = RunCli(harvest + QStringList{u"KVPE001001"_s, u"--format"_s, u"jsonl"_s} + words);
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+    EXPECT_EQ(LeadsOfJsonl(outcome.Out).size(), Planted({u"KVPE001001"_s, 1}).size());
+    const Outcome unknown = RunCli(harvest + QStringList{u"AUTO"_s} + words);
+    EXPECT_EQ(unknown.Status, 1);
+    EXPECT_TRUE(unknown.Err.contains("AUTO: no search address is known")) << unknown.Err.toStdString();
+}
+
 // The same with the directories in the program's own process, where the ports are others.
 class OwnDemoTest : public DemoFixture, public testing::WithParamInterface<DemoSite> {};
 

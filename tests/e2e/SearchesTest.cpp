@@ -2,7 +2,9 @@
 #include "PostgresServer.h"
 #include "httplib.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRandomGenerator>
@@ -12,6 +14,7 @@
 #include <csignal>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
 
 using namespace Brindle;
@@ -134,21 +137,149 @@ TEST_F(SearchesTest, WrongRowsAndFailedSearchesAreNamed) {
     EXPECT_TRUE(outcome.Err.contains("run")) << outcome.Err.constData();
 }
 
-TEST_F(SearchesTest, CtrlCFreesTheSearchInHand) {
-    const QString store = Path(u"leads.db"_s);
-    QStringList run = With({u"run"_s, Table(5)}, store);
-    run[run.indexOf(u"--pace"_s) + 1] = u"1"_s; // a page takes seconds
-    const auto process = Start(run);
-    QElapsedTimer timer;
-    for (timer.start(); Count(store, u"running"_s) == 0 && timer.elapsed() < 30'000;)
-        QThread::msleep(100);
-    kill(static_cast<pid_t>(process->processId()), SIGINT);
-    timer.start();
-    ASSERT_TRUE(process->waitForFinished(20'000));
-    EXPECT_LT(timer.elapsed(), 5000);
-    EXPECT_EQ(process->exitCode(), 130);
-    EXPECT_EQ(Count(store, u"running"_s), 0);
-    EXPECT_EQ(Count(store, u"waiting"_s), 5);
+// The signal goes to the first of several alone, as a manager of services sends it.
+TEST_F(SearchesTest, BeingEndedFreesTheSearchesInHand) {
+    struct Case {
+        QStringList Command;
+        int Signal;
+        bool OnServer;
+    };
+    const QString table = Table(5);
+    const Case cases[] = {{{u"run"_s, table}, SIGINT, false},
+                          {{u"run"_s, table, u"--jobs"_s, u"2"_s}, SIGTERM, false},
+                          {{u"work"_s}, SIGINT, true},
+                          {{u"work"_s, u"--jobs"_s, u"3"_s}, SIGINT, true},
+                          {{u"work"_s, u"--wait"_s}, SIGTERM, true}};
+    std::unique_ptr<PostgresServer> server;
+    int number = 0;
+    for (const auto& [command, signal, onServer] : cases) {
+        if (onServer && NoServer())
+            continue;
+        if (onServer && !server) {
+            server = std::make_unique<PostgresServer>();
+            ASSERT_EQ(server->Error(), QString());
+            ASSERT_EQ(RunCli(With({u"searches"_s, u"add"_s, table}, server->Address()).mid(0, 7)).Status, 0);
+        }
+        SCOPED_TRACE(command.join(u' ').toStdString());
+        const QString store = onServer ? server->Address() : Path(u"leads%1.db"_s.arg(++number));
+        QStringList arguments = With(command, store);
+        arguments[arguments.indexOf(u"--pace"_s) + 1] = u"1"_s; // a page takes seconds
+        const int workers = command.contains(u"--jobs"_s) ? command.last().toInt() : 1;
+        const auto process = Start(arguments);
+        QElapsedTimer timer;
+        for (timer.start(); Count(store, u"running"_s) < workers && timer.elapsed() < 60'000;)
+            QThread::msleep(100);
+        kill(static_cast<pid_t>(process->processId()), signal);
+        timer.start();
+        ASSERT_TRUE(process->waitForFinished(20'000));
+        EXPECT_LT(timer.elapsed(), 5000);
+        EXPECT_EQ(process->exitCode(), 130);
+        EXPECT_EQ(Count(store, u"running"_s), 0);
+        EXPECT_EQ(Count(store, u"waiting"_s), 5);
+    }
+}
+
+TEST_F(SearchesTest, AHostHasOnlySoManySearchesAtOnce) {
+    // Two hosts that take their time, and how many searches each had at once. A search asks for one page after another.
+    constexpr int hostCount = 2;
+    httplib::Server hosts[hostCount];
+    std::mutex mutex;
+    int now[hostCount] = {};
+    int most[hostCount] = {};
+    int mostTogether = 0;
+    std::vector<std::thread> serving;
+    QByteArray table = "site,start\n";
+    for (int host = 0; host < hostCount; ++host) {
+        hosts[host].Get(".*", [&, host](const httplib::Request&, httplib::Response& response) {
+            {
+                const std::lock_guard lock(mutex);
+                most[host] = std::max(most[host], ++now[host]);
+                mostTogether = std::max(mostTogether, now[0] + now[1]);
+            }
+            QThread::msleep(400);
+            const std::lock_guard lock(mutex);
+            --now[host];
+            response.set_content("<html><body>no results</body></html>", "text/html");
+        });
+        const int port = hosts[host].bind_to_any_port("127.0.0.1");
+        serving.emplace_back([&, host] { hosts[host].listen_after_bind(); });
+        for (int i = 0; i < 4; ++i)
+            table += "KVPN002001,http://127.0.0.1:" + QByteArray::number(port) + '/' + QByteArray::number(i) + '\n';
+    }
+    QStringList run = With({u"run"_s, Write(u"hosts.csv"_s, table)}, Path(u"leads.db"_s));
+    run += {u"--jobs"_s, u"4"_s, u"--limit-per-host"_s, u"1"_s, u"--ignore-robots"_s};
+    const Outcome outcome = RunCli(run);
+    for (int host = 0; host < hostCount; ++host) {
+        hosts[host].stop();
+        serving[static_cast<size_t>(host)].join();
+    }
+    EXPECT_EQ(outcome.Status, 1);
+    EXPECT_TRUE(outcome.Err.contains("8 failed")) << outcome.Err.constData(); // none was left out
+    EXPECT_EQ(most[0], 1);
+    EXPECT_EQ(most[1], 1);
+    EXPECT_EQ(mostTogether, 2) << "both hosts are asked at the same time";
+}
+
+// By words, by addresses of any website, by a recipe's code: one worker with a file, four with a server, the same
+// leads.
+TEST_F(SearchesTest, AFileAndAServerGiveTheSameLeads) {
+    const QString folder = CliEnvironment().value(u"XDG_CONFIG_HOME"_s) + u"/Norvane Software/Brindle/recipes/";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QByteArray words = "site,what,where\n";
+    for (const QString& code : Server().SiteCodes()) {
+        words += code.toUtf8() + ",caf\u00E9 & bar,\"Reggio nell'Emilia, RE\"\n";
+        const std::vector<Lead> planted = Planted({code, 1});
+        Expected.insert(Expected.end(), planted.begin(), planted.end());
+    }
+    QByteArray addresses = "site,start\n";
+    for (const Demo::ModernSite& site : Server().ModernSites()) {
+        if (site.NeedsScripts || site.Secure)
+            continue;
+        const bool byRecipe = site.Code == u"demo-microdata";
+        addresses += QByteArray(byRecipe ? "searched-demo" : "AUTO") + ",\"" + site.Start.toUtf8() + "\"\n";
+        if (!byRecipe)
+            continue;
+        QFile recipe(folder + u"searched-demo.toml");
+        ASSERT_TRUE(recipe.open(QIODevice::WriteOnly));
+        recipe.write("name = \"Demo\"\nhome = \"" + site.Start.toUtf8() + "\"\nsearch = \"" +
+                     site.SearchAddress.toUtf8() + "\"\nnext = \"auto\"\n[list]\nrecords = \"structured\"\n");
+        words += "searched-demo,caf\u00E9,Lyon\n";
+    }
+    const QStringList tables{Write(u"words.csv"_s, words), Write(u"addresses.csv"_s, addresses)};
+    const auto leadsOf = [](const QString& store) {
+        const Outcome outcome = RunCli({u"leads"_s, u"--store"_s, store, u"--format"_s, u"jsonl"_s});
+        EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+        return Sorted(LeadsOfJsonl(outcome.Out));
+    };
+
+    const QString file = Path(u"leads.db"_s);
+    Outcome outcome = RunCli(With({u"run"_s, tables[0]}, file));
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+    const std::vector<Lead> byWords = leadsOf(file);
+    const qsizetype ofRecipe = static_cast<qsizetype>(byWords.size() - Expected.size());
+    EXPECT_GT(ofRecipe, 0);
+    outcome = RunCli(With({u"run"_s, tables[1]}, file));
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+    const std::vector<Lead> byFile = leadsOf(file);
+    EXPECT_GT(byFile.size(), byWords.size() + 50);
+
+    // What the words find is what the directories have.
+    std::set<QString> names;
+    for (const Lead& lead : byWords)
+        names.insert(lead.Name + lead.Phone);
+    for (const Lead& lead : Expected)
+        EXPECT_TRUE(names.contains(lead.Name + lead.Phone)) << lead.Name.toStdString();
+
+    if (NoServer())
+        GTEST_SKIP() << "PostgreSQL is not installed here";
+    PostgresServer server;
+    ASSERT_EQ(server.Error(), QString());
+    for (const QString& table : tables)
+        ASSERT_EQ(RunCli(With({u"searches"_s, u"add"_s, table}, server.Address()).mid(0, 7)).Status, 0);
+    outcome = RunCli(With({u"work"_s, u"--jobs"_s, u"4"_s}, server.Address()));
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.constData();
+    EXPECT_EQ(Count(server.Address(), u"done"_s), static_cast<int>(words.count('\n') + addresses.count('\n')) - 2);
+    ExpectSameLeads(leadsOf(server.Address()), byFile);
 }
 
 TEST_F(SearchesTest, WorkersMayDieAndTheServerMayBeStartedAnew) {

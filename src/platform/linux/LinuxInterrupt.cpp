@@ -7,11 +7,14 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <unistd.h>
 
 namespace Brindle {
 
 namespace {
+
+constexpr int signals[] = {SIGINT, SIGTERM};
 
 std::atomic<bool> interrupted{false};
 std::atomic<int> wakePipe{-1};
@@ -41,11 +44,14 @@ public:
                 onInterrupt_();
             });
         }
-        previous_ = std::signal(SIGINT, OnSignal);
+        // Managers of services and of clusters end a program by the latter, and mean the same.
+        for (size_t i = 0; i < std::size(signals); ++i)
+            previous_[i] = std::signal(signals[i], OnSignal);
     }
 
     ~Impl() {
-        std::signal(SIGINT, previous_);
+        for (size_t i = 0; i < std::size(signals); ++i)
+            std::signal(signals[i], previous_[i]);
         notifier_.reset();
         wakePipe = -1;
         for (const int end : pipe_)
@@ -58,7 +64,7 @@ public:
 
 private:
     std::function<void()> onInterrupt_;
-    void (*previous_)(int) = SIG_DFL;
+    void (*previous_[std::size(signals)])(int) = {};
     int pipe_[2] = {-1, -1};
     std::unique_ptr<QSocketNotifier> notifier_;
 };
