@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace Brindle {
 
@@ -26,8 +27,11 @@ std::byte* WriteHeader(std::byte* to, size_t value) {
 }
 
 size_t ReadHeader(const std::byte*& from) {
-    size_t value = 0;
-    for (int shift = 0;; shift += 7) {
+    auto value = static_cast<size_t>(*from++);
+    if (value < 0x80) // nearly always
+        return value;
+    value &= 0x7F;
+    for (int shift = 7;; shift += 7) {
         const auto byte = static_cast<size_t>(*from++);
         value |= (byte & 0x7F) << shift;
         if (byte < 0x80)
@@ -82,11 +86,11 @@ QString LeadList::FieldAt(qsizetype row, Field field) const {
 }
 
 std::array<StoredText, FieldCount> LeadList::StoredAt(qsizetype row) const {
-    std::array<StoredText, FieldCount> fields;
-    const std::byte* at = rows_[static_cast<size_t>(row)];
-    for (StoredText& field : fields)
-        field = ReadField(at);
-    return fields;
+    // Field by field into its place: to clear the array first costs an export more than to read it.
+    return [at = rows_[static_cast<size_t>(row)]]<size_t... I>(std::index_sequence<I...>) mutable {
+        return std::array<StoredText, FieldCount>{(static_cast<void>(I), ReadField(at))...};
+    }
+    (std::make_index_sequence<FieldCount>());
 }
 
 std::byte* LeadList::Reserve(size_t bytes) {

@@ -2,10 +2,10 @@
 
 #include "core/Errors.h"
 #include "export/CsvFormat.h"
+#include "platform/FileAppend.h"
 #include "toolkit/Markup.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace Brindle {
@@ -55,32 +55,20 @@ void AutomaticSaver::ShowFile() const {
 }
 
 void AutomaticSaver::AppendRecord(const QString& fileName, const QString& line) const {
-    QFile file(fileName);
-    const auto failed = [&] { return SaveError(u"%1: %2"_s.arg(fileName, file.errorString())); };
-    constexpr QIODevice::OpenMode append = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
-    // All but the first lead find the file there, so that is tried first.
-    const bool exists = file.open(append | QIODevice::ExistingOnly);
-    if (!exists) // a folder that cannot be made shows when the file is
-        QDir().mkpath(QFileInfo(fileName).path());
-    if (!exists && (QFileInfo::exists(fileName) || !file.open(append | QIODevice::NewOnly)))
-        throw failed();
-    QByteArray bytes;
-    if (!exists)
-        bytes = AutomaticHeader(leads_.Captions, settings_.eDelimiter).toLocal8Bit() + "\r\n";
-    bytes += line.toLocal8Bit() + "\r\n";
-    const qint64 before = file.size();
-    if (file.write(bytes) != bytes.size()) {
-        const SaveError error = failed();
-        // Half a line would spoil the next one, and a file without its header would never get one.
-        if (exists)
-            file.resize(before);
-        else
-            file.remove();
-        throw error;
+    using enum AppendResult::Kind;
+    const QByteArray record = line.toLocal8Bit() + "\r\n";
+    // All but the first lead find the file there. Another program may make it in between, or somebody remove it.
+    AppendResult result{Missing, {}};
+    for (int attempt = 0; attempt < 3 && (result.Outcome == Missing || result.Outcome == Exists); ++attempt) {
+        result = AppendToFile(fileName, record);
+        if (result.Outcome != Missing)
+            continue;
+        QDir().mkpath(QFileInfo(fileName).path()); // a folder that cannot be made shows when the file is
+        const QByteArray header = AutomaticHeader(leads_.Captions, settings_.eDelimiter).toLocal8Bit() + "\r\n";
+        result = MakeFile(fileName, header + record);
     }
-    file.close();
-    if (file.error() != QFileDevice::NoError)
-        throw failed();
+    if (result.Outcome != Done)
+        throw SaveError(u"%1: %2"_s.arg(fileName, result.Reason));
 }
 
 } // namespace Brindle

@@ -14,6 +14,45 @@ void CutTwo(QString& line) {
     line.chop(2);
 }
 
+// Copies a text of one byte a character; false when it is not ASCII throughout, what was written counts for nothing
+// then. Words at a time and in one pass: nearly every byte of an export comes through here.
+bool CopyAscii(char* to, const std::byte* from, size_t length) {
+    using Word = uint64_t;
+    constexpr Word high = 0x8080808080808080;
+    const auto copyWord = [&](size_t at) {
+        Word word = 0;
+        std::memcpy(&word, from + at, sizeof word);
+        std::memcpy(to + at, &word, sizeof word);
+        return word;
+    };
+    Word seen = 0;
+    if (length < sizeof(Word)) {
+        for (size_t i = 0; i < length; ++i) {
+            to[i] = static_cast<char>(from[i]);
+            seen |= std::to_integer<Word>(from[i]);
+        }
+        return (seen & high) == 0;
+    }
+    const size_t last = length - sizeof(Word);
+    for (size_t at = 0; at < last; at += sizeof(Word))
+        seen |= copyWord(at);
+    seen |= copyWord(last); // may overlap the one before
+    return (seen & high) == 0;
+}
+
+char* WriteAsUtf8(char* to, const std::byte* latin1, size_t length) {
+    for (size_t i = 0; i < length; ++i) {
+        const auto c = std::to_integer<unsigned>(latin1[i]);
+        if (c < 0x80) {
+            *to++ = static_cast<char>(c);
+        } else {
+            *to++ = static_cast<char>(0xC0 | (c >> 6));
+            *to++ = static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+    return to;
+}
+
 qsizetype LengthOf(QStringView text) {
     return text.size();
 }
@@ -39,6 +78,7 @@ CsvFormat::CsvFormat(const Settings& settings) : encode_(QStringConverter::Syste
     for (int column = 0; column < FieldCount; ++column)
         if (IsExported(column, settings.eExportFields))
             columns_.push_back(static_cast<size_t>(column));
+    utf8_ = QByteArray(encode_(u"\u00E9"_s)) == "\xC3\xA9";
     QString separator = u'"' + settings.eDelimiter + u'"';
     separator_ = encode_(separator);
     CutTwo(separator);
@@ -53,13 +93,10 @@ char* CsvFormat::Write(char* to, QStringView text) {
 char* CsvFormat::Write(char* to, const StoredText& text) {
     if (!text.Wide) {
         // ASCII is the same in every 8-bit code page.
-        std::byte seen{};
-        for (size_t i = 0; i < text.Characters; ++i)
-            seen |= text.Data[i];
-        if (seen < std::byte{0x80}) {
-            std::memcpy(to, text.Data, text.Characters);
+        if (CopyAscii(to, text.Data, text.Characters))
             return to + text.Characters;
-        }
+        if (utf8_)
+            return WriteAsUtf8(to, text.Data, text.Characters);
     }
     return Write(to, text.Text());
 }

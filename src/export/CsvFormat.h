@@ -43,6 +43,7 @@ private:
 
     std::vector<size_t> columns_; // those that are exported
     QStringEncoder encode_;
+    bool utf8_ = false;    // whether the code page is UTF-8
     QByteArray separator_; // what stands between two fields: quote, delimiter, quote
     QByteArray lineEnd_;   // what stands behind the last one
 };

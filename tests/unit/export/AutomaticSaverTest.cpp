@@ -11,7 +11,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <barrier>
 #include <gtest/gtest.h>
+#include <thread>
+#include <vector>
 
 namespace Brindle {
 namespace {
@@ -135,6 +138,33 @@ TEST_F(AutomaticSaverTest, AHeldFileIsFollowedByTheNextNumber) {
     bench_.State.DateTimeVal = u"later"_s;
     save();
     EXPECT_EQ(saved.last(), FileOf(u"later"_s));
+}
+
+TEST_F(AutomaticSaverTest, SeveralAtOnceGiveTheFileOneHeader) {
+    constexpr int savers = 4;
+    constexpr int leads = 3;
+    const std::string header = "\"" + allCaptions.toStdString() + "\"";
+    for (int round = 0; round < 100; ++round) {
+        const QString stamp = QString::number(round);
+        std::barrier together(savers);
+        std::vector<std::jthread> threads;
+        for (int number = 0; number < savers; ++number)
+            threads.emplace_back([&] {
+                HarvestBench bench(SiteCode::PagineMail);
+                bench.State.DateTimeVal = stamp;
+                bench.Options.eDelimiter = u";"_s;
+                AutomaticSaver saver(bench.State, bench.Options, bench.Leads, bench.Texts, bench.Status, bench.Loop);
+                together.arrive_and_wait();
+                for (int lead = 0; lead < leads; ++lead)
+                    saver.AutomaticSave(folder_.path(), u"Results"_s, u"\"whole\""_s);
+            });
+        threads.clear();
+        const QList<QByteArray> lines = FileBytes(FileOf(stamp)).split('\n');
+        ASSERT_EQ(lines.size(), 1 + savers * leads + 1);
+        ASSERT_EQ(lines.first().toStdString(), header + "\r");
+        for (qsizetype line = 1; line + 1 < lines.size(); ++line)
+            ASSERT_EQ(lines[line].toStdString(), "\"whole\"\r");
+    }
 }
 
 TEST_F(AutomaticSaverTest, EndsWithAWholeLineWhenItIsKilled) {
