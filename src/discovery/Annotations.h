@@ -4,9 +4,11 @@
 #include "discovery/Labels.h"
 #include "discovery/PostalAddress.h"
 #include "page/PageTree.h"
+#include "toolkit/Phone.h"
 
 #include <QString>
 
+#include <utility>
 #include <vector>
 
 namespace Brindle {
@@ -105,15 +107,19 @@ public:
 private:
     void ReadElements();
     void ReadElement(NodeIndex node);
+    void ReadData(NodeIndex node, QStringView name, QStringView value);
     void ReadLink(NodeIndex node, QStringView href);
     void ReadLines();
     void ReadPhones(int line);
+    bool EndsInPostalCode(QStringView line, const FoundPhone& place) const;
     bool SaysPhone(int line) const;
     void ReadLabelledPhone(int line);
     void ReadMails(int line);
     void AddPhone(const PagePhone& phone);
     NodeIndex NodeAt(int line, qsizetype position) const;
     void CountUpward();
+
+    std::vector<std::pair<NodeIndex, QString>> dataPhones_; // of attributes
 };
 
 /// The digits of a text that looks like a phone number and nothing else; empty when it does not.

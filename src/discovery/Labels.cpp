@@ -27,7 +27,7 @@ constexpr Row nameParts[] = {
      u"name fn companyname businessname bizname firmenname firmname placename nombre nom naam nome nazwa "
      u"nazev firma raison denominazione ragionesociale"},
     {Of(Hint::Title), u"title titel titre titulo titolo heading headline header caption tytul"},
-    {Of(Hint::Phone), u"phone tel telephone telefon telefono telefone phonenumber fon telefoon mobile mobil cell "
+    {Of(Hint::Phone), u"phone tel telephone telefon telefono telefone phonenumber fon telefoon mobilephone "
                       u"cellphone handy rufnummer phones telnumber call tlf puhelin telefonnummer phoneno"},
     {Of(Hint::Fax), u"fax telefax faxnumber faks"},
     {Of(Hint::Mail), u"email mail mailto emails courriel correo"},
@@ -53,8 +53,7 @@ constexpr Row nameParts[] = {
     {Of(Hint::Price), u"price prices preis prix precio prezzo prijs cena pricerange cost salary"},
     {Of(Hint::Date), u"date time datetime published datum posted timestamp datepublished calendar"},
     {Of(Hint::Author), u"author byline writer username user autor auteur poster"},
-    {Of(Hint::Description),
-     u"description desc excerpt summary teaser snippet text about intro body slogan abstract blurb"},
+    {Of(Hint::Description), u"description desc excerpt summary teaser snippet about intro body slogan abstract blurb"},
     {Of(Hint::Distance), u"distance dist km entfernung miles abstand"},
     {Of(Hint::Business), u"business company listing restaurant hotel venue poi organization biz vcard hcard dealer "
                          u"store shop firm eintrag company merchant provider eatery establishment place places "
@@ -154,9 +153,14 @@ constexpr Row labels[] = {
                       u"salaire|salario|予算|fees|kosten"},
     {Of(Hint::Date),
      u"date|datum|posted|published|veröffentlicht|publié|publicado|pubblicato|gepubliceerd|opublikowano|"
-     u"дата|日付|日期|updated|deadline|when|wann|start date|founded|est|established|since|gegründet"},
+     u"дата|日付|日期|updated|deadline|when|wann|start date|founded|est|established|since|seit|gegründet|member "
+     u"since|mitglied seit|"
+     u"updated|last updated|aktualisiert|stand|membre depuis|socio desde|membro dal|lid sinds|depuis|desde|dal|sinds"},
     {Of(Hint::Rating), u"rating|ratings|bewertung|note|valoración|voto|beoordeling|ocena|оценка|評価|评分|평점|score"},
     {Of(Hint::Review), u"reviews|bewertungen|avis|opiniones|recensioni|opinie|отзывы|口コミ|评论|리뷰"},
+    {Of(Hint::Map),
+     u"map|maps|view map|show map|directions|get directions|route|karte|stadtplan|route planen|routenplaner|"
+     u"itinéraire|cómo llegar|mappa|indicazioni|kaart|mapka|карта|на карте|地図|地図を見る|地图|약도"},
     {Of(Hint::Distance), u"distance|entfernung|distancia|distanza|afstand|odległość|расстояние|距離|距离|거리"},
 };
 
@@ -185,14 +189,38 @@ constexpr auto businessStems =
     u"steuerberater accountant physio optiker optician tierarzt veterinar veterinär vet gym fitness florist blumen "
     u"fleuriste school schule kindergarten church museum venues places nightlife clubs unterkünfte accommodation "
     u"gasthof gasthaus agriturism weingut winery brewery immobilienmakler realtor estate insurance versicherung "
-    u"bank attraction locksmith serrur schlüsseldienst cerrajer fabbri cleaner reinigung locations branches filialen";
-constexpr auto businessMarks = u"レストラン|飲食店|居酒屋|カフェ|ホテル|旅館|美容|歯科|歯医者|病院|医院|クリニック|"
-                               u"弁護士|税理士|会社|企業|業者|店舗|お店|店|"
-                               u"工務店|水道|電気工事|不動産|餐厅|餐馆|酒店|公司|企业|商家|医院|牙医|律师|厂家|餐廳|"
-                               u"飯店|診所|商店|음식점|맛집|호텔|병원|치과|"
-                               u"업체|회사|변호사|미용실|카페|مطاعم|مطعم|فنادق|شركات|شركة|عيادة|محلات|מסעדות|מלון|"
-                               u"עסקים|חברות|רופא|עורכי דין|ร้านอาหาร|"
-                               u"โรงแรม|บริษัท|ร้าน|nhà hàng|khách sạn|công ty|rumah makan|perusahaan|toko|रेस्टोरेंट|होटल";
+    u"stomatolog stomatološ zubár zubar зъболек зубн стоматологи tannleg hammaslääk diş odontolog odontoiatr odontó "
+    u"οδοντίατρ οδοντιατρ υδραυλικ ηλεκτρολόγ δικηγόρ εστιατόρ ξενοδοχ γιατρ φαρμακ κομμωτήρ συνεργεί instalator "
+    u"inštalatér vodoinstalat rörmok rørlegg putkimi putkiliik vvs byggefirm byggfirm gasfitter canalizador serralh "
+    u"desentupid chaveir restauran reštaurác ravintol étterm vendéglő trattori pizzeri pizzeria takeaway gastronom "
+    u"сантехнік водопровод ресторан рестoран кав'ярн салон автосервіс автосервис юридичн нотаріус нотариус odvetnik "
+    u"odvjetnik advokát advokat advocaat avukat solicitor notair notari notaris notario huisarts apoteket apotek "
+    u"apoteekki eczane farmàci ljekarn lekarn lekáreň lekáren farmacj patika drogerie kuaför frisør frisör kampaamo "
+    u"kaderník kadeřnic frizer frizerski coiffur peluqueri barbearia barber hairdress nail spa massage physiotherap "
+    u"physiothérap fisioterap fizjoterap osteopat kinésithérap chiropract vétérinair veterinari dierenarts weterynarz "
+    u"eläinlääk dyrlæg carpint menuisi charpent falegnam stolarz truhlář asztalos snickar tømrer kirvesmi timmerman "
+    u"couvreur tejad dekarz pokrývač tetőfed dakdekker taklägg tømrer schilder peintr pintor imbianchin lakier malíř "
+    u"festő målare maler maalari elektriker elektryk elettricist sähkö elektromont villanyszerel электромонтаж mover "
+    u"movers packers umzug déménag mudanz traslochi verhuis przeprowadz stěhov költöz flyttfirm muutto перевоз "
+    u"immobilier inmobiliari immobiliar makelaar nieruchomoś realitn ingatlan mäklar megler kiinteistö недвижим "
+    u"assuranc seguros assicuraz verzeker ubezpiecz pojišť biztosít försäkr forsikr vakuut страхов comptable contable "
+    u"commercialist boekhoud księgow účetn könyvel redovis regnskap tilitoimist бухгалт webdesign werbeagentur "
+    u"printers druckerei imprimeri imprenta tipografi drukarni tiskárn nyomda tryckeri kfz carrosseri autoscuol "
+    u"fahrschule autoécole autoskol autoservis autoservice autowerkstatt autorepair officin taller talleres warsztat "
+    u"autóműhely bilverkstad bilverksted autokorjaam oto servis bicycl fahrrad catering caterer caterers florist "
+    u"florarie kwiaciarn květin virágbolt blomster kukkakaup цветы juwelier bijouteri joyeri gioielleri zlatni ékszer "
+    u"klenotn schmuck bäckereien bageri leipomo pékség pekárn pekařstv konditor metzgerei fleischer boucheri carnicer "
+    u"macelleri slagerij rzeźnik řeznic hentes slakter рестораны кафе бар отели гостиницы bank attraction locksmith "
+    u"serrur schlüsseldienst cerrajer fabbri cleaner reinigung locations branches filialen";
+constexpr auto businessMarks =
+    u"レストラン|飲食店|居酒屋|カフェ|ホテル|旅館|美容|歯科|歯医者|病院|医院|クリニック|"
+    u"弁護士|税理士|会社|企業|業者|店舗|お店|店|"
+    u"工務店|水道|電気工事|不動産|餐厅|餐馆|酒店|公司|企业|商家|医院|牙医|律师|厂家|餐廳|"
+    u"飯店|診所|商店|음식점|맛집|호텔|병원|치과|"
+    u"업체|회사|변호사|미용실|카페|의원|병원|식당|변호사|법률|학원|정비|부동산|牙醫|律師|餐館|水電|旅館|醫院|藥局|美髮|"
+    u"汽車|مطاعم|مطعم|فنادق|شركات|شركة|عيادة|محلات|מסעדות|מלון|"
+    u"עסקים|חברות|רופא|עורכי דין|ร้านอาหาร|"
+    u"โรงแรม|บริษัท|ร้าน|nhà hàng|khách sạn|công ty|rumah makan|perusahaan|toko|रेस्टोरेंट|होटल";
 
 constexpr auto otherStems =
     u"job jobs karriere career careers vacancies stellenangebot emploi empleo lavoro vacature praca recipe recipes "
@@ -293,9 +321,27 @@ bool IsUpper(QChar c) {
 HintSet HintsOfName(QStringView name) {
     static const QHash<QStringView, HintSet> table = TableOf(nameParts, u' ');
     HintSet hints = 0;
-    const auto look = [&hints](const QString& part) {
-        if (part.size() >= 2)
-            hints |= table.value(part, 0);
+    HintSet last = 0;   // what the last part of a name says that says anything
+    bool named = false; // whether an earlier part of it said "name"
+    HintSet ended = 0;  // what the names before it said
+    const auto endToken = [&] {
+        // "firm-trade" is the trade of a firm, "name-of-shop" a name.
+        constexpr HintSet others = Hint::Phone | Hint::Fax | Hint::Mail | Hint::Website | Hint::Address |
+                                   Hint::Category | Hint::Hours | Hint::Rating | Hint::Description | Hint::Map;
+        hints |= last;
+        if (named && (last & others) == 0)
+            hints = hints | Hint::Name;
+        last = 0;
+        named = false;
+        ended = hints;
+    };
+    const auto look = [&](const QString& part) {
+        const HintSet says = part.size() >= 2 ? table.value(part, 0) : 0;
+        if (says == 0)
+            return;
+        named = named || Has(last, Hint::Name);
+        hints |= last & ~static_cast<HintSet>(Hint::Name);
+        last = says;
     };
     QString before;
     // Some pages keep addresses in classes.
@@ -303,7 +349,16 @@ HintSet HintsOfName(QStringView name) {
         return 0;
     for (qsizetype at = 0; at < name.size() && at < 300;) {
         if (!IsLower(name[at]) && !IsUpper(name[at])) {
-            before = name[at].isSpace() ? QString() : before;
+            if (name[at].isSpace()) {
+                before.clear();
+                endToken();
+            } else if (name.sliced(at).startsWith(u"__") && at + 2 < name.size() && !name[at + 2].isSpace()) {
+                // "teaser__line": the block is the one around, this is its line.
+                before.clear();
+                hints = ended;
+                last = 0;
+                named = false;
+            }
             ++at;
             continue;
         }
@@ -321,6 +376,7 @@ HintSet HintsOfName(QStringView name) {
         before = part;
         at = end;
     }
+    endToken();
     return hints;
 }
 
@@ -350,7 +406,8 @@ LeadingLabel LabelAtBegin(QStringView text) {
     // "Tel. 030 123", "Fax 030 124": the label ends where the number begins.
     for (qsizetype i = 1; i < text.size() && i < 24; ++i)
         if (text[i].isDigit() || text[i] == u'+' || text[i] == u'(') {
-            const HintSet hints = HintsOfLabel(text.first(i));
+            // "T12 X4K8" is a postal code.
+            const HintSet hints = i > 1 || text[i] == u'+' || text[i] == u'(' ? HintsOfLabel(text.first(i)) : 0;
             return Has(hints, Hint::Phone) || Has(hints, Hint::Fax) ? LeadingLabel{hints, i} : LeadingLabel{};
         }
     return {};
@@ -368,6 +425,15 @@ bool NamesOtherThings(QStringView words) {
 
 bool NamesJobs(QStringView words) {
     static const StemSearch search(jobStems, jobMarks);
+    return search.FindsIn(words);
+}
+
+bool NamesOneFirm(QStringView words) {
+    static const StemSearch search(
+        u"contact kontakt contacto contatti contatto contato kapcsolat yhteystiedot impressum "
+        u"imprint legal about über wir nosotros somos sommes siamo standorte filialen "
+        u"locations branches offices team staff mitarbeiter",
+        u"お問い合わせ|会社概要|联系我们|контакт|επικοινωνία");
     return search.FindsIn(words);
 }
 

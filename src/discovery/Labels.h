@@ -79,6 +79,10 @@ bool NamesOtherThings(QStringView words);
 /// Whether a text is about vacancies: "Electrician (m/f/d)". `words`: as `BareWords` gives them.
 bool NamesJobs(QStringView words);
 
+/// Whether a text is the title of a firm's own page about itself: "Contact", "Our offices". `words`: as `BareWords`
+/// gives them.
+bool NamesOneFirm(QStringView words);
+
 /// Whether a text is one that buttons and links of any list bear: "more", "Website", "Directions".
 bool IsButtonText(QStringView words);
 

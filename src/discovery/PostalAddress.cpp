@@ -1,5 +1,6 @@
 #include "discovery/PostalAddress.h"
 
+#include "discovery/Labels.h"
 #include "discovery/PostalAddressWords.h"
 #include "toolkit/Text.h"
 
@@ -11,11 +12,6 @@ using namespace Qt::StringLiterals;
 namespace Brindle {
 
 namespace {
-
-bool IsIdeograph(QChar c) {
-    const char16_t u = c.unicode();
-    return (u >= 0x2E80 && u < 0xA000) || (u >= 0xAC00 && u < 0xD7B0);
-}
 
 constexpr QStringView edges = u" ,;|•·\n、，-–—/";
 
@@ -53,18 +49,8 @@ QString Levelled(QStringView text) {
 }
 
 QStringView WithoutLabel(QStringView text) {
-    static const QStringView labels[] = {
-        u"address", u"adresse",  u"anschrift", u"indirizzo", u"dirección", u"direccion", u"adres",
-        u"adress",  u"endereço", u"morada",    u"住所",      u"所在地",    u"地址",      u"주소",
-        u"адрес",   u"адреса",   u"διεύθυνση", u"osoite",    u"cím",       u"domicilio", u"sede"};
-    const qsizetype colon = text.indexOf(u':') >= 0 ? text.indexOf(u':') : text.indexOf(u'：');
-    if (colon < 0 || colon > 12)
-        return text;
-    const QStringView head = Stripped(text.first(colon));
-    for (const QStringView label : labels)
-        if (head.compare(label, Qt::CaseInsensitive) == 0)
-            return Stripped(text.sliced(colon + 1));
-    return text;
+    const LeadingLabel label = LabelAtBegin(text);
+    return Has(label.Hints, Hint::Address) ? Stripped(text.sliced(label.Length)) : text;
 }
 
 class Splitter {
@@ -392,6 +378,21 @@ private:
         return true;
     }
 
+    // Behind the number that ends a street in texts like "Jalan Merdeka 215 Bandung"; -1 when it does not end one.
+    static qsizetype EndOfNumberIn(QStringView text) {
+        if (text.isEmpty() || text.front().isDigit() || !HasStreetWord(text))
+            return -1;
+        qsizetype end = text.size();
+        while (end > 0 && !text[end - 1].isDigit())
+            --end;
+        const QStringView behind = text.sliced(end);
+        // A letter of the number's own, a comma: what follows is another matter.
+        return end > 0 && behind.size() > 3 && behind.front() == u' ' && behind[1].isUpper() &&
+                       AreNames(behind.sliced(1))
+                   ? end
+                   : -1;
+    }
+
     // Whether all words but short ones begin as names do.
     static bool AreNames(QStringView text) {
         bool start = true;
@@ -500,7 +501,9 @@ private:
         const QStringView city = rest.back();
         if (rest.size() == 1 && StreetLike(city)) {
             // Street and city without a comma: behind the word that ends the street.
-            const qsizetype end = EndOfStreetIn(city);
+            qsizetype end = EndOfStreetIn(city);
+            if (end < 0 || end == city.size())
+                end = std::max(end, EndOfNumberIn(city));
             const QStringView place = end < 0 ? QStringView() : Stripped(city.sliced(end));
             if (!place.isEmpty() && !HasDigit(place)) {
                 parts_.Street = Stripped(city.first(end)).toString();

@@ -50,7 +50,8 @@ bool Joins(QChar c) {
            c == u'=' || c == u'€' || c == u'$' || c == u'£';
 }
 
-bool IsIdeograph(QChar c) {
+// Ideographs and the marks beside them: 〒, 「.
+bool IsEastern(QChar c) {
     return c.unicode() >= 0x2E80 && c.unicode() < 0xFF00;
 }
 
@@ -64,14 +65,14 @@ bool MayBegin(QStringView text, qsizetype at, std::span<const QStringView> prefi
             if (at > prefix.size() && text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
                 (at == prefix.size() + 1 || !text[at - 2 - prefix.size()].isLetterOrNumber()))
                 return true;
-    return (!before.isLetterOrNumber() || IsIdeograph(before)) && !Joins(before);
+    return (!before.isLetterOrNumber() || IsEastern(before)) && !Joins(before);
 }
 
 bool MayEnd(QStringView text, qsizetype at) {
     if (at >= text.size())
         return true;
     const QChar behind = text[at];
-    if (behind.isLetterOrNumber() && !IsIdeograph(behind))
+    if (behind.isLetterOrNumber() && !IsEastern(behind))
         return false;
     const bool digitNext = at + 1 < text.size() && text[at + 1].isLetterOrNumber();
     return !((Joins(behind) || behind == u',' || behind == u':') && digitNext &&
@@ -170,7 +171,7 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
     const auto named = [text](qsizetype at) {
         while (at < text.size() && (text[at].isSpace() || text[at] == u',' || text[at] == u'-'))
             ++at;
-        return at < text.size() && (text[at].isUpper() || IsIdeograph(text[at]));
+        return at < text.size() && (text[at].isUpper() || IsEastern(text[at]));
     };
     for (const TextSpan& code : codes) {
         const bool letters = text.sliced(code.Begin, code.End - code.Begin).contains(u' ') ||
@@ -178,6 +179,11 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
         const bool start = code.Begin == 0 || text.first(code.Begin).endsWith(u'\n') ||
                            text.first(code.Begin).trimmed().endsWith(u',') || text[code.Begin - 1] == u'〒';
         const bool state = StateAtEnd(region, text.first(code.Begin).trimmed()) > 0;
+        // "1925, Museum": a year and what happened.
+        const bool year = code.End - code.Begin == 4 && code.End < text.size() && text[code.End] == u',' &&
+                          (text[code.Begin] == u'1' || text[code.Begin] == u'2');
+        if (year)
+            continue;
         if (named(code.End) && (start || letters || HasDigit(text.first(code.Begin))))
             return true;
         if (state || (letters && code.Begin > 3 && code.End == text.size()))

@@ -31,7 +31,7 @@ inline constexpr AddressCountry addressCountries[] = {
     {u"AU", AddressOrder::CityStateCode, u"9999", u"", u"", u"Australia|Australien|Australie|Austrália|オーストラリア"},
     {u"BE", AddressOrder::CodeCity, u"9999", u"B|BE", u"", u"Belgium|Belgien|Belgique|België|Belgio|Bélgica|Belgia|ベルギー"},
     {u"BG", AddressOrder::CodeCity, u"9999", u"BG", u"bg", u"Bulgaria|Bulgarien|Bulgarie|България|Bułgaria"},
-    {u"BR", AddressOrder::CityStateCode, u"99999-999|99999999", u"", u"", u"Brazil|Brasil|Brasilien|Brésil|Brasile|Brazylia|ブラジル"},
+    {u"BR", AddressOrder::CityStateCode, u"99999-999|99999999", u"CEP|CEP:", u"", u"Brazil|Brasil|Brasilien|Brésil|Brasile|Brazylia|ブラジル"},
     {u"CA", AddressOrder::CityStateCode, u"A9A 9A9|A9A-9A9", u"", u"", u"Canada|Kanada|Canadá|カナダ"},
     {u"CH", AddressOrder::CodeCity, u"9999", u"CH", u"rm", u"Switzerland|Schweiz|Suisse|Svizzera|Suiza|Szwajcaria|Zwitserland|Svizra|スイス|Schweiz/Suisse"},
     {u"CL", AddressOrder::CityCode, u"999 9999", u"", u"", u"Chile|Chili|Cile"},

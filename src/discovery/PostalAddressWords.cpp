@@ -97,11 +97,6 @@ bool IsJoin(QChar c) {
     return c == u'-' || c == u'\'' || c == u'’' || c == u'/' || c == u'.' || c == u'º' || c == u'ª';
 }
 
-bool IsIdeograph(QChar c) {
-    const char16_t u = c.unicode();
-    return (u >= 0x2E80 && u < 0xA000) || (u >= 0xAC00 && u < 0xD7B0) || (u >= 0xF900 && u < 0xFB00);
-}
-
 // The next word from `at` on; its end is `at` when there is none.
 Word NextWord(QStringView text, qsizetype at) {
     Word word;
@@ -181,13 +176,11 @@ bool IsStreetWord(QStringView text, const Word& before, const Word& word, const 
         const QStringView next = text.sliced(behind.Begin, behind.End - behind.Begin);
         const bool link = std::any_of(std::begin(links), std::end(links),
                                       [next](QStringView l) { return next.compare(l, Qt::CaseInsensitive) == 0; });
-        const bool germanOnly = text[word.End - 1] == u'm' || text[word.End - 1] == u'f';
         const QStringView self = text.sliced(word.Begin, word.End - word.Begin);
         static const QStringView weak[] = {u"am", u"an", u"im",   u"zum",  u"zur",   u"auf", u"unter",
                                            u"c.", u"a",  u"zone", u"parc", u"place", u"voie"};
         const bool isWeak = std::any_of(std::begin(weak), std::end(weak),
                                         [self](QStringView w) { return self.compare(w, Qt::CaseInsensitive) == 0; });
-        Q_UNUSED(germanOnly);
         if (isWeak) {
             // "Am Tabor 1": a name and then a number.
             const Word number = NextWord(text, behind.End);
@@ -291,7 +284,11 @@ qsizetype EndOfStreetIn(QStringView text) {
     qsizetype end = -1;
     bool unit = false;
     EachWord(text, [&](const Word& before, const Word& word, const Word& behind) {
-        if ((word.Roles & Behind) && IsStreetWord(text, before, word, behind) && !(word.Begin == 0)) {
+        // "12 Lincoln Ave St. Louis"
+        const bool saint = end >= 0 && end == before.End && behind.Named && !behind.Number &&
+                           text.sliced(word.Begin, word.End - word.Begin).startsWith(u"St", Qt::CaseInsensitive) &&
+                           word.End - word.Begin <= 3;
+        if ((word.Roles & Behind) && !saint && IsStreetWord(text, before, word, behind) && !(word.Begin == 0)) {
             end = word.End;
             unit = true;
         } else if (unit && ((word.Roles & Unit) != 0 || word.Number || text[word.Begin] == u'#')) {

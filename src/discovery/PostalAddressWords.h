@@ -35,4 +35,9 @@ QString RegionByCode(QStringView text);
 
 bool HasDigit(QStringView text);
 
+inline bool IsIdeograph(QChar c) {
+    const char16_t u = c.unicode();
+    return (u >= 0x2E80 && u < 0xA000) || (u >= 0xAC00 && u < 0xD7B0) || (u >= 0xF900 && u < 0xFB00);
+}
+
 } // namespace Brindle

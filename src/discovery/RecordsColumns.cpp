@@ -144,6 +144,8 @@ void RecordColumns::ReadLines(size_t record) {
         const LeadingLabel label = LabelAtBegin(text);
         line.Label = label.Hints;
         line.LabelLength = label.Length;
+        if (label.Hints == 0 && line.EndPiece - line.FirstPiece > 1 && !Page.LinkAt(parent))
+            ReadLabelElement(line);
         if (line.Label == 0)
             line.Label = before;
         if (line.Label == 0 && !header_.empty())
@@ -156,6 +158,20 @@ void RecordColumns::ReadLines(size_t record) {
                            Page.Page.Is(parent, u"th") || !Page.LinkAt(parent)));
         before = isLabel ? HintsOfLabel(text) : 0;
     }
+}
+
+// "<span>Address</span> <span>12 Main St</span>": a label is an element of its own.
+void RecordColumns::ReadLabelElement(RecordLine& line) const {
+    const TextPiece& first = Page.Lines.Pieces[static_cast<size_t>(line.FirstPiece)];
+    const TextPiece& second = Page.Lines.Pieces[static_cast<size_t>(line.FirstPiece) + 1];
+    const QStringView text = Page.Lines.TextOf(first);
+    if (text.size() < 3 || text.size() > 30 || Page.Page.Parent(first.Node) == Page.Page.Parent(second.Node))
+        return;
+    const HintSet hints = HintsOfLabel(text);
+    if ((hints & ~(Hint::Name | Hint::Business)) == 0)
+        return;
+    line.Label = hints;
+    line.LabelLength = second.Begin - first.Begin;
 }
 
 void RecordColumns::ReadColumns(size_t record) {
@@ -177,8 +193,7 @@ void RecordColumns::ReadColumns(size_t record) {
                 const bool matters = level == 0 || IsHeadingName(name) || name == u"a" ||
                                      (hints & (Hint::Name | Hint::Category | Hint::City | Hint::Address)) != 0;
                 if (matters) {
-                    const quint64 path =
-                        Mixed(PathOf(element, range), static_cast<quint64>(CellOf(element, range) + 1));
+                    const quint64 path = PlaceOf(element, range);
                     int& ordinal = ordinals[path];
                     const quint64 key = Mixed(path, static_cast<quint64>(std::min(ordinal++, mostOrdinals)));
                     auto found = numbers_.find(key);

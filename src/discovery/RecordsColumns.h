@@ -63,10 +63,15 @@ public:
     QString TextOf(NodeIndex node) const;
     /// The columns' path of an element within a record.
     quint64 PathOf(NodeIndex node, const RecordRange& record) const;
+    /// The same with its cell, where the record is the row of a table.
+    quint64 PlaceOf(NodeIndex node, const RecordRange& record) const {
+        return Mixed(PathOf(node, record), static_cast<quint64>(CellOf(node, record) + 1));
+    }
 
 private:
     void ReadHeader();
     void ReadLines(size_t record);
+    void ReadLabelElement(RecordLine& line) const;
     void ReadColumns(size_t record);
     void Measure(RecordColumn& column) const;
     HintSet HintsAround(NodeIndex node, const RecordRange& record, int levels) const;

@@ -25,7 +25,8 @@ void Within(const List& list, const RecordRange& range, Use use) {
         use(*at);
 }
 
-// "https://site/out?url=https%3A%2F%2Fwww.joes.example": where a counting link leads.
+} // namespace
+
 QString RedirectTarget(const QString& address) {
     const qsizetype query = address.indexOf(u'?');
     if (query < 0)
@@ -40,8 +41,6 @@ QString RedirectTarget(const QString& address) {
     }
     return {};
 }
-
-} // namespace
 
 QString WebAddressIn(QStringView text) {
     QStringView word = text.trimmed();
@@ -81,7 +80,7 @@ RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns)
         bool first = true;
         Within(page_.Phones, range, [&](const PagePhone& phone) {
             if (first && phone.Line >= 0)
-                ++paths[columns_.PathOf(page_.Page.Parent(phone.Node), range)];
+                ++paths[columns_.PlaceOf(page_.Page.Parent(phone.Node), range)];
             first = false;
         });
         for (const QString& phone : phones)
@@ -215,8 +214,8 @@ void RecordContacts::ReadPhoneOfColumn(size_t record, Lead& lead, std::array<Nod
             const QStringView value = text.sliced(LabelAtBegin(text).Length);
             const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
             const bool code = codes.size() == 1 && codes.front().End - codes.front().Begin >= value.size();
-            if (code || DigitsOfPhone(value).isEmpty() || Has(line.Label, Hint::Fax) ||
-                columns_.PathOf(page_.Page.Parent(piece.Node), range) != phonePath_)
+            if (code || DigitsOfPhone(value).isEmpty() || Has(line.Label, Hint::Fax) || HasDate(value) ||
+                columns_.PlaceOf(page_.Page.Parent(piece.Node), range) != phonePath_)
                 continue;
             lead.Phone = value.toString();
             nodes[static_cast<size_t>(Field::Phone)] = piece.Node;
@@ -269,9 +268,12 @@ void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
             const bool rare = records == 1 || (records <= 3 && count >= 8);
             if (!rare && !says)
                 return;
-            if (records * 2 > count && count >= 3) {
-                // One host for all: a counter that passes on, or no website.
-                target = RedirectTarget(link.Address);
+            target = RedirectTarget(link.Address);
+            if (!target.isEmpty() && SiteOf(target) != page_.Site && SiteOf(target) != link.Host) {
+                // A counter that passes on.
+            } else if (records * 2 > count && count >= 3) {
+                // One host for all: no website.
+                target.clear();
                 if (target.isEmpty() && says)
                     target = WebAddressIn(page_.TextWithin(link.Node));
                 if (target.isEmpty())

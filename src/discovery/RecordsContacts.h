@@ -37,4 +37,8 @@ private:
 /// An address that a text is ("www.joes.example"), as one of the web; empty when it is none.
 QString WebAddressIn(QStringView text);
 
+/// Where a link leads that only counts and passes on, "https://site/out?url=https%3A%2F%2Fwww.joes.example"; empty when
+/// it is none.
+QString RedirectTarget(const QString& address);
+
 } // namespace Brindle

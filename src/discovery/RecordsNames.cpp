@@ -1,5 +1,7 @@
 #include "discovery/RecordsNames.h"
 
+#include "discovery/RecordsContacts.h"
+
 #include <QHash>
 #include <QSet>
 
@@ -137,7 +139,7 @@ void RecordNames::ChooseDetails() {
         auto link = std::lower_bound(page.Links.begin(), page.Links.end(), range.Begin,
                                      [](const PageLink& one, NodeIndex node) { return one.Node < node; });
         for (; link != page.Links.end() && link->Node < range.End; ++link)
-            if (link->Kind == LinkKind::Own)
+            if (link->Kind == LinkKind::Own && RedirectTarget(link->Address).isEmpty())
                 use(*link);
     };
     for (const RecordRange& range : columns_.List.Records) {
@@ -184,7 +186,7 @@ void RecordNames::ChooseDetails() {
         }
         int best = static_cast<int>(columns_.Count()) / 3;
         ownLinks(range, [&](const PageLink& link) {
-            if (seen.value(link.Address) > 1)
+            if (seen.value(link.Address) > 1 || LeadsElsewhere(link))
                 return;
             const int count = paths.value(columns_.PathOf(link.Node, range));
             if (count > best) {
@@ -193,6 +195,12 @@ void RecordNames::ChooseDetails() {
             }
         });
     }
+}
+
+// Links that say that they lead to something else than the record's page.
+bool RecordNames::LeadsElsewhere(const PageLink& link) const {
+    constexpr HintSet others = Hint::Map | Hint::Category | Hint::Review | Hint::Mail | Hint::Phone | Hint::Fax;
+    return ((columns_.Page.HintsOf(link.Node) | HintsOfLabel(columns_.Page.TextWithin(link.Node))) & others) != 0;
 }
 
 const PageLink* RecordNames::DetailsOf(size_t record) const {

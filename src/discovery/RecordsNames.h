@@ -26,6 +26,7 @@ private:
     QString ReadName(size_t record) const;
     void ChooseNames();
     void ChooseDetails();
+    bool LeadsElsewhere(const PageLink& link) const;
 
     const RecordColumns& columns_;
     double score_ = 0;

@@ -3,6 +3,7 @@
 #include "discovery/RecordsAddress.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Brindle {
 
@@ -19,6 +20,17 @@ constexpr HintSet partHints = Hint::Street | Hint::City | Hint::State | Hint::Po
 
 bool HasDigit(QStringView text) {
     return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+}
+
+// Countries whose addresses may begin with the town.
+bool PutsTownFirst(QStringView region) {
+    constexpr std::array<QStringView, 9> regions{u"RU", u"UA", u"HU", u"BG", u"RS", u"JP", u"KR", u"CN", u"TW"};
+    return std::find(regions.begin(), regions.end(), region) != regions.end();
+}
+
+// Three letters and a digit: "High Road 5".
+bool IsNumberedName(QStringView text) {
+    return HasDigit(text) && std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); }) >= 3;
 }
 
 bool IsMarksOnly(QStringView text) {
@@ -53,7 +65,10 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     const NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     if (node == noNode || node == name)
         return;
-    lead.Category = ListText(node);
+    const QString category = ListText(node);
+    if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty())
+        return;
+    lead.Category = category;
     nodes[static_cast<size_t>(Field::Category)] = node;
 }
 
@@ -193,10 +208,39 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
 // Whether a segment is a postal code and nothing else.
 bool RecordPlaces::IsBareCode(const Segment& segment) const {
     const QStringView value = ValueOf(segment);
-    if (segment.Excluded || value.size() > 12 || value.size() < 3)
+    if (segment.Excluded || value.size() > 16 || value.size() < 3)
         return false;
     const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
-    return codes.size() == 1 && codes.front().End - codes.front().Begin + 2 >= value.size();
+    if (codes.size() != 1 || codes.front().End < value.size())
+        return false;
+    // "CEP 01310-100", "C.P. 44100"
+    const QStringView before = value.first(codes.front().Begin);
+    return before.size() <= 2 || Has(HintsOfLabel(before), Hint::PostalCode);
+}
+
+// Whether a segment has a postal code and, before it or behind a comma, what must be the street.
+bool RecordPlaces::HoldsMoreThanTown(const Segment& segment) const {
+    const QStringView value = ValueOf(segment);
+    for (const TextSpan& code : PostalCodesIn(value, page_.Region)) {
+        const qsizetype comma = value.indexOf(u',', code.End);
+        if (IsNumberedName(value.first(code.Begin)) || (comma >= 0 && IsNumberedName(value.sliced(comma))))
+            return true;
+    }
+    return false;
+}
+
+// Whether a segment is a postal code beside a name: "Wellington 6011". Only behind a street it is sure to be one.
+bool RecordPlaces::IsTownWithCode(const Segment& segment) const {
+    const QStringView value = ValueOf(segment);
+    if (segment.Excluded || value.size() > 60 || !value.front().isLetterOrNumber())
+        return false;
+    const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
+    if (codes.size() != 1)
+        return false;
+    const auto [begin, end] = codes.front();
+    const QString rest = value.first(begin).toString() + value.sliced(end);
+    const QString words = BareWords(rest);
+    return words.size() >= 2 && !HasDigit(words) && !rest.trimmed().front().isLower() && HintsOfLabel(words) == 0;
 }
 
 // A line behind the street that may be the town: the first one, or one before a postal code.
@@ -257,14 +301,22 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
         // behind all, without any sign of their own.
         if (group.PostalCode && !group.Street && group.Begin > 0 && may(group.Begin - 1, group.Begin)) {
             const Segment& before = segments[group.Begin - 1];
-            if (HasDigit(ValueOf(before)) || before.Line + 1 == segments[group.Begin].Line) {
+            if (HoldsMoreThanTown(segments[group.Begin])) {
+                group.Street = true;
+            } else if (HasDigit(ValueOf(before)) || HasStreetWord(ValueOf(before)) ||
+                       (before.Line + 1 == segments[group.Begin].Line &&
+                        ParentOf(before) == ParentOf(segments[group.Begin]))) {
                 --group.Begin;
                 group.Street = true;
             }
         }
         if (group.PostalCode && !group.Street && group.End < segments.size() && may(group.End, group.End - 1) &&
-            HasDigit(ValueOf(segments[group.End])))
+            IsNumberedName(ValueOf(segments[group.End])))
             ++group.End;
+        if (!group.PostalCode && group.Begin > 0 && PutsTownFirst(page_.Region) && may(group.Begin - 1, group.Begin) &&
+            !HasDigit(ValueOf(segments[group.Begin - 1])) &&
+            ParentOf(segments[group.Begin - 1]) == ParentOf(segments[group.Begin]))
+            --group.Begin;
         if (!group.PostalCode && group.Begin > 0 && IsBareCode(segments[group.Begin - 1])) {
             --group.Begin;
             group.PostalCode = true;
@@ -273,7 +325,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             const Segment& behind = segments[group.End];
             if (!may(group.End, group.End - 1) || (behind.Label != 0 && (behind.Label & placeHints) == 0))
                 break;
-            group.PostalCode = IsBareCode(behind);
+            group.PostalCode = IsBareCode(behind) || IsTownWithCode(behind);
             if (!group.PostalCode &&
                 (HasDigit(ValueOf(behind)) || added == 2 || !IsTownLike(segments, group.End, added)))
                 break;
@@ -353,6 +405,20 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
             return;
         if (Has(hints, Hint::Street) && AddressSignsIn(value, page_.Region).PostalCode)
             return;
+        // "8001 Zürich" in the column of the towns.
+        if (Has(hints, Hint::City) && HasDigit(value))
+            if (const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region); !codes.empty()) {
+                const AddressParts parts = SplitAddress(value, page_.Country);
+                if (parts.PostalCode.isEmpty() || parts.City.isEmpty())
+                    return;
+                if (lead.PostalCode.isEmpty())
+                    lead.PostalCode = parts.PostalCode;
+                if (lead.City.isEmpty())
+                    lead.City = parts.City;
+                if (lead.State.isEmpty())
+                    lead.State = parts.State;
+                return;
+            }
         for (const auto& [hint, part] :
              {std::pair(Hint::Street, &lead.Street), std::pair(Hint::PostalCode, &lead.PostalCode),
               std::pair(Hint::City, &lead.City), std::pair(Hint::State, &lead.State),
@@ -389,6 +455,44 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     // Where each part has a column of its own, the town's is the last one.
     if (!lead.City.isEmpty() && !lead.FullAddress.contains(lead.City, Qt::CaseInsensitive))
         lead.FullAddress += (lead.FullAddress.endsWith(lead.PostalCode) ? u" "_s : u", "_s) + lead.City;
+}
+
+// Without an address, short texts that the page's headings name may be the towns: "25 lawyers in Vancouver".
+void RecordPlaces::ChooseTown(const QString& subject, const std::vector<Lead>& leads) {
+    const auto placed = std::count_if(leads.begin(), leads.end(), [](const Lead& lead) {
+        return !lead.FullAddress.isEmpty() || !lead.City.isEmpty();
+    });
+    if (placed > 0 || subject.isEmpty())
+        return;
+    int most = static_cast<int>(columns_.Count()) / 2;
+    for (size_t i = 0; i < columns_.Columns.size(); ++i) {
+        const RecordColumn& column = columns_.Columns[i];
+        if (column.IsHeading || ((column.Own | column.Label) & (otherHints | Hint::Name)) != 0 || column.Digits > 0.4 ||
+            column.Length > 40 || column.Length < 2 || column.Buttons > 0.2)
+            continue;
+        int named = 0;
+        int trades = 0;
+        for (size_t record = 0; record < column.Nodes.size(); ++record) {
+            const QString words =
+                column.Nodes[record] == noNode ? QString() : BareWords(columns_.TextOf(column.Nodes[record]));
+            named += words.size() >= 2 && subject.contains(words);
+            trades += NamesBusinesses(words);
+        }
+        if (named > most && trades * 4 < named) {
+            most = named;
+            town_ = static_cast<int>(i);
+        }
+    }
+}
+
+void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    const NodeIndex node = town_ < 0 ? noNode : columns_.Columns[static_cast<size_t>(town_)].Nodes[record];
+    if (node == noNode || node == name || !lead.FullAddress.isEmpty() || !lead.City.isEmpty())
+        return;
+    lead.City = columns_.TextOf(node);
+    lead.FullAddress = lead.City;
+    nodes[static_cast<size_t>(Field::City)] = node;
+    nodes[static_cast<size_t>(Field::FullAddress)] = node;
 }
 
 void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {

@@ -14,6 +14,10 @@ public:
 
     /// Fills the address of one record; `nodes` gets the element that it was taken from.
     void ReadAddress(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    /// Chooses the column of the towns where no record has an address; `subject` as below.
+    void ChooseTown(const QString& subject, const std::vector<Lead>& leads);
+    /// Fills the town of one record that has no address.
+    void ReadTown(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     /// Chooses the column of the trades; `leads` by record, with their names and addresses; `subject`: bare words of
     /// the page's headings.
     void ChooseCategory(const QString& subject, const std::vector<Lead>& leads);
@@ -44,6 +48,11 @@ private:
     QStringView ValueOf(const Segment& segment) const;
     QString PartedValue(const Segment& segment) const;
     bool IsBareCode(const Segment& segment) const;
+    bool HoldsMoreThanTown(const Segment& segment) const;
+    bool IsTownWithCode(const Segment& segment) const;
+    NodeIndex ParentOf(const Segment& segment) const {
+        return page_.Page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
+    }
     bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;
     bool Beside(const Segment& one, const Segment& other) const;
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
@@ -52,7 +61,8 @@ private:
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
-    int category_ = -1; // of the columns
+    int town_ = -1; // of the columns
+    int category_ = -1;
     QString categoryWhy_;
 };
 

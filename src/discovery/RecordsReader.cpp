@@ -5,6 +5,7 @@
 #include "discovery/RecordsPlaces.h"
 #include "discovery/RecordsSelectors.h"
 
+#include <QSet>
 #include <QUrl>
 
 #include <algorithm>
@@ -31,8 +32,14 @@ struct Shares {
     double Date = 0;
     double Street = 0;
     double Jobs = 0;
+    double Trades = 0; ///< a category that names a kind of business
+    double House = 0;  ///< mail of the page's own site, or numbers of one exchange: the people of one house
     HintSet Often = 0; ///< what at least half of the records say of themselves
 };
+
+bool HasStreetNumber(QStringView street) {
+    return std::any_of(street.begin(), street.end(), [](QChar c) { return c.isDigit(); });
+}
 
 class ListReader {
 public:
@@ -138,10 +145,12 @@ private:
             nodes_.push_back(nodes);
             leads.push_back(std::move(lead));
         }
+        places.ChooseTown(subject_.Words, leads);
         places.ChooseCategory(subject_.Words, leads);
         placesWhy_ = places.CategoryWhy();
         for (size_t record = 0; record < columns_.Count(); ++record) {
             Lead& lead = leads[record];
+            places.ReadTown(record, names_.NodeOf(record), lead, nodes_[record]);
             places.ReadCategory(record, names_.NodeOf(record), lead, nodes_[record]);
             const RecordRange& range = columns_.List.Records[record];
             if (!lead.Name.isEmpty() && !IsButtonText(BareWords(lead.Name)))
@@ -158,7 +167,7 @@ private:
             const NodeFacts& facts = page_.FactsOf(record.Begin);
             shares.Phone += !lead.Phone.isEmpty();
             if (!lead.FullAddress.isEmpty()) {
-                const bool street = facts.Streets > 0 || !lead.Street.isEmpty();
+                const bool street = facts.Streets > 0 || HasStreetNumber(lead.Street);
                 const bool code = facts.PostalCodes > 0 || !lead.PostalCode.isEmpty();
                 shares.Street += street;
                 shares.Address += street && code ? 1 : street || code ? 0.6 : 0;
@@ -168,6 +177,8 @@ private:
             shares.Mail += !lead.Email.isEmpty();
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
+            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareWords(lead.Category));
+            shares.House += lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site);
             shares.Details += !lead.DetailsLink.isEmpty();
             shares.Rating += facts.Ratings > 0;
             HintSet here = page_.HintsOf(record.Begin);
@@ -182,12 +193,24 @@ private:
         }
         for (double* const share : {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail,
                                     &shares.Map, &shares.Category, &shares.Details, &shares.Rating, &shares.Price,
-                                    &shares.Date, &shares.Street, &shares.Jobs})
+                                    &shares.Date, &shares.Street, &shares.Jobs, &shares.Trades, &shares.House})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
                 shares.Often |= 1U << bit;
         return shares;
+    }
+
+    // How many different categories there are, as a share of the records that have one.
+    double DistinctCategories() const {
+        QSet<QString> categories;
+        int filled = 0;
+        for (const PageRecord& record : reading_.Records)
+            if (!record.Fields.Category.isEmpty()) {
+                categories.insert(record.Fields.Category);
+                ++filled;
+            }
+        return filled == 0 ? 0 : static_cast<double>(categories.size()) / filled;
     }
 
     // Amounts and dates that are a record's own: no price ranges, no dates of reviews.
@@ -242,8 +265,12 @@ private:
             return no(u"its names repeat"_s);
         if (shares.Price > 0.5 && shares.Phone < 0.5)
             return no(u"its records have prices"_s);
-        if (shares.Date > 0.5 && shares.Phone < 0.3)
+        // Dates of reviews or of a membership stand in lists of addresses, too.
+        const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
+        if (dated && (shares.Street < 0.5 || !subject_.Businesses || subject_.OtherThings))
             return no(u"its records have dates"_s);
+        if (shares.House > 0.6 && shares.Address < 0.3)
+            return no(u"its records are people of one house"_s);
         if ((often(Hint::Job) || often(Hint::Product) || often(Hint::Event)) && shares.Phone < 0.5)
             return no(u"its records call themselves jobs, goods or events"_s);
         if (often(Hint::Author) && shares.Phone < 0.5)
@@ -261,9 +288,11 @@ private:
         // Two addresses stand in many a footer, three or four in many an article.
         const double both = std::min(shares.Phone, shares.Address);
         const bool few = count < 5;
-        if (few && (names_.Score() < 2.5 || (shares.Details < 0.5 && !often(Hint::Business) && !subject_.Businesses)))
+        const bool directory = subject_.Businesses && !subject_.OtherThings && !subject_.OneFirm;
+        if (few && (names_.Score() < (directory && both >= 0.9 ? 1.5 : 2.5) ||
+                    (shares.Details < 0.5 && !often(Hint::Business) && !subject_.Businesses)))
             return no(u"too few records to be sure of"_s);
-        if (count < 3 && (both < 0.9 || shares.Details < 0.9))
+        if (count < 3 && (both < 0.9 || (shares.Details < 0.9 && !directory)))
             return no(u"two records are not enough to be sure of"_s);
         if (reachable && contact >= wanted) {
             reading_.Sure = true;
@@ -275,7 +304,8 @@ private:
         // Names, towns and links only.
         if (count < 5)
             return no(u"too few records without phones and addresses"_s);
-        if (other || !subject_.Businesses)
+        const bool trades = shares.Trades >= 0.5 && shares.Place >= 0.5 && DistinctCategories() <= 0.7;
+        if (other || (!subject_.Businesses && !trades))
             return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
         if (shares.Price > 0.5 || shares.Date > 0.5)
             return no(u"its records have prices or dates"_s);
@@ -323,6 +353,7 @@ PageSubject SubjectOf(const PageAnnotations& page) {
     subject.Businesses = NamesBusinesses(words);
     subject.OtherThings = NamesOtherThings(words);
     subject.Jobs = NamesJobs(words);
+    subject.OneFirm = NamesOneFirm(words);
     return subject;
 }
 

@@ -10,7 +10,8 @@ struct PageSubject {
     bool Businesses = false; ///< it names a kind of business or a directory
     bool OtherThings = false;
     bool Jobs = false;
-    QString Words; ///< of title and first headings, bare
+    bool OneFirm = false; ///< it is a firm's page about itself
+    QString Words;        ///< of title and first headings, bare
 };
 PageSubject SubjectOf(const PageAnnotations& page);
 

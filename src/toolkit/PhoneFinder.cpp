@@ -230,6 +230,10 @@ private:
                 ++at;
             if (at == gap || at >= text_.size() || DigitOf(text_[at]) < 0)
                 break;
+            // A point in the middle between blanks parts what stands in a line.
+            if (const QStringView between = Cut(gap, at);
+                between.size() >= 3 && (between.contains(u'\u00B7') || between.contains(u'\u2022')))
+                break;
             // A bracket behind enough digits begins the next number.
             if (digits >= 8 && Cut(gap, at).contains(u'('))
                 break;
@@ -245,10 +249,20 @@ private:
     }
 
     void Judge(qsizetype begin, int digits) {
+        // "D02 X285 - (021) 555": what is a part of a word is none of the number behind it.
+        if (begin > 0 && !IsPlus(text_[begin]) && IsGlued(text_[begin - 1])) {
+            while (groups_.size() > 1 && Gap(0).size() < 3)
+                groups_.erase(groups_.begin());
+            if (groups_.size() < 2)
+                return;
+            groups_.erase(groups_.begin());
+            begin = groups_.front().Begin;
+            digits = 0;
+            for (const Group& group : groups_)
+                digits += static_cast<int>(group.End - group.Begin);
+        }
         bool bracket = begin > 0 && text_[begin - 1] == u'(';
         const QStringView before = text_.first(bracket ? begin - 1 : begin);
-        if (begin > 0 && !bracket && !IsPlus(text_[begin]) && IsGlued(text_[begin - 1]))
-            return;
         const Announced announced = WhatIsAnnounced(before, nullptr);
         labelled_ = announced == Announced::Phone;
         if ((announced == Announced::Other && !IsPlus(text_[begin])) || (digits < 5 && !labelled_ && !MayBeVanity()))
@@ -330,13 +344,14 @@ private:
         bool small = count >= 2;
         bool dashed = false;
         for (std::size_t i = 0; i < count; ++i) {
-            small = small && Size(i) <= 2 && Value(i) < 60;
+            small = small && Size(i) <= 2 && (Value(i) <= 24 || (Value(i) < 60 && Value(i) % 5 == 0));
             if (i + 1 < count)
                 dashed = dashed || std::any_of(Gap(i).begin(), Gap(i).end(), IsPhoneDash);
         }
         if (small && dashed && (count <= 4 || Gap(0) == u"."))
             return true;
-        if (count == 4 && dashed && Size(0) <= 2 && Size(1) == 2 && Size(2) <= 2 && Size(3) == 2 && Value(0) <= 24)
+        if (count == 4 && dashed && Size(0) <= 2 && Size(1) == 2 && Size(2) <= 2 && Size(3) == 2 && Value(0) <= 24 &&
+            Value(1) < 60 && Value(1) % 5 == 0 && Value(2) <= 24 && Value(3) < 60 && Value(3) % 5 == 0)
             return true;
         // 1000 and 1400 as times without a point, 52.5200 as a place on the globe
         if (count == 2 && Size(0) == 4 && Size(1) == 4 && Value(0) <= 2400 && Value(1) <= 2400 && dashed)
@@ -412,7 +427,7 @@ private:
         const bool alone = Cut(begin, groups_[last].End).size() + 2 >= text_.size();
         const bool bracket = begin > 0 && text_[begin - 1] == u'(';
         if (first == last)
-            return alone ||
+            return alone || (Size(first) >= 8 && IsListed(begin, groups_[last].End)) ||
                    (!plan_->Trunk.isEmpty() && plan_->Trunk != u"1" && Size(first) >= 9 &&
                     Cut(begin, groups_[last].End).startsWith(plan_->Trunk)) ||
                    (plan_->Trunk.isEmpty() && plan_->Region == u"IT" && DigitOf(text_[begin]) == 0 && Size(first) >= 9);
@@ -434,7 +449,26 @@ private:
         return false;
     }
 
+    // Whether marks part it from the rest of its line on both sides: "12 High Road, 61069546".
+    bool IsListed(qsizetype begin, qsizetype end) const {
+        constexpr QStringView marks = u",;|\u00B7\u2022\u2013\u2014";
+        const auto next = [&](qsizetype at, qsizetype step) {
+            while (at >= 0 && at < text_.size() && IsPhoneBlank(text_[at]))
+                at += step;
+            return at < 0 || at >= text_.size() || marks.contains(text_[at]);
+        };
+        return begin > 1 && IsPhoneBlank(text_[begin - 1]) && next(begin - 1, -1) && next(end, 1);
+    }
+
+    // Whether the groups are a day, a month and a year that stand beside a number.
+    bool IsDateBeside(std::size_t first, std::size_t last) const {
+        return groups_.size() > 3 && last - first == 2 && Gap(first) == u"." && Gap(first + 1) == u"." &&
+               Size(first) <= 2 && Size(first + 1) <= 2 && IsYear(last) && Value(first) <= 31 && Value(first + 1) <= 12;
+    }
+
     bool TakeGroups(qsizetype begin, std::size_t first, std::size_t last) {
+        if (IsDateBeside(first, last))
+            return false;
         const bool international = IsPlus(text_[begin]) || Cut(begin, groups_[last].End).startsWith(u"00");
         if (!LooksLikeOne(first, last, international))
             return false;
