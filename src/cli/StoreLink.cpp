@@ -51,9 +51,13 @@ void StoreLink::End(HarvestEnding ending, qint64 pages) {
     if (!keeper_)
         return;
     keeper_->End(ending, static_cast<qint32>(pages));
-    if (!keeper_->Flush(lastWait))
-        session_.Out.Error(u"%1: the last leads wait in %2 until the store is used again"_s.arg(
-            keeper_->Target().Shown(), QDir::toNativeSeparators(keeper_->JournalFileName())));
+    if (keeper_->Flush(lastWait))
+        return;
+    const QString store = keeper_->Target().Shown();
+    const QString file = QDir::toNativeSeparators(keeper_->JournalFileName());
+    session_.Out.Error(file.isEmpty()
+                           ? u"%1: the last leads were not kept"_s.arg(store)
+                           : u"%1: the last leads wait in %2 until the store is used again"_s.arg(store, file));
 }
 
 } // namespace Brindle

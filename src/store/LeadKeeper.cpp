@@ -47,7 +47,14 @@ QString UserAtMachine() {
 
 struct LeadKeeper::Shared {
     Shared(const StoreTarget& target, QString spoolFolder, const QString& session)
-        : Target(target), SpoolFolder(std::move(spoolFolder)), Log(target.PendingBase(SpoolFolder), session) {}
+        : Target(target), SpoolFolder(std::move(spoolFolder)) {
+        Log = std::make_unique<Journal>(target.PendingBase(SpoolFolder), session);
+        if (!Log->Error().isEmpty() && !target.IsPostgres()) {
+            auto spare = std::make_unique<Journal>(target.SparePendingBase(SpoolFolder), session);
+            if (spare->Error().isEmpty())
+                Log = std::move(spare);
+        }
+    }
 
     StoreTarget Target;
     QString SpoolFolder;
@@ -55,9 +62,9 @@ struct LeadKeeper::Shared {
     mutable std::mutex Mutex;
     std::condition_variable Wake;   // of the thread
     std::condition_variable Calmed; // nothing is left to do, or the thread has ended
-    Journal Log;
-    qint64 End = 0;                // of the journal
-    std::deque<StoreEvent> Memory; // what the journal could not take
+    std::unique_ptr<Journal> Log;   // beside the store, or where that cannot be, among the settings
+    qint64 End = 0;                 // of the journal
+    std::deque<StoreEvent> Memory;  // what the journal could not take
     bool Stop = false;
     bool Idle = false;
     bool Ended = false;
@@ -105,12 +112,12 @@ LeadKeeper::~LeadKeeper() {
 void LeadKeeper::Tell(const StoreEvent& event) {
     const std::lock_guard lock(shared_->Mutex);
     // In order: what comes behind something in memory waits there too.
-    const qint64 end = shared_->Memory.empty() ? shared_->Log.Append(event) : -1;
+    const qint64 end = shared_->Memory.empty() ? shared_->Log->Append(event) : -1;
     if (end >= 0) {
         shared_->End = end;
     } else if (shared_->Memory.size() < mostInMemory) {
         if (shared_->Memory.empty())
-            shared_->Say(shared_->Log.Error());
+            shared_->Say(shared_->Log->Error());
         shared_->Memory.push_back(event);
     }
     shared_->Idle = false;
@@ -178,7 +185,8 @@ QString LeadKeeper::Trouble() const {
 }
 
 QString LeadKeeper::JournalFileName() const {
-    return shared_->Log.FileName();
+    const std::lock_guard lock(shared_->Mutex);
+    return shared_->Log->Error().isEmpty() ? shared_->Log->FileName() : QString();
 }
 
 void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
@@ -195,7 +203,7 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
         }
         if (shared->Stop && (shared->NothingLeft(place) || !shared->Trouble.isEmpty()))
             break;
-        const QString fileName = shared->Log.FileName();
+        const QString fileName = shared->Log->FileName();
         const bool fromFile = place < shared->End;
         std::vector<StoreEvent> events;
         if (!fromFile)
@@ -226,8 +234,10 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
         lock.lock();
         if (!trouble.isEmpty()) {
             if (shared->Trouble.isEmpty())
-                shared->Say(u"%1; leads wait in %2 until the store takes them"_s.arg(
-                    trouble, QDir::toNativeSeparators(fileName)));
+                shared->Say(shared->Log->Error().isEmpty()
+                                ? u"%1; leads wait in %2 until the store takes them"_s.arg(
+                                      trouble, QDir::toNativeSeparators(fileName))
+                                : u"%1; leads wait in this program alone until the store takes them"_s.arg(trouble));
             shared->Trouble = trouble;
             shared->Idle = true; // as far as it goes
             shared->Calmed.notify_all();
@@ -248,7 +258,7 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
         // A journal whose end cannot be read was written by nobody else: it was lost under the program.
         place = events.empty() ? shared->End : behind;
         if (place >= shared->End) {
-            shared->Log.Clear();
+            shared->Log->Clear();
             place = shared->End = 0;
         }
     }
@@ -260,7 +270,9 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
 }
 
 void TakeInOrphans(Database& database, const QString& spoolFolder) {
-    const QStringList orphans = Journal::Orphans(database.Target().PendingBase(spoolFolder));
+    QStringList orphans = Journal::Orphans(database.Target().PendingBase(spoolFolder));
+    if (!database.IsPostgres())
+        orphans += Journal::Orphans(database.Target().SparePendingBase(spoolFolder));
     for (const QString& fileName : orphans) {
         OrphanedJournal journal(fileName);
         if (!journal.Held())

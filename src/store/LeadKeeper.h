@@ -50,7 +50,7 @@ public:
     bool Flush(int milliseconds);
     /// Why the store cannot be used just now; empty when it can.
     QString Trouble() const;
-    /// Where that lies which the store has not got yet.
+    /// Where that lies which the store has not got yet; empty when no file takes it.
     QString JournalFileName() const;
 
 private:

@@ -84,9 +84,12 @@ QString StoreTarget::Shown() const {
 }
 
 QString StoreTarget::PendingBase(const QString& folder) const {
-    if (!IsPostgres())
-        return FileName + u".pending"_s;
-    const QByteArray digest = QCryptographicHash::hash(Shown().toUtf8(), QCryptographicHash::Sha256).toHex();
+    return IsPostgres() ? SparePendingBase(folder) : QString(FileName + u".pending"_s);
+}
+
+QString StoreTarget::SparePendingBase(const QString& folder) const {
+    const QString name = IsPostgres() ? Shown() : QFileInfo(FileName).absoluteFilePath();
+    const QByteArray digest = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha256).toHex();
     return QDir(folder).filePath(u"store-"_s + QString::fromLatin1(digest.first(12)) + u".pending"_s);
 }
 

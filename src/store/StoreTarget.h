@@ -26,6 +26,8 @@ struct StoreTarget {
     /// The beginning of the names of the files that hold what the store could not take yet. They lie beside an SQLite
     /// file; those of a server lie in `folder`.
     QString PendingBase(const QString& folder) const;
+    /// The same in the folder, for a store whose own folder cannot be written.
+    QString SparePendingBase(const QString& folder) const;
 };
 
 /// The store of the window in its settings folder.

@@ -103,11 +103,12 @@ TEST_F(LeadKeeperTest, AKilledProgramLosesNothingThatItCounted) {
 
 TEST_F(LeadKeeperTest, TroubleNeverHoldsTheHarvestAndIsMadeUpFor) {
     // What is in the store's place, and how it is put right.
-    const struct {
+    struct Case {
         const char* Name;
         std::function<void()> Break;
         std::function<void()> Mend;
-    } cases[] = {
+    };
+    std::vector<Case> cases{
         {"a folder", [this] { QDir().mkpath(FileName()); }, [this] { QDir(FileName()).removeRecursively(); }},
         {"rubbish",
          [this] {
@@ -117,6 +118,17 @@ TEST_F(LeadKeeperTest, TroubleNeverHoldsTheHarvestAndIsMadeUpFor) {
          },
          [this] { QFile::remove(FileName()); }},
     };
+    const QString unwritable = u"/proc"_s; // for root too
+    if (QFile::exists(unwritable))
+        cases.push_back({"a folder that takes no file",
+                         [&] {
+                             File = u"closed/leads.db"_s;
+                             ASSERT_TRUE(QFile::link(unwritable, Folder.filePath(u"closed"_s)));
+                         },
+                         [&] {
+                             QFile::remove(Folder.filePath(u"closed"_s));
+                             QDir(Folder.path()).mkdir(u"closed"_s);
+                         }});
     for (const auto& [name, breakIt, mendIt] : cases) {
         Problems.clear();
         breakIt();
