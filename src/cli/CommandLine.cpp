@@ -151,7 +151,7 @@ const std::vector<Option>& Options() {
         {u"--ignore-robots", manySearchCommands, false,
          [](CommandLine& line, const QString&) { line.IgnoreRobots = true; }},
         {u"--wait", Of(Command::Work), false, [](CommandLine& line, const QString&) { line.Wait = true; }},
-        {u"--member", manySearchCommands, false, [](CommandLine& line, const QString&) { line.Member = true; }},
+        {u"--member", manySearchCommands, true, [](CommandLine& line, const QString& v) { line.Member = v; }},
         {u"--json", Of(Command::Status) | Of(Command::Searches), false,
          [](CommandLine& line, const QString&) { line.Json = true; }},
     };

@@ -82,8 +82,8 @@ struct CommandLine {
     int LimitPerHost = 0; ///< 0: no limit of its own
     bool IgnoreRobots = false;
     bool Wait = false;
-    bool Member = false; ///< one of the processes of a run, started by it
-    bool Json = false;   ///< status and searches: JSON lines, for monitoring
+    std::optional<QString> Member; ///< started by another process, which put this list of searches into the store
+    bool Json = false;             ///< status and searches: JSON lines, for monitoring
 };
 
 /// Reads the arguments behind the program's name. Throws `UsageError`.

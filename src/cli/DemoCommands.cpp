@@ -2,11 +2,11 @@
 
 #include "adapters/Adapters.h"
 #include "cli/Commands.h"
-#include "cli/SearchHarvest.h"
 #include "cli/Session.h"
 #include "demo/DemoServer.h"
 #include "net/ServerTrust.h"
 #include "workbench/AnyDirectories.h"
+#include "workbench/SearchAddress.h"
 
 namespace Brindle {
 
@@ -45,7 +45,7 @@ int HarvestDemo(const CommandLine& line, Console& console, const WebBrowserFacto
     if (!line.Start.isEmpty()) {
         starts.append(line.Start);
     } else if (!line.What.isEmpty() || !line.Place.isEmpty()) {
-        starts.append(StartOf({0, session.State.CurrID, {}, line.What, line.Place}, session));
+        starts.append(StartOf({0, session.State.CurrID, {}, line.What, line.Place}, session.Catalogue));
     } else if (line.Site == AnyWebsiteCode) {
         for (const Demo::ModernSite& site : server.ModernSites()) {
             if (!site.NeedsScripts || browserRunsScripts)

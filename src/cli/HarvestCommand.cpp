@@ -202,7 +202,7 @@ int RunHarvest(const CommandLine& line, Console& console, const WebBrowserFactor
     Session session(line, console, LoadSites(line));
     SelectDirectory(line, session);
     const SearchRow search{0, session.State.CurrID, line.Start, line.What, line.Place};
-    return HarvestFrom(line, session, {StartOf(search, session)}, webBrowser);
+    return HarvestFrom(line, session, {StartOf(search, session.Catalogue)}, webBrowser);
 }
 
 } // namespace Brindle

@@ -26,15 +26,8 @@ SearchTable LoadSearches(const QString& fileName, Session& session) {
     const QByteArray bytes = opened ? file.read(largestTable) : QByteArray();
     if (!opened || file.error() != QFileDevice::NoError)
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
-    SearchTable table = ReadSearchTable(QString::fromUtf8(bytes), [&](const SearchRow& row) -> QString {
-        try {
-            session.SelectSite(row.Site);
-            StartOf(row, session);
-            return {};
-        } catch (const Failure& failure) {
-            return failure.Message();
-        }
-    });
+    SearchTable table = ReadSearchTable(
+        TableText(bytes), [&](const SearchRow& row) { return WhyNoSearch(row, session.Sites, session.Catalogue); });
     for (qsizetype i = 0; i + 1 < table.Problems.size(); ++i)
         session.Out.Error(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), table.Problems[i]));
     if (!table.Problems.isEmpty())
@@ -49,7 +42,7 @@ std::pair<QString, qsizetype> AddSearches(const CommandLine& line, Console& cons
     const SearchTable table = LoadSearches(fileName, session);
     const QString list = table.Digest();
     const qsizetype added = Searches(database).Add(
-        list, table.Rows, [&](const SearchRow& row) { return TurnHostOf(StartOf(row, session)); });
+        list, table.Rows, [&](const SearchRow& row) { return TurnHostOf(StartOf(row, session.Catalogue)); });
     return {list, added};
 }
 
@@ -131,21 +124,20 @@ int RunWork(const CommandLine& line, Console& console) {
         throw UsageError(
             u"work takes searches from a store in PostgreSQL; with a file, run SEARCHES.csv is the command"_s);
     Worker worker(line, console, target, platform->SettingsFolder(), {});
-    return RunWorkers(line, worker);
+    return RunWorkers(line, worker, {});
 }
 
 int RunRun(const CommandLine& line, Console& console) {
     const std::unique_ptr<Platform> platform = CreatePlatform();
     const StoreTarget target = StoreInForce(line, LoadOptionsInForce(line, *platform, console), *platform);
-    QString list;
-    {
+    QString list = line.Member.value_or(QString());
+    if (!line.Member) {
         Database database(target);
         list = AddSearches(line, console, database, line.Arguments.first()).first;
-        if (!line.Member)
-            Searches(database).BeginAgain(list);
+        Searches(database).BeginAgain(list);
     }
     Worker worker(line, console, target, platform->SettingsFolder(), list);
-    const int status = RunWorkers(line, worker);
+    const int status = RunWorkers(line, worker, list);
     if (line.Member)
         return status;
     Database database(target);

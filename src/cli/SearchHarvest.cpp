@@ -250,24 +250,6 @@ private:
 
 } // namespace
 
-QString TurnHostOf(const QString& address) {
-    const QUrl url(address);
-    if (url.host().isEmpty())
-        return {};
-    return url.port() > 0 ? QString(url.host() + u':' + QString::number(url.port())) : url.host();
-}
-
-QString StartOf(const SearchRow& row, const Session& session) {
-    if (!row.Start.isEmpty())
-        return row.Start;
-    const auto directory = session.Job.Adapter();
-    if (!directory || directory->SearchAddress.isEmpty())
-        throw Failure(u"%1: no search address is known of this directory; give a start address"_s.arg(row.Site));
-    QString start = directory->SearchAddress;
-    start.replace(u"{what}"_s, QString::fromLatin1(QUrl::toPercentEncoding(row.What)));
-    return start.replace(u"{where}"_s, QString::fromLatin1(QUrl::toPercentEncoding(row.Place)));
-}
-
 SearchHarvest::SearchHarvest(const CommandLine& line, Database& database, LeadKeeper& keeper, RobotsOfHosts& robots,
                              QString worker)
     : line_(line), database_(database), keeper_(keeper), robots_(robots), worker_(std::move(worker)) {}
@@ -294,7 +276,7 @@ void SearchHarvest::FlushBefore() {
 
 SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& search) {
     using How = SearchOutcome::End;
-    const QString start = search.GoOn.isEmpty() ? StartOf(search.Row, session) : search.GoOn;
+    const QString start = search.GoOn.isEmpty() ? StartOf(search.Row, session.Catalogue) : search.GoOn;
     session.Options.cExportAutomatic = false; // the store has the leads
     HarvestInfo info;
     info.Origin = HarvestOrigin::ManySearches;

@@ -4,6 +4,7 @@
 #include "net/Robots.h"
 #include "store/LeadKeeper.h"
 #include "store/Searches.h"
+#include "workbench/SearchAddress.h"
 
 namespace Brindle {
 
@@ -43,11 +44,5 @@ private:
     QString worker_;
     qint32 pages_ = 0;
 };
-
-/// The address where a search begins. Throws `Failure` for a directory that knows none.
-QString StartOf(const SearchRow& row, const Session& session);
-
-/// The host of an address, with its port where it has one: what turns are taken at.
-QString TurnHostOf(const QString& address);
 
 } // namespace Brindle

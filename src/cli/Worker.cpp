@@ -33,6 +33,8 @@ Worker::Worker(const CommandLine& line, Console& console, const StoreTarget& tar
 int Worker::Run() {
     QtMessageLoop loop(SystemTickCount);
     Interrupt interrupt([&loop] { loop.Quit(); });
+    if (line_.Member)
+        InterruptWhenInputEnds();
     LeadKeeper keeper(target_, spoolFolder_, [this](const QString& problem) { console_.Error(problem); });
     std::optional<Database> database(std::in_place, target_);
     const MoreOptions more = LoadOptionsInForce(line_, *CreatePlatform(), console_);
@@ -101,23 +103,22 @@ int Worker::Run() {
     return interrupt.Happened() ? ExitStatus::Interrupted : ExitStatus::Done;
 }
 
-int RunWorkers(const CommandLine& line, Worker& worker) {
+int RunWorkers(const CommandLine& line, Worker& worker, const QString& list) {
     std::vector<std::unique_ptr<QProcess>> others;
     if (!line.Member) {
+        const QStringList arguments = QCoreApplication::arguments().mid(1) + QStringList{u"--member"_s, list};
         for (int i = 1; i < line.Jobs; ++i) {
             auto process = std::make_unique<QProcess>();
             process->setProcessChannelMode(QProcess::ForwardedChannels);
-            process->setInputChannelMode(QProcess::ForwardedInputChannel);
-            process->start(QCoreApplication::applicationFilePath(),
-                           QCoreApplication::arguments().mid(1) + QStringList{u"--member"_s});
+            process->start(QCoreApplication::applicationFilePath(), arguments);
             others.push_back(std::move(process));
         }
     }
     const int status = worker.Run();
     for (const auto& process : others) {
-        // Ctrl-C on a terminal reaches all of them; a signal to this one alone does not.
+        // Ctrl-C on a terminal reaches all of them; a signal to this one alone does not, but the end of its input does.
         if (status == ExitStatus::Interrupted)
-            process->terminate();
+            process->closeWriteChannel();
         if (!process->waitForFinished(status == ExitStatus::Interrupted ? 2000 : -1))
             process->kill();
         process->waitForFinished(2000);

@@ -27,7 +27,8 @@ private:
     QString name_; ///< of the worker: user, machine, process
 };
 
-/// Runs the same command in so many processes more at once, and the worker in this one. The exit status.
-int RunWorkers(const CommandLine& line, Worker& worker);
+/// Runs the worker in this process and as many others beside it as `--jobs` says. `list`: the list of searches that
+/// they take from; empty: any. The exit status.
+int RunWorkers(const CommandLine& line, Worker& worker, const QString& list);
 
 } // namespace Brindle

@@ -1,6 +1,7 @@
 #include "store/SearchTable.h"
 
 #include <QCryptographicHash>
+#include <QStringConverter>
 #include <QUrl>
 
 namespace Brindle {
@@ -67,32 +68,57 @@ QString WhyNoStart(const QString& start) {
                                                          : u"\u201C%1\u201D is no http or https address"_s.arg(start);
 }
 
+// No site code has one of them, so the first one that is seen is it.
+QChar DelimiterOf(const QString& text) {
+    for (const QChar c : text)
+        if (c == u'\t' || c == u';' || c == u',')
+            return c;
+    return u',';
+}
+
 } // namespace
 
 QString SearchTable::Digest() const {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const SearchRow& row : Rows)
-        hash.addData(QString(QStringList{row.Site, row.Start, row.What, row.Place}.join(u'\x1f') + u'\n').toUtf8());
+    int usual = 1;
+    for (const SearchRow& row : Rows) {
+        // The store knows a search by its line; blank lines and a missing header make another list.
+        const QString line = row.Line == ++usual ? QString() : QString::number(row.Line) + u'\x1f';
+        hash.addData(
+            QString(line + QStringList{row.Site, row.Start, row.What, row.Place}.join(u'\x1f') + u'\n').toUtf8());
+    }
     return QString::fromLatin1(hash.result().toHex().first(16));
 }
 
-SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot) {
+QString TableText(const QByteArray& bytes) {
+    const QStringConverter::Encoding encoding =
+        QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8);
+    QStringDecoder decoder(encoding);
+    const QString text = decoder(bytes);
+    return decoder.hasError() ? QString::fromLatin1(bytes) : text;
+}
+
+SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot,
+                            TableHeader header) {
     SearchTable table;
     QString all = text;
     if (all.startsWith(u'\uFEFF'))
         all.remove(0, 1);
-    const QString header = all.section(u'\n', 0, 0).toLower();
-    const QChar delimiter = header.contains(u'\t') ? u'\t' : header.contains(u';') ? u';' : u',';
-    const std::vector<Record> records = Records(all, delimiter);
+    const std::vector<Record> records = Records(all, DelimiterOf(all));
     QStringList columns = records.empty() ? QStringList() : records.front().Fields;
     for (QString& column : columns)
         column = column.toLower();
-    const bool starts = columns == QStringList{u"site"_s, u"start"_s};
-    if (!starts && columns != QStringList{u"site"_s, u"what"_s, u"where"_s}) {
+    const QStringList startColumns{u"site"_s, u"start"_s};
+    const QStringList searchColumns{u"site"_s, u"what"_s, u"where"_s};
+    const bool headed = columns == startColumns || columns == searchColumns;
+    if (!headed && header == TableHeader::Optional)
+        columns = columns.size() == startColumns.size() ? startColumns : searchColumns;
+    const bool starts = columns == startColumns;
+    if (!starts && columns != searchColumns) {
         table.Problems += u"line 1: the header is neither site,start nor site,what,where"_s;
         return table;
     }
-    for (size_t i = 1; i < records.size(); ++i) {
+    for (size_t i = headed ? 1 : 0; i < records.size(); ++i) {
         const Record& record = records[i];
         QString problem;
         SearchRow row;

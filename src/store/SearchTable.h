@@ -28,10 +28,18 @@ struct SearchTable {
     QString Digest() const;
 };
 
+/// The bytes of a file as text: UTF-8 or UTF-16 as a byte-order mark says, UTF-8 without one, Latin-1 when it is not.
+QString TableText(const QByteArray& bytes);
+
+/// Whether a table has to begin with its header.
+enum class TableHeader { Needed, Optional };
+
 /// Reads a table of searches: the header `site,start` or `site,what,where`, then a search a line; commas, semicolons or
 /// tabs between the columns, as the header has them, and quotes around what holds one (RFC 4180), so that a table can
 /// be pasted from a spreadsheet too. Starts are http or https. `whyNot` says why a site and its search cannot be made;
 /// empty when they can.
-SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot);
+/// Where the header may be missing, two columns are site and start, three site, what and where.
+SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot,
+                            TableHeader header = TableHeader::Needed);
 
 } // namespace Brindle

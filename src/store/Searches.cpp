@@ -210,6 +210,17 @@ std::vector<WorkerRow> Searches::Workers() {
     return workers;
 }
 
+std::vector<qint64> Searches::LeadsOfAll(const QString& list) {
+    std::vector<qint64> leads;
+    QSqlQuery& query = database_.Run(u"SELECT harvest.leads FROM search LEFT JOIN harvest ON harvest.uid=search.harvest"
+                                     " WHERE search.list=? ORDER BY search.id"_s,
+                                     {list});
+    while (query.next())
+        leads.push_back(query.value(0).toLongLong());
+    query.finish();
+    return leads;
+}
+
 qint64 Searches::LeadsOf(const StoredSearch& search) {
     return database_.Value(u"SELECT leads FROM harvest WHERE uid=?"_s, {search.Harvest}).toLongLong();
 }

@@ -78,6 +78,8 @@ public:
     std::vector<WorkerRow> Workers();
     /// Leads of a search's harvest.
     qint64 LeadsOf(const StoredSearch& search);
+    /// The same for all searches of a list at once, in the order of `All`.
+    std::vector<qint64> LeadsOfAll(const QString& list);
 
 private:
     QString Now() const;

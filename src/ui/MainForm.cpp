@@ -94,9 +94,9 @@ MainForm::MainForm(QMainWindow& window, QWidget* browserView, QWidget* newsView)
 
     keys_.Add(lblCurrentLanguage, cbxLanguage);
     keys_.Add(lblWebsite, cbxWebsites);
-    for (QPushButton* button :
-         {btnDirectories, btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo, btnRSelectAll, btnRClearSelection,
-          btnRDelete, btnRDeleteAll, btnOpenWebsite, btnOpenMaps, btnOpenDetails, btnExportAll, btnExportAs})
+    for (QPushButton* button : {btnDirectories, btnSearches, btnStart, btnStop, btnSettings, btnUpdates, Bar->btnGo,
+                                btnRSelectAll, btnRClearSelection, btnRDelete, btnRDeleteAll, btnOpenWebsite,
+                                btnOpenMaps, btnOpenDetails, btnExportAll, btnExportAs})
         keys_.Add(button);
     History->AddKeys(keys_);
     History->ApplyCaptions(WindowTexts());
@@ -129,6 +129,8 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     btnDirectories = new QPushButton(parent);
     btnDirectories->setObjectName(u"btnDirectories");
     btnDirectories->setText(WindowTexts().Text(WindowText::Directories));
+    btnSearches = new QPushButton(WindowTexts::English(WindowText::Searches), parent);
+    btnSearches->setObjectName(u"btnSearches");
     btnStart = Button(parent, u"btnStart"_s, u"Get Data"_s, Glyph::Start);
     btnStop = Button(parent, u"btnStop"_s, u"Stop"_s, Glyph::Stop);
     btnSettings = Button(parent, u"btnSettings"_s, u"Settings"_s, Glyph::Settings);
@@ -139,6 +141,7 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     row->addWidget(lblWebsite);
     row->addWidget(cbxWebsites, 1);
     row->addWidget(btnDirectories);
+    row->addWidget(btnSearches);
     row->addSpacing(6);
     row->addWidget(btnStart);
     row->addWidget(btnStop);
@@ -222,6 +225,8 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
 
 void MainForm::ApplyCaptions(const LanguageFile& language, const WindowTexts& texts) {
     btnDirectories->setText(texts.Text(WindowText::Directories));
+    btnSearches->setText(texts.Text(WindowText::Searches));
+    AccessKeys::SetHint(btnSearches, texts.Text(WindowText::SearchesHint));
     btnExportAs->setText(texts.Text(WindowText::ExportAs));
     AccessKeys::SetHint(btnExportAs, texts.Text(WindowText::ExportAsHint));
     const std::initializer_list<std::pair<QLabel*, int>> labels{

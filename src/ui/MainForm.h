@@ -38,6 +38,7 @@ public:
     QLabel* lblWebsite;
     QComboBox* cbxWebsites;
     QPushButton* btnDirectories;
+    QPushButton* btnSearches;
     QPushButton* btnStart;
     QPushButton* btnStop;
     QPushButton* btnSettings;

@@ -45,6 +45,7 @@ void StoreDesk::Open() {
     try {
         const QString& named = bench_.More.StoreTarget;
         const StoreTarget target = StoreTarget::Parse(named.isEmpty() ? DefaultStoreFile(settingsFolder_) : named);
+        fileName_ = target.FileName;
         spoolBase_ = target.PendingBase(settingsFolder_);
         if (bench_.More.StoreKeep) {
             keeper_ = std::make_unique<LeadKeeper>(target, settingsFolder_, problem_);
@@ -156,6 +157,16 @@ void StoreDesk::LetGo() {
 void StoreDesk::OpenHarvest(const StoredHarvest& harvest) {
     Flush();
     Load(harvest, 0);
+}
+
+void StoreDesk::OpenHarvests(const QStringList& uids) {
+    for (const QString& uid : uids)
+        Post(0, [this, uid](Database& database) -> std::function<void()> {
+            return [this, harvest = StoreQueries(database).HarvestOf(uid)] {
+                if (harvest)
+                    Load(*harvest, 0);
+            };
+        });
 }
 
 void StoreDesk::Load(const StoredHarvest& harvest, qint64 afterSeq) {

@@ -27,6 +27,11 @@ public:
     /// Takes up the options: whether leads are kept, and where.
     void Open();
 
+    /// Whether leads are kept; without it there is no place for searches either.
+    bool Keeps() const { return keeper_ != nullptr; }
+    /// The file of the store; empty: it is a server's.
+    const QString& FileName() const { return fileName_; }
+
     /// A harvest begins on the page at `start`; call it before the first lead comes.
     void HarvestBegins(const QString& start);
     void PageRead() { ++pages_; }
@@ -45,6 +50,7 @@ public:
     void LetGo();
     /// Puts the leads of a harvest into the list, as far as they are not in it.
     void OpenHarvest(const StoredHarvest& harvest);
+    void OpenHarvests(const QStringList& uids);
 
     /// Runs a job in the store's thread and what it returns in this one; false where there is no store to ask.
     bool Post(int kind, StoreThread::Job job);
@@ -65,6 +71,7 @@ private:
     Workbench& bench_;
     QString settingsFolder_;
     std::function<void(const QString&)> problem_;
+    QString fileName_;
     QString spoolBase_; // of the journals of living sessions
     std::unique_ptr<LeadKeeper> keeper_;
     std::unique_ptr<StoreThread> thread_;

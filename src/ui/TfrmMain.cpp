@@ -8,6 +8,7 @@
 #include "ui/ExportBox.h"
 #include "ui/ExportDialog.h"
 #include "ui/Icons.h"
+#include "ui/TfrmSearches.h"
 #include "ui/TfrmSettings.h"
 #include "workbench/AnyDirectories.h"
 #include "workbench/Product.h"
@@ -64,6 +65,13 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
       desk_(bench_, parts.SettingsFolder, [this](const QString& problem) { form_.Offer->Say(problem); }),
       history_(
           {*form_.History, desk_, bench_, notices_, *form_.Status, loop_, windowTexts_, system_.GetDocumentsFolder()}),
+      searches_({.Desk = desk_,
+                 .Bench = bench_,
+                 .StateFileName = QDir(parts.SettingsFolder).filePath(u"window.ini"_s),
+                 .SettingsFileName = parts.SettingsFileName,
+                 .SitesFileName = parts.SitesFileName,
+                 .Pace = parts.Pace,
+                 .Prepare = [this] { SaveSettings(); }}),
       teaching_(*browser_.Browser, browser_.View, form_, bench_, notices_,
                 [this] { return driver_.Running() || bench_.State.Parsing || loop_.Quitting(); }),
       tml_(loop_.CreateTimer(startUpDelay, [this] { tmlTimer(); })),
@@ -82,6 +90,7 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
     ConnectHarvest();
     ConnectResults();
     ConnectStore();
+    ConnectSearches();
     QDir().mkpath(parts.SettingsFolder);
     FormCreate();
 }
@@ -156,6 +165,23 @@ void TfrmMain::ConnectStore() {
     });
 }
 
+void TfrmMain::ConnectSearches() {
+    connect(form_.btnSearches, &QPushButton::clicked, this, &TfrmMain::btnSearchesClick);
+    connect(&searches_, &SearchDesk::WentOn, this,
+            [this] { form_.Notice->Say(windowTexts_.Text(WindowText::SearchesWentOn)); });
+    connect(&searches_, &SearchDesk::Ended, this, [this] {
+        Q_EMIT desk_.Changed(); // the history has them
+        if (frmSearches_ && frmSearches_->isVisible())
+            return;
+        const QLocale locale = QLocale::system();
+        form_.Notice->Say(
+            windowTexts_.With(WindowText::SearchesEnded, {locale.toString(searches_.Count(SearchState::Done)),
+                                                          locale.toString(searches_.Count(SearchState::Failed)),
+                                                          locale.toString(searches_.Leads())}));
+    });
+    connect(&searches_, &SearchDesk::Failed, this, [this](const QString& reason) { form_.Notice->Say(reason); });
+}
+
 void TfrmMain::FormCreate() {
     SetIERegistryKey(system_.BrowserEngineVersion(), QFileInfo(QCoreApplication::applicationFilePath()).fileName(),
                      system_, *browser_.Browser);
@@ -208,6 +234,7 @@ void TfrmMain::tmlTimer() {
     ready_ = true;
     history_.ApplyTexts(); // which knows the directories now
     desk_.LookForUnsettled();
+    searches_.GoOn();
     // Last, because its server may keep it waiting, and nobody has asked for it.
     updates_.Run(false);
 }
@@ -224,6 +251,7 @@ void TfrmMain::FormCloseQuery() {
     bench_.State.ShouldStop = true;
     loop_.Quit();
     tml_->SetEnabled(false);
+    searches_.Leave();
     bench_.Fetcher.Disconnect();
     updatePages_.Disconnect();
     browser_.Browser->Stop();
@@ -262,6 +290,8 @@ void TfrmMain::LoadLanguage(const QString& code) {
     model_.CaptionsChanged();
     form_.ApplyCaptions(language, windowTexts_);
     history_.ApplyTexts();
+    if (frmSearches_)
+        frmSearches_->ApplyTexts(windowTexts_);
     teaching_.ApplyTexts(windowTexts_, bench_.Leads.Captions);
     if (!form_.cbxWebsites->isEnabled())
         form_.cbxWebsites->setItemText(0, bench_.Texts.Text(Message::LoadingWebsites));
@@ -317,8 +347,7 @@ void TfrmMain::DirectoriesChanged(const QString& code) {
 void TfrmMain::HarvestOfBar(bool asAnyWebsite) {
     if (asAnyWebsite)
         DirectoriesChanged(AnyWebsiteCode.toString());
-    driver_.Start();
-    FollowHarvest();
+    btnStartClick();
 }
 
 void TfrmMain::btnStartClick() {
@@ -344,8 +373,18 @@ void TfrmMain::btnSettingsClick() {
         notices_.Warn(error.Message());
     }
     // A store is not changed under a harvest; what was chosen holds from the next start on.
-    if (!driver_.Running())
+    if (!driver_.Running() && !searches_.Running())
         desk_.Open();
+}
+
+void TfrmMain::btnSearchesClick() {
+    if (!frmSearches_) {
+        frmSearches_ = new TfrmSearches(searches_, desk_, bench_, this);
+        frmSearches_->ApplyTexts(windowTexts_);
+    }
+    frmSearches_->show();
+    frmSearches_->raise();
+    frmSearches_->activateWindow();
 }
 
 void TfrmMain::btnUpdatesClick() {

@@ -14,6 +14,7 @@
 #include "ui/MainForm.h"
 #include "ui/MessageBoxDialogs.h"
 #include "ui/QtTranslations.h"
+#include "ui/SearchDesk.h"
 #include "ui/SiteSelector.h"
 #include "ui/UpdateCheck.h"
 #include "ui/WindowPlace.h"
@@ -25,6 +26,7 @@
 namespace Brindle {
 
 class TfrmExport;
+class TfrmSearches;
 
 /// What the main window is given; all of it must outlive the window.
 struct MainWindowParts {
@@ -33,6 +35,8 @@ struct MainWindowParts {
     SitesFile Sites;
     QString SettingsFolder;   ///< window.ini and the browser's profile
     QString SettingsFileName; ///< settings.dat
+    QString SitesFileName;    ///< what `Sites` was read from, for processes that are started; empty: the program's
+    double Pace = 1.0;        ///< the same: of the waits
     BrowserFactory CreateBrowser;
     Dialogs* Notices = nullptr; ///< null: message boxes
 };
@@ -60,6 +64,7 @@ public:
     EmbeddedBrowser& ewbMain() { return *browser_.Browser; }
     HarvestDriver& Driver() { return driver_; }
     StoreDesk& Desk() { return desk_; }
+    SearchDesk& Searches() { return searches_; }
     Workbench& Bench() { return bench_; }
     PageFetcher& IdHTTP1() { return bench_.Fetcher; }
     TeachingDesk& Lessons() { return teaching_; }
@@ -78,6 +83,7 @@ private:
     void ConnectHarvest();
     void ConnectResults();
     void ConnectStore();
+    void ConnectSearches();
     void LoadSettings();
     void SaveSettings();
     void LoadLanguage(const QString& code);
@@ -87,6 +93,7 @@ private:
     void cbxWebsitesChange();
     void btnStartClick();
     void btnSettingsClick();
+    void btnSearchesClick();
     void DirectoriesChanged(const QString& code);
     void HarvestOfBar(bool asAnyWebsite);
     void btnUpdatesClick();
@@ -132,6 +139,8 @@ private:
     HarvestIndicator indicator_;
     StoreDesk desk_;
     History history_;
+    SearchDesk searches_;
+    TfrmSearches* frmSearches_ = nullptr; // the window's, from when it is wanted first
     TeachingDesk teaching_;
     std::unique_ptr<MessageLoop::Timer> tml_;
     std::unique_ptr<MessageLoop::Timer> tmrIndicator_;

@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <exception>
@@ -69,18 +70,21 @@ BrowserFactory BrowserOf(ProgramOptions::Engine engine) {
 #ifdef BRINDLE_HAS_DEMO
 using DemoServers = std::unique_ptr<Demo::DemoServer>;
 
-SitesFile StartDemo(DemoServers& servers) {
+SitesFile StartDemo(DemoServers& servers, QTemporaryFile& sites) {
     servers = std::make_unique<Demo::DemoServer>();
     servers->Start();
     for (const Demo::ModernSite& site : servers->ModernSites())
         if (site.Secure)
             TrustServer(site.Start, servers->AuthorityFile());
-    return SitesFile::Parse(servers->SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
+    const QByteArray ini = servers->SitesIni().toUtf8();
+    if (!sites.open() || sites.write(ini) != ini.size() || !sites.flush())
+        throw Failure(u"%1: %2"_s.arg(sites.fileName(), sites.errorString()));
+    return SitesFile::Parse(ini, u"demo"_s, SiteAdapters());
 }
 #else
 using DemoServers = int;
 
-SitesFile StartDemo(DemoServers&) {
+SitesFile StartDemo(DemoServers&, QTemporaryFile&) {
     throw OptionError(u"--demo: this program was built without the demo directories"_s);
 }
 #endif
@@ -109,8 +113,9 @@ QString Diagnosis(int argc, char** argv) {
 int Run(const ProgramOptions& options) {
     const std::unique_ptr<Platform> system = CreatePlatform();
     DemoServers demo{};
-    SitesFile sites =
-        options.OnDemo ? StartDemo(demo) : ProgramFiles::LoadSites(*system, options.SitesFileName, SiteAdapters());
+    QTemporaryFile demoSites; // for the processes that make searches
+    SitesFile sites = options.OnDemo ? StartDemo(demo, demoSites)
+                                     : ProgramFiles::LoadSites(*system, options.SitesFileName, SiteAdapters());
     for (const SitesProblem& problem : sites.Problems)
         WriteTo(StandardStream::Error, problem.Text + u'\n');
     QtMessageLoop loop(SystemTickCount);
@@ -121,6 +126,8 @@ int Run(const ProgramOptions& options) {
                      .Sites = std::move(sites),
                      .SettingsFolder = system->SettingsFolder(),
                      .SettingsFileName = ProgramFiles::Settings(*system, options.SettingsFileName),
+                     .SitesFileName = options.OnDemo ? demoSites.fileName() : options.SitesFileName,
+                     .Pace = options.Pace,
                      .CreateBrowser = BrowserOf(options.Browser)});
     window.show();
     return QApplication::exec();

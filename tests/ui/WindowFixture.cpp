@@ -21,6 +21,8 @@ void WindowRun::Again() {
                         .Sites = sites_,
                         .SettingsFolder = System.SettingsFolder(),
                         .SettingsFileName = QDir(System.SettingsFolder()).filePath(u"settings.dat"_s),
+                        .SitesFileName = SitesFileName,
+                        .Pace = Pace,
                         .CreateBrowser = createBrowser_,
                         .Notices = &Notices});
 }

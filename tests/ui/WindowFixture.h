@@ -44,6 +44,9 @@ public:
     MessageLoop& Loop;
     RecordingPlatform System;
     ScriptedDialogs Notices;
+    // Of the processes that a window starts; for windows that are made from then on.
+    QString SitesFileName;
+    double Pace = 0;
     std::unique_ptr<TfrmMain> Window;
 
     /// Makes a window anew on the same folders, as after a crash: the old one goes without being closed.

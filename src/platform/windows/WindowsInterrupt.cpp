@@ -6,12 +6,15 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <thread>
+#include <windows.h>
 
 namespace Brindle {
 
 namespace {
 
 std::atomic<bool> interrupted{false};
+std::atomic<int> living{0};
 
 extern "C" void OnSignal(int number) {
     if (interrupted.exchange(true))
@@ -24,7 +27,8 @@ extern "C" void OnSignal(int number) {
 class Interrupt::Impl {
 public:
     explicit Impl(std::function<void()> onInterrupt) : onInterrupt_(std::move(onInterrupt)) {
-        interrupted = false;
+        if (living++ == 0)
+            interrupted = false;
         // The handler runs on a thread of its own, which cannot wake Qt's loop; a slow timer looks after it.
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
             if (interrupted) {
@@ -36,7 +40,10 @@ public:
         previous_ = std::signal(SIGINT, OnSignal);
     }
 
-    ~Impl() { std::signal(SIGINT, previous_); }
+    ~Impl() {
+        std::signal(SIGINT, previous_);
+        --living;
+    }
 
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -53,6 +60,17 @@ Interrupt::~Interrupt() = default;
 
 bool Interrupt::Happened() const {
     return interrupted;
+}
+
+void InterruptWhenInputEnds() {
+    std::thread([] {
+        const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+        char bytes[256];
+        for (DWORD count = 1; count > 0;)
+            if (!ReadFile(input, bytes, sizeof bytes, &count, nullptr))
+                break;
+        interrupted = true;
+    }).detach();
 }
 
 } // namespace Brindle

@@ -1,5 +1,7 @@
 #include "store/SearchTable.h"
 
+#include <QStringConverter>
+
 #include <gtest/gtest.h>
 
 using namespace Brindle;
@@ -29,6 +31,31 @@ TEST(SearchTable, ReadsWhatSpreadsheetsGive) {
     const std::vector<SearchRow> expected{{2, u"A"_s, {}, u"Bars \"X\",\nCafés"_s, u"Milano"_s},
                                           {4, u"A"_s, {}, u""_s, u"Roma"_s}};
     EXPECT_EQ(searches.Rows, expected);
+}
+
+TEST(SearchTable, NeedsNoHeaderWhereItIsPasted) {
+    const auto whyNot = [](const SearchRow&) { return QString(); };
+    const SearchTable pasted =
+        ReadSearchTable(u"A\tBars; Cafés\tMilano, MI\nB\t\tRoma\n"_s, whyNot, TableHeader::Optional);
+    const std::vector<SearchRow> expected{{1, u"A"_s, {}, u"Bars; Cafés"_s, u"Milano, MI"_s},
+                                          {2, u"B"_s, {}, u""_s, u"Roma"_s}};
+    EXPECT_EQ(pasted.Rows, expected);
+    const SearchTable starts = ReadSearchTable(u"A;http://a.test/,1"_s, whyNot, TableHeader::Optional);
+    ASSERT_EQ(starts.Rows.size(), 1U);
+    EXPECT_EQ(starts.Rows[0].Start, u"http://a.test/,1"_s);
+    EXPECT_TRUE(ReadSearchTable(u"A"_s, whyNot, TableHeader::Optional).Problems.value(0).startsWith(u"line 1:"));
+    // The store knows a search by its line, so the same searches on other lines are another list.
+    const SearchTable headed = Read(u"site\twhat\twhere\nA\tBars; Cafés\tMilano, MI\nB\t\tRoma\n"_s);
+    EXPECT_EQ(headed.Rows.size(), pasted.Rows.size());
+    EXPECT_NE(headed.Digest(), pasted.Digest());
+}
+
+TEST(SearchTable, ReadsTheFilesOfSpreadsheets) {
+    const QString text = u"site,what,where\nA,Caffè,Forlì\n"_s;
+    QStringEncoder utf16(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
+    for (const QByteArray& bytes :
+         {text.toUtf8(), QByteArray("\xEF\xBB\xBF" + text.toUtf8()), text.toLatin1(), QByteArray(utf16(text))})
+        EXPECT_EQ(Read(TableText(bytes)).Rows.at(0).Place, u"Forlì"_s);
 }
 
 TEST(SearchTable, NamesWrongRowsByTheirLine) {
