@@ -14,9 +14,16 @@ void HarvestIndicator::Follow(bool running) {
         pagesGivenUp_ = 0;
         leadsBefore_ = 0;
         missing_.clear();
+        failure_.clear();
         nextPage_ = false;
     }
     running_ = running;
+    Show();
+}
+
+void HarvestIndicator::AttemptFailed(const QString& failure) {
+    failure_ = failure;
+    leadsAtFailure_ = harvest_.State.ExtractedNum;
     Show();
 }
 
@@ -30,6 +37,7 @@ void HarvestIndicator::PageIncomplete(const QString& page) {
 void HarvestIndicator::PageRead() {
     ++pages_;
     missing_.clear();
+    failure_.clear();
     leadsBefore_ = harvest_.State.ExtractedNum;
     nextPage_ = true;
     Show();
@@ -41,6 +49,8 @@ void HarvestIndicator::PageGivenUp(const QString& /*address*/, const QString& /*
 }
 
 QString HarvestIndicator::Waiting() const {
+    if (!failure_.isEmpty() && harvest_.State.ExtractedNum == leadsAtFailure_)
+        return failure_;
     // The first lead of a page is the first sign that it is being read.
     if (harvest_.State.ExtractedNum != leadsBefore_)
         return texts_.Text(WindowText::HarvestReadsPage);

@@ -31,6 +31,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int startUpDelay = 100;
+constexpr int updatePatience = 500; // before the directories are offered without its answer
 constexpr int indicatorInterval = 500;
 const QString blank = u"about:blank"_s;
 
@@ -82,6 +83,8 @@ TfrmMain::TfrmMain(const MainWindowParts& parts)
         form_.Notice->Say(windowTexts_.With(WindowText::AutomaticFileHeld,
                                             {QDir::toNativeSeparators(held), QDir::toNativeSeparators(next)}));
     };
+    bench_.Fetcher.AttemptFailed = [this](const QString& failure) { indicator_.AttemptFailed(failure); };
+    bench_.Fetcher.GaveUp = [this](const QString& failure) { form_.Notice->Say(failure); };
     setObjectName(u"frmMain");
     setWindowIcon(IconOf(Glyph::Program));
     resize(1240, 760);
@@ -228,15 +231,23 @@ void TfrmMain::tmlTimer() {
     loop_.ProcessMessages();
     if (loop_.Quitting())
         return;
+    // A server that does not answer keeps nobody from the directories.
+    const auto patience = loop_.CreateTimer(updatePatience, [this] { ComeUp(); });
+    patience->SetEnabled(true);
+    updates_.Run(false);
+    ComeUp();
+}
+
+void TfrmMain::ComeUp() {
+    if (ready_ || loop_.Quitting())
+        return;
+    ready_ = true;
     LoadCatalogue();
     if (news_.Browser)
         news_.Browser->Navigate(bench_.Sites.PublisherNews);
-    ready_ = true;
     history_.ApplyTexts(); // which knows the directories now
     desk_.LookForUnsettled();
     searches_.GoOn();
-    // Last, because its server may keep it waiting, and nobody has asked for it.
-    updates_.Run(false);
 }
 
 void TfrmMain::closeEvent(QCloseEvent* event) {

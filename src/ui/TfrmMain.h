@@ -78,6 +78,7 @@ private:
     void FormCreate();
     void FormShow();
     void tmlTimer();
+    void ComeUp();
     void FormCloseQuery();
 
     void ConnectHarvest();

@@ -165,10 +165,10 @@ TEST_P(ChromiumStopTest, EndsAtAnyMoment) {
             Loop.WaitForMessage(ms - waited.elapsed());
     };
     int presses = 0;
-    int slow = 0;
+    int slow = 0; // at this moment
     bool roundOver = false;
     double moment = 0; // of the loop's clock; where a round is long, its later moments lie further apart
-    for (; !roundOver && presses < 150; ++presses, moment = std::max(moment + 100, moment * 1.03)) {
+    while (!roundOver && presses < 150) {
         Run->Click(u"btnRDeleteAll");
         Loop.SetPace(0.01);
         if (browser.LocationAddress() != firstPage || browser.Busy()) {
@@ -186,20 +186,29 @@ TEST_P(ChromiumStopTest, EndsAtAnyMoment) {
             Run->Click(u"btnStop");
         });
         ASSERT_TRUE(Run->Until([&] { return taken.isValid() && !window.Driver().Running(); }, 20)) << presses;
-        slow += taken.elapsed() > static_cast<qint64>(longestWait * pace) + 500 ? 1 : 0;
+        const bool late = taken.elapsed() > static_cast<qint64>(longestWait * pace) + 500;
         EXPECT_FALSE(window.State().Parsing);
         const QString left = browser.LocationAddress();
         const qsizetype leads = window.Leads().Count();
         waitFor(40);
         EXPECT_FALSE(window.Driver().Running());
-        EXPECT_EQ(browser.LocationAddress(), left) << "another page was loaded behind press " << presses;
+        // The page of before, or the empty one between two pages, may still be coming up; no further one does.
+        const QString now = browser.LocationAddress();
+        EXPECT_TRUE(now == left || now == firstPage || now == u"about:blank")
+            << "another page was loaded behind press " << presses << ": " << now.toStdString();
         EXPECT_EQ(window.Leads().Count(), leads);
         EXPECT_NE(Run->Panel(0), u"Loading the page..."_s);
         EXPECT_TRUE(Run->Control<StatusBarView>(u"StatusBar")->Activity().isEmpty());
+        ++presses;
+        // A machine that is busy with other things is late now and then, but not at the same moment each time.
+        slow = late ? slow + 1 : 0;
+        ASSERT_LT(slow, 4) << "Stop takes too long " << moment << " ms behind Get Data";
+        if (late)
+            roundOver = false;
+        else
+            moment = std::max(moment + 100, moment * 1.03);
     }
     EXPECT_TRUE(roundOver);
-    // A machine that is busy with other things may be late now and then.
-    EXPECT_LE(slow, presses / 10);
     RecordProperty("presses", presses);
 
     Run->Click(u"btnRDeleteAll");

@@ -6,6 +6,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTemporaryFile>
 
 #include <cstdio>
 
@@ -16,16 +19,28 @@ using namespace Brindle::Test;
 
 namespace {
 
-void Picture(WindowRun& run, const QString& fileName) {
+void Picture(WindowRun& run, const QString& fileName, QWidget* widget = nullptr) {
     // The engine paints a little later.
     QElapsedTimer waited;
     waited.start();
     while (waited.elapsed() < 700)
         run.Loop.WaitForMessage(700 - waited.elapsed());
-    const QPixmap picture = run.Window->grab();
+    const QPixmap picture = (widget ? widget : run.Window.get())->grab();
     if (!picture.save(fileName))
         throw std::runtime_error("cannot write " + fileName.toStdString());
     std::printf("%s %dx%d\n", qPrintable(fileName), picture.width(), picture.height());
+}
+
+// The dialog in the middle of a few searches.
+void Searches(WindowRun& run, const Demo::DemoServer& server) {
+    QString table = u"site,what,where\n"_s;
+    for (const QString& code : server.SiteCodes())
+        table += code + u",garden,springfield\n"_s;
+    run.Click(u"btnSearches");
+    run.Control<QPlainTextEdit>(u"edtSTable")->setPlainText(table);
+    run.Control<QSpinBox>(u"edtSJobs")->setValue(2);
+    run.Click(u"btnSRun");
+    run.Until([&] { return run.Window->Searches().Count(SearchState::Done) >= 3; });
 }
 
 void MakePictures(const QDir& folder, const QString& suffix, const QString& language) {
@@ -35,6 +50,12 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     loop.SetPace(0.05);
     WindowRun run(loop, SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters()),
                   CreateWebEngineBrowser);
+    QTemporaryFile sites;
+    if (!sites.open() || sites.write(server.SitesIni().toUtf8()) < 0 || !sites.flush())
+        throw std::runtime_error("cannot write the sites of the demo");
+    run.SitesFileName = sites.fileName();
+    run.Pace = 0.02;
+    run.Again();
     run.Window->resize(1280, 800);
     run.Show();
     const auto name = [&](const char16_t* what) {
@@ -60,6 +81,8 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.Control<QTableView>(u"lvwHarvests")->selectRow(0);
     run.Until([&] { return run.Control<QTableView>(u"lvwHLeads")->model()->rowCount() > 0; });
     Picture(run, name(u"history"));
+    Searches(run, server);
+    Picture(run, name(u"searches"), run.Control<QWidget>(u"frmSearches"));
     run.Window->close();
 }
 

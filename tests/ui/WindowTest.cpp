@@ -239,6 +239,11 @@ TEST_F(WindowTest, ShowsThatAHarvestRuns) {
     Loop.RunUntil(Loop.Now() + 65'000);
     EXPECT_TRUE(activity().startsWith(u"1:05   pages: 0   leads: 0   waiting for a results page: missing list marker"))
         << activity().toStdString();
+    // What proxies of the list cannot do is said meanwhile.
+    Run->Window->IdHTTP1().AttemptFailed(u"http://a.test/: HTTP status 404"_s);
+    EXPECT_TRUE(activity().endsWith(u"http://a.test/: HTTP status 404")) << activity().toStdString();
+    Run->Window->IdHTTP1().GaveUp(u"http://a.test/: given up"_s);
+    EXPECT_EQ(Run->Notice(), u"http://a.test/: given up"_s);
     Browser->Pages.insert(first, u"<body>business-serp <a href=\"/next\">Next</a> footer-wrapper Next<"_s);
     Loop.RunUntil(Loop.Now() + 3000);
     EXPECT_TRUE(activity().endsWith(u"   pages: 1   leads: 0   waiting for the next page")) << activity().toStdString();
@@ -262,14 +267,17 @@ TEST_F(WindowTest, AStalledUpdateServerHoldsNothingUp) {
         return ShownBrowser{std::move(browser), new QWidget};
     });
     bool asked = false;
-    run.When([&] { return silent.hasPendingConnections(); },
+    bool askedFirst = false; // before the directories are offered
+    QObject::connect(&silent, &QTcpServer::newConnection, run.Window.get(),
+                     [&] { askedFirst = !run.Control<QWidget>(u"cbxWebsites")->isEnabled(); });
+    run.When([&] { return silent.hasPendingConnections() && run.Control<QWidget>(u"cbxWebsites")->isEnabled(); },
              [&] {
-                 asked = run.Control<QWidget>(u"cbxWebsites")->isEnabled() &&
-                         Browser->Calls.contains(QString(u"navigate " + first));
+                 asked = Browser->Calls.contains(QString(u"navigate http://kvpn001001.test"_s));
                  run.Window->close();
              });
     run.Window->show();
     EXPECT_TRUE(run.Until([&] { return real.Quitting(); }));
+    EXPECT_TRUE(askedFirst);
     EXPECT_TRUE(asked) << "the sites were not there while the server was waited for";
 }
 

@@ -8,6 +8,8 @@
 #include <QAction>
 #include <QElapsedTimer>
 #include <QNetworkProxy>
+#include <QTcpServer>
+#include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
 #include <QWebEngineLoadingInfo>
@@ -34,6 +36,7 @@ namespace {
 // being left carries a mark, which goes with it.
 constexpr quint32 world = QWebEngineScript::ApplicationWorld;
 constexpr qint64 mostWaitForMore = 4000; // ms
+constexpr int proxyPatience = 1000;      // ms
 
 // A page beyond the size of what is parsed elsewhere is not read here either.
 constexpr auto readElement = u"(() => { const element = document.%1; if (window.brindleLeft || !element) return '';"
@@ -157,6 +160,7 @@ WebEngineBrowser::WebEngineBrowser(MessageLoop& loop, const QString& profileFold
 
 WebEngineBrowser::~WebEngineBrowser() {
     page_->disconnect(this);
+    proxyPage_.reset();
     pointing_.reset();
     if (const qint64 process = hung_ ? page_->renderProcessPid() : 0; process > 0)
         Kill(process);
@@ -186,6 +190,8 @@ void WebEngineBrowser::Navigate(const QString& address) {
 }
 
 void WebEngineBrowser::Stop() {
+    if (std::exchange(afterProxy_, nullptr))
+        EndBusy();
     page_->triggerAction(QWebEnginePage::Stop);
     page_->runJavaScript(QString::fromUtf16(stay), world);
 }
@@ -270,17 +276,46 @@ bool WebEngineBrowser::LoadMore(const QString& selector) {
 void WebEngineBrowser::SetProxy(const Proxy& proxy) {
     page_->SetProxyLogin(proxy);
     proxyError_.clear();
+    QNetworkProxy way(QNetworkProxy::NoProxy);
     if (proxy.Host.isEmpty()) {
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+        // none
     } else if (proxy.Port < 1 || proxy.Port > 65535) {
         // Nothing listens on port 1, so every request fails, and none goes out on another way than the user wants.
         proxyError_ = u"the proxy's port %1 is not from 1 to 65535"_s.arg(proxy.Port);
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1));
+        way = QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1);
     } else {
         const ProxyLogin login = proxy.Login.value_or(ProxyLogin());
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(
-            QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName, login.Password));
+        way = QNetworkProxy(QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName,
+                            login.Password);
     }
+    if (way == QNetworkProxy::applicationProxy())
+        return;
+    QNetworkProxy::setApplicationProxy(way);
+    if (asked_)
+        TellOfProxy();
+}
+
+// The engine looks for another proxy when it makes a request, and takes it from the next one on. So a request is made
+// that leads to nothing, and what is loaded next waits for its end.
+void WebEngineBrowser::TellOfProxy() {
+    QTcpServer nobody;
+    nobody.listen(QHostAddress::LocalHost);
+    const QUrl nowhere(u"http://127.0.0.1:%1/"_s.arg(nobody.serverPort()));
+    nobody.close();
+    auto page = std::make_unique<QWebEnginePage>(profile_.get());
+    page->settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    connect(page.get(), &QWebEnginePage::loadFinished, this, &WebEngineBrowser::ProxyIsTold, Qt::QueuedConnection);
+    QTimer::singleShot(proxyPatience, page.get(), [this] { ProxyIsTold(); });
+    page->load(nowhere);
+    proxyPage_ = std::move(page);
+}
+
+void WebEngineBrowser::ProxyIsTold() {
+    if (!proxyPage_)
+        return;
+    proxyPage_.release()->deleteLater(); // it may be the one that calls
+    if (const std::function<void()> begin = std::exchange(afterProxy_, nullptr))
+        Load(begin);
 }
 
 void WebEngineBrowser::SetUserAgent(const QString& userAgent) {
@@ -342,6 +377,11 @@ void WebEngineBrowser::Load(std::function<void()> begin) {
         afterEnd_ = std::move(begin);
         return;
     }
+    if (proxyPage_) {
+        afterProxy_ = std::move(begin);
+        return;
+    }
+    asked_ = true;
     LeaveDocument();
     begin();
 }

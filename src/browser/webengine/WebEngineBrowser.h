@@ -15,6 +15,7 @@
 class QWebEngineLoadingInfo;
 class QWebEngineProfile;
 class QWebEngineView;
+class QWebEnginePage;
 class QWidget;
 
 namespace Brindle {
@@ -71,6 +72,8 @@ private:
     void OnRendererGone();
     void LeaveDocument();
     void Load(std::function<void()> begin);
+    void TellOfProxy();
+    void ProxyIsTold();
     void GoBy(int steps);
     void EndBusy();
     void Tell(std::function<void()> what);
@@ -88,8 +91,11 @@ private:
     QString proxyError_; // why nothing can be loaded through the proxy; empty: it can be used
     std::chrono::milliseconds patience_{5000};
     std::optional<QStringList> linkTexts_;
-    std::function<void()> afterEnd_; // what to load when the page's process has ended
-    quint64 changes_ = 0;            // of the page: counts loads that begin, come up or end
+    std::function<void()> afterEnd_;            // what to load when the page's process has ended
+    std::unique_ptr<QWebEnginePage> proxyPage_; // makes the engine look for another proxy
+    std::function<void()> afterProxy_;          // what to load then
+    bool asked_ = false;                        // something was loaded already
+    quint64 changes_ = 0;                       // of the page: counts loads that begin, come up or end
     bool busy_ = false;
     bool hung_ = false; // the engine has not answered a question yet
     bool gone_ = false; // the page's process has died, or the engine shows a message of its own

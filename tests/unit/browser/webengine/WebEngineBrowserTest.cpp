@@ -245,13 +245,35 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
     proxy.Pages["http://third.example/"] = "<p>wrong port";
     Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort() + 65536, {}});
     ASSERT_TRUE(Load(u"http://third.example/"_s));
-    ASSERT_TRUE(Load(u"http://third.example/"_s));
     EXPECT_EQ(Body(), QString());
     EXPECT_TRUE(Browser.LastError().contains(QString::number(proxy.serverPort() + 65536)))
         << Browser.LastError().toStdString();
 
     Browser.SetProxy({});
     Server.Pages["/"] = "<p>direct";
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Body().contains(u"direct"));
+}
+
+TEST_F(WebEngine, TakesAnotherProxyFromTheFirstRequestOn) {
+    Server.Pages["/"] = "<p>direct";
+    ASSERT_TRUE(Load(Server.Address()));
+    PageServer proxies[2];
+    for (int i = 0; i < 6; ++i) {
+        PageServer& proxy = proxies[i % 2];
+        const QByteArray page = "http://directory.example/" + QByteArray::number(i);
+        for (PageServer& either : proxies)
+            either.Pages[page] = "<p>page";
+        Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), {}});
+        ASSERT_TRUE(Load(QString::fromLatin1(page)));
+        EXPECT_TRUE(proxy.Requests.join().contains(page)) << i;
+        EXPECT_FALSE(proxies[1 - i % 2].Requests.join().contains(page)) << i;
+    }
+    // Stop takes back what waits for the proxy.
+    Browser.SetProxy({});
+    Browser.Navigate(Server.Address());
+    Browser.Stop();
+    EXPECT_FALSE(Browser.Busy());
     ASSERT_TRUE(Load(Server.Address()));
     EXPECT_TRUE(Body().contains(u"direct"));
 }
