@@ -429,6 +429,10 @@ void PageAnnotations::ReadLabelledPhone(int line) {
     const TextLine& whole = Lines.Lines[static_cast<size_t>(line)];
     const qsizetype label = LabelAtBegin(Lines.TextOf(whole)).Length;
     const QStringView value = Lines.TextOf(whole).sliced(label);
+    // "CEP" is a mobile phone here and a postal code there.
+    const std::vector<TextSpan> codes = PostalCodesIn(value, Region);
+    if (codes.size() == 1 && codes.front() == TextSpan{0, value.size()})
+        return;
     if (const QString key = DigitsOfPhone(value); !key.isEmpty())
         AddPhone({NodeAt(line, whole.Begin + label), line, whole.Begin + label, whole.Begin + whole.Length,
                   value.toString(), key});

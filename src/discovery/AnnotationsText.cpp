@@ -171,7 +171,9 @@ bool HasPrice(QStringView text) {
     };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
-        if ((c == u'$' || c >= 0xA0) && signs.contains(text[i]) && digitBeside(i, i + 1))
+        // "$$" tells how dear a place is.
+        const bool range = (i > 0 && text[i - 1] == text[i]) || (i + 1 < text.size() && text[i + 1] == text[i]);
+        if ((c == u'$' || c >= 0xA0) && !range && signs.contains(text[i]) && digitBeside(i, i + 1))
             return true;
     }
     // A name of money stands beside its amount.

@@ -37,10 +37,21 @@ bool LiesWithin(const Inner& inner, const Outer& outer) {
     return within * 10 >= inner.Records.size() * 9;
 }
 
+// Whether most of the outer records hold inner ones: a page's columns hold no records as records hold their parts.
+bool IsSpreadOver(const RecordsReading& inner, const RecordsReading& outer) {
+    const auto held = std::count_if(outer.Records.begin(), outer.Records.end(), [&inner](const PageRecord& record) {
+        const auto found = std::lower_bound(inner.Records.begin(), inner.Records.end(), record.Begin,
+                                            [](const PageRecord& one, NodeIndex node) { return one.Begin < node; });
+        return found != inner.Records.end() && found->Begin < record.End;
+    });
+    return held * 10 >= static_cast<std::ptrdiff_t>(outer.Records.size()) * 7;
+}
+
 // Parts of records can be many and look like records of their own: whole ones that say more go before them.
 void PreferWhole(std::vector<RecordsReading>& lists) {
     for (size_t i = 1; i < lists.size() && lists[i].Sure; ++i)
-        if (QualityOf(lists[i]) > 1.25 * QualityOf(lists.front()) && LiesWithin(lists.front(), lists[i]))
+        if (QualityOf(lists[i]) > 1.25 * QualityOf(lists.front()) && LiesWithin(lists.front(), lists[i]) &&
+            IsSpreadOver(lists.front(), lists[i]))
             std::rotate(lists.begin(), lists.begin() + static_cast<std::ptrdiff_t>(i),
                         lists.begin() + static_cast<std::ptrdiff_t>(i) + 1);
 }

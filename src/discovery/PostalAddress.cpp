@@ -378,33 +378,6 @@ private:
         return true;
     }
 
-    // Behind the number that ends a street in texts like "Jalan Merdeka 215 Bandung"; -1 when it does not end one.
-    static qsizetype EndOfNumberIn(QStringView text) {
-        if (text.isEmpty() || text.front().isDigit() || !HasStreetWord(text))
-            return -1;
-        qsizetype end = text.size();
-        while (end > 0 && !text[end - 1].isDigit())
-            --end;
-        const QStringView behind = text.sliced(end);
-        // A letter of the number's own, a comma: what follows is another matter.
-        return end > 0 && behind.size() > 3 && behind.front() == u' ' && behind[1].isUpper() &&
-                       AreNames(behind.sliced(1))
-                   ? end
-                   : -1;
-    }
-
-    // Whether all words but short ones begin as names do.
-    static bool AreNames(QStringView text) {
-        bool start = true;
-        for (qsizetype at = 0; at < text.size(); ++at) {
-            if (start && text[at].isLower() && at + 3 < text.size() && text[at + 1].isLetter() &&
-                text[at + 2].isLetter() && text[at + 3].isLetter())
-                return false;
-            start = text[at] == u' ';
-        }
-        return true;
-    }
-
     // A city's name, with the number of a district at most.
     static bool IsPlace(QStringView text) {
         int digits = 0;
@@ -499,6 +472,16 @@ private:
         if (rest.empty())
             return;
         const QStringView city = rest.back();
+        if (rest.size() > 1 && HasDigit(city) && HasStreetWord(city))
+            if (const qsizetype end = EndOfStreetIn(city); end > 0 && end < city.size()) {
+                // "Shop 19, 12 Collins Street Geelong"
+                if (const QStringView place = Stripped(city.sliced(end)); !place.isEmpty() && !HasDigit(place)) {
+                    rest.back() = Stripped(city.first(end));
+                    parts_.City = place.toString();
+                    parts_.Street = Verbatim(rest);
+                    return;
+                }
+            }
         if (rest.size() == 1 && StreetLike(city)) {
             // Street and city without a comma: behind the word that ends the street.
             qsizetype end = EndOfStreetIn(city);

@@ -301,6 +301,29 @@ qsizetype EndOfStreetIn(QStringView text) {
     return end;
 }
 
+bool AreNames(QStringView text) {
+    bool start = true;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (start && text[at].isLower() && at + 3 < text.size() && text[at + 1].isLetter() && text[at + 2].isLetter() &&
+            text[at + 3].isLetter())
+            return false;
+        start = text[at] == u' ';
+    }
+    return true;
+}
+
+qsizetype EndOfNumberIn(QStringView text) {
+    if (text.isEmpty() || text.front().isDigit() || !HasStreetWord(text))
+        return -1;
+    qsizetype end = text.size();
+    while (end > 0 && !text[end - 1].isDigit())
+        --end;
+    const QStringView behind = text.sliced(end);
+    // A letter of the number's own, a comma: what follows is another matter.
+    const bool town = behind.size() > 3 && behind.front() == u' ' && behind[1].isUpper() && AreNames(behind.sliced(1));
+    return end > 0 && town ? end : -1;
+}
+
 bool IsStateOf(QStringView region, QStringView text) {
     if (text.isEmpty() || text.size() > 32)
         return false;

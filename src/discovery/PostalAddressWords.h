@@ -18,6 +18,12 @@ const AddressCountry* AddressCountryOf(QStringView region);
 /// when there is none.
 qsizetype EndOfStreetIn(QStringView text);
 
+/// Behind the number that ends a street in texts like "Jalan Merdeka 215 Bandung"; -1 when none does.
+qsizetype EndOfNumberIn(QStringView text);
+
+/// Whether all words but short ones begin as names do.
+bool AreNames(QStringView text);
+
 /// The length of the name of a state at the end of the text, 0 when there is none there. What stands before it is a
 /// blank, comma, slash, hyphen or bracket, or nothing.
 qsizetype StateAtEnd(QStringView region, QStringView text);

@@ -150,7 +150,8 @@ private:
         std::vector<std::pair<quint64, int>> kinds; // of possible names, in their order
         std::unordered_map<quint64, size_t> numbers;
         for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child)) {
-            children.push_back(child);
+            if (!page.IsText(child) || page_.FactsOf(child).Characters > 0)
+                children.push_back(child);
             if (!page.IsElement(child) || page_.FactsOf(child).Characters < 2)
                 continue;
             const auto [found, fresh] = numbers.try_emplace(signatures_.Of(child), kinds.size());
@@ -170,6 +171,22 @@ private:
         return std::any_of(children.begin(), children.end(), [this](NodeIndex child) {
             return page_.Page.IsText(child) && page_.FactsOf(child).Characters > 5;
         });
+    }
+
+    // Where the last record of a flat list ends: it is no longer than the others, and has no pager or footer.
+    size_t EndOfLast(const std::vector<NodeIndex>& children, size_t begin, size_t longest) const {
+        const size_t end = longest > 0 ? std::min(children.size(), begin + longest) : children.size();
+        for (size_t i = begin + 1; i < end && longest > 0; ++i) {
+            const NodeIndex child = children[i];
+            const NodeFacts& facts = page_.FactsOf(child);
+            const bool odd = Has(page_.HintsOf(child), Hint::Aside) || facts.OwnLinks >= 2 || facts.Characters > 300;
+            const bool known =
+                std::any_of(children.begin(), children.begin() + static_cast<std::ptrdiff_t>(begin),
+                            [&](NodeIndex other) { return signatures_.Of(other) == signatures_.Of(child); });
+            if (page_.Page.IsElement(child) && odd && !known)
+                return i;
+        }
+        return end;
     }
 
     void SplitAt(NodeIndex parent, const std::vector<NodeIndex>& children, quint64 kind) {
@@ -203,7 +220,7 @@ private:
             sum += page_.FactsOf(child);
         }
         if (begin < children.size())
-            finish(longest > 0 ? std::min(children.size(), begin + longest) : children.size());
+            finish(EndOfLast(children, begin, longest));
         double alone = 0; // what the names' elements are worth by themselves
         for (const RecordRange& record : list.Records) {
             const double worth =

@@ -500,6 +500,8 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
     const double count = static_cast<double>(columns_.Count());
     for (size_t i = 0; i < columns_.Columns.size(); ++i) {
         const RecordColumn& column = columns_.Columns[i];
+        if (static_cast<int>(i) == town_)
+            continue;
         const bool says = Has(column.Own, Hint::Category) || Has(column.Label, Hint::Category);
         const bool other = column.IsHeading || Has(column.Own, Hint::Name) ||
                            ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||

@@ -260,6 +260,7 @@ private:
             reading_.Verdict = why;
         };
         const bool other = subject_.OtherThings && !subject_.Businesses;
+        const bool directory = subject_.Businesses && !subject_.OtherThings && !subject_.OneFirm;
         const auto often = [&shares](Hint hint) { return Has(shares.Often, hint); };
         if (names_.DistinctNames() < 0.5)
             return no(u"its names repeat"_s);
@@ -267,13 +268,13 @@ private:
             return no(u"its records have prices"_s);
         // Dates of reviews or of a membership stand in lists of addresses, too.
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
-        if (dated && (shares.Street < 0.5 || !subject_.Businesses || subject_.OtherThings))
+        if (dated && (shares.Street < 0.5 || !directory))
             return no(u"its records have dates"_s);
         if (shares.House > 0.6 && shares.Address < 0.3)
             return no(u"its records are people of one house"_s);
         if ((often(Hint::Job) || often(Hint::Product) || often(Hint::Event)) && shares.Phone < 0.5)
             return no(u"its records call themselves jobs, goods or events"_s);
-        if (often(Hint::Author) && shares.Phone < 0.5)
+        if (often(Hint::Author) && shares.Phone < 0.5 && (shares.Street < 0.5 || !directory))
             return no(u"its records have authors"_s);
         if (subject_.Jobs && shares.Phone < 0.5)
             return no(u"the page is about jobs"_s);
@@ -288,10 +289,11 @@ private:
         // Two addresses stand in many a footer, three or four in many an article.
         const double both = std::min(shares.Phone, shares.Address);
         const bool few = count < 5;
-        const bool directory = subject_.Businesses && !subject_.OtherThings && !subject_.OneFirm;
         if (few && (names_.Score() < (directory && both >= 0.9 ? 1.5 : 2.5) ||
                     (shares.Details < 0.5 && !often(Hint::Business) && !subject_.Businesses)))
             return no(u"too few records to be sure of"_s);
+        if (few && subject_.OneFirm && shares.Details < 0.5)
+            return no(u"too few records, and the page is about one firm"_s);
         if (count < 3 && (both < 0.9 || (shares.Details < 0.9 && !directory)))
             return no(u"two records are not enough to be sure of"_s);
         if (reachable && contact >= wanted) {

@@ -1,0 +1,181 @@
+#include "discovery/AnyPage.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString site = u"https://www.guide.example.de"_s;
+
+std::vector<PageRecord> Read(const QString& entry, const QString& title, int count, const QString& after = {},
+                             const QString& from = site + u"/x"_s, const QString& language = u"de"_s) {
+    QString list;
+    for (int i = 1; i <= count; ++i)
+        list += QString(entry).replace(u"{i}"_s, QString::number(i)).replace(u"{c}"_s, QChar(u'A' + i));
+    const PageTree page(u"<!DOCTYPE html><html lang=%1><title>%2</title><body><h1>%2</h1><div>%3%4</div>"_s.arg(
+        language, title, list, after));
+    return ReadAnyPage(page, from).Records;
+}
+
+// What an entry says in one place, and what a field of the third entry must then be; "{i}" is its number.
+struct Rule {
+    const char* Name;
+    QString Part; // behind the name's heading
+    Field Column;
+    QString Value;
+};
+
+void PrintTo(const Rule& rule, std::ostream* out) {
+    *out << rule.Name;
+}
+
+class EntryPart : public testing::TestWithParam<Rule> {};
+
+TEST_P(EntryPart, GivesTheField) {
+    const QString head = u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s;
+    const auto records = Read(head + GetParam().Part + u"</section>"_s, u"Elektriker in Köln"_s, 6);
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[2].Fields.At(static_cast<int>(GetParam().Column)).toStdString(),
+              QString(GetParam().Value).replace(u"{i}"_s, u"3"_s).toStdString());
+}
+
+const QString place = u"<div>Ringweg {i}, 50667 Köln</div>"_s;
+const QString call = u"<div>0221 55512{i}</div>"_s;
+
+INSTANTIATE_TEST_SUITE_P(
+    Parts, EntryPart,
+    testing::Values(
+        Rule{"NumberOfAButton", place + u"<button data-phone='0221 55512{i}'>Nummer anzeigen</button>"_s, Field::Phone,
+             u"0221 55512{i}"_s},
+        Rule{"NumberOfAButtonThatIsAFax", call + place + u"<button data-fax='0221 77712{i}'>Fax</button>"_s,
+             Field::Phone, u"0221 55512{i}"_s},
+        Rule{"MailOfAButton", call + place + u"<button data-email='a{i}@b.example'>Schreiben</button>"_s, Field::Email,
+             u"a{i}@b.example"_s},
+        Rule{"ADateIsNoNumber", place + u"<div>Tel. 0221 55512{i} <i>06.02.2005</i></div>"_s, Field::Phone,
+             u"0221 55512{i}"_s},
+        Rule{"AnotherCellIsNoNumber", call + place + u"<div>06.02.201{i}</div>"_s, Field::Phone, u"0221 55512{i}"_s},
+        Rule{"ACounterOfThisSite", call + place + u"<a href='/out?to=https%3A%2F%2Fwww.h{i}.example'>Webseite</a>"_s,
+             Field::Website, u"https://www.h{i}.example"_s},
+        Rule{"ACounterElsewhere",
+             call + place + u"<a href='https://t.example/c?d=https%3A%2F%2Fwww.h{i}.example'>Web</a>"_s, Field::Website,
+             u"https://www.h{i}.example"_s},
+        Rule{"ALabelInAnElement", call + u"<div><span>Adresse</span> <span>Ringweg {i}, 50667 Köln</span></div>"_s,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"TheTradeBeforeTheAddress", u"<div>Elektriker</div>"_s + place + call, Field::FullAddress,
+             u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"APersonBeforeTheAddress", u"<p>Anna Berg</p><p>Postfach {i} · 50667 Köln</p>"_s + call,
+             Field::FullAddress, u"Postfach {i} · 50667 Köln"_s},
+        Rule{"AStreetOfItsOwnLine", u"<p>Ringweg {i}</p><p>50667 Köln</p>"_s + call, Field::FullAddress,
+             u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"AStreetWithoutItsWord", u"<p>Unter Sachsen {i}<br>50667 Köln</p>"_s + call, Field::Address,
+             u"Unter Sachsen {i}"_s},
+        Rule{"TheTownWithItsCode", call + u"<div class=street>Ringweg {i}</div><div class=city>50667 Köln</div>"_s,
+             Field::City, u"Köln"_s},
+        Rule{"ClassesOfAStyleSheet", u"<p class='text-sm mt-2'>Ringweg {i}, 50667 Köln</p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"ClassesOfCells", u"<p class=table-cell>Ringweg {i}, 50667 Köln</p>"_s + call, Field::FullAddress,
+             u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"BlockAndElement", u"<p class=teaser__line>Ringweg {i}, 50667 Köln</p>"_s + call, Field::FullAddress,
+             u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"TheTradeOfAFirm", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::Category,
+             u"Lampen {i}"_s},
+        Rule{"TheNameIsNoTrade", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::BusinessName,
+             u"Haus D"_s},
+        Rule{"DirectionsAreNotDetails",
+             u"<a href='/weg?id={i}'>Route</a>"_s + place + call + u"<a href='/f/{i}'>Bild</a>"_s, Field::DetailsLink,
+             site + u"/b/{i}"_s}),
+    [](const auto& info) { return std::string(info.param.Name); });
+
+TEST(Rules, LinksThatLeadElsewhereAreNotDetails) {
+    const QString entry = u"<section><h3>Haus {c}</h3>"_s + place + call;
+    for (const QString& link : {u"<a href='/weg?id={i}'>Route</a>"_s, u"<a class=category href='/c{i}'>Strom</a>"_s,
+                                u"<a href='/out?to=https%3A%2F%2Fwww.h{i}.example'>Webseite</a>"_s}) {
+        const auto records = Read(entry + link + u"</section>"_s, u"Elektriker"_s, 6);
+        ASSERT_EQ(records.size(), 6U) << link.toStdString();
+        EXPECT_EQ(records[0].Fields.DetailsLink, QString()) << link.toStdString();
+    }
+    EXPECT_EQ(Read(entry + u"<a href='/f/{i}'>Mehr</a></section>"_s, u"Elektriker"_s, 6)[0].Fields.DetailsLink,
+              site + u"/f/1"_s);
+}
+
+TEST(Rules, DatesAndAuthorsOfReviewsStandBesideAddressesToo) {
+    const QString entry = u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place +
+                          u"<p><b class=author>Tom</b> <time>12.03.2021</time> „Sehr gut“</p></section>"_s;
+    EXPECT_EQ(Read(entry, u"Restaurants in Köln"_s, 8).size(), 8U);
+    EXPECT_EQ(Read(entry, u"Konzerte in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry, u"Termine"_s, 8).size(), 0U);
+}
+
+TEST(Rules, APriceRangeIsNoPrice) {
+    const QString entry =
+        u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place + u"<p>Seit 1998 %1</p></section>"_s;
+    EXPECT_EQ(Read(entry.arg(u"€€"_s), u"Restaurants in Köln"_s, 8).size(), 8U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Restaurants in Köln"_s, 8).size(), 0U);
+}
+
+TEST(Rules, FewBusinessesNeedAPageAboutThem) {
+    const QString entry = u"<section><h3>Haus {c}</h3>"_s + place + call + u"</section>"_s;
+    EXPECT_EQ(Read(entry, u"Elektriker in Köln"_s, 2).size(), 2U);
+    EXPECT_EQ(Read(entry, u"Willkommen"_s, 2).size(), 0U);
+    EXPECT_EQ(Read(entry, u"Elektro Müller: Kontakt"_s, 2).size(), 0U);
+    EXPECT_EQ(Read(entry, u"Elektro Müller: Standorte"_s, 3).size(), 0U);
+}
+
+TEST(Rules, TheColumnsOfAPageAreNoRecords) {
+    QString list;
+    for (int i = 1; i <= 9; ++i)
+        list += u"<p><b><a href='/b/%1'>Haus %2</a></b> Ringweg %1, 50667 Köln</p>"_s.arg(i).arg(QChar(u'A' + i));
+    const PageTree page(u"<html lang=de><title>Restaurants in Köln</title><div><div><h1>Restaurants</h1>"_s + list +
+                        u"</div><div><b>Verlag</b><p>Marktplatz 1, 10115 Berlin</p>Tel. 030 2345678 "
+                        u"<a href=/i>Impressum</a></div></div>"_s);
+    EXPECT_EQ(ReadAnyPage(page, site).Records.size(), 9U);
+}
+
+TEST(Rules, ThePagerIsNotOfTheLastRecord) {
+    const auto records = Read(
+        u"<details><summary>Haus {c}</summary><p>Ringweg {i}, 50667 Köln</p><p>Tel. 0221 55512{i}</p></details>\n"_s,
+        u"Elektriker in Köln"_s, 3,
+        u"<div><a href='?p=2'>2</a> <a href='?p=3'>3</a> <a href='?p=2'>Weiter</a></div>"_s);
+    ASSERT_EQ(records.size(), 3U);
+    EXPECT_EQ(records[2].Fields.FullAddress, u"Ringweg 3, 50667 Köln"_s);
+    EXPECT_EQ(records[2].Fields.DetailsLink, QString());
+}
+
+TEST(Rules, TownsAndTradesThatThePageNames) {
+    const QString entry = u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3><p>Zahnärzte</p><p>Graz</p></section>"_s;
+    const auto records = Read(entry, u"Zahnärzte in Graz"_s, 8, {}, u"https://www.guide.example.at/"_s);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[1].Fields.City, u"Graz"_s);
+    EXPECT_EQ(records[1].Fields.Category, u"Zahnärzte"_s);
+}
+
+TEST(Rules, ListsThatOnlyLookLikeBusinesses) {
+    // Trades with their parts; firms under vacancies; people of one house; years with what happened in them.
+    EXPECT_EQ(
+        Read(u"<section><h3><a href='/c/{i}'>Elektriker {c}</a></h3><ul class=category><li><a href='/d/{i}'>Bäcker "
+             u"{c}</a></ul></section>"_s,
+             u"Branchenbuch"_s, 12)
+            .size(),
+        0U);
+    EXPECT_EQ(
+        Read(
+            u"<section><h3><a href='/s/{i}'>Leitung {c}</a></h3><p>Müller {c} Elektriker</p><p>50667 Köln</p></section>"_s,
+            u"Angebote"_s, 12)
+            .size(),
+        0U);
+    EXPECT_EQ(
+        Read(
+            u"<section><h3>Anna {c}.</h3><p>0221 5551{i}</p><a href='mailto:p{i}@guide.example.de'>Mail</a></section>"_s,
+            u"Übersicht"_s, 12)
+            .size(),
+        0U);
+    EXPECT_EQ(Read(u"<li><a href='/w/{i}'>Haus {c}</a>, 192{i}, Theater und Museum</li>"_s, u"Restaurants"_s, 9, {},
+                   u"https://www.wiki.example.at/"_s)
+                  .size(),
+              0U);
+}
+
+} // namespace
+} // namespace Brindle
