@@ -1,10 +1,12 @@
 #include "DemoFixture.h"
+#include "PostgresServer.h"
 #include "cli/CommandLine.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
+#include <memory>
 #include <set>
 #include <utility>
 
@@ -39,12 +41,18 @@ void Collect(const QString& fileName, std::vector<Written>& commands) {
     }
 }
 
-std::vector<Written> CommandsOfDocuments() {
+QStringList Documents() {
     const QDir root(QStringLiteral(PROJECT_DIR));
-    std::vector<Written> commands;
-    Collect(root.filePath(u"README.md"_s), commands);
+    QStringList files{root.filePath(u"README.md"_s), root.filePath(u"CONTRIBUTING.md"_s)};
     for (const QFileInfo& file : QDir(root.filePath(u"docs"_s)).entryInfoList({u"*.md"_s}, QDir::Files, QDir::Name))
-        Collect(file.filePath(), commands);
+        files.append(file.filePath());
+    return files;
+}
+
+std::vector<Written> CommandsOfDocuments() {
+    std::vector<Written> commands;
+    for (const QString& file : Documents())
+        Collect(file, commands);
     return commands;
 }
 
@@ -74,17 +82,32 @@ QStringList ArgumentsOf(const QString& text) {
     return arguments;
 }
 
-// What stands for the reader's own addresses, takes a server of his or a table of his, or never ends by itself.
-bool IsPattern(const Written& command) {
-    static const QRegularExpression pattern(
-        u"\u2026|postgresql://|\\b(?:CODE|URL|FILE)\\b|^(?:demo|work|run|searches)\\b"_s);
-    return command.Text.contains(pattern);
+// Serves until it is ended, so it is tried elsewhere.
+bool NeverEnds(const Written& command) {
+    return command.Text == u"demo" || command.Text.startsWith(u"demo ");
 }
 
 class DocumentsTest : public DemoFixture {
 protected:
     DocumentsTest() : before_(QDir::currentPath()) { QDir::setCurrent(Path({})); }
     ~DocumentsTest() override { QDir::setCurrent(before_); }
+
+    /// The arguments with something of the test's own for what stands for the reader's: addresses, a directory, a
+    /// server.
+    QStringList Prepared(const Written& command, const QString& postgres) const {
+        QString text = command.Text;
+        const QString start = Server().FirstResultPage(u"KVPE001004"_s, 1);
+        const bool own = text.contains(u'\u2026') || text.contains(QRegularExpression(u"\\b(?:CODE|URL)\\b"_s));
+        text.replace(u"postgresql://brindle@db/leads"_s, postgres);
+        text.replace(u"emails http://\u2026"_s, u"emails "_s + Server().Businesses() + u"/plain/two-movers/");
+        text.replace(u"KVPN002001 --start 'http://\u2026/search?\u2026'"_s, u"KVPE001004 --start "_s + start);
+        text.replace(u"--site CODE page.html"_s, u"--site KVPN002001 result-page.html"_s);
+        text.replace(u"--site CODE"_s, u"--site KVPE001004"_s).replace(u"--start URL"_s, u"--start "_s + start);
+        QStringList arguments = ArgumentsOf(text);
+        if (own && arguments.first() == u"harvest")
+            arguments += {u"--sites"_s, SitesFileName(), u"--pace"_s, u"0"_s};
+        return arguments;
+    }
 
 private:
     QString before_;
@@ -118,15 +141,39 @@ TEST_F(DocumentsTest, EveryCommandThatCanBeRunWorks) {
     ASSERT_TRUE(QDir().mkdir(u"languages"_s));
     ASSERT_TRUE(QFile::copy(QStringLiteral(PROJECT_DIR) + u"/languages/fr.dat", u"languages/fr.dat"_s));
 
+    const QByteArray start = Server().ModernSites().front().Start.toUtf8();
+    Write(u"searches.csv"_s, "site,start\nAUTO," + start + "\n");
+
+    std::unique_ptr<PostgresServer> postgres;
     std::set<QString> run;
     for (const Written& command : CommandsOfDocuments()) {
-        if (IsPattern(command) || !run.insert(command.Text).second)
+        const bool onServer = command.Text.contains(u"postgresql:");
+        if (NeverEnds(command) || (onServer && !PostgresServer::Installed()) || !run.insert(command.Text).second)
             continue;
-        const Outcome outcome = RunCli(ArgumentsOf(command.Text));
+        if (onServer && !postgres)
+            postgres = std::make_unique<PostgresServer>();
+        const Outcome outcome = RunCli(Prepared(command, postgres ? postgres->Address() : QString()));
         EXPECT_EQ(outcome.Status, 0) << command.Where.toStdString() << ": " << command.Text.toStdString() << "\n"
                                      << outcome.Err.toStdString();
     }
-    EXPECT_GE(run.size(), 8U) << "the documents have commands to try";
+    EXPECT_GE(run.size(), 25U) << "the documents have commands to try";
+}
+
+// Scripts, folders and files of the tree, wherever a document names them.
+TEST_F(DocumentsTest, WhatIsNamedIsThere) {
+    const QDir root(QStringLiteral(PROJECT_DIR));
+    static const QRegularExpression named(
+        u"(?:^|[\\s`(])(?:\\./)?((?:\\.ci|bench|config|docs|fuzz|languages|packaging|scripts|src|tests)/[\\w.@/-]*\\w|\\./(?:run|test))\\b"_s);
+    int count = 0;
+    for (const QString& file : Documents()) {
+        const QString text = QString::fromUtf8(FileContent(file));
+        for (auto match = named.globalMatch(text); match.hasNext();) {
+            const QString path = match.next().captured(1);
+            ++count;
+            EXPECT_TRUE(root.exists(path)) << QFileInfo(file).fileName().toStdString() << ": " << path.toStdString();
+        }
+    }
+    EXPECT_GT(count, 40);
 }
 
 } // namespace
