@@ -458,8 +458,13 @@ private:
             QStringView& last = rest.back();
             if (last.size() > 2 && last.startsWith(u'(') && last.endsWith(u')'))
                 last = last.sliced(1, last.size() - 2);
-            // "New York, NY" and "New York" alone: the name of a city that is a state's, too.
-            if (IsStateOf(region_, last) && rest.size() > 1 && !StreetLike(rest[rest.size() - 2])) {
+            // "New York, NY" and "New York" alone: the name of a city that is a state's, too. "12 Elm St, Oak Park,
+            // Illinois": a city that sounds like a street stands behind the street.
+            const size_t size = rest.size();
+            const bool behindCity =
+                size > 1 && (!StreetLike(rest[size - 2]) || (size > 2 && !HasDigit(rest[size - 2]) &&
+                                                             HasDigit(rest[size - 3]) && StreetLike(rest[size - 3])));
+            if (IsStateOf(region_, last) && behindCity) {
                 parts_.State = last.toString();
                 rest.pop_back();
             } else if (IsStateOf(region_, last) && last.size() <= 3 && rest.size() > 1) {

@@ -222,7 +222,8 @@ void RecordColumns::ReadColumns(size_t record) {
                 if (element == range.Begin)
                     break;
             }
-            ++place;
+            // Stars, ranks and counts before a name do not make it a later text.
+            place += HasWord(Page.Lines.TextOf(pieces[static_cast<size_t>(i)])) ? 1 : 0;
         }
     }
 }

@@ -88,6 +88,7 @@ TEST(SplitAddress, StateAndCodeBehindTheCity) {
          u"4000 E. Ontario Center Parkway|Los Angeles|California||"},
         {u"US", u"9 Ocean Ave, Los Angeles, California (Ontario) United States",
          u"9 Ocean Ave|Los Angeles|California||United States"},
+        {u"US", u"4801 N Lincoln Ave, Oak Park, Illinois 60302", u"4801 N Lincoln Ave|Oak Park|Illinois|60302|"},
         {u"US", u"350 5th Ave New York", u"350 5th Ave|New York|||"},
         {u"US", u"San Diego, CA", u"|San Diego|CA||"},
         {u"", u"1 Elm Ct, Salem, OR 97301", u"1 Elm Ct|Salem|OR|97301|"},

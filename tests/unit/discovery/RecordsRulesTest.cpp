@@ -108,6 +108,15 @@ TEST(Rules, DatesAndAuthorsOfReviewsStandBesideAddressesToo) {
     EXPECT_EQ(Read(entry, u"Termine"_s, 8).size(), 0U);
 }
 
+TEST(Rules, StarsBeforeANameWithoutAnyMark) {
+    const auto records = Read(u"<a href='/b/{i}'><div><img> <span>★ 4.{i} (1{i})</span></div><div>Haus {c}</div>"
+                              u"<div>Ringweg {i}, 50667 Köln</div><div>0221 55512{i}</div></a>"_s,
+                              u"Elektriker in Köln"_s, 8);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[2].Fields.Name, u"Haus D"_s);
+    EXPECT_EQ(records[2].Fields.DetailsLink, site + u"/b/3"_s);
+}
+
 TEST(Rules, APriceRangeIsNoPrice) {
     const QString entry =
         u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place + u"<p>Seit 1998 %1</p></section>"_s;
