@@ -122,8 +122,18 @@ void DocumentRounds::PageLeft() {
     grew_ = false;
 }
 
-bool DocumentRounds::LoadMore() {
-    grew_ = browser_.LoadMore(found_.LoadMore);
+// More may have come by itself between the last look and the asking.
+bool DocumentRounds::HasGrown(const SiteAdapter& site) const {
+    const QString html = browser_.DocumentHtml();
+    try {
+        return html != html_ && site.ReadDocument(html, address_).Leads.size() > found_.Leads.size();
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
+bool DocumentRounds::LoadMore(const SiteAdapter& site) {
+    grew_ = browser_.LoadMore(found_.LoadMore) || (!harvest_.ShouldStop() && HasGrown(site));
     if (grew_)
         records_.clear(); // two looks must see the longer list
     return grew_;

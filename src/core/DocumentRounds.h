@@ -43,9 +43,11 @@ public:
     /// A next page is being loaded.
     void PageLeft();
     /// Brings more records into the page where it can; false when it has no more.
-    bool LoadMore();
+    bool LoadMore(const SiteAdapter& site);
 
 private:
+    bool HasGrown(const SiteAdapter& site) const;
+
     Harvest& harvest_;
     EmbeddedBrowser& browser_;
     QString start_; // address of the first page

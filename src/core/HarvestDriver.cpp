@@ -280,7 +280,7 @@ bool HarvestDriver::LookAtDocument(const SiteAdapter& site) {
 void HarvestDriver::LoadNextDocument(const SiteAdapter& site) {
     const QString address = documents_.NextAddress(site);
     if (address.isEmpty()) {
-        if (documents_.LoadMore() && !harvest_.ShouldStop())
+        if (documents_.LoadMore(site) && !harvest_.ShouldStop())
             return GoOn(true);
         return Finish();
     }

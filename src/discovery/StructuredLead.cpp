@@ -64,7 +64,9 @@ bool StandsBehindTown(QStringView postalCode) {
            DigitsIn(postalCode.first(std::min(postalCode.size(), qsizetype{4}))) > 0;
 }
 
-// The address in one line. Where there is a state, the postal code stands behind it.
+} // namespace
+
+// Where there is a state, the postal code stands behind it.
 QString ComposedAddress(const Lead& lead) {
     QString town;
     QString address = lead.Street;
@@ -81,8 +83,6 @@ QString ComposedAddress(const Lead& lead) {
     }
     return address;
 }
-
-} // namespace
 
 StructuredLead::StructuredLead(const PageTree& page, const QString& url, const StructuredItems& items)
     : page_(page), url_(url), base_(BaseAddressOf(page, url)), items_(items), text_(page) {}

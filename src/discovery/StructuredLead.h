@@ -12,6 +12,9 @@
 
 namespace Brindle {
 
+/// The parts of a lead's address in one line; empty when it has none.
+QString ComposedAddress(const Lead& lead);
+
 /// Makes leads of a page's items. It keeps references to all that it is given.
 class StructuredLead {
 public:

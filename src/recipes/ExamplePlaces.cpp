@@ -1,5 +1,6 @@
 #include "recipes/ExamplePlaces.h"
 
+#include "discovery/Labels.h"
 #include "discovery/StructuredLinks.h"
 #include "recipes/RecipePattern.h"
 #include "toolkit/Text.h"
@@ -58,13 +59,17 @@ QString PatternOfShape(QStringView example) {
     return pattern + u"\\b"_s;
 }
 
+const QString phonePattern = u"[+(]?\\d[\\d\\s()./+-]{4,}\\d"_s;
+const QString mailPattern = u"[^\\s<>;,:]+@[^\\s<>;,]+"_s;
+const QString labelPattern = u"^[^:\uFF1A]{1,30}[:\uFF1A]\\s*(.+)$"_s;
+
 // Patterns that cut a value out of a longer text, those for the column first.
 QStringList PatternsFor(Field column, QStringView example) {
     QStringList patterns;
     if (IsPhone(column))
-        patterns.append(u"[+(]?\\d[\\d\\s()./+-]{4,}\\d"_s);
+        patterns.append(phonePattern);
     if (column == Field::Email)
-        patterns.append(u"[^\\s<>;,:]+@[^\\s<>;,]+"_s);
+        patterns.append(mailPattern);
     if (column == Field::PostalCode)
         patterns.append(PatternOfShape(example));
     if (column == Field::State)
@@ -74,7 +79,7 @@ QStringList PatternsFor(Field column, QStringView example) {
     if (column == Field::FullAddress)
         for (int parts = 4; parts > 0; --parts)
             patterns.append(u"^((?:[^,]*,){%1}[^,]+?)\\s*,"_s.arg(parts));
-    patterns.append({u"^[^:]{1,30}:\\s*(.+)$"_s, u"^\\d+\\s*[.)]\\s*(.+)$"_s});
+    patterns.append({labelPattern, u"^\\d+\\s*[.)]\\s*(.+)$"_s});
     for (int part = 0; part < 5; ++part)
         patterns.append(part == 0 ? u"^\\s*([^,]+?)\\s*,"_s : u"^(?:[^,]*,){%1}\\s*([^,]+?)\\s*(?:,|$)"_s.arg(part));
     patterns.append({u"^(.+?)\\s*\\("_s, u"^(.+?)\\s+[-\u2013|\u00b7]\\s"_s, u"\\s[-\u2013|\u00b7]\\s+(.+)$"_s});
@@ -142,6 +147,47 @@ std::vector<ExamplePlace> ExamplePlaces::Find(Field column, const QString& text)
     std::stable_sort(found.begin(), found.end(),
                      [](const ExamplePlace& a, const ExamplePlace& b) { return a.Node < b.Node; });
     return found;
+}
+
+NodeIndex ExamplePlaces::LinkAround(NodeIndex node) const {
+    const PageTree& page = source_.Page;
+    const auto isLink = [&page](NodeIndex at) { return page.Is(at, u"a") && page.HasAttribute(at, u"href"); };
+    for (NodeIndex at = node; at != noNode; at = page.Parent(at))
+        if (isLink(at))
+            return at;
+    for (NodeIndex at = node; at < page.End(node); ++at)
+        if (isLink(at))
+            return at;
+    return noNode;
+}
+
+ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
+    const NodeIndex link = LinkAround(node);
+    if (IsLinkColumn(column))
+        return {.Node = link == noNode ? node : link};
+    const QString shown = RawFieldValue(source_, node, column, {});
+    const auto cut = [&shown](const QString& pattern) {
+        QString text = shown;
+        return RecipePattern(pattern).Apply(text) == RecipePattern::Outcome::Matched ? text : QString();
+    };
+    if (IsPhone(column) || column == Field::Email) {
+        const QString& pattern = IsPhone(column) ? phonePattern : mailPattern;
+        const QString value = cut(pattern);
+        // Beside words it is cut out; several numbers stay together.
+        const auto isLetter = [](QChar c) { return c.isLetter(); };
+        const bool amongWords = std::count_if(shown.cbegin(), shown.cend(), isLetter) >
+                                std::count_if(value.cbegin(), value.cend(), isLetter);
+        if (!value.isEmpty())
+            return {.Node = node, .Pattern = amongWords ? pattern : QString()};
+        const QStringView scheme = IsPhone(column) ? u"tel:" : u"mailto:";
+        if (link != noNode && StartsWithFolded(TrimmedView(source_.Page.Attribute(link, u"href")), scheme))
+            return {.Node = link, .Attribute = u"href"_s};
+        return {.Node = node};
+    }
+    const LeadingLabel label = LabelAtBegin(shown);
+    const bool labelled = label.Hints != 0 && label.Length > 0 && column != Field::BusinessName;
+    const bool isCut = labelled && cut(labelPattern) == QStringView(shown).sliced(label.Length);
+    return {.Node = node, .Pattern = isCut ? labelPattern : QString()};
 }
 
 void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const {

@@ -27,10 +27,14 @@ public:
 
     /// The places where a text stands as the value of a column, in the page's order; at most some hundred.
     std::vector<ExamplePlace> Find(Field column, const QString& text) const;
+    /// How the value of a column is taken from an element that somebody pointed at: without the label before it, from
+    /// the link that it is in or holds.
+    ExamplePlace Pointed(Field column, NodeIndex node) const;
 
 private:
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     void AddAttributes(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
+    NodeIndex LinkAround(NodeIndex node) const;
     NodeIndex ElementAround(qsizetype begin, qsizetype end) const;
     qsizetype BeginOf(NodeIndex node) const { return begins_[static_cast<size_t>(node)]; }
     qsizetype EndOf(NodeIndex node) const { return begins_[static_cast<size_t>(source_.Page.End(node))]; }

@@ -4,6 +4,7 @@
 #include "discovery/AnyPage.h"
 #include "discovery/NextPage.h"
 #include "discovery/StructuredLinks.h"
+#include "recipes/RecipePattern.h"
 #include "recipes/RecipeReader.h"
 #include "recipes/RecipeTrial.h"
 #include "recipes/SturdySelectors.h"
@@ -84,14 +85,15 @@ std::optional<LearnedRecipe> LearnStructured(const PageTree& page, const QString
 
 class Learner {
 public:
-    Learner(const PageTree& page, const QString& url)
+    Learner(const PageTree& page, const QString& url, const AnyPageReading& any)
         : page_(page),
           url_(url),
           base_(BaseAddressOf(page, url)),
           lines_(page),
           source_{page_, lines_, base_},
           places_(source_),
-          trial_(source_) {
+          trial_(source_),
+          any_(any) {
         NoteAsides();
     }
 
@@ -144,9 +146,11 @@ private:
         for (const RecipeExample& example : examples) {
             FoundExample found{.What = example, .Text = example.Text, .Places = {}};
             if (example.Node != noNode) {
-                found.Places.push_back({example.Node, {}, {}, 0});
-                found.Text =
-                    FinishedFieldValue(example.Column, base_, RawFieldValue(source_, example.Node, example.Column, {}));
+                const ExamplePlace place = places_.Pointed(example.Column, example.Node);
+                QString text = RawFieldValue(source_, place.Node, example.Column, place.Attribute);
+                RecipePattern(place.Pattern).Apply(text);
+                found.Text = FinishedFieldValue(example.Column, base_, text);
+                found.Places.push_back(place);
             } else {
                 found.Places = places_.Find(example.Column, example.Text);
             }
@@ -400,14 +404,49 @@ private:
             // The first of several is easily another one tomorrow.
             if (trial_.CountOf(row.Row.Selector, set.OfBusiness[business]) > 1)
                 score -= 0.03;
-            if (example.What.Column == Field::BusinessName && fill.Difference < 0.5)
-                score -= 0.5;
+            if (example.What.Column == Field::BusinessName)
+                score -= (fill.Difference < 0.5 ? 0.5 : 0) + 0.3 * NamesStrangers(row.Row, set);
             if (score > bestScore) {
                 bestScore = score;
                 best = row.Row;
             }
         }
         return best;
+    }
+
+    // The share of the elements among the records, advertisements and the like, that are named too.
+    double NamesStrangers(const RecipeField& name, const RecordSet& set) {
+        if (Agreement(set) < 0.6)
+            return 0;
+        std::vector<RecordSpan> strangers;
+        for (const RecordSpan member : set.Members)
+            if (std::none_of(any_.Records.begin(), any_.Records.end(), [member](const PageRecord& record) {
+                    return record.Begin < member.End && record.End > member.Begin;
+                }))
+                strangers.push_back(member);
+        return strangers.empty() ? 0 : trial_.FillOf(name, strangers).Share;
+    }
+
+    // Where businesses are made in different ways, a row for each.
+    std::optional<RecipeField> RowOfBoth(const FoundExample& example, const RecordSet& set) {
+        for (const FoundExample& other : examples_) {
+            if (&other == &example || other.What.Column != example.What.Column)
+                continue;
+            const auto rowsOf = [&](const FoundExample& each) {
+                return RowsFor(each, set.OfBusiness[static_cast<size_t>(each.What.Business)], fewRows);
+            };
+            const std::vector<RatedRow> others = rowsOf(other);
+            for (const RatedRow& one : rowsOf(example))
+                for (const RatedRow& two : others) {
+                    RecipeField row = one.Row;
+                    row.Selector += u", " + two.Row.Selector;
+                    const bool alike = one.Row.Attribute == two.Row.Attribute && one.Row.Pattern == two.Row.Pattern;
+                    const QString own = trial_.Read(row, set.OfBusiness[static_cast<size_t>(example.What.Business)]);
+                    if (alike && IsExample(row.Column, own, example.Text) && HoldsForOthers(row, example, set))
+                        return row;
+                }
+        }
+        return {};
     }
 
     // Whether a row gives what is said of the column in the other businesses too.
@@ -428,7 +467,9 @@ private:
         for (const FoundExample& example : examples_) {
             if (Has(recipe, example.What.Column))
                 continue;
-            const std::optional<RecipeField> row = BestRow(example, set);
+            std::optional<RecipeField> row = BestRow(example, set);
+            if (!row)
+                row = RowOfBoth(example, set);
             if (!row)
                 throw Failure(u"%1=%2: no selector holds for it and the other records"_s.arg(
                     CaptionOf(example.What.Column), example.Text));
@@ -526,7 +567,7 @@ private:
     const ValueSource source_;
     const ExamplePlaces places_;
     RecipeTrial trial_;
-    const AnyPageReading any_;        // what the page is read as without examples
+    const AnyPageReading& any_;       // what the page is read as without examples
     std::vector<char> aside_;         // for each node
     QHash<NodeIndex, QString> names_; // the best selector of elements that hold others
     std::vector<FoundExample> examples_;
@@ -536,8 +577,13 @@ private:
 } // namespace
 
 LearnedRecipe LearnRecipe(const PageTree& page, const QString& url, const std::vector<RecipeExample>& examples) {
+    return LearnRecipe(page, url, examples, ReadAnyPage(page, url, Selectors::Made));
+}
+
+LearnedRecipe LearnRecipe(const PageTree& page, const QString& url, const std::vector<RecipeExample>& examples,
+                          const AnyPageReading& any) {
     try {
-        return Learner(page, url).Learn(examples);
+        return Learner(page, url, any).Learn(examples);
     } catch (const Failure&) {
         if (std::optional<LearnedRecipe> structured = LearnStructured(page, url, examples))
             return std::move(*structured);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "discovery/AnyPage.h"
 #include "page/PageTree.h"
 #include "recipes/Recipe.h"
 
@@ -34,5 +35,8 @@ struct LearnedRecipe {
 /// examples come out, and notes the counts. The name and home are those of the page's host. Throws `Failure` with one
 /// line when an example is not found, or nothing holds for more than one record.
 LearnedRecipe LearnRecipe(const PageTree& page, const QString& url, const std::vector<RecipeExample>& examples);
+/// The same, for several recipes of one page. `any`: what it is read as without examples, with selectors.
+LearnedRecipe LearnRecipe(const PageTree& page, const QString& url, const std::vector<RecipeExample>& examples,
+                          const AnyPageReading& any);
 
 } // namespace Brindle

@@ -3,6 +3,7 @@
 #include "core/Errors.h"
 #include "discovery/NextPage.h"
 #include "discovery/StructuredData.h"
+#include "discovery/StructuredLead.h"
 #include "discovery/StructuredLinks.h"
 #include "discovery/StructuredText.h"
 #include "recipes/RecipeValue.h"
@@ -79,6 +80,10 @@ public:
             if (rows[i].Says.SplitAddress)
                 SplitFullAddress(Page, Url, country, lead);
         }
+        // An address that stands in parts alone.
+        const bool hasPlace = !lead.City.isEmpty() || !lead.PostalCode.isEmpty();
+        if (lead.FullAddress.isEmpty() && hasPlace && !lead.Street.isEmpty())
+            lead.FullAddress = ComposedAddress(lead);
     }
 
     const PageTree& Page;
@@ -177,6 +182,8 @@ void RecipeReader::ReadNext(PageInHand& hand, RecipeReading& reading) const {
                 reading.Next = address;
                 return;
             }
+            if (IsPageButton(hand.Page, node))
+                reading.LoadMore = recipe_.Next;
         }
     }
 }
@@ -202,6 +209,13 @@ void RecipeReader::ReadDetails(const PageTree& page, const QString& url, Lead& l
             lead.At(column) = about->Fields.At(column);
 }
 
+bool IsPageButton(const PageTree& page, NodeIndex node) {
+    const QStringView href = page.Attribute(node, u"href");
+    return page.Is(node, u"button") || page.Attribute(node, u"role") == u"button" ||
+           (page.Is(node, u"input") && page.Attribute(node, u"type") == u"button") ||
+           (page.Is(node, u"a") && (href.isEmpty() || href.startsWith(u'#')));
+}
+
 RecipeCounts CountsOf(const std::vector<PageRecord>& records) {
     RecipeCounts counts;
     counts.Records = static_cast<int>(records.size());
@@ -217,23 +231,32 @@ void AddCounts(RecipeCounts& sum, const RecipeCounts& more) {
         sum.Filled[column] += more.Filled[column];
 }
 
-QStringList DriftOf(const RecipeCounts& taught, const RecipeCounts& seen) {
+std::vector<RecipeDrift> DriftsOf(const RecipeCounts& taught, const RecipeCounts& seen) {
     if (taught.Records <= 0)
         return {};
     if (seen.Records == 0)
-        return {u"no records, was %1"_s.arg(taught.Records)};
-    QStringList lines;
+        return {{-1, 0, 0, taught.Records, taught.Records}};
+    std::vector<RecipeDrift> drifts;
     for (int column = 0; column < FieldCount; ++column) {
         const int was = taught.Filled[static_cast<size_t>(column)];
         const int is = seen.Filled[static_cast<size_t>(column)];
         const double expected = static_cast<double>(was) * seen.Records / taught.Records;
         if (expected >= 2 && is < expected / 2)
-            lines.append(u"%1: filled in %2 of %3, was %4 of %5"_s.arg(EnglishCaptions()[column].toLower())
-                             .arg(is)
-                             .arg(seen.Records)
-                             .arg(was)
-                             .arg(taught.Records));
+            drifts.push_back({column, is, seen.Records, was, taught.Records});
     }
+    return drifts;
+}
+
+QStringList DriftOf(const RecipeCounts& taught, const RecipeCounts& seen) {
+    QStringList lines;
+    for (const RecipeDrift& drift : DriftsOf(taught, seen))
+        lines.append(drift.Column < 0
+                         ? u"no records, was %1"_s.arg(drift.Was)
+                         : u"%1: filled in %2 of %3, was %4 of %5"_s.arg(EnglishCaptions()[drift.Column].toLower())
+                               .arg(drift.Seen)
+                               .arg(drift.OfSeen)
+                               .arg(drift.Was)
+                               .arg(drift.OfWas));
     return lines;
 }
 

@@ -18,6 +18,7 @@ namespace Brindle {
 struct RecipeReading {
     std::vector<PageRecord> Records; ///< those that have a name, in the page's order
     QString Next;                    ///< absolute address of the next page; empty when there is none
+    QString LoadMore;                ///< selector of the button that brings more records; empty when there is none
     RecipeCounts Counts;
     QStringList Problems; ///< one line each: patterns that were given up
 };
@@ -58,13 +59,27 @@ private:
     std::vector<Row> detailsRows_;
 };
 
+/// Whether an element is a button, or a link that leads nowhere, which a script of the page answers to.
+bool IsPageButton(const PageTree& page, NodeIndex node);
+
 /// Adds what a page counted to the counts of a harvest.
 void AddCounts(RecipeCounts& sum, const RecipeCounts& more);
 
 /// In how many of the leads each field is filled.
 RecipeCounts CountsOf(const std::vector<PageRecord>& records);
 
-/// What is amiss against the counts that a recipe was made with, one line each: "phone: filled in 2 of 25, was 24 of
+/// A field that is filled far less often than it was.
+struct RecipeDrift {
+    int Column = 0; ///< -1: there are no records at all
+    int Seen = 0;
+    int OfSeen = 0;
+    int Was = 0;
+    int OfWas = 0;
+};
+/// What is amiss against the counts that a recipe was made with; nothing where nothing was counted or all is well. What
+/// could be chance is no drift.
+std::vector<RecipeDrift> DriftsOf(const RecipeCounts& taught, const RecipeCounts& seen);
+/// The same, one line each: "phone: filled in 2 of 25, was 24 of
 /// 25". Empty where nothing was counted or all is well; what could be chance is no drift.
 QStringList DriftOf(const RecipeCounts& taught, const RecipeCounts& seen);
 

@@ -17,6 +17,7 @@ namespace {
 constexpr qsizetype longestName = 40;
 constexpr size_t mostClasses = 6;
 constexpr int mostHolders = 4;
+constexpr double lastResort = 8; // cost of what will not last
 
 bool IsVowel(QChar c) {
     return QStringView(u"aeiouyäöüáéíóúàèìòùâêîôû").contains(c.toLower());
@@ -224,6 +225,10 @@ std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex re
     const std::vector<CandidateSelector> own = OwnSelectors(page, element);
     std::vector<CandidateSelector> found = own;
     AddByLabel(page, element, text, found);
+    // A name that a build made lasts until the next build only, but it may be all that tells a field from others.
+    for (const QStringView name : page.Attribute(element, u"class").tokenize(u' '))
+        if (!name.trimmed().isEmpty() && !IsSturdyName(name.trimmed()) && !IsState(name.trimmed()))
+            found.push_back({u'.' + EscapedIdentifier(name.trimmed()), lastResort});
     QString place = PositionOf(page, element);
     double placeCost = 4;
     NodeIndex holder = page.Parent(element);

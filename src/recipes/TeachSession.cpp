@@ -5,6 +5,7 @@
 #include "discovery/PostalAddress.h"
 #include "page/Selector.h"
 #include "recipes/RecipeValue.h"
+#include "recipes/RecordSpans.h"
 #include "recipes/SturdySelectors.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Phone.h"
@@ -22,9 +23,13 @@ namespace {
 constexpr qsizetype longestText = 200;
 constexpr size_t mostTexts = 400;
 
+constexpr int mostBusinesses = 4; // of which examples are taken together
+
 // In which order the program looks for the fields that it can learn from what it sees by itself.
 constexpr Field ownFields[]{Field::BusinessName, Field::DetailsLink, Field::Phone, Field::FullAddress,
                             Field::Website,      Field::Email,       Field::Fax,   Field::Category};
+// Where no element shows the whole address.
+constexpr Field partFields[]{Field::Address, Field::City, Field::State, Field::PostalCode, Field::Country};
 
 QString TextOf(const PageTree& page, NodeIndex element) {
     QString text;
@@ -81,12 +86,15 @@ TeachSession::TeachSession(std::shared_ptr<const PageTree> page, QString url, co
     hints.Language = language;
     hints.Host = QUrl(url_).host();
     region_ = GuessCountry(hints).Region;
+    seen_ = ReadAnyPage(*page_, url_, Selectors::Made);
     if (!mend || !BeginMending(*mend))
         BeginByItself();
 }
 
 void TeachSession::SetPage(std::shared_ptr<const PageTree> page) {
     page_ = std::move(page);
+    saidOf_.clear();
+    seen_ = ReadAnyPage(*page_, url_, Selectors::Made);
     Read();
 }
 
@@ -95,22 +103,32 @@ bool TeachSession::BeginMending(const Recipe& recipe) {
     Read();
     if (reading_.Records.empty())
         return false;
-    // A row that reads nothing any more is what is to be said anew.
-    std::erase_if(recipe_.Fields, [this](const RecipeField& row) {
+    // A row that reads nothing any more is what is to be said anew, or is seen by the program itself.
+    const auto isLost = [this](const RecipeField& row) {
         return reading_.Counts.Filled.at(static_cast<size_t>(row.Column)) == 0;
-    });
+    };
+    if (std::erase_if(recipe_.Fields, isLost) == 0)
+        return true;
+    const TeachSession seen(page_, url_);
+    const auto isSame = [](const PageRecord& one, const PageRecord& other) {
+        return one.Begin == other.Begin && one.End == other.End;
+    };
+    if (std::equal(reading_.Records.begin(), reading_.Records.end(), seen.reading_.Records.begin(),
+                   seen.reading_.Records.end(), isSame))
+        for (const RecipeField& row : seen.recipe_.Fields)
+            if (!RowOf(row.Column))
+                PutRow(row);
     Read();
     return true;
 }
 
 void TeachSession::BeginByItself() {
     const QString name = recipe_.Name;
-    const AnyPageReading seen = ReadAnyPage(*page_, url_);
     recipe_ = {};
     recipe_.Name = name;
-    if (!seen.Next.Address.isEmpty())
+    if (!seen_.Next.Address.isEmpty())
         recipe_.Next = automaticNextPage.toString();
-    if (!seen.Records.empty() && !LearnFrom(seen.Records.front().Fields))
+    if (!seen_.Records.empty() && !LearnFrom(seen_.Records.front().Fields))
         recipe_.Records = structuredRecords.toString(); // what no element shows
     Read();
 }
@@ -118,17 +136,22 @@ void TeachSession::BeginByItself() {
 // A business's own texts are the examples; one that cannot be generalised is left out.
 bool TeachSession::LearnFrom(const Lead& first) {
     std::vector<RecipeExample> examples;
-    for (const Field column : ownFields) {
+    const auto learn = [&](Field column) {
         const QString& text = first.At(static_cast<int>(column));
         if (text.isEmpty())
-            continue;
+            return;
         examples.push_back({.Column = column, .Text = text});
         try {
-            Take(LearnRecipe(*page_, url_, examples));
+            Take(LearnRecipe(*page_, url_, examples, seen_), {column});
         } catch (const Failure&) {
             examples.pop_back();
         }
-    }
+    };
+    for (const Field column : ownFields)
+        learn(column);
+    if (!examples.empty() && !RowOf(Field::FullAddress))
+        for (const Field column : partFields)
+            learn(column);
     return !examples.empty();
 }
 
@@ -153,7 +176,7 @@ bool TeachSession::TakeList(const QString& recordSelector) {
     return false;
 }
 
-void TeachSession::Take(LearnedRecipe learned) {
+void TeachSession::Take(LearnedRecipe learned, const std::set<Field>& said) {
     Recipe made = std::move(learned.What);
     if (!recipe_.Name.isEmpty())
         made.Name = recipe_.Name;
@@ -165,54 +188,117 @@ void TeachSession::Take(LearnedRecipe learned) {
         made.Next = recipe_.Next;
         made.NextAttribute = recipe_.NextAttribute;
     }
-    const std::vector<RecipeField> before =
-        made.Records == recipe_.Records ? recipe_.Fields : std::vector<RecipeField>();
+    // In the same records, what is known of the other columns holds.
+    std::vector<RecipeField> before;
+    if (made.Records == recipe_.Records && made.Flat == recipe_.Flat)
+        before = std::move(recipe_.Fields);
     recipe_ = std::move(made);
-    for (const RecipeField& row : before)
+    for (const RecipeField& row : before) {
+        if (!said.contains(row.Column))
+            Drop(row.Column);
         if (!RowOf(row.Column))
             PutRow(row);
+    }
     for (const RecipeProposal& proposal : learned.Proposals)
         if (!RowOf(proposal.Row.Column) && !forgotten_.contains(proposal.Row.Column))
             PutRow(proposal.Row);
 }
 
-bool TeachSession::Say(Field column, NodeIndex element) {
-    problem_.clear();
-    std::vector<RecipeExample> examples{{.Column = column, .Node = element}};
-    // What a person has said of this business before, and its name, are examples beside the new one.
-    if (const int record = RecordOf(element); record >= 0)
-        for (const RecipeField& row : recipe_.Fields) {
-            const bool counts = said_.contains(row.Column) || row.Column == Field::BusinessName;
-            const NodeIndex other = row.Column == column || !counts
-                                        ? noNode
-                                        : ElementOf(row, reading_.Records[static_cast<size_t>(record)]);
-            if (other != noNode)
-                examples.push_back({.Column = row.Column, .Node = other});
-        }
+// The element with what was said of its business before, and with its name.
+std::vector<RecipeExample> TeachSession::ExamplesOfBusiness(const Said& now) const {
+    std::vector<RecipeExample> examples{{.Column = now.Column, .Node = now.Node}};
+    const int record = RecordNear(now.Node);
+    if (record < 0)
+        return examples;
+    for (const RecipeField& row : recipe_.Fields) {
+        if (row.Column == now.Column || !(said_.contains(row.Column) || row.Column == Field::BusinessName))
+            continue;
+        const auto said = std::find_if(saidOf_.begin(), saidOf_.end(), [&](const Said& each) {
+            return each.Column == row.Column && RecordNear(each.Node) == record;
+        });
+        const NodeIndex node =
+            said != saidOf_.end() ? said->Node : FirstOf(row.Selector, reading_.Records[static_cast<size_t>(record)]);
+        if (node != noNode)
+            examples.push_back({.Column = row.Column, .Node = node});
+    }
+    return examples;
+}
+
+// The same with what was said of other businesses.
+std::vector<RecipeExample> TeachSession::AllExamples(const Said& now) const {
+    std::vector<RecipeExample> examples = ExamplesOfBusiness(now);
+    std::vector<int> businesses{RecordNear(now.Node)};
+    for (const Said& each : saidOf_) {
+        const int record = RecordNear(each.Node);
+        if (record < 0 || record == businesses.front())
+            continue;
+        auto at = std::find(businesses.begin(), businesses.end(), record);
+        if (at == businesses.end() && businesses.size() < mostBusinesses)
+            at = businesses.insert(at, record);
+        if (at != businesses.end())
+            examples.push_back(
+                {.Column = each.Column, .Node = each.Node, .Business = static_cast<int>(at - businesses.begin())});
+    }
+    return examples;
+}
+
+bool TeachSession::TakeExamples(Field column, const std::vector<RecipeExample>& examples) {
     const Recipe before = recipe_;
     const std::set<Field> forgotten = forgotten_;
-    for (const bool alone : {false, true}) {
-        if (alone)
-            examples.resize(1);
-        try {
-            LearnedRecipe learned = LearnRecipe(*page_, url_, examples);
-            Drop(column);
-            forgotten_.erase(column);
-            Take(std::move(learned));
-            Read();
-            if (!reading_.Records.empty()) {
-                problem_.clear();
-                said_.insert(column);
-                return true;
-            }
-            problem_ = u"no business has a name then"_s;
-        } catch (const Failure& failure) {
-            problem_ = failure.Message();
-        }
-        recipe_ = before;
-        forgotten_ = forgotten;
+    try {
+        LearnedRecipe learned = LearnRecipe(*page_, url_, examples, seen_);
+        Drop(column);
+        forgotten_.erase(column);
+        std::set<Field> said = said_;
+        said.insert(column);
+        Take(std::move(learned), said);
+        Read();
+        if (!reading_.Records.empty())
+            return true;
+    } catch (const Failure&) {
+        // nothing holds for them
     }
+    recipe_ = before;
+    forgotten_ = forgotten;
     Read();
+    return false;
+}
+
+bool TeachSession::Say(Field column, NodeIndex element) {
+    problem_ = TeachProblem::None;
+    const Said now{column, element};
+    const int record = RecordNear(element);
+    const auto isOfThis = [&](const Said& said) { return said.Column == column && RecordNear(said.Node) == record; };
+    std::erase_if(saidOf_, isOfThis); // the later word holds
+    const std::vector<RecipeExample> own = ExamplesOfBusiness(now);
+    const std::vector<RecipeExample> all = AllExamples(now);
+    // The rest of the business, as it is read now, tells which records are meant.
+    std::vector<RecipeExample> whole = all;
+    if (const int within = RecordOf(element); within >= 0)
+        for (const RecipeField& row : recipe_.Fields) {
+            const bool given = std::any_of(
+                own.begin(), own.end(), [&row](const RecipeExample& example) { return example.Column == row.Column; });
+            const NodeIndex node = FirstOf(row.Selector, reading_.Records[static_cast<size_t>(within)]);
+            if (!given && node != noNode)
+                whole.push_back({.Column = row.Column, .Node = node});
+        }
+    bool taken = (whole.size() > all.size() && TakeExamples(column, whole)) || TakeExamples(column, all);
+    if (!taken && all.size() > own.size()) {
+        taken = TakeExamples(column, own);
+        // What does not go together with it was wrong.
+        if (taken)
+            std::erase_if(saidOf_, [column](const Said& said) { return said.Column == column; });
+    }
+    if (!taken && own.size() > 1 && column == Field::BusinessName)
+        taken = TakeExamples(column, {own.front()});
+    if (taken) {
+        said_.insert(column);
+        saidOf_.push_back(now);
+        return true;
+    }
+    const bool hasName = std::any_of(
+        own.begin(), own.end(), [](const RecipeExample& example) { return example.Column == Field::BusinessName; });
+    problem_ = hasName ? TeachProblem::NothingLike : TeachProblem::NameFirst;
     return false;
 }
 
@@ -221,17 +307,22 @@ void TeachSession::Drop(Field column) {
 }
 
 void TeachSession::Forget(Field column) {
-    problem_.clear();
+    problem_ = TeachProblem::None;
     Drop(column);
     said_.erase(column);
+    std::erase_if(saidOf_, [column](const Said& said) { return said.Column == column; });
     forgotten_.insert(column);
     Read();
 }
 
 bool TeachSession::SayNext(NodeIndex element) {
-    problem_.clear();
+    problem_ = TeachProblem::None;
     const Recipe before = recipe_;
-    if (const NodeIndex link = LinkOf(*page_, element); link != noNode) {
+    NodeIndex link = LinkOf(*page_, element);
+    for (NodeIndex node = element; link == noNode && node != noNode; node = page_->Parent(node))
+        if (IsPageButton(*page_, node))
+            link = node;
+    if (link != noNode) {
         std::vector<CandidateSelector> candidates = OwnSelectors(*page_, link);
         const std::vector<CandidateSelector> byPlace = FieldSelectors(*page_, page_->Body(), link);
         candidates.insert(candidates.end(), byPlace.begin(), byPlace.end());
@@ -242,13 +333,13 @@ bool TeachSession::SayNext(NodeIndex element) {
             recipe_.Next = candidate.Text;
             recipe_.NextAttribute.clear();
             Read();
-            if (!reading_.Next.isEmpty())
+            if (!reading_.Next.isEmpty() || !reading_.LoadMore.isEmpty())
                 return true;
         }
     }
     recipe_ = before;
     Read();
-    problem_ = u"this is no link to another page"_s;
+    problem_ = TeachProblem::NoLink;
     return false;
 }
 
@@ -261,7 +352,7 @@ void TeachSession::ForgetNext() {
 bool TeachSession::SayDetails(NodeIndex element) {
     const NodeIndex link = LinkOf(*page_, element);
     if (link == noNode) {
-        problem_ = u"this is no link to a page"_s;
+        problem_ = TeachProblem::NoLink;
         return false;
     }
     if (!Say(Field::DetailsLink, link))
@@ -292,8 +383,8 @@ void TeachSession::Read() {
         return;
     try {
         reading_ = RecipeReader(recipe_).Read(*page_, url_);
-    } catch (const Failure& failure) {
-        problem_ = failure.Message();
+    } catch (const Failure&) {
+        reading_ = {}; // selectors of another program's making
     }
     recipe_.Taught = reading_.Counts;
 }
@@ -305,30 +396,44 @@ int TeachSession::RecordOf(NodeIndex element) const {
     return -1;
 }
 
-NodeIndex TeachSession::ElementOf(const RecipeField& row, const PageRecord& record) const {
-    if (record.Begin == noNode)
-        return noNode;
+// The business that an element belongs to: the one that it stands in, or else the one that it follows.
+int TeachSession::RecordNear(NodeIndex element) const {
+    int before = -1;
+    for (size_t i = 0; i < reading_.Records.size(); ++i)
+        if (reading_.Records[i].Begin != noNode && reading_.Records[i].Begin <= element)
+            before = static_cast<int>(i);
+    return before;
+}
+
+// The first element of a selector in each record; `noNode` where there is none.
+std::vector<NodeIndex> TeachSession::FirstsOf(const QString& selector) const {
+    std::vector<NodeIndex> firsts(reading_.Records.size(), noNode);
+    if (selector.isEmpty())
+        return firsts;
     try {
-        return SelectorQuery(*page_, Selector::Parse(row.Selector)).FirstWithin(record.Begin);
+        const SelectorQuery query(*page_, Selector::Parse(selector));
+        for (size_t i = 0; i < firsts.size(); ++i) {
+            const PageRecord& record = reading_.Records[i];
+            if (record.Begin == noNode)
+                continue;
+            const std::vector<NodeIndex> found = SelectedIn(query, {record.Begin, record.End, recipe_.Flat});
+            firsts[i] = found.empty() ? noNode : found.front();
+        }
     } catch (const Failure&) {
-        return noNode;
+        firsts.assign(firsts.size(), noNode);
     }
+    return firsts;
+}
+
+NodeIndex TeachSession::FirstOf(const QString& selector, const PageRecord& record) const {
+    const std::vector<NodeIndex> firsts = FirstsOf(selector);
+    return firsts[static_cast<size_t>(&record - reading_.Records.data())];
 }
 
 std::vector<NodeIndex> TeachSession::ElementsOf(Field column) const {
-    std::vector<NodeIndex> elements;
     const RecipeField* const row = RowOf(column);
-    if (!row || row->Selector.isEmpty())
-        return elements;
-    try {
-        const SelectorQuery query(*page_, Selector::Parse(row->Selector));
-        for (const PageRecord& record : reading_.Records)
-            if (const NodeIndex element = record.Begin == noNode ? noNode : query.FirstWithin(record.Begin);
-                element != noNode)
-                elements.push_back(element);
-    } catch (const Failure&) {
-        elements.clear();
-    }
+    std::vector<NodeIndex> elements = FirstsOf(row ? row->Selector : QString());
+    std::erase(elements, noNode);
     return elements;
 }
 
@@ -340,20 +445,17 @@ std::vector<NodeIndex> TeachSession::LikesOf(NodeIndex element) const {
                 return found;
         return {element};
     }
-    const NodeIndex root = reading_.Records[static_cast<size_t>(record)].Begin;
-    for (const CandidateSelector& candidate : FieldSelectors(*page_, root, element)) {
-        try {
-            const SelectorQuery query(*page_, Selector::Parse(candidate.Text));
-            if (query.FirstWithin(root) != element)
-                continue;
-            std::vector<NodeIndex> likes;
-            for (const PageRecord& each : reading_.Records)
-                if (const NodeIndex like = query.FirstWithin(each.Begin); like != noNode)
-                    likes.push_back(like);
-            return likes;
-        } catch (const Failure&) {
+    // In a list without an element around each business, selectors look down from what holds all of it.
+    const NodeIndex begin = reading_.Records[static_cast<size_t>(record)].Begin;
+    for (const CandidateSelector& candidate :
+         FieldSelectors(*page_, recipe_.Flat ? page_->Parent(begin) : begin, element)) {
+        if (recipe_.Flat && candidate.Text.contains(u":scope"))
             continue;
-        }
+        std::vector<NodeIndex> likes = FirstsOf(candidate.Text);
+        if (likes[static_cast<size_t>(record)] != element)
+            continue;
+        std::erase(likes, noNode);
+        return likes;
     }
     return {element};
 }
@@ -371,7 +473,7 @@ std::vector<Field> TeachSession::LikelyFields(NodeIndex element) const {
         for (const RecipeField& row : recipe_.Fields) {
             if (record < 0 || IsLinkColumn(row.Column) != links)
                 continue;
-            const NodeIndex read = ElementOf(row, reading_.Records[static_cast<size_t>(record)]);
+            const NodeIndex read = FirstOf(row.Selector, reading_.Records[static_cast<size_t>(record)]);
             const bool related = read != noNode && (page_->Contains(read, element) || page_->Contains(element, read));
             if (related && TextOf(*page_, read) == text)
                 put(row.Column);
@@ -421,6 +523,25 @@ std::vector<ChoosableText> TeachSession::Texts() const {
             texts.push_back({page_->Parent(node), text});
     }
     return texts;
+}
+
+std::vector<ChoosableText> TeachSession::Links() const {
+    std::vector<ChoosableText> links;
+    const NodeIndex body = page_->Body();
+    for (NodeIndex node = body; node != noNode && node < page_->End(body) && links.size() < mostTexts; ++node) {
+        if (!IsLink(*page_, node) && !IsPageButton(*page_, node))
+            continue;
+        if (RecordOf(node) >= 0)
+            continue;
+        QString text = TextOf(*page_, node);
+        for (const char16_t* const name : {u"aria-label", u"title", u"value"})
+            if (text.isEmpty())
+                text = page_->Attribute(node, name).toString().simplified();
+        links.push_back({node, text.isEmpty() ? page_->Attribute(node, u"href").toString() : text});
+    }
+    // The one to the next page stands behind the list, mostly last of all.
+    std::reverse(links.begin(), links.end());
+    return links;
 }
 
 } // namespace Brindle

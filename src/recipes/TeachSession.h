@@ -15,6 +15,14 @@ struct ChoosableText {
     QString Text;
 };
 
+/// Why the last thing that was said could not be taken.
+enum class TeachProblem : quint8 {
+    None,
+    NameFirst,   ///< nothing can be said of a business before its name
+    NothingLike, ///< the other businesses have nothing of that kind there
+    NoLink       ///< the element leads to no page of this website
+};
+
 /// What a person says of the businesses on a page, one thing after the other, and the recipe that comes of it. It
 /// begins with what the program sees by itself. What `Reading` gives is what a harvest of the recipe gives for this
 /// page.
@@ -28,12 +36,12 @@ public:
     void SetPage(std::shared_ptr<const PageTree> page);
     const PageTree& Page() const { return *page_; }
 
-    /// "This element shows this field of its business." False when no list could be made of it; nothing changes then,
-    /// and `Problem` says why.
+    /// "This element shows this field of its business." Said of the same field in another business, both hold. False
+    /// when no list could be made of it; nothing changes then, and `Problem` says why.
     bool Say(Field column, NodeIndex element);
     /// A field that the program or a person was wrong about.
     void Forget(Field column);
-    /// The element is the link to the next page. False when it is none.
+    /// The element is the link to the next page, or the button that brings more into this one. False when it is none.
     bool SayNext(NodeIndex element);
     void ForgetNext();
     /// The element is the link to a business's own page, which a harvest reads too. False when it is none.
@@ -45,8 +53,7 @@ public:
 
     const Recipe& What() const { return recipe_; }
     const RecipeReading& Reading() const { return reading_; }
-    /// Why the last thing that was said could not be taken, one line; empty when it could.
-    const QString& Problem() const { return problem_; }
+    TeachProblem Problem() const { return problem_; }
     /// Whether the program added a column by itself.
     bool IsProposed(Field column) const { return !said_.contains(column); }
 
@@ -58,27 +65,41 @@ public:
     std::vector<NodeIndex> ElementsOf(Field column) const;
     /// The texts of the first record; of the whole page where there are no records yet.
     std::vector<ChoosableText> Texts() const;
+    /// The links and buttons beside the records, among which the one to the next page is.
+    std::vector<ChoosableText> Links() const;
 
 private:
+    struct Said {
+        Field Column;
+        NodeIndex Node;
+    };
+
     int RecordOf(NodeIndex element) const;
-    NodeIndex ElementOf(const RecipeField& row, const PageRecord& record) const;
+    int RecordNear(NodeIndex element) const;
+    NodeIndex FirstOf(const QString& selector, const PageRecord& record) const;
+    std::vector<NodeIndex> FirstsOf(const QString& selector) const;
+    std::vector<RecipeExample> ExamplesOfBusiness(const Said& now) const;
+    std::vector<RecipeExample> AllExamples(const Said& now) const;
+    bool TakeExamples(Field column, const std::vector<RecipeExample>& examples);
     const RecipeField* RowOf(Field column) const;
     void PutRow(const RecipeField& row);
     void Drop(Field column);
     void BeginByItself();
     bool BeginMending(const Recipe& recipe);
     bool LearnFrom(const Lead& first);
-    void Take(LearnedRecipe learned);
+    void Take(LearnedRecipe learned, const std::set<Field>& said);
     void Read();
 
     std::shared_ptr<const PageTree> page_;
     QString url_;
-    QString region_; // of the page, as far as it says
+    AnyPageReading seen_; // what the program sees by itself
+    QString region_;      // of the page, as far as it says
     Recipe recipe_;
     RecipeReading reading_;
     std::set<Field> said_;
+    std::vector<Said> saidOf_; // with the elements, as long as the page is the same
     std::set<Field> forgotten_;
-    QString problem_;
+    TeachProblem problem_ = TeachProblem::None;
 };
 
 } // namespace Brindle

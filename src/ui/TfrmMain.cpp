@@ -474,7 +474,7 @@ void TfrmMain::FollowHarvest() {
     if (std::exchange(harvesting_, running) && !running) {
         desk_.HarvestEnded();
         EndCopies();
-        teaching_.LookSoon();
+        teaching_.HarvestEnded();
     }
     form_.ShowRunning(running);
     indicator_.Follow(running);

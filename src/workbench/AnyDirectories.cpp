@@ -49,6 +49,7 @@ SiteAdapter DirectoryOfRecipe(const RecipeEntry& entry, bool readsDetails) {
         for (PageRecord& record : reading.Records)
             found.Leads.push_back(std::move(record.Fields));
         found.NextPage = reading.Next;
+        found.LoadMore = reading.LoadMore;
         found.Problems = reading.Problems;
         return found;
     };

@@ -30,7 +30,10 @@ AnyPageWatch::AnyPageWatch(EmbeddedBrowser& browser, AnyPageBar& bar, Teaching& 
     tmrLook_.setSingleShot(true);
     tmrLook_.setInterval(settleTime);
     connect(&tmrLook_, &QTimer::timeout, this, &AnyPageWatch::Look);
-    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, &AnyPageWatch::LookSoon);
+    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, [this] {
+        harvested_.reset();
+        LookSoon();
+    });
     connect(&bar_, &AnyPageBar::HarvestClicked, this, [this] { Q_EMIT HarvestWanted(asAnyWebsite_); });
     connect(&bar_, &AnyPageBar::TeachClicked, this, [this] {
         const QString list = candidates_.empty() ? QString() : candidates_[candidate_].Selector;
@@ -62,6 +65,11 @@ void AnyPageWatch::ApplyTexts(const WindowTexts& texts, const QStringList& capti
 
 void AnyPageWatch::LookSoon() {
     tmrLook_.start();
+}
+
+void AnyPageWatch::HarvestEnded(const RecipeCounts& found) {
+    harvested_ = found;
+    LookSoon();
 }
 
 void AnyPageWatch::Look() {
@@ -162,15 +170,35 @@ void AnyPageWatch::ShowCandidate() {
 
 void AnyPageWatch::SayOfTaught(const RecipeEntry& recipe) {
     const RecipeReading reading = RecipeReader(recipe.What).Read(*page_->Tree(), browser_.LocationAddress());
-    const QStringList drift = DriftOf(recipe.What.Taught, reading.Counts);
+    const QString drift = DriftText(recipe.What.Taught, harvested_.value_or(reading.Counts));
     QString line =
         reading.Records.empty()
             ? texts_.Text(WindowText::AnySeesNothing)
             : texts_.With(WindowText::AnySees, {QString::number(reading.Records.size()), FieldsOf(reading.Records)});
     if (!drift.isEmpty())
-        line += u"\n" + texts_.With(WindowText::AnyDrift, {drift.join(u"; "_s)});
+        line += u"\n" + texts_.With(WindowText::AnyDrift, {drift});
     bar_.Show(line, !reading.Records.empty());
     Frame(reading.Records);
+}
+
+QString AnyPageWatch::DriftText(const RecipeCounts& taught, const RecipeCounts& seen) const {
+    QStringList lines;
+    const auto fewer = [&](int was) {
+        lines.append(texts_.With(WindowText::AnyFewer, {QString::number(seen.Records), QString::number(was)}));
+    };
+    // The last page of a list is short, a whole harvest is not.
+    if (harvested_ && seen.Records > 0 && seen.Records * 2 < taught.Records)
+        fewer(taught.Records);
+    for (const RecipeDrift& drift : DriftsOf(taught, seen)) {
+        if (drift.Column < 0)
+            fewer(drift.Was);
+        else
+            lines.append(
+                texts_.With(WindowText::AnyEmptier,
+                            {captions_.value(drift.Column), QString::number(drift.Seen), QString::number(drift.OfSeen),
+                             QString::number(drift.Was), QString::number(drift.OfWas)}));
+    }
+    return lines.join(u"; "_s);
 }
 
 void AnyPageWatch::SayOfKnown(const ChosenSite& site) {

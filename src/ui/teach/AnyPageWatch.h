@@ -34,8 +34,10 @@ public:
                  std::function<bool()> busy, QObject* parent = nullptr);
 
     void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
-    /// Looks soon; when another site is chosen, a harvest has ended, a page has come.
+    /// Looks soon; when another site is chosen, a page has come.
     void LookSoon();
+    /// A harvest has ended that found so much; until another page comes, the bar says what is amiss with that.
+    void HarvestEnded(const RecipeCounts& found);
     /// Looks now; handles messages while the page is read.
     void Look();
 
@@ -49,6 +51,7 @@ private:
     void SayOfKnown(const ChosenSite& site);
     void ShowCandidate();
     void Frame(const std::vector<PageRecord>& records);
+    QString DriftText(const RecipeCounts& taught, const RecipeCounts& seen) const;
     QString FieldsOf(const std::vector<PageRecord>& records) const;
 
     EmbeddedBrowser& browser_;
@@ -63,6 +66,7 @@ private:
     std::shared_ptr<PointedPage> page_;
     std::vector<ListCandidate> candidates_; // where the program is not sure
     size_t candidate_ = 0;
+    std::optional<RecipeCounts> harvested_;
     bool asAnyWebsite_ = false;
     bool looking_ = false;
 };

@@ -19,6 +19,10 @@ QColor Faint(QColor colour, int alpha) {
     return colour;
 }
 
+QString LabelText(const QString& caption) {
+    return caption + u" \u2715";
+}
+
 } // namespace
 
 PageOverlay::PageOverlay(QWidget* view) : QWidget(view), view_(view) {
@@ -101,23 +105,38 @@ void PageOverlay::paintEvent(QPaintEvent*) {
     for (const QRectF& place : likes_)
         if (seen.intersects(place))
             painter.drawRoundedRect(place.adjusted(-2, -2, 2, 2), 3, 3);
-    // What a mark is stands at its right end, where it hides least.
-    QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * 0.8);
-    painter.setFont(small);
-    const QFontMetricsF metrics(small);
+    painter.setFont(LabelFont());
     for (const Mark& mark : marks_) {
         if (mark.Caption.isEmpty() || !seen.intersects(mark.Place))
             continue;
-        QRectF label(mark.Place.right() + 4, mark.Place.top(), metrics.horizontalAdvance(mark.Caption) + 8,
-                     metrics.height() + 2);
-        label.moveLeft(std::min(label.left(), seen.right() - label.width()));
+        const QRectF label = LabelOf(mark);
         painter.setPen(Qt::NoPen);
         painter.setBrush(markColour);
         painter.drawRoundedRect(label, 3, 3);
         painter.setPen(Qt::white);
-        painter.drawText(label, Qt::AlignCenter, mark.Caption);
+        painter.drawText(label, Qt::AlignCenter, LabelText(mark.Caption));
     }
+}
+
+QFont PageOverlay::LabelFont() const {
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * 0.8);
+    return small;
+}
+
+// The cross at the end of a label; through the rest of it the page is pointed at.
+QRectF PageOverlay::CrossOf(const Mark& mark) const {
+    const QRectF label = LabelOf(mark);
+    return label.adjusted(label.width() - label.height() - 2, 0, 0, 0);
+}
+
+// What a mark is stands at its right end, where it hides least.
+QRectF PageOverlay::LabelOf(const Mark& mark) const {
+    const QFontMetricsF metrics(LabelFont());
+    QRectF label(mark.Place.right() + 4, mark.Place.top(), metrics.horizontalAdvance(LabelText(mark.Caption)) + 8,
+                 metrics.height() + 2);
+    label.moveLeft(std::min(label.left(), width() - label.width()));
+    return label;
 }
 
 void PageOverlay::mouseMoveEvent(QMouseEvent* event) {
@@ -130,8 +149,14 @@ void PageOverlay::mousePressEvent(QMouseEvent* event) {
 
 void PageOverlay::mouseReleaseEvent(QMouseEvent* event) {
     event->accept();
-    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
-        Q_EMIT Clicked(event->position());
+    if (event->button() != Qt::LeftButton || !rect().contains(event->position().toPoint()))
+        return;
+    for (const Mark& mark : marks_)
+        if (!mark.Caption.isEmpty() && CrossOf(mark).contains(event->position())) {
+            Q_EMIT MarkClosed(QString(mark.Caption));
+            return;
+        }
+    Q_EMIT Clicked(event->position());
 }
 
 void PageOverlay::mouseDoubleClickEvent(QMouseEvent* event) {

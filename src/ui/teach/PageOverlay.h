@@ -33,11 +33,15 @@ public:
     const std::vector<QRectF>& Records() const { return records_; }
     const std::vector<Mark>& Marks() const { return marks_; }
     const std::vector<QRectF>& Likes() const { return likes_; }
+    /// Where a click takes a mark away, at the end of its label.
+    QRectF CrossOf(const Mark& mark) const;
 
 Q_SIGNALS:
     /// In the view's coordinates, while pointing.
     void Hovered(const QPointF& place);
     void Clicked(const QPointF& place);
+    /// The cross of a mark was clicked, which takes the mark away.
+    void MarkClosed(const QString& caption);
     void MouseGone();
 
 protected:
@@ -52,6 +56,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    QFont LabelFont() const;
+    QRectF LabelOf(const Mark& mark) const;
+
     QWidget* view_;
     std::vector<QRectF> records_;
     std::vector<Mark> marks_;

@@ -117,7 +117,10 @@ TeachPanel::TeachPanel(QWidget* parent)
     });
     connect(fields_, &QTreeWidget::currentItemChanged, this,
             [this](const QTreeWidgetItem* item) { forget_->setEnabled(item && !item->text(2).isEmpty()); });
-    connect(pointNext_, &QPushButton::clicked, this, &TeachPanel::PointAtNext);
+    connect(pointNext_, &QPushButton::clicked, this, [this] {
+        OfferLinks(!choosingNext_);
+        Q_EMIT PointAtNext(choosingNext_);
+    });
     connect(forgetNext_, &QPushButton::clicked, this, &TeachPanel::NextForgotten);
     connect(details_, &QCheckBox::clicked, this, &TeachPanel::DetailsWanted);
     connect(save_, &QPushButton::clicked, this, &TeachPanel::SaveClicked);
@@ -141,7 +144,10 @@ void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& caption
                               texts.Text(WindowText::TeachFilledColumn)});
     fields_->setAccessibleName(texts.Text(WindowText::TeachFieldColumn));
     forget_->setText(texts.Text(WindowText::TeachForget));
-    textsLabel_->setText(texts.Text(WindowText::TeachTexts));
+    windowTexts_ = texts;
+    textsText_ = texts.Text(WindowText::TeachTexts);
+    linksText_ = texts.Text(WindowText::TeachLinks);
+    textsLabel_->setText(choosingNext_ ? linksText_ : textsText_);
     field_->setAccessibleName(texts.Text(WindowText::TeachFieldColumn));
     use_->setText(texts.Text(WindowText::TeachUse));
     pointNext_->setText(texts.Text(WindowText::TeachPointNext));
@@ -170,18 +176,20 @@ void TeachPanel::Show(const TeachSession& session) {
     model_.ShowPending();
     for (int column = 0; column < FieldCount; ++column)
         table_->setColumnHidden(column, session.Reading().Counts.Filled.at(static_cast<size_t>(column)) == 0);
+    choosingNext_ = false;
     ShowFields(session);
     ShowTexts(session);
-    const QString& next = session.Reading().Next;
+    const QString next = session.Reading().Next.isEmpty() ? session.Reading().LoadMore : session.Reading().Next;
     next_->setText(next.isEmpty() ? noNext_ : QString(nextText_).replace(u"[VAR1]"_s, next));
     forgetNext_->setEnabled(!session.What().Next.isEmpty());
     details_->setChecked(session.What().Details);
     save_->setEnabled(!session.Reading().Records.empty());
-    Say(session.Problem());
+    Say(ProblemText(session.Problem()));
 }
 
 void TeachPanel::Detach() {
     session_ = nullptr;
+    choosingNext_ = false;
     leads_.Clear();
     model_.ShowPending();
     const QSignalBlocker quiet(texts_);
@@ -215,26 +223,55 @@ void TeachPanel::ShowFields(const TeachSession& session) {
     }
 }
 
+QString TeachPanel::ProblemText(TeachProblem problem) const {
+    switch (problem) {
+    case TeachProblem::None:
+        return {};
+    case TeachProblem::NameFirst:
+        return windowTexts_.Text(WindowText::TeachNameFirst);
+    case TeachProblem::NothingLike:
+        return windowTexts_.Text(WindowText::TeachNothingLike);
+    case TeachProblem::NoLink:
+        return windowTexts_.Text(WindowText::TeachNoLink);
+    }
+    return {};
+}
+
+// The next page can be chosen from a list, too.
+void TeachPanel::OfferLinks(bool offer) {
+    if (!session_)
+        return;
+    choosingNext_ = offer;
+    ShowTexts(*session_);
+    Say({});
+    if (offer)
+        texts_->setFocus();
+}
+
 void TeachPanel::ShowTexts(const TeachSession& session) {
     const int current = texts_->currentRow();
     const QSignalBlocker quiet(texts_);
     texts_->clear();
-    for (const ChoosableText& text : session.Texts()) {
+    textsLabel_->setText(choosingNext_ ? linksText_ : textsText_);
+    texts_->setAccessibleName(textsLabel_->text().remove(u'&'));
+    for (const ChoosableText& text : choosingNext_ ? session.Links() : session.Texts()) {
         auto* const item = new QListWidgetItem(text.Text, texts_);
         item->setData(nodeRole, text.Node);
         item->setToolTip(text.Text);
     }
     if (texts_->count() > 0)
-        texts_->setCurrentRow(std::clamp(current, 0, texts_->count() - 1));
+        texts_->setCurrentRow(choosingNext_ ? 0 : std::clamp(current, 0, texts_->count() - 1));
     OfferFields();
 }
 
 void TeachPanel::OfferFields() {
     field_->clear();
-    if (const NodeIndex element = ChosenText(); session_ && element != noNode)
+    if (choosingNext_ && texts_->count() > 0)
+        field_->addItem(itemNext_, nextPage);
+    else if (const NodeIndex element = ChosenText(); session_ && element != noNode)
         for (const Field column : session_->LikelyFields(element))
             field_->addItem(captions_.value(static_cast<int>(column)), static_cast<int>(column));
-    if (field_->count() > 0) {
+    if (field_->count() > 0 && !choosingNext_) {
         field_->addItem(itemNext_, nextPage);
         field_->addItem(itemDetails_, detailsPage);
     }

@@ -47,7 +47,8 @@ Q_SIGNALS:
     void NextChosen(NodeIndex element);
     void DetailsChosen(NodeIndex element);
     void FieldForgotten(Field column);
-    void PointAtNext();
+    /// The next page is to be shown, by pointing or from the list; false: not any more.
+    void PointAtNext(bool point);
     void NextForgotten();
     void DetailsWanted(bool wanted);
     void SaveClicked();
@@ -58,6 +59,8 @@ private:
     void ShowTexts(const TeachSession& session);
     void ShowFields(const TeachSession& session);
     void OfferFields();
+    void OfferLinks(bool offer);
+    QString ProblemText(TeachProblem problem) const;
     void Use();
 
     QLabel* title_;
@@ -87,6 +90,10 @@ private:
     QString noNext_;
     QString itemNext_;
     QString itemDetails_;
+    QString textsText_;
+    QString linksText_;
+    WindowTexts windowTexts_;
+    bool choosingNext_ = false; // the list shows the page's links
     const TeachSession* session_ = nullptr;
 };
 

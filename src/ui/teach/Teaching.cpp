@@ -31,6 +31,12 @@ Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, s
         overlay_->hide();
         connect(overlay_, &PageOverlay::Hovered, this, &Teaching::Hover);
         connect(overlay_, &PageOverlay::Clicked, this, &Teaching::PointAt);
+        connect(overlay_, &PageOverlay::MarkClosed, this, [this](const QString& caption) {
+            if (const qsizetype column = captions_.indexOf(caption); session_ && column >= 0) {
+                session_->Forget(static_cast<Field>(column));
+                Changed();
+            }
+        });
         connect(overlay_, &PageOverlay::MouseGone, this, [this] {
             hovered_ = noNode;
             likes_.clear();
@@ -56,9 +62,10 @@ Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, s
             Changed();
         }
     });
-    connect(&panel_, &TeachPanel::PointAtNext, this, [this] {
-        pointingAtNext_ = overlay_ != nullptr;
-        panel_.Say(texts_.Text(WindowText::TeachPointNextHint));
+    connect(&panel_, &TeachPanel::PointAtNext, this, [this](bool point) {
+        pointingAtNext_ = point && overlay_;
+        if (pointingAtNext_)
+            panel_.Say(texts_.Text(WindowText::TeachPointNextHint));
     });
     connect(&panel_, &TeachPanel::NextForgotten, this, [this] {
         if (session_) {
@@ -291,6 +298,7 @@ int Teaching::AskByMenu(const std::vector<Field>& likely) const {
 void Teaching::Choose(NodeIndex element, int what) {
     if (!session_)
         return;
+    pointingAtNext_ = false;
     if (what == nextPage)
         session_->SayNext(element);
     else if (what == detailsPage)

@@ -44,8 +44,14 @@ void TeachingDesk::ShowTeaching(bool teaching) {
     form_.Teach->setVisible(teaching);
     form_.Teach->Table()->setVisible(teaching);
     form_.lvwItems->setVisible(!teaching);
+    // A key of two meanings would have none.
+    form_.Bar->imgStop->setShortcut(teaching ? QKeySequence() : QKeySequence(Qt::Key_Escape));
     if (teaching)
         form_.Teach->setFocus();
+}
+
+void TeachingDesk::HarvestEnded() {
+    watch_.HarvestEnded({bench_.Job.Counts.Records, bench_.Job.Counts.Filled});
 }
 
 void TeachingDesk::ShowDirectories(QWidget* window) {

@@ -20,8 +20,10 @@ public:
                  std::function<bool()> busy);
 
     void ApplyTexts(const WindowTexts& texts, const QStringList& captions);
-    /// The user chose a site, or a harvest has ended.
+    /// The user chose a site.
     void LookSoon() { watch_.LookSoon(); }
+    /// What it found is held against what its directory was taught with.
+    void HarvestEnded();
     Teaching& Lesson() { return teaching_; }
     AnyPageWatch& Watch() { return watch_; }
     /// The dialog with the directories; what it changed is in the selector afterwards.

@@ -52,8 +52,7 @@ TEST(TeachSession, BeginsWithWhatTheProgramSees) {
 
 TEST(TeachSession, TakesWhatAPersonPointsAt) {
     TeachSession session(Tree(Page()), address);
-    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")))
-        << session.Problem().toStdString();
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")));
     EXPECT_EQ(Value(session, Field::Category, 3), u"Pipes since 1913"_s);
     EXPECT_FALSE(session.IsProposed(Field::Category));
     EXPECT_EQ(Value(session, Field::Phone, 3), u"416-555-0113"_s) << "the others stay";
@@ -61,7 +60,8 @@ TEST(TeachSession, TakesWhatAPersonPointsAt) {
 
     session.Forget(Field::Category);
     EXPECT_EQ(Value(session, Field::Category, 3), QString());
-    ASSERT_TRUE(session.Say(Field::Email, Showing(session.Page(), u"Visit")) || !session.Problem().isEmpty());
+    ASSERT_TRUE(session.Say(Field::Email, Showing(session.Page(), u"Visit")) ||
+                session.Problem() != TeachProblem::None);
 
     EXPECT_FALSE(session.SayNext(Showing(session.Page(), u"Pipes since 1910")) && session.Reading().Next.isEmpty());
     ASSERT_TRUE(session.SayNext(Showing(session.Page(), u"More of them")));
@@ -124,7 +124,9 @@ TEST(TeachSession, APageWithoutAListTeachesNothing) {
     TeachSession session(Tree(u"<body><h1>One</h1><p>Some text</p></body>"_s), address);
     EXPECT_TRUE(session.Reading().Records.empty());
     EXPECT_FALSE(session.Say(Field::BusinessName, Showing(session.Page(), u"Some text")));
-    EXPECT_FALSE(session.Problem().isEmpty());
+    EXPECT_EQ(session.Problem(), TeachProblem::NothingLike);
+    EXPECT_FALSE(session.Say(Field::Phone, Showing(session.Page(), u"Some text")));
+    EXPECT_EQ(session.Problem(), TeachProblem::NameFirst);
     EXPECT_FALSE(session.Texts().empty());
 }
 
