@@ -159,7 +159,12 @@ constexpr Row labels[] = {
     {Of(Hint::Rating), u"rating|ratings|bewertung|note|valoración|voto|beoordeling|ocena|оценка|評価|评分|평점|score"},
     {Of(Hint::Review), u"reviews|bewertungen|avis|opiniones|recensioni|opinie|отзывы|口コミ|评论|리뷰"},
     {Of(Hint::Map),
-     u"map|maps|view map|show map|directions|get directions|route|karte|stadtplan|route planen|routenplaner|"
+     u"map|maps|view map|show map|view on map|show on map|see map|directions|get directions|route|karte|stadtplan|"
+     u"auf karte anzeigen|auf der karte|karte anzeigen|route planen|routenplaner|plan|voir le plan|voir plan|plan "
+     u"d'accès|"
+     u"voir la carte|ver mapa|ver en el mapa|ver en mapa|ver no mapa|mapa|vedi mappa|mostra mappa|bekijk kaart|"
+     u"toon op kaart|toon kaart|pokaż na mapie|zobacz na mapie|zobrazit na mapě|ukázat na mapě|vis kart|vis på kort|"
+     u"visa karta|"
      u"itinéraire|cómo llegar|mappa|indicazioni|kaart|mapka|карта|на карте|地図|地図を見る|地图|약도"},
     {Of(Hint::Distance), u"distance|entfernung|distancia|distanza|afstand|odległość|расстояние|距離|距离|거리"},
 };

@@ -87,6 +87,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             return name != noNode && node >= name && node < nameEnd;
         };
         const bool mixed = named(line.FirstPiece) != named(line.EndPiece - 1);
+        bool afterControl = false;
         for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
             const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
             HintSet hints = 0;
@@ -102,9 +103,11 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                     break;
             }
             const bool marks = IsMarksOnly(page_.Lines.TextOf(piece));
+            const bool control = IsControl(piece, range);
             const bool same =
-                segments.size() > before && segments.back().Hints == hints &&
+                segments.size() > before && segments.back().Hints == hints && !control && !afterControl &&
                 (!mixed || page.Parent(piece.Node) == page.Parent(page_.Lines.Pieces[static_cast<size_t>(i) - 1].Node));
+            afterControl = control;
             if (segments.size() > before && (same || marks)) {
                 segments.back().EndPiece = i + 1;
                 continue;
@@ -203,6 +206,7 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
             segment.End = std::min(segment.End, segment.Begin + std::max<qsizetype>(blank, 0));
         }
     trim();
+    LeaveOutTradeAndDistance(segment);
 }
 
 // Whether a segment is a postal code and nothing else.
@@ -352,6 +356,10 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             const Segment& segment = segments[i];
             if (segment.IsLabel)
                 continue;
+            if (lead.Category.isEmpty() && !segment.Trade.isEmpty()) {
+                lead.Category = segment.Trade.toString();
+                nodes[static_cast<size_t>(Field::Category)] = ParentOf(segment);
+            }
             const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
             const QStringView value = ValueOf(segment);
             if (full.isEmpty())

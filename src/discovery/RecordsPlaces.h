@@ -35,6 +35,7 @@ private:
         HintSet Label = 0;
         qsizetype Begin = 0; ///< of its value, in the text of the page
         qsizetype End = 0;
+        QStringView Trade; ///< that stands before the address in the same text
         bool PostalCode = false;
         bool Street = false;
         bool IsLabel = false;
@@ -44,6 +45,8 @@ private:
         bool Weak() const;
     };
     void FindValue(Segment& segment, qsizetype label, const QString& name) const;
+    void LeaveOutTradeAndDistance(Segment& segment) const;
+    bool IsControl(const TextPiece& piece, const RecordRange& range) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
     QStringView ValueOf(const Segment& segment) const;
     QString PartedValue(const Segment& segment) const;
