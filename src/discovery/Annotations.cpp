@@ -131,6 +131,9 @@ PageAnnotations::PageAnnotations(const PageTree& page, const PageLines& lines, c
       IsStreetLine(lines.Lines.size(), false),
       IsDateLine(lines.Lines.size(), false),
       IsPriceLine(lines.Lines.size(), false) {
+    // Every address of the page asks for it.
+    if (!Region.isEmpty())
+        Country.Country = Region;
     ReadElements();
     ReadLines();
     std::stable_sort(Phones.begin(), Phones.end(),
@@ -374,7 +377,14 @@ void PageAnnotations::ReadPhones(int line) {
             }
         }
     const auto own = static_cast<std::ptrdiff_t>(places.size());
-    for (FoundPhone& place : FindPhones(text, Region))
+    // What is left has too few digits for another one.
+    const auto digitsIn = [](QStringView part) {
+        return std::count_if(part.begin(), part.end(), [](QChar c) { return c.isDigit(); });
+    };
+    qsizetype left = digitsIn(text);
+    for (const FoundPhone& place : places)
+        left -= digitsIn(text.sliced(place.Begin, place.End - place.Begin));
+    for (FoundPhone& place : own == 0 || left >= 3 ? FindPhones(text, Region) : std::vector<FoundPhone>())
         if (std::none_of(places.begin(), places.begin() + own, [&place](const FoundPhone& known) {
                 return known.Begin < place.End && place.Begin < known.End;
             }))

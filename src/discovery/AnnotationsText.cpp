@@ -16,8 +16,8 @@ bool IsWordMark(QChar c) {
 }
 
 bool IsMonth(QStringView word) {
-    static const QSet<QString> months = [] {
-        QSet<QString> set;
+    static const QSet<QStringView> months = [] {
+        QSet<QStringView> set;
         constexpr QStringView names =
             u"january february march april june july august september october november december jan feb mar apr jun "
             u"jul "
@@ -30,10 +30,10 @@ bool IsMonth(QStringView word) {
             u"mei augustus stycznia lutego marca kwietnia maja czerwca lipca sierpnia września października listopada "
             u"grudnia января февраля марта апреля мая июня июля августа сентября октября ноября декабря";
         for (const QStringView name : names.split(u' '))
-            set.insert(name.toString());
+            set.insert(name);
         return set;
     }();
-    return word.size() <= 12 && months.contains(word.toString().toLower());
+    return word.size() <= 12 && months.contains(BareView(word).View());
 }
 
 } // namespace

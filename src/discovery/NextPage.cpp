@@ -22,7 +22,8 @@ constexpr int sureEnough = 50;
 
 struct Link {
     NodeIndex Node = noNode;
-    QString Address;
+    QString Address;       ///< of this site; empty: it leads nowhere. Most links of a page are never asked for it
+    bool Resolved = false; ///< whether the address is known
     QString Text;
     int Score = 0;
     QStringList Why;
@@ -100,7 +101,6 @@ private:
     }
 
     void GatherLinks() {
-        const QStringView here = WithoutFragment(url_);
         for (NodeIndex node = 0; node < page_.Count(); ++node) {
             if (!page_.IsElement(node))
                 continue;
@@ -114,14 +114,31 @@ private:
             const QStringView rel = page_.Attribute(node, u"rel");
             if (!isAnchor && !HasToken(rel, std::to_array<QStringView>({u"next"})))
                 continue;
-            Link link{node, SameSiteAddress(page_.Attribute(node, u"href")), {}, 0, {}};
+            Link link;
+            link.Node = node;
             if (isAnchor)
                 link.Text = ShownText(lines_, node, page_.End(node), u" ", 100);
-            if (link.Address == here || IsDisabled(node))
-                link.Address.clear();
             ofAnchor_.insert(node, static_cast<int>(links_.size()));
             links_.push_back(std::move(link));
         }
+    }
+
+    const QString& AddressOf(Link& link) const {
+        if (!link.Resolved) {
+            link.Resolved = true;
+            link.Address = SameSiteAddress(page_.Attribute(link.Node, u"href"));
+            if (link.Address == WithoutFragment(url_) || IsDisabled(link.Node))
+                link.Address.clear();
+        }
+        return link.Address;
+    }
+
+    // Whether a link may lead to an address that a row of numbers speaks for: they end alike.
+    bool MayBeWitnessed(const Link& link) const {
+        const QStringView href = WithoutFragment(TrimmedView(page_.Attribute(link.Node, u"href")));
+        return std::any_of(witnesses_.keyBegin(), witnesses_.keyEnd(), [href](const QString& address) {
+            return address.endsWith(href.last(std::min<qsizetype>(href.size(), 6)));
+        });
     }
 
     bool IsDisabled(NodeIndex node) const {
@@ -184,7 +201,7 @@ private:
 
     void JudgeRow(const std::vector<RowNumber>& row) {
         const auto leads = [this](const RowNumber& entry) {
-            return entry.Link >= 0 && !links_[static_cast<size_t>(entry.Link)].Address.isEmpty();
+            return entry.Link >= 0 && !AddressOf(links_[static_cast<size_t>(entry.Link)]).isEmpty();
         };
         const auto linkTo = [&](int number) -> const RowNumber* {
             for (const RowNumber& entry : row)
@@ -259,8 +276,6 @@ private:
     }
 
     void Judge(Link& link) {
-        if (link.Address.isEmpty())
-            return;
         const auto add = [&link](int points, const QString& why) {
             link.Score += points;
             if (!why.isEmpty())
@@ -288,10 +303,13 @@ private:
                 otherTexts << words;
         }
         const bool arrow = IsArrow(TrimmedView(link.Text)) || (word == NextWord::None && IsArrow(TrimmedView(picture)));
+        const bool classNext = SaysNextInClass(link.Node);
+        const bool says = word != NextWord::None || arrow || relNext || classNext;
+        if ((!says && !MayBeWitnessed(link)) || AddressOf(link).isEmpty())
+            return;
         const auto witness = witnesses_.constFind(link.Address);
         const bool hasWitness = witness != witnesses_.cend();
-        const bool classNext = SaysNextInClass(link.Node);
-        if (word == NextWord::None && !arrow && !hasWitness && !relNext && !classNext)
+        if (!says && !hasWitness)
             return;
 
         const PageStep step = StepBetween(url_, link.Address);

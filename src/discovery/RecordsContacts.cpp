@@ -29,7 +29,7 @@ void Within(const List& list, const RecordRange& range, Use use) {
 
 QString RedirectTarget(const QString& address) {
     const qsizetype query = address.indexOf(u'?');
-    if (query < 0)
+    if (query < 0 || !address.contains(u"=http"))
         return {};
     for (const QStringView pair : QStringView(address).sliced(query + 1).split(u'&')) {
         const qsizetype equals = pair.indexOf(u'=');
@@ -67,28 +67,25 @@ QString WebAddressIn(QStringView text) {
 
 RecordContacts::RecordContacts(const RecordColumns& columns) : columns_(columns), page_(columns.Page) {
     QHash<quint64, int> paths;
-    for (const RecordRange& range : columns.List.Records) {
-        QSet<QString> phones;
-        QSet<QString> hosts;
-        QSet<QString> mails;
-        Within(page_.Phones, range, [&](const PagePhone& phone) { phones.insert(phone.Key); });
-        Within(page_.Mails, range, [&](const PageMail& mail) { mails.insert(mail.Address.toLower()); });
-        Within(page_.Links, range, [&](const PageLink& link) {
-            if (link.Kind == LinkKind::Outside)
-                hosts.insert(link.Host);
-        });
+    for (size_t record = 0; record < columns.Count(); ++record) {
+        const RecordRange& range = columns.List.Records[record];
+        const auto count = [record](Uses& uses) {
+            if (uses.Records == 0 || uses.Last != record)
+                ++uses.Records;
+            uses.Last = record;
+        };
         bool first = true;
         Within(page_.Phones, range, [&](const PagePhone& phone) {
+            count(phones_[phone.Key]);
             if (first && phone.Line >= 0)
                 ++paths[columns_.PlaceOf(page_.Page.Parent(phone.Node), range)];
             first = false;
         });
-        for (const QString& phone : phones)
-            ++phones_[phone];
-        for (const QString& host : hosts)
-            ++hosts_[host];
-        for (const QString& mail : mails)
-            ++mails_[mail];
+        Within(page_.Mails, range, [&](const PageMail& mail) { count(mails_[mail.Address.toLower()]); });
+        Within(page_.Links, range, [&](const PageLink& link) {
+            if (link.Kind == LinkKind::Outside)
+                count(hosts_[link.Host]);
+        });
     }
     for (auto path = paths.cbegin(); path != paths.cend(); ++path)
         if (path.value() * 2 > static_cast<int>(columns.Count()))
@@ -186,7 +183,7 @@ void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex,
     for (const Found& one : found) {
         const QString& key = one.Phone->Key;
         // The directory's own number stands in every record.
-        const bool shared = count >= 4 && phones_.value(key) * 5 > count * 3;
+        const bool shared = count >= 4 && phones_.value(key).Records * 5 > count * 3;
         if ((one.InProse && plain) || shared || seen.contains(key))
             continue;
         const bool fax = Has(one.Kind, Hint::Fax) && !Has(one.Kind, Hint::Phone);
@@ -227,7 +224,7 @@ void RecordContacts::ReadMails(size_t record, Lead& lead, std::array<NodeIndex, 
     QStringList mails;
     const auto count = static_cast<int>(columns_.Count());
     Within(page_.Mails, columns_.List.Records[record], [&](const PageMail& mail) {
-        const bool shared = count >= 4 && mails_.value(mail.Address.toLower()) * 5 > count * 3;
+        const bool shared = count >= 4 && mails_.value(mail.Address.toLower()).Records * 5 > count * 3;
         if (shared || mails.size() >= 4 || mails.contains(mail.Address, Qt::CaseInsensitive))
             return;
         mails << mail.Address;
@@ -263,7 +260,7 @@ void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
         QString target;
         int score = 0;
         if (link.Kind == LinkKind::Outside) {
-            const int records = hosts_.value(link.Host);
+            const int records = hosts_.value(link.Host).Records;
             const bool says = SaysWebsite(link, range);
             const bool rare = records == 1 || (records <= 3 && count >= 8);
             if (!rare && !says)

@@ -28,10 +28,14 @@ private:
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
-    QHash<QString, int> phones_; // in how many records a number stands
-    quint64 phonePath_ = 0;      // where most records have their phone; 0: at no place in common
-    QHash<QString, int> hosts_;
-    QHash<QString, int> mails_;
+    struct Uses {
+        size_t Last = 0; ///< record
+        int Records = 0;
+    };
+    QHash<QString, Uses> phones_; // in how many records a number stands
+    quint64 phonePath_ = 0;       // where most records have their phone; 0: at no place in common
+    QHash<QString, Uses> hosts_;
+    QHash<QString, Uses> mails_;
 };
 
 /// An address that a text is ("www.joes.example"), as one of the web; empty when it is none.

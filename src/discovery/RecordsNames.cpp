@@ -133,8 +133,6 @@ QString RecordNames::ReadName(size_t record) const {
 
 void RecordNames::ChooseDetails() {
     const PageAnnotations& page = columns_.Page;
-    // Links to the same page from many records lead to no record's own page.
-    QHash<QString, int> seen;
     const auto ownLinks = [&page](const RecordRange& range, auto use) {
         auto link = std::lower_bound(page.Links.begin(), page.Links.end(), range.Begin,
                                      [](const PageLink& one, NodeIndex node) { return one.Node < node; });
@@ -142,23 +140,32 @@ void RecordNames::ChooseDetails() {
             if (link->Kind == LinkKind::Own && RedirectTarget(link->Address).isEmpty())
                 use(*link);
     };
-    for (const RecordRange& range : columns_.List.Records) {
-        QSet<QString> here;
-        ownLinks(range, [&](const PageLink& link) { here.insert(link.Address); });
-        for (const QString& address : here)
-            ++seen[address];
-    }
-    // The paths of links, to take the one that most records have.
-    QHash<quint64, int> paths;
-    for (const RecordRange& range : columns_.List.Records) {
-        QSet<quint64> here;
-        ownLinks(range, [&](const PageLink& link) {
-            if (seen.value(link.Address) == 1)
-                here.insert(columns_.PathOf(link.Node, range));
-        });
-        for (const quint64 path : here)
-            ++paths[path];
-    }
+    // Links to the same page from many records lead to no record's own page.
+    struct Seen {
+        size_t Record = 0;
+        int Records = 0;
+    };
+    QHash<QStringView, Seen> seen;
+    const auto count = [](Seen& one, size_t record) {
+        if (one.Records == 0 || one.Record != record)
+            ++one.Records;
+        one.Record = record;
+    };
+    const auto recordsOf = [&seen](const PageLink& link) { return seen.value(link.Address).Records; };
+    for (size_t record = 0; record < columns_.Count(); ++record)
+        ownLinks(columns_.List.Records[record], [&](const PageLink& link) { count(seen[link.Address], record); });
+    // The paths of links, to take the one that most records have; only where a name has no link.
+    QHash<quint64, Seen> paths;
+    bool pathsCounted = false;
+    const auto countPaths = [&] {
+        for (size_t record = 0; record < columns_.Count(); ++record) {
+            const RecordRange& range = columns_.List.Records[record];
+            ownLinks(range, [&](const PageLink& link) {
+                if (recordsOf(link) == 1)
+                    count(paths[columns_.PathOf(link.Node, range)], record);
+            });
+        }
+    };
     for (size_t record = 0; record < columns_.Count(); ++record) {
         const RecordRange& range = columns_.List.Records[record];
         // The link of the name itself, around it or within it.
@@ -179,18 +186,20 @@ void RecordNames::ChooseDetails() {
             if (const NodeIndex parent = page.Page.Parent(range.Begin); parent != noNode)
                 if (const PageLink* const link = page.LinkAt(parent); link && link->Kind == LinkKind::Own)
                     around = link;
-        if (around && (seen.value(around->Address) <= 2 ||
-                       seen.value(around->Address) * 4 < static_cast<int>(columns_.Count()))) {
+        if (around && (recordsOf(*around) <= 2 || recordsOf(*around) * 4 < static_cast<int>(columns_.Count()))) {
             details_[record] = around->Node;
             continue;
         }
+        if (!pathsCounted)
+            countPaths();
+        pathsCounted = true;
         int best = static_cast<int>(columns_.Count()) / 3;
         ownLinks(range, [&](const PageLink& link) {
-            if (seen.value(link.Address) > 1 || LeadsElsewhere(link))
+            if (recordsOf(link) > 1 || LeadsElsewhere(link))
                 return;
-            const int count = paths.value(columns_.PathOf(link.Node, range));
-            if (count > best) {
-                best = count;
+            const int records = paths.value(columns_.PathOf(link.Node, range)).Records;
+            if (records > best) {
+                best = records;
                 details_[record] = link.Node;
             }
         });

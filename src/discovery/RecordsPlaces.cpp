@@ -196,7 +196,7 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
         trim();
     }
     const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
-    const bool mayBeWeb = rest.contains(u'@') || rest.contains(u'.') || rest.contains(u':');
+    const bool mayBeWeb = rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www");
     for (const QStringView sign :
          {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
         if (!mayBeWeb)

@@ -114,8 +114,9 @@ constexpr QStringView otherWords[] = {
 };
 
 bool Among(std::span<const QStringView> words, QStringView word) {
-    return std::any_of(words.begin(), words.end(),
-                       [word](QStringView w) { return w.compare(word, Qt::CaseInsensitive) == 0; });
+    return std::any_of(words.begin(), words.end(), [word](QStringView w) {
+        return w.size() == word.size() && w.compare(word, Qt::CaseInsensitive) == 0;
+    });
 }
 
 bool IsIdeograph(QChar c) {

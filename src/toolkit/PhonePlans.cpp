@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <vector>
 
 namespace Brindle {
 
@@ -71,19 +72,30 @@ void EachEntry(const PhonePlan& plan, Visit visit) {
     }
 }
 
-const std::array<Lengths, std::size(phonePlans)>& PossibleLengths() {
-    static const auto all = [] {
-        std::array<Lengths, std::size(phonePlans)> lengths{};
-        for (std::size_t i = 0; i < lengths.size(); ++i)
-            EachEntry(phonePlans[i],
-                      [&](QStringView, QStringView, QStringView text) { lengths[i] |= ReadLengths(text); });
-        return lengths;
-    }();
-    return all;
-}
+// A plan's entries, taken apart.
+struct Entry {
+    QStringView Head;
+    QStringView Tail;
+    Lengths Sizes = 0;
+};
+struct ReadPlan {
+    std::vector<Entry> Entries;
+    Lengths Sizes = 0; // of all
+};
 
-Lengths LengthsOf(const PhonePlan& plan) {
-    return PossibleLengths()[static_cast<std::size_t>(&plan - phonePlans)];
+const ReadPlan& Read(const PhonePlan& plan) {
+    static const auto all = [] {
+        std::array<ReadPlan, std::size(phonePlans)> plans;
+        for (std::size_t i = 0; i < plans.size(); ++i)
+            EachEntry(phonePlans[i], [&](QStringView heads, QStringView tail, QStringView text) {
+                const Lengths sizes = ReadLengths(text);
+                plans[i].Sizes |= sizes;
+                while (!heads.isEmpty())
+                    plans[i].Entries.push_back({TakeUpTo(heads, u','), tail, sizes});
+            });
+        return plans;
+    }();
+    return all[static_cast<std::size_t>(&plan - phonePlans)];
 }
 
 } // namespace
@@ -112,7 +124,7 @@ const PhonePlan* PlanOfCode(int code, QStringView national) {
 }
 
 bool IsPossibleLength(const PhonePlan& plan, qsizetype length) {
-    return length > 0 && length < 20 && (LengthsOf(plan) >> length & 1) != 0;
+    return length > 0 && length < 20 && (Read(plan).Sizes >> length & 1) != 0;
 }
 
 qsizetype LongestOf(const PhonePlan& plan) {
@@ -125,33 +137,25 @@ qsizetype LongestOf(const PhonePlan& plan) {
 bool IsInUse(const PhonePlan& plan, QStringView national) {
     if (!IsPossibleLength(plan, national.size()))
         return false;
-    bool inUse = false;
-    EachEntry(plan, [&](QStringView heads, QStringView tail, QStringView lengths) {
-        if (inUse || (ReadLengths(lengths) >> national.size() & 1) == 0)
-            return;
-        while (!inUse && !heads.isEmpty()) {
-            const QStringView head = TakeUpTo(heads, u',');
-            const qsizetype at = Fits(head, national);
-            inUse = at >= 0 && Fits(tail, national.sliced(at)) >= 0;
-        }
+    const std::vector<Entry>& entries = Read(plan).Entries;
+    return std::any_of(entries.begin(), entries.end(), [national](const Entry& entry) {
+        if ((entry.Sizes >> national.size() & 1) == 0)
+            return false;
+        const qsizetype at = Fits(entry.Head, national);
+        return at >= 0 && Fits(entry.Tail, national.sliced(at)) >= 0;
     });
-    return inUse;
 }
 
 bool IsLikeOne(const PhonePlan& plan, QStringView national) {
     if (national.isEmpty() || !IsPossibleLength(plan, national.size()))
         return false;
-    bool like = false;
-    EachEntry(plan, [&](QStringView heads, QStringView, QStringView lengths) {
-        if (like || (ReadLengths(lengths) >> national.size() & 1) == 0)
-            return;
-        while (!like && !heads.isEmpty()) {
-            const QStringView head = TakeUpTo(heads, u',');
-            const qsizetype first = head.startsWith(u'[') ? head.indexOf(u']') + 1 : 1;
-            like = Fits(head.first(first), national) >= 0;
-        }
+    const std::vector<Entry>& entries = Read(plan).Entries;
+    return std::any_of(entries.begin(), entries.end(), [national](const Entry& entry) {
+        if (entry.Head.isEmpty() || (entry.Sizes >> national.size() & 1) == 0)
+            return false;
+        const qsizetype first = entry.Head.startsWith(u'[') ? entry.Head.indexOf(u']') + 1 : 1;
+        return Fits(entry.Head.first(first), national) >= 0;
     });
-    return like;
 }
 
 std::pair<const PhonePlan*, const PhonePlan*> AllPlans() {
