@@ -132,7 +132,8 @@ constexpr Row labels[] = {
      u"activité|activités|secteur|rubrique|cuisine|spécialités|categoría|categorías|actividad|sector|rubro|categoria|"
      u"categorie|attività|settore|rubriek|categorieën|branża|kategoria|kategorie|obor|činnost|kategória|tevékenység|"
      u"categorie|domeniu|bransch|kategori|branche|kategoria|toimiala|tegevusala|kategorija|nozare|veikla|sektör|"
-     u"κατηγορία|категория|рубрика|отрасль|категорія|カテゴリ|カテゴリー|業種|ジャンル|分类|类别|行业|類別|업종|"
+     u"κατηγορία|категория|рубрика|отрасль|категорія|主营|主营产品|经营范围|カテゴリ|カテゴリー|業種|ジャンル|分类|"
+     u"类别|行业|類別|업종|"
      u"카테고리|"
      u"الفئة|التصنيف|קטגוריה|תחום|دسته|หมวดหมู่|ประเภท|danh mục|ngành nghề|kategori|श्रेणी"},
     {Of(Hint::Name),
@@ -367,6 +368,12 @@ HintSet HintsOfName(QStringView name) {
             ++at;
             continue;
         }
+        // "ng-star-inserted" is of the framework that the page is made with.
+        if ((at == 0 || name[at - 1].isSpace()) && name.sliced(at).startsWith(u"ng-")) {
+            while (at < name.size() && !name[at].isSpace())
+                ++at;
+            continue;
+        }
         // A part: "Phone" of "listingPhone", "URL", "phone".
         qsizetype end = at + 1;
         if (IsUpper(name[at]) && end < name.size() && IsUpper(name[end]))
@@ -420,6 +427,15 @@ LeadingLabel LabelAtBegin(QStringView text) {
 
 bool NamesBusinesses(QStringView words) {
     static const StemSearch search(businessStems, businessMarks);
+    return search.FindsIn(words);
+}
+
+bool NamesHosts(QStringView words) {
+    static const StemSearch search(
+        u"hotel hôtel hostel motel albergh отел гостиниц pension gasthof gasthaus guesthouse inns resort lodging "
+        u"accommodation unterkünfte hébergement alojamiento agriturism nocleg ubytování szállás camping campsite "
+        u"restaurant restaurang restauracj restaurac ristorant ресторан étterem dining bistro trattori pizzeri",
+        u"ホテル|旅館|酒店|宾馆|호텔|餐厅|餐廳|레스토랑");
     return search.FindsIn(words);
 }
 

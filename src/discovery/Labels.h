@@ -72,6 +72,9 @@ LeadingLabel LabelAtBegin(QStringView text);
 /// `words`: as `BareWords` gives them.
 bool NamesBusinesses(QStringView words);
 
+/// Whether a text names houses that sleep or feed people. `words`: as `BareWords` gives them.
+bool NamesHosts(QStringView words);
+
 /// Whether a text names what is no business: a shop's goods, jobs, news, recipes, events. `words`: as `BareWords` gives
 /// them.
 bool NamesOtherThings(QStringView words);

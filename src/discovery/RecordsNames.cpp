@@ -209,7 +209,12 @@ void RecordNames::ChooseDetails() {
 // Links that say that they lead to something else than the record's page.
 bool RecordNames::LeadsElsewhere(const PageLink& link) const {
     constexpr HintSet others = Hint::Map | Hint::Category | Hint::Review | Hint::Mail | Hint::Phone | Hint::Fax;
-    return ((columns_.Page.HintsOf(link.Node) | HintsOfLabel(columns_.Page.TextWithin(link.Node))) & others) != 0;
+    const PageTree& page = columns_.Page.Page;
+    QString label = columns_.Page.TextWithin(link.Node);
+    for (NodeIndex node = link.Node + 1; label.isEmpty() && node < page.End(link.Node); ++node)
+        if (page.Is(node, u"img"))
+            label = page.Attribute(node, u"alt").toString();
+    return ((columns_.Page.HintsOf(link.Node) | HintsOfLabel(label)) & others) != 0;
 }
 
 const PageLink* RecordNames::DetailsOf(size_t record) const {

@@ -66,7 +66,8 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     if (node == noNode || node == name)
         return;
     const QString category = ListText(node);
-    if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty())
+    if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
+        LabelAtBegin(category).Hints != 0)
         return;
     lead.Category = category;
     nodes[static_cast<size_t>(Field::Category)] = node;
@@ -497,8 +498,16 @@ void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::arra
     const NodeIndex node = town_ < 0 ? noNode : columns_.Columns[static_cast<size_t>(town_)].Nodes[record];
     if (node == noNode || node == name || !lead.FullAddress.isEmpty() || !lead.City.isEmpty())
         return;
-    lead.City = columns_.TextOf(node);
-    lead.FullAddress = lead.City;
+    lead.FullAddress = columns_.TextOf(node);
+    AddressParts parts = SplitAddress(lead.FullAddress, page_.Country);
+    if (parts.City.isEmpty()) { // "Salem, OR" says so itself
+        AddressHints states;
+        states.Country = u"US"_s;
+        parts = SplitAddress(lead.FullAddress, states);
+    }
+    lead.City = parts.City.isEmpty() ? lead.FullAddress : parts.City;
+    if (!parts.City.isEmpty())
+        lead.State = parts.State;
     nodes[static_cast<size_t>(Field::City)] = node;
     nodes[static_cast<size_t>(Field::FullAddress)] = node;
 }

@@ -156,6 +156,24 @@ private:
             if (!lead.Name.isEmpty() && !IsButtonText(BareWords(lead.Name)))
                 reading_.Records.push_back({std::move(lead), range.Begin, range.End});
         }
+        LeaveOutBareEnds();
+    }
+
+    // A menu above the list or a note below it can be built as its entries are.
+    void LeaveOutBareEnds() {
+        std::vector<PageRecord>& records = reading_.Records;
+        const auto bare = [](const PageRecord& record) {
+            const Lead& lead = record.Fields;
+            return lead.Phone.isEmpty() && lead.Fax.isEmpty() && lead.FullAddress.isEmpty() && lead.Website.isEmpty() &&
+                   lead.Email.isEmpty() && lead.Category.isEmpty();
+        };
+        const auto full = std::count_if(records.begin(), records.end(), [](const PageRecord& record) {
+            return !record.Fields.Phone.isEmpty() && !record.Fields.FullAddress.isEmpty();
+        });
+        if (full < 5 || full * 5 < std::ssize(records) * 4)
+            return;
+        records.erase(std::find_if_not(records.rbegin(), records.rend(), bare).base(), records.end());
+        records.erase(records.begin(), std::find_if_not(records.begin(), records.end(), bare));
     }
 
     Shares Measure() const {
@@ -264,7 +282,8 @@ private:
         const auto often = [&shares](Hint hint) { return Has(shares.Often, hint); };
         if (names_.DistinctNames() < 0.5)
             return no(u"its names repeat"_s);
-        if (shares.Price > 0.5 && shares.Phone < 0.5)
+        const bool hosts = directory && subject_.Hosts && shares.Details >= 0.5;
+        if (shares.Price > 0.5 && shares.Phone < 0.5 && !hosts)
             return no(u"its records have prices"_s);
         // Dates of reviews or of a membership stand in lists of addresses, too.
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
@@ -309,7 +328,7 @@ private:
         const bool trades = shares.Trades >= 0.5 && shares.Place >= 0.5 && DistinctCategories() <= 0.7;
         if (other || (!subject_.Businesses && !trades))
             return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
-        if (shares.Price > 0.5 || shares.Date > 0.5)
+        if ((shares.Price > 0.5 && !hosts) || shares.Date > 0.5)
             return no(u"its records have prices or dates"_s);
         const double signs = 1.5 * shares.Place + shares.Category + shares.Rating + shares.Website + shares.Map +
                              (often(Hint::Business) ? 1 : 0);
@@ -353,6 +372,7 @@ PageSubject SubjectOf(const PageAnnotations& page) {
             c = u' ';
     const QString words = subject.Words + path.simplified();
     subject.Businesses = NamesBusinesses(words);
+    subject.Hosts = NamesHosts(words);
     subject.OtherThings = NamesOtherThings(words);
     subject.Jobs = NamesJobs(words);
     subject.OneFirm = NamesOneFirm(words);

@@ -8,6 +8,7 @@ namespace Brindle {
 /// What a page is about, by its title, its first headings and its address.
 struct PageSubject {
     bool Businesses = false; ///< it names a kind of business or a directory
+    bool Hosts = false;      ///< it names houses that sleep or feed people, whose lists tell prices
     bool OtherThings = false;
     bool Jobs = false;
     bool OneFirm = false; ///< it is a firm's page about itself

@@ -81,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
              u"Ringweg {i}, 50667 Köln"_s},
         Rule{"TheTradeOfAFirm", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::Category,
              u"Lampen {i}"_s},
+        Rule{"ClassesOfTheFramework", u"<p class=ng-star-inserted>Ringweg {i}, 50667 Köln</p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
         Rule{"TheTradeInTheAddress", u"<p>Elektriker · Ringweg {i}, 50667 Köln · 1,{i} km</p>"_s + call,
              Field::Category, u"Elektriker"_s},
         Rule{"TheAddressAlone", u"<p>Elektriker · Ringweg {i}, 50667 Köln · 1,{i} km</p>"_s + call, Field::FullAddress,
@@ -124,11 +126,24 @@ TEST(Rules, StarsBeforeANameWithoutAnyMark) {
     EXPECT_EQ(records[2].Fields.DetailsLink, site + u"/b/3"_s);
 }
 
-TEST(Rules, APriceRangeIsNoPrice) {
+TEST(Rules, AMenuBuiltAsTheEntriesAreIsNone) {
+    QString list = u"<table><tr><td><a href='/'>Start</a> <a href='/h'>Hilfe</a></td></tr></table>"_s;
+    for (int i = 1; i <= 8; ++i)
+        list += u"<table><tr><td><a href='/b/%1'><b>Haus %2</b></a><br>Ringweg %1, 50667 Köln<br>0221 55512%1</td>"
+                u"<td><a href='karte?%1'><img alt=Karte></a></td></tr></table>"_s.arg(i)
+                    .arg(QChar(u'A' + i));
+    const PageTree page(u"<html lang=de><title>Elektriker</title><body>"_s + list);
+    const auto records = ReadAnyPage(page, site).Records;
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[0].Fields.Name, u"Haus B"_s);
+}
+
+TEST(Rules, PricesTellOffersFromBusinesses) {
     const QString entry =
         u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place + u"<p>Seit 1998 %1</p></section>"_s;
-    EXPECT_EQ(Read(entry.arg(u"€€"_s), u"Restaurants in Köln"_s, 8).size(), 8U);
-    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Restaurants in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry.arg(u"€€"_s), u"Friseure in Köln"_s, 8).size(), 8U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Friseure in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Hotels in Köln"_s, 8).size(), 8U);
 }
 
 TEST(Rules, FewBusinessesNeedAPageAboutThem) {
