@@ -23,6 +23,8 @@ namespace {
 constexpr qsizetype longestText = 200;
 constexpr size_t mostTexts = 400;
 
+constexpr size_t mostExamined = 8; // businesses of which it chooses those to learn from
+constexpr size_t mostTried = 3;
 constexpr int mostBusinesses = 4; // of which examples are taken together
 
 // In which order the program looks for the fields that it can learn from what it sees by itself.
@@ -128,9 +130,36 @@ void TeachSession::BeginByItself() {
     recipe_.Name = name;
     if (!seen_.Next.Address.isEmpty())
         recipe_.Next = automaticNextPage.toString();
-    if (!seen_.Records.empty() && !LearnFrom(seen_.Records.front().Fields))
+    if (!seen_.Records.empty() && !LearnFromOneOf(seen_.Records))
         recipe_.Records = structuredRecords.toString(); // what no element shows
     Read();
+}
+
+// Those of which most is known come first; what holds for one of them holds for most.
+bool TeachSession::LearnFromOneOf(const std::vector<PageRecord>& records) {
+    std::vector<const Lead*> leads;
+    for (size_t i = 0; i < std::min(records.size(), mostExamined); ++i)
+        leads.push_back(&records[i].Fields);
+    const auto known = [](const Lead* lead) {
+        int fields = 0;
+        for (int column = 0; column < FieldCount; ++column)
+            fields += lead->At(column).isEmpty() ? 0 : 1;
+        return fields;
+    };
+    std::stable_sort(leads.begin(), leads.end(),
+                     [&](const Lead* one, const Lead* other) { return known(one) > known(other); });
+    leads.resize(std::min(leads.size(), mostTried));
+    const Recipe before = recipe_;
+    for (const Lead* const lead : leads) {
+        recipe_ = before;
+        if (!LearnFrom(*lead))
+            continue;
+        Read();
+        if (reading_.Records.size() * 2 > records.size())
+            return true;
+    }
+    recipe_ = before;
+    return false;
 }
 
 // A business's own texts are the examples; one that cannot be generalised is left out.
@@ -142,7 +171,11 @@ bool TeachSession::LearnFrom(const Lead& first) {
             return;
         examples.push_back({.Column = column, .Text = text});
         try {
-            Take(LearnRecipe(*page_, url_, examples, seen_), {column});
+            LearnedRecipe learned = LearnRecipe(*page_, url_, examples, seen_);
+            if (learned.What.Records == structuredRecords)
+                examples.pop_back(); // no element shows this one
+            else
+                Take(std::move(learned), {column});
         } catch (const Failure&) {
             examples.pop_back();
         }
@@ -247,6 +280,8 @@ bool TeachSession::TakeExamples(Field column, const std::vector<RecipeExample>& 
     const std::set<Field> forgotten = forgotten_;
     try {
         LearnedRecipe learned = LearnRecipe(*page_, url_, examples, seen_);
+        if (learned.What.Records == structuredRecords)
+            return false; // pointing is at elements
         Drop(column);
         forgotten_.erase(column);
         std::set<Field> said = said_;

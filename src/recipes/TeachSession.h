@@ -86,6 +86,7 @@ private:
     void Drop(Field column);
     void BeginByItself();
     bool BeginMending(const Recipe& recipe);
+    bool LearnFromOneOf(const std::vector<PageRecord>& records);
     bool LearnFrom(const Lead& first);
     void Take(LearnedRecipe learned, const std::set<Field>& said);
     void Read();

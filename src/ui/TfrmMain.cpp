@@ -335,6 +335,7 @@ void TfrmMain::cbxLanguageChange(int index) {
 }
 
 void TfrmMain::cbxWebsitesChange() {
+    teaching_.Lesson().Leave();
     if (form_.cbxWebsites->currentText() != bench_.State.SelectedEntry)
         selector_.Change(form_.cbxWebsites->currentText());
     FollowHarvest();
@@ -363,6 +364,7 @@ void TfrmMain::HarvestOfBar(bool asAnyWebsite) {
 
 void TfrmMain::btnStartClick() {
     const bool refused = bench_.State.Parsing;
+    teaching_.Lesson().Leave();
     driver_.Start();
     if (!refused)
         desk_.HarvestBegins(browser_.Browser->LocationAddress());

@@ -74,6 +74,7 @@ bool TeachFixture::Harvest() {
 }
 
 bool TeachFixture::BarSays(const QString& what, int seconds) {
+    Desk().Watch().Look(); // it would wait a little for the page to settle
     return Run->Until([&] { return Bar().contains(what); }, seconds);
 }
 
@@ -100,12 +101,15 @@ bool TeachFixture::PointAt(const QString& textOrLink, int what) {
     const QPointF place = PlaceOf(textOrLink);
     QTest::qWait(200); // the marks follow the page
     bool asked = false;
+    const auto byMenu = Lesson().AskField;
     Lesson().AskField = [&](const std::vector<Field>&) {
         asked = true;
         return what;
     };
     QTest::mouseClick(&Overlay(), Qt::LeftButton, {}, place.toPoint());
-    return Run->Until([&] { return asked; }, 20);
+    const bool done = Run->Until([&] { return asked; }, 20);
+    Lesson().AskField = byMenu;
+    return done;
 }
 
 QRectF TeachFixture::MarkOf(const QString& caption) const {

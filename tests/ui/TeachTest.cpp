@@ -2,6 +2,9 @@
 #include "PrintTo.h"
 #include "TeachFixture.h"
 
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -20,24 +23,166 @@ protected:
         Open(Site.Start);
         ASSERT_TRUE(BarSays(u"businesses"_s)) << Bar().toStdString();
     }
+    void ExpectNothingLeft(const QString& document);
 };
 
-TEST_F(TeachTest, LeavingLeavesThePageAsItWas) {
-    OpenDemo();
-    const QString before = Run->Window->ewbMain().DocumentHtml();
-    Run->Click(u"btnTeach");
-    ASSERT_TRUE(Desk().Lesson().Active());
-    // A click on a link of the page goes nowhere.
-    Desk().Lesson().AskField = [](const std::vector<Field>&) { return -1; };
-    QTest::mouseClick(Run->Control<PageOverlay>(u"PageOverlay"), Qt::LeftButton, {}, QPoint(60, 60));
-    QTest::qWait(300);
-    ASSERT_TRUE(Desk().Lesson().Active()) << "pointing at nothing changes nothing";
-    Run->Click(u"btnTeachLeave");
-    EXPECT_FALSE(Desk().Lesson().Active());
+// Nothing of a lesson that was left is anywhere: page, window, folder.
+void TeachTest::ExpectNothingLeft(const QString& document) {
+    EXPECT_FALSE(Lesson().Active());
     EXPECT_FALSE(Run->Control<TeachPanel>(u"TeachPanel")->isVisible());
+    EXPECT_FALSE(Run->Control<QTableView>(u"TeachTable")->isVisible());
     EXPECT_TRUE(Run->Items().isVisible());
+    EXPECT_TRUE(Overlay().Marks().empty() && Overlay().Likes().empty());
+    EXPECT_TRUE(Overlay().testAttribute(Qt::WA_TransparentForMouseEvents));
     EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), Site.Start);
-    EXPECT_EQ(Run->Window->ewbMain().DocumentHtml(), before);
+    EXPECT_EQ(Run->Window->ewbMain().DocumentHtml(), document);
+    EXPECT_TRUE(QDir(Run->System.SettingsFolder() + u"/recipes"_s).isEmpty());
+    EXPECT_EQ(Run->Control<QToolButton>(u"imgStop")->shortcut(), QKeySequence(Qt::Key_Escape));
+}
+
+TEST_F(TeachTest, EscapeAtEveryStepLeavesNothingBehind) {
+    OpenDemo();
+    const QString document = Run->Window->ewbMain().DocumentHtml();
+    const Lead lead = Server.ModernLeads(Site.Code).front();
+    QApplication::setActiveWindow(Run->Window.get());
+    const auto press = [this](QWidget* focus) {
+        focus->setFocus();
+        QTest::keyClick(focus, Qt::Key_Escape);
+        Run->Until([this] { return !Lesson().Active(); }, 5);
+    };
+    auto* const view = Run->Window->findChild<QWebEngineView*>();
+    const std::function<QWidget*()> steps[] = {
+        [&]() -> QWidget* { return Run->Control<TeachPanel>(u"TeachPanel"); },
+        [&]() -> QWidget* {
+            QTest::mouseMove(&Overlay(), PlaceOf(lead.Phone).toPoint());
+            EXPECT_TRUE(Run->Until([this] { return Overlay().Likes().size() > 5; }, 10)) << "the likes light up";
+            return view->focusProxy();
+        },
+        [&]() -> QWidget* {
+            EXPECT_TRUE(PointAt(lead.Name, Field::BusinessName));
+            return Run->Control<QLineEdit>(u"edtTeachName");
+        },
+        [&]() -> QWidget* {
+            Run->Click(u"btnTeachNext");
+            return Run->Control<QListWidget>(u"TeachTexts");
+        },
+        [&]() -> QWidget* {
+            Run->Click(u"btnTeachForget");
+            return Run->Control<QTableView>(u"TeachTable");
+        }};
+    for (const auto& step : steps) {
+        Teach();
+        press(step());
+        ExpectNothingLeft(document);
+    }
+    // In the menu it closes the menu alone.
+    Teach();
+    const QPoint place = PlaceOf(lead.Name).toPoint();
+    QMenu* menu = nullptr;
+    Run->When([&] { return (menu = Run->Control<QMenu>(u"TeachMenu")) && menu->isVisible(); },
+              [&] {
+                  EXPECT_EQ(menu->activeAction()->text(), u"Business Name"_s) << "the likely field stands first";
+                  QTest::keyClick(menu, Qt::Key_Escape);
+              });
+    QTest::qWait(200);
+    QTest::mouseClick(&Overlay(), Qt::LeftButton, {}, place);
+    ASSERT_TRUE(Run->Until([&] { return menu && !Run->Control<QMenu>(u"TeachMenu"); }, 10));
+    EXPECT_TRUE(Lesson().Active() && Session().IsProposed(Field::BusinessName));
+    press(Run->Control<TeachPanel>(u"TeachPanel"));
+    ExpectNothingLeft(document);
+}
+
+// The page's links and buttons do nothing meanwhile, its scripts see nothing, and marks stay where they belong.
+TEST_F(TeachTest, ThePageIsOnlyLookedAt) {
+    OpenDemo();
+    const Lead lead = Server.ModernLeads(Site.Code).front();
+    InPage(u"window.before = 0; window.seen = []; for (const kind of ['mousemove', 'mousedown', 'click', 'keydown'])"
+           " document.addEventListener(kind, event => seen.push(event.type), true);"
+           "new MutationObserver(() => seen.push('change')).observe(document, {childList: true, subtree: true,"
+           " attributes: true, characterData: true}); window.before = Object.keys(window).length"_s);
+    Teach();
+    ASSERT_TRUE(PointAt(lead.Phone, Field::Phone));
+    ASSERT_TRUE(PointAt(lead.Name, -1)) << "the link";
+    EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), Site.Start);
+    EXPECT_EQ(InPage(u"seen.join() + (Object.keys(window).length - before)"_s).toString(), u"0"_s);
+    EXPECT_TRUE(Session().IsProposed(Field::BusinessName)) << "nothing was chosen";
+
+    const auto markAt = [&](const QString& text) {
+        return Run->Until(
+            [&] {
+                const QRectF mark = MarkOf(u"Phone"_s);
+                return mark.isValid() && mark.adjusted(-2, -2, 2, 2).contains(PlaceOf(text));
+            },
+            10);
+    };
+    EXPECT_TRUE(markAt(lead.Phone));
+    InPage(u"scrollBy(0, 90)"_s);
+    EXPECT_TRUE(markAt(lead.Phone)) << "follows scrolling";
+    Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1.5);
+    EXPECT_TRUE(markAt(lead.Phone)) << "follows zoom";
+    Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1);
+    // It is built anew, with other elements.
+    const size_t records = Session().Reading().Records.size();
+    InPage(u"document.querySelector('main').outerHTML += ''"_s);
+    QTest::qWait(300);
+    EXPECT_TRUE(Lesson().Active());
+    EXPECT_EQ(Session().Reading().Records.size(), records);
+    EXPECT_FALSE(Session().IsProposed(Field::Phone));
+    EXPECT_TRUE(markAt(lead.Phone));
+
+    // A wrong mark is clicked away by its cross.
+    PageOverlay::Mark wrong;
+    for (const PageOverlay::Mark& each : Overlay().Marks())
+        if (each.Caption == u"Phone" && Overlay().rect().contains(Overlay().CrossOf(each).toRect()))
+            wrong = each;
+    ASSERT_FALSE(wrong.Caption.isEmpty());
+    QTest::mouseClick(&Overlay(), Qt::LeftButton, {}, Overlay().CrossOf(wrong).center().toPoint());
+    EXPECT_FALSE(MarkOf(u"Phone"_s).isValid() && !Session().ElementsOf(Field::Phone).empty());
+    EXPECT_TRUE(Session().Reading().Records.front().Fields.Phone.isEmpty());
+}
+
+TEST_F(TeachTest, ThePagesOfTheBusinessesAreReadWhereTheyArePointedAt) {
+    OpenDemo(u"demo-hashed");
+    const std::vector<Lead> planted = Server.ModernLeads(Site.Code, true);
+    Teach();
+    ASSERT_TRUE(PointAt(planted[1].Name, PointDetails));
+    EXPECT_TRUE(Run->Control<QCheckBox>(u"chkTeachDetails")->isChecked());
+    SaveAs(u"With details"_s);
+    ASSERT_TRUE(Harvest());
+    const std::vector<Lead> shown = Run->ShownLeads();
+    ASSERT_EQ(shown.size(), planted.size());
+    for (size_t i = 0; i < shown.size(); ++i)
+        EXPECT_EQ(shown[i].Email, planted[i].Email) << i << " stands on its own page alone";
+}
+
+TEST_F(TeachTest, StopAnotherSiteGetDataAndClosingEndALessonCleanly) {
+    OpenDemo();
+    Teach();
+    Run->Click(u"btnStop");
+    EXPECT_TRUE(Lesson().Active()) << "there is no harvest to stop";
+    Run->Click(u"imgRefresh");
+    ASSERT_TRUE(Run->Until([this] { return !Run->Window->ewbMain().Busy() && MarkOf(u"Phone"_s).isValid(); }, 20));
+    EXPECT_TRUE(Lesson().Active()) << "the same page again";
+    Run->ChooseSite(SiteCode::YellowPagesCanada.toString(), Server);
+    EXPECT_FALSE(Lesson().Active());
+    EXPECT_TRUE(Run->Items().isVisible());
+
+    const auto* const sites = Run->Control<QComboBox>(u"cbxWebsites");
+    Run->Choose(u"cbxWebsites", sites->findText(u"Any website"_s));
+    ASSERT_TRUE(Run->GoTo(Site.Start));
+    ASSERT_TRUE(BarSays(u"businesses"_s));
+    Teach();
+    Run->Click(u"btnStart");
+    EXPECT_FALSE(Lesson().Active()) << "a harvest shows its own results";
+    ASSERT_TRUE(Run->Until([this] { return Run->Window->Leads().Count() > 0; }, 30));
+    Run->Click(u"btnStop");
+    ASSERT_TRUE(Run->Until([this] { return Idle(); }, 30));
+    ASSERT_TRUE(Run->GoTo(Site.Start));
+    ASSERT_TRUE(BarSays(u"businesses"_s));
+    Teach();
+    ASSERT_TRUE(PointAt(Server.ModernLeads(Site.Code).front().Name, Field::BusinessName));
+    Run->Window->close();
+    Run->Window.reset();
 }
 
 } // namespace
