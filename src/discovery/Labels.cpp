@@ -53,7 +53,8 @@ constexpr Row nameParts[] = {
     {Of(Hint::Price), u"price prices preis prix precio prezzo prijs cena pricerange cost salary"},
     {Of(Hint::Date), u"date time datetime published datum posted timestamp datepublished calendar"},
     {Of(Hint::Author), u"author byline writer username user autor auteur poster"},
-    {Of(Hint::Description), u"description desc excerpt summary teaser snippet about intro body slogan abstract blurb"},
+    {Of(Hint::Description),
+     u"description desc excerpt summary teaser snippet about intro reviewbody slogan abstract blurb"},
     {Of(Hint::Distance), u"distance dist km entfernung miles abstand"},
     {Of(Hint::Business), u"business company listing restaurant hotel venue poi organization biz vcard hcard dealer "
                          u"store shop firm eintrag company merchant provider eatery establishment place places "

@@ -380,6 +380,8 @@ private:
 
     // A city's name, with the number of a district at most.
     static bool IsPlace(QStringView text) {
+        if (IsPartOfHouse(text))
+            return false;
         int digits = 0;
         for (const QChar c : text)
             digits += c.isDigit() ? 1 : 0;

@@ -301,6 +301,19 @@ qsizetype EndOfStreetIn(QStringView text) {
     return end;
 }
 
+bool IsPartOfHouse(QStringView text) {
+    static const QStringView parts[] = {u"sc", u"bl",   u"et",      u"ap",       u"of",    u"корп", u"кв",   u"оф",
+                                        u"эт", u"стр",  u"lok",     u"piso",     u"dpto",  u"ste",  u"unit", u"apt",
+                                        u"od", u"ofic", u"oficina", u"building", u"floor", u"suite"};
+    qsizetype end = 0;
+    while (end < text.size() && text[end].isLetter())
+        ++end;
+    const bool marked = end < text.size() && (text[end] == u'.' || text[end] == u' ');
+    return marked && text.size() - end <= 8 && std::any_of(std::begin(parts), std::end(parts), [&](QStringView part) {
+               return text.first(end).compare(part, Qt::CaseInsensitive) == 0;
+           });
+}
+
 bool AreNames(QStringView text) {
     bool start = true;
     for (qsizetype at = 0; at < text.size(); ++at) {

@@ -21,6 +21,9 @@ qsizetype EndOfStreetIn(QStringView text);
 /// Behind the number that ends a street in texts like "Jalan Merdeka 215 Bandung"; -1 when none does.
 qsizetype EndOfNumberIn(QStringView text);
 
+/// Whether the text is a staircase, block, flat or office of a house: "sc. A", "Of. 501", "корп. 2".
+bool IsPartOfHouse(QStringView text);
+
 /// Whether all words but short ones begin as names do.
 bool AreNames(QStringView text);
 

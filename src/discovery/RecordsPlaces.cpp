@@ -33,6 +33,11 @@ bool IsNumberedName(QStringView text) {
     return HasDigit(text) && std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); }) >= 3;
 }
 
+bool IsPartingMark(QStringView text) {
+    const QStringView mark = text.trimmed();
+    return mark.size() == 1 && QStringView(u"\u00B7\u2022\u22C5|").contains(mark.front());
+}
+
 bool IsMarksOnly(QStringView text) {
     return std::none_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
 }
@@ -109,7 +114,10 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                 segments.size() > before && segments.back().Hints == hints && !control && !afterControl &&
                 (!mixed || page.Parent(piece.Node) == page.Parent(page_.Lines.Pieces[static_cast<size_t>(i) - 1].Node));
             afterControl = control;
-            if (segments.size() > before && (same || marks)) {
+            // "Dentists · 12 High Road": a mark in an element of its own parts what stands in a line.
+            const bool parted = i > line.FirstPiece &&
+                                IsPartingMark(page_.Lines.TextOf(page_.Lines.Pieces[static_cast<size_t>(i) - 1]));
+            if (segments.size() > before && ((same && !parted) || marks)) {
                 segments.back().EndPiece = i + 1;
                 continue;
             }
@@ -160,7 +168,7 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
     segment.End = last.Begin + last.Length;
     segment.Begin = std::min(first.Begin + label, segment.End);
     const auto trim = [&] {
-        constexpr QStringView marks = u",;|\u2022\u00B7-\u2013\u2014 /";
+        constexpr QStringView marks = u",;|\u22C5\u2022\u00B7-\u2013\u2014 /";
         while (segment.Begin < segment.End && marks.contains(all[segment.Begin]))
             ++segment.Begin;
         while (segment.End > segment.Begin && marks.contains(all[segment.End - 1]))
@@ -253,16 +261,16 @@ bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, i
     return added == 0 || (at + 1 < segments.size() && IsBareCode(segments[at + 1]));
 }
 
-// Whether two segments stand in one element or in neighbouring ones.
-bool RecordPlaces::Beside(const Segment& one, const Segment& other) const {
-    const PageTree& page = page_.Page;
-    const auto parents = [&](const Segment& segment) {
-        const NodeIndex parent = page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
-        return std::pair(parent, parent == noNode ? noNode : page.Parent(parent));
-    };
-    const auto [oneParent, oneOuter] = parents(one);
-    const auto [otherParent, otherOuter] = parents(other);
-    return oneParent == otherParent || oneOuter == otherOuter || oneParent == otherOuter || oneOuter == otherParent;
+// Whether two segments stand in one element or in ones that are near to each other: two levels are neighbours.
+bool RecordPlaces::Beside(const Segment& one, const Segment& other, int levels) const {
+    NodeIndex mine = ParentOf(one);
+    for (int i = 0; i < levels && mine != noNode; ++i, mine = page_.Page.Parent(mine)) {
+        NodeIndex theirs = ParentOf(other);
+        for (int k = 0; k < levels && theirs != noNode; ++k, theirs = page_.Page.Parent(theirs))
+            if (mine == theirs)
+                return true;
+    }
+    return false;
 }
 
 void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
@@ -295,10 +303,11 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             group.PostalCode || segment.PostalCode || Has(segment.Hints | segment.Label, Hint::PostalCode);
         group.Street = group.Street || segment.Street || Has(segment.Hints | segment.Label, Hint::Street);
     }
-    const auto may = [&](size_t i, size_t neighbour) {
+    const auto may = [&](size_t i, size_t neighbour, int levels = 2) {
         const Segment& segment = segments[i];
         const QStringView value = ValueOf(segment);
-        return !segment.Excluded && value.size() <= 70 && value.size() >= 2 && Beside(segment, segments[neighbour]) &&
+        return !segment.Excluded && value.size() <= 70 && value.size() >= 2 &&
+               Beside(segment, segments[neighbour], levels) &&
                page_.FactsOf(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node).Phones == 0;
     };
     for (Group& group : groups) {
@@ -328,9 +337,10 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
         }
         for (int added = 0; group.Street && !group.PostalCode && group.End < segments.size() && added < 3; ++added) {
             const Segment& behind = segments[group.End];
-            if (!may(group.End, group.End - 1) || (behind.Label != 0 && (behind.Label & placeHints) == 0))
+            const bool code = IsBareCode(behind) || IsTownWithCode(behind);
+            if (!may(group.End, group.End - 1, code ? 3 : 2) || (behind.Label != 0 && (behind.Label & placeHints) == 0))
                 break;
-            group.PostalCode = IsBareCode(behind) || IsTownWithCode(behind);
+            group.PostalCode = code;
             if (!group.PostalCode &&
                 (HasDigit(ValueOf(behind)) || added == 2 || !IsTownLike(segments, group.End, added)))
                 break;

@@ -57,7 +57,7 @@ private:
         return page_.Page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
     }
     bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;
-    bool Beside(const Segment& one, const Segment& other) const;
+    bool Beside(const Segment& one, const Segment& other, int levels) const;
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                    Lead& lead) const;
     QString ListText(NodeIndex node) const;
