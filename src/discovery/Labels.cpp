@@ -217,7 +217,8 @@ constexpr auto businessStems =
     u"autóműhely bilverkstad bilverksted autokorjaam oto servis bicycl fahrrad catering caterer caterers florist "
     u"florarie kwiaciarn květin virágbolt blomster kukkakaup цветы juwelier bijouteri joyeri gioielleri zlatni ékszer "
     u"klenotn schmuck bäckereien bageri leipomo pékség pekárn pekařstv konditor metzgerei fleischer boucheri carnicer "
-    u"macelleri slagerij rzeźnik řeznic hentes slakter рестораны кафе бар отели гостиницы bank attraction locksmith "
+    u"macelleri slagerij rzeźnik řeznic hentes slakter рестораны кафе бар отели гостиницы restoran dokter klinik "
+    u"apotek bengkel stomatoloz bank attraction locksmith "
     u"serrur schlüsseldienst cerrajer fabbri cleaner reinigung locations branches filialen";
 constexpr auto businessMarks =
     u"レストラン|飲食店|居酒屋|カフェ|ホテル|旅館|美容|歯科|歯医者|病院|医院|クリニック|"

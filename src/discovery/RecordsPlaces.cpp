@@ -160,64 +160,6 @@ QStringView RecordPlaces::ValueOf(const Segment& segment) const {
     return QStringView(page_.Lines.Text).sliced(segment.Begin, segment.End - segment.Begin);
 }
 
-// What is left of a segment without its label, the record's name, phones, and addresses of the web and of mail.
-void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& name) const {
-    const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
-    const TextPiece& last = page_.Lines.Pieces[static_cast<size_t>(segment.EndPiece) - 1];
-    const QStringView all(page_.Lines.Text);
-    segment.End = last.Begin + last.Length;
-    segment.Begin = std::min(first.Begin + label, segment.End);
-    const auto trim = [&] {
-        constexpr QStringView marks = u",;|\u22C5\u2022\u00B7-\u2013\u2014 /";
-        while (segment.Begin < segment.End && marks.contains(all[segment.Begin]))
-            ++segment.Begin;
-        while (segment.End > segment.Begin && marks.contains(all[segment.End - 1]))
-            --segment.End;
-    };
-    if (!name.isEmpty() && all.sliced(segment.Begin, segment.End - segment.Begin).startsWith(name) &&
-        segment.End - segment.Begin > name.size() + 3)
-        segment.Begin += name.size();
-    trim();
-    auto phone = std::lower_bound(page_.Phones.begin(), page_.Phones.end(), first.Node,
-                                  [](const PagePhone& one, NodeIndex node) { return one.Node < node; });
-    for (; phone != page_.Phones.end() && phone->Node <= last.Node; ++phone) {
-        if (phone->Line != segment.Line || phone->End <= segment.Begin || phone->Begin >= segment.End)
-            continue;
-        // What stands before the first number is kept, or what stands behind it when that is more.
-        qsizetype before = phone->Begin;
-        bool labelled = true;
-        while (labelled) {
-            QStringView text = all.sliced(segment.Begin, before - segment.Begin);
-            while (!text.isEmpty() && !text.back().isLetterOrNumber())
-                text.chop(1);
-            const qsizetype word =
-                std::max({text.lastIndexOf(u' '), text.lastIndexOf(u','), text.lastIndexOf(u'|')}) + 1;
-            const HintSet hints = HintsOfLabel(text.sliced(word));
-            labelled = !text.isEmpty() && (Has(hints, Hint::Phone) || Has(hints, Hint::Fax));
-            before = segment.Begin + (labelled ? word : text.size());
-        }
-        if (before - segment.Begin >= segment.End - phone->End) {
-            segment.End = before;
-            trim();
-            break;
-        }
-        segment.Begin = phone->End;
-        trim();
-    }
-    const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
-    const bool mayBeWeb = rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www");
-    for (const QStringView sign :
-         {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
-        if (!mayBeWeb)
-            break;
-        else if (const qsizetype at = rest.indexOf(sign); at >= 0) {
-            const qsizetype blank = rest.first(at).lastIndexOf(u' ');
-            segment.End = std::min(segment.End, segment.Begin + std::max<qsizetype>(blank, 0));
-        }
-    trim();
-    LeaveOutTradeAndDistance(segment);
-}
-
 // Whether a segment is a postal code and nothing else.
 bool RecordPlaces::IsBareCode(const Segment& segment) const {
     const QStringView value = ValueOf(segment);
@@ -451,6 +393,12 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     for (const Segment& segment : segments)
         if (!segment.Excluded)
             set((segment.Hints & partHints) != 0 ? segment.Hints : segment.Label, Tidy(ValueOf(segment).toString()));
+    // Where town and code have places of their own, what else calls itself an address is the street.
+    if (lead.Street.isEmpty() && !lead.City.isEmpty() && !lead.PostalCode.isEmpty())
+        for (const Segment& segment : segments)
+            if (!segment.Excluded && ((segment.Hints | segment.Label) & partHints) == 0 &&
+                Has(segment.Hints | segment.Label, Hint::Address) && !segment.PostalCode && HasDigit(ValueOf(segment)))
+                set(static_cast<HintSet>(Hint::Street), Tidy(ValueOf(segment).toString()));
     // What stands in the page for machines only.
     for (NodeIndex node = range.Begin; node < range.End; ++node)
         if (page_.Page.Is(node, u"meta") && page_.Page.HasAttribute(node, u"itemprop"))

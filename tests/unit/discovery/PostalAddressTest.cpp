@@ -123,6 +123,11 @@ TEST(SplitAddress, CodeBehindTheCityOrNone) {
         {u"LV", u"Brīvības iela 5, Rīga, LV-1010, Latvija", u"Brīvības iela 5|Rīga||LV-1010|Latvija"},
         {u"RO", u"Str. Lipscani nr. 5, București 030031", u"Str. Lipscani nr. 5|București||030031|"},
         {u"NL", u"Herengracht 341, Amsterdam", u"Herengracht 341|Amsterdam|||"},
+        {u"RO", u"Bd. Unirii 18, bl. 3, sc. A, București, 030167", u"Bd. Unirii 18, bl. 3, sc. A|București||030167|"},
+        {u"AU", u"Shop 19, 12 Collins Street Geelong VIC 3220", u"Shop 19, 12 Collins Street|Geelong|VIC|3220|"},
+        {u"US", u"9 Lincoln Ave St. Louis, MO 63101", u"9 Lincoln Ave|St. Louis|MO|63101|"},
+        {u"ID", u"Jalan Merdeka 215 Bandung 40111", u"Jalan Merdeka 215|Bandung||40111|"},
+        {u"BR", u"Rua das Flores, 11, Curitiba/PR, CEP 80010-000", u"Rua das Flores, 11|Curitiba|PR|80010-000|"},
         {u"", u"Amsterdam, The Netherlands", u"|Amsterdam|||The Netherlands"},
     });
 }
