@@ -131,6 +131,17 @@ int main(int argc, char** argv) {
                                                                                              benchmark::State& state) {
             Page(state, {}, {column, false}, 0);
         })->Unit(benchmark::kMillisecond);
+    // What a view that goes far down in a sorted list asks for once, and then for each page.
+    benchmark::RegisterBenchmark("SortedAll/column1", [](benchmark::State& state) {
+        for (auto _ : state)
+            benchmark::DoNotOptimize(StoreQueries(*Store().Store).Numbers({}, {1, false}));
+    })->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("SortedPage/column1", [](benchmark::State& state) {
+        StoreQueries queries(*Store().Store);
+        const std::vector<qint64> numbers = queries.Numbers({}, {1, false});
+        for (auto _ : state)
+            queries.LeadsOf(std::span(numbers).subspan(numbers.size() / 2, 200));
+    })->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

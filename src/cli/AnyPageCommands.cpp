@@ -4,6 +4,7 @@
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
+#include "cli/StoreLink.h"
 #include "core/BusinessKey.h"
 #include "discovery/AnyPage.h"
 #include "discovery/Explain.h"
@@ -88,6 +89,8 @@ public:
                 return;
             seen_.insert(key);
         }
+        if (session_.Job.Store)
+            session_.Job.Store->Keep(lead);
         if (session_.Job.LeadKept)
             session_.Job.LeadKept(lead);
         if (!session_.Options.cExportAutomatic) {
@@ -117,8 +120,10 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
                       FurtherColumns(line, session.More));
     output.Begin();
+    StoreLink store(line, session, url.isEmpty() ? line.Arguments.first() : url);
     session.Job.Begin();
     NewLeads leads(session);
+    qint64 pages = 0;
     int status = ExitStatus::Done;
     for (const QString& fileName : line.Arguments) {
         if (session.State.ShouldStop || !output.Error().isEmpty())
@@ -130,12 +135,15 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
                     break;
                 leads.Keep(record.Fields);
             }
+            ++pages;
             console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
         } catch (const Failure& failure) {
             console.Error(failure.Message());
             status = ExitStatus::Failed;
         }
     }
+    if (!session.EndCopies())
+        status = ExitStatus::Failed;
     if (const QString losses = output.Finish(); !losses.isEmpty())
         console.Note(losses);
     console.Report(session.Report.Text());
@@ -145,6 +153,10 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
         console.Error(output.Error());
     if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())
         status = ExitStatus::Failed;
+    store.End(session.CtrlC.Happened()       ? HarvestEnding::Stopped
+              : status == ExitStatus::Failed ? HarvestEnding::Failed
+                                             : HarvestEnding::Done,
+              pages);
     return session.StatusOrInterrupted(status);
 }
 

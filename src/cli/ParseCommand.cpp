@@ -92,6 +92,8 @@ int RunParse(const CommandLine& line, Console& console) {
             status = ExitStatus::Failed;
         }
     }
+    if (!session.EndCopies())
+        status = ExitStatus::Failed;
     if (const QString losses = output.Finish(); !losses.isEmpty())
         console.Note(losses);
     console.Report(session.Report.Text());

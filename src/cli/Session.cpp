@@ -94,8 +94,8 @@ bool Session::EndCopies() {
     const Brindle::EndCopies::Ending ending = Bench.Copies.Finish();
     for (const QString& fileName : ending.Saved)
         Out.Note(u"also saved: %1"_s.arg(QDir::toNativeSeparators(fileName)));
-    if (!ending.Losses.isEmpty())
-        Out.Note(ending.Losses);
+    if (!ending.Losses.IsEmpty())
+        Out.Note(ending.Losses.Text());
     for (const QString& problem : ending.Problems)
         Out.Error(problem);
     return ending.Problems.isEmpty();

@@ -97,7 +97,7 @@ void EndCopies::End() {
 
 EndCopies::Ending EndCopies::Finish() {
     End();
-    ending_.Losses = std::exchange(losses_, {}).Text();
+    ending_.Losses = std::exchange(losses_, {});
     return std::exchange(ending_, {});
 }
 

@@ -24,7 +24,7 @@ public:
     struct Ending {
         QStringList Saved;    ///< the files
         QStringList Problems; ///< of those that could not be made: file and reason
-        QString Losses;       ///< what the formats could not hold
+        ExportLosses Losses;  ///< what the formats could not hold
     };
 
     /// Takes a lead that was saved in an automatic file, which is named as it was at first. The copies of another one

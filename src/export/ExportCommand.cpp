@@ -43,7 +43,7 @@ bool AskAndSave(const ExportCommand& command, const std::vector<OfferedFormat>& 
     }
     QString said = saved ? command.Texts.Text(Message::Saved) : QString();
     if (saved && !losses.IsEmpty())
-        said += u' ' + losses.Text();
+        said += u' ' + command.LossesText(losses);
     show(said);
     return saved;
 }

@@ -7,7 +7,9 @@
 #include "export/CsvExport.h"
 #include "export/ExtraColumns.h"
 #include "export/LeadFormat.h"
+#include "export/LeadLines.h"
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
@@ -29,8 +31,9 @@ struct ExportCommand {
     Dialogs& Notices;
     StatusView& Status;
     MessageLoop& Loop;
-    QString DocumentsFolder;              ///< where the save dialog opens
-    std::vector<OfferedFormat> Further{}; ///< offered behind classic CSV
+    QString DocumentsFolder;                                                      ///< where the save dialog opens
+    std::vector<OfferedFormat> Further{};                                         ///< offered behind classic CSV
+    std::function<QString(const ExportLosses&)> LossesText = &ExportLosses::Text; ///< one line, for the user
 };
 
 /// Why nothing can be exported: an empty list, an empty selection or no columns; nothing when it can.

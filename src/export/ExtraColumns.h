@@ -34,6 +34,8 @@ public:
     explicit ExtraColumns(std::vector<ExtraColumn> columns, TakesNoMail takesNoMail = {});
 
     bool IsEmpty() const { return columns_.empty(); }
+    /// Whether a lead may take long, because somebody is asked.
+    bool Asks() const { return static_cast<bool>(takesNoMail_); }
     const std::vector<ExtraColumn>& Columns() const { return columns_; }
     QStringList Captions() const;
     /// One text a column.

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringDecoder>
@@ -31,6 +32,93 @@ QString Decoded(const QByteArray& bytes) {
     return western.isValid() ? western(bytes) : QString::fromLatin1(bytes);
 }
 
+// The text of a JSON string that begins at `at`, where its quote stands; `at` is behind it then. False for what has to
+// be looked at closely: a string that is none, or a rare escape.
+bool ReadString(QByteArrayView line, qsizetype& at, QString& text) {
+    if (at >= line.size() || line[at] != '"')
+        return false;
+    const qsizetype from = ++at;
+    bool escaped = false;
+    for (; at < line.size() && line[at] != '"'; ++at) {
+        if (static_cast<unsigned char>(line[at]) < 0x20)
+            return false;
+        if (line[at] == '\\') {
+            escaped = true;
+            ++at;
+        }
+    }
+    if (at >= line.size())
+        return false;
+    const QByteArrayView bytes = line.sliced(from, at++ - from);
+    if (!bytes.isValidUtf8())
+        return false;
+    text = QString::fromUtf8(bytes);
+    if (!escaped)
+        return true;
+    QString plain;
+    plain.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'\\') {
+            plain += text[i];
+            continue;
+        }
+        switch (text[++i].unicode()) {
+        case u'n':
+            plain += u'\n';
+            break;
+        case u'r':
+            plain += u'\r';
+            break;
+        case u't':
+            plain += u'\t';
+            break;
+        case u'"':
+        case u'\\':
+        case u'/':
+            plain += text[i];
+            break;
+        default:
+            return false;
+        }
+    }
+    text = std::move(plain);
+    return true;
+}
+
+// Reads an object of strings alone, as this program writes them, several times as fast as a reader of all JSON does.
+// False for any other line, which is left to that one.
+bool ReadFlatObject(QByteArrayView line, Lead& lead) {
+    static const QHash<QString, int> columns = [] {
+        QHash<QString, int> named;
+        for (int column = 0; column < FieldCount; ++column)
+            named.insert(EnglishCaptions()[column], column);
+        return named;
+    }();
+    qsizetype at = 0;
+    const auto skip = [&](char c) {
+        while (at < line.size() && line[at] == ' ')
+            ++at;
+        const bool there = at < line.size() && line[at] == c;
+        at += there ? 1 : 0;
+        return there;
+    };
+    if (!skip('{'))
+        return false;
+    QString key;
+    QString text;
+    do {
+        skip(' ');
+        if (!ReadString(line, at, key) || !skip(':'))
+            return false;
+        skip(' ');
+        if (!ReadString(line, at, text))
+            return false;
+        if (const auto column = columns.constFind(key); column != columns.cend())
+            lead.At(*column) = std::move(text);
+    } while (skip(','));
+    return skip('}') && at == line.size();
+}
+
 LeadFile JsonLeads(const QByteArray& bytes) {
     LeadFile file;
     qint64 number = 0;
@@ -42,6 +130,12 @@ LeadFile JsonLeads(const QByteArray& bytes) {
         ++number;
         if (line.isEmpty())
             continue;
+        Lead lead;
+        if (ReadFlatObject(line, lead)) {
+            file.Leads.push_back(std::move(lead));
+            continue;
+        }
+        lead = {};
         QJsonParseError error{};
         const QJsonDocument document = QJsonDocument::fromJson(line, &error);
         if (!document.isObject()) {
@@ -49,7 +143,6 @@ LeadFile JsonLeads(const QByteArray& bytes) {
                 error.error == QJsonParseError::NoError ? u"no JSON object"_s : error.errorString()));
             continue;
         }
-        Lead lead;
         for (int column = 0; column < FieldCount; ++column)
             lead.At(column) = document[EnglishCaptions()[column]].toString();
         file.Leads.push_back(std::move(lead));

@@ -17,7 +17,7 @@ constexpr qsizetype rowsPerReport = 1000;
 
 // Hands the rows to `add` one by one; false when cancelled.
 template <typename Add>
-bool EachRow(const LeadList& leads, ExportedRows rows, const ExportProgress& progress, const Add& add) {
+bool EachRow(const LeadList& leads, ExportedRows rows, const ExportProgress& progress, bool slow, const Add& add) {
     const qsizetype count = rows ? static_cast<qsizetype>(rows->size()) : leads.Count();
     for (qsizetype i = 0; i < count; ++i) {
         // Messages are handled while progress is shown, and the list may have become shorter by that.
@@ -25,7 +25,7 @@ bool EachRow(const LeadList& leads, ExportedRows rows, const ExportProgress& pro
         if (row >= leads.Count())
             break;
         add(leads.At(row));
-        if (progress && (i + 1) % rowsPerReport == 0 && !progress(i + 1, count))
+        if (progress && (slow || (i + 1) % rowsPerReport == 0) && !progress(i + 1, count))
             return false;
     }
     return true;
@@ -35,9 +35,10 @@ bool EachRow(const LeadList& leads, ExportedRows rows, const ExportProgress& pro
 
 bool SaveLeads(const QString& fileName, LeadFormat format, const ExportShape& shape, const LeadList& leads,
                ExportedRows rows, ExportLosses& losses, const ExportProgress& progress) {
+    const bool slow = shape.Extra.Asks();
     if (format == LeadFormat::Workbook) {
         Workbook workbook(fileName, shape);
-        const bool whole = EachRow(leads, rows, progress, [&](const Lead& lead) { workbook.Add(lead); });
+        const bool whole = EachRow(leads, rows, progress, slow, [&](const Lead& lead) { workbook.Add(lead); });
         losses = workbook.Losses();
         if (whole)
             workbook.Finish();
@@ -59,7 +60,7 @@ bool SaveLeads(const QString& fileName, LeadFormat format, const ExportShape& sh
     };
     const std::unique_ptr<LeadLines> lines = MakeLeadLines(format, shape);
     lines->AppendHeader(buffer);
-    const bool whole = EachRow(leads, rows, progress, [&](const Lead& lead) {
+    const bool whole = EachRow(leads, rows, progress, slow, [&](const Lead& lead) {
         lines->AppendLead(buffer, lead);
         if (buffer.size() >= bufferSize)
             writeOut();

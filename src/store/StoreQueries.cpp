@@ -5,7 +5,9 @@
 #include "store/StoreWriter.h"
 
 #include <QFileInfo>
+#include <QHash>
 
+#include <algorithm>
 #include <array>
 
 namespace Brindle {
@@ -215,25 +217,70 @@ qint64 StoreQueries::LeadCount(const LeadFilter& filter) {
     return database_.Value(u"SELECT count(*) FROM lead"_s + conditions.Where, conditions.Values).toLongLong();
 }
 
+QString StoreQueries::By(const LeadOrder& order, bool descending) const {
+    const QString direction = descending ? u" DESC"_s : u""_s;
+    if (order.Column < 0 || order.Column >= FieldCount)
+        return u"lead.id"_s + direction;
+    const QString column = columnNames.at(static_cast<size_t>(order.Column)).toString();
+    return (database_.IsPostgres() ? QString(u"lower(lead."_s + column + u") COLLATE \"C\""_s)
+                                   : QString(u"lead."_s + column + u" COLLATE NOCASE"_s)) +
+           direction + u",lead.id"_s + direction;
+}
+
+std::vector<qint64> StoreQueries::Numbers(const LeadFilter& filter, const LeadOrder& order) {
+    std::vector<qint64> numbers;
+    const Conditions conditions = Of(filter);
+    if (conditions.Nothing)
+        return numbers;
+    QSqlQuery& query = database_.Run(
+        u"SELECT id FROM lead"_s + conditions.Where + u" ORDER BY "_s + By(order, order.Descending), conditions.Values);
+    while (query.next())
+        numbers.push_back(query.value(0).toLongLong());
+    query.finish();
+    return numbers;
+}
+
+std::vector<StoredLead> StoreQueries::LeadsOf(std::span<const qint64> numbers) {
+    if (numbers.empty())
+        return {};
+    QVariantList values;
+    QHash<qint64, size_t> places;
+    for (const qint64 number : numbers) {
+        places.insert(number, places.size());
+        values += number;
+    }
+    std::vector<StoredLead> leads = Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                                           u" WHERE lead.id IN ("_s + Marks(values.size()) + u')',
+                                                       values));
+    std::sort(leads.begin(), leads.end(),
+              [&](const StoredLead& one, const StoredLead& other) { return places[one.Id] < places[other.Id]; });
+    return leads;
+}
+
 std::vector<StoredLead> StoreQueries::Leads(const LeadFilter& filter, const LeadOrder& order, qint64 offset,
                                             qint64 limit) {
     const Conditions conditions = Of(filter);
     if (conditions.Nothing)
         return {};
-    const QString direction = order.Descending ? u" DESC"_s : u""_s;
-    QString by = u"lead.id"_s + direction;
-    if (order.Column >= 0 && order.Column < FieldCount) {
-        const QString column = columnNames.at(static_cast<size_t>(order.Column)).toString();
-        by = (database_.IsPostgres() ? QString(u"lower(lead."_s + column + u") COLLATE \"C\""_s)
-                                     : QString(u"lead."_s + column + u" COLLATE NOCASE"_s)) +
-             direction + u",lead.id"_s + direction;
+    const QString by = By(order, order.Descending);
+    // A place in the second half is counted from the other end, where the number of all is known.
+    QString walked = by;
+    if (offset > limit && filter.Text.isEmpty() && filter.Since == 0 && filter.Until == 0 && !filter.OnlyNew) {
+        const qint64 count = LeadCount(filter);
+        if (offset > count / 2) {
+            limit = std::min(limit, count - offset);
+            offset = count - offset - limit;
+            walked = By(order, !order.Descending);
+        }
+        if (limit <= 0)
+            return {};
     }
     // The page is cut out of the numbers alone; only its rows are read whole.
     QVariantList values = conditions.Values;
     values += {limit, offset};
     return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
                                   u" WHERE lead.id IN (SELECT id FROM lead"_s + conditions.Where + u" ORDER BY "_s +
-                                  by + u" LIMIT ? OFFSET ?) ORDER BY "_s + by,
+                                  walked + u" LIMIT ? OFFSET ?) ORDER BY "_s + by,
                               values));
 }
 

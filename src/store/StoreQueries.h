@@ -73,6 +73,10 @@ public:
     qint64 LeadCount(const LeadFilter& filter = {});
     /// The leads of places `offset` to `offset + limit` in the order, as a view asks for what it shows.
     std::vector<StoredLead> Leads(const LeadFilter& filter, const LeadOrder& order, qint64 offset, qint64 limit);
+    /// The numbers of all leads that fit, in the order: for a view that goes far down in a sorted list.
+    std::vector<qint64> Numbers(const LeadFilter& filter, const LeadOrder& order);
+    /// The leads of these numbers, in the same order; those that are gone are left out.
+    std::vector<StoredLead> LeadsOf(std::span<const qint64> numbers);
     /// The leads of a harvest in its order, from the one behind `afterSeq` on, at most `limit`.
     std::vector<StoredLead> LeadsOf(qint64 harvest, qint64 afterSeq, qint64 limit);
     /// Leads that fit, oldest first, from the one behind the number `afterId` on: for going through all of them.
@@ -90,6 +94,7 @@ private:
         bool ByText = false;
         bool Nothing = false; // nothing can fit
     };
+    QString By(const LeadOrder& order, bool descending) const;
     Conditions Of(const LeadFilter& filter);
     std::vector<StoredLead> Read(QSqlQuery& query);
     std::vector<StoredHarvest> ReadHarvests(QSqlQuery& query);

@@ -18,6 +18,8 @@ namespace {
 
 // Rows of one INSERT. Statements of a power of two of rows are prepared once each.
 constexpr qsizetype mostRows = 64;
+// Leads whose words are kept until they are made findable.
+constexpr size_t mostWordsKept = 20'000;
 // Values of one IN list.
 constexpr qsizetype mostValues = 256;
 
@@ -88,6 +90,7 @@ struct StoreWriter::Row {
 };
 
 void StoreWriter::Take(std::span<const StoreEvent> events) {
+    wordsOfNow_.clear();
     harvests_.clear(); // another program may have gone on with one of them
     WriteTransaction transaction(database_);
     std::vector<const FoundLead*> leads;
@@ -109,6 +112,10 @@ void StoreWriter::Take(std::span<const StoreEvent> events) {
     }
     takeLeads();
     transaction.Commit();
+    words_.insert(words_.end(), std::make_move_iterator(wordsOfNow_.begin()),
+                  std::make_move_iterator(wordsOfNow_.end()));
+    if (words_.size() > mostWordsKept)
+        words_.clear(); // they are made of the leads anew
 }
 
 void StoreWriter::Begin(const HarvestInfo& harvest) {
@@ -296,6 +303,8 @@ void StoreWriter::Insert(const std::vector<Row>& rows) {
         values += {shaped ? MapShape(before, behind) : 0, shaped ? u""_s : lead.MapLink, lead.DetailsLink};
         if (isPostgres)
             values += Storable(LeadWords(lead));
+        else
+            wordsOfNow_.emplace_back(row.Id, LeadWords(lead));
         auto& [all, fresh] = counts[row.Harvest];
         ++all;
         fresh += row.Business == row.Id ? 1 : 0;
@@ -312,6 +321,29 @@ void StoreWriter::Insert(const std::vector<Row>& rows) {
                       {it->first, it->second, it.key()->LastSeq, it.key()->Id});
 }
 
+// The words of the leads behind a number as they were kept when these were written, which saves reading them back.
+// Leads that were erased meanwhile have none any more. False when one was written by somebody else.
+bool StoreWriter::WordsKeptSince(qint64 from, qint64 most, std::vector<std::pair<qint64, QString>>& rows) {
+    if (words_.empty())
+        return false;
+    auto kept = words_.begin();
+    QSqlQuery& query = database_.Run(u"SELECT id FROM lead WHERE id>? ORDER BY id LIMIT ?"_s, {from, most});
+    bool all = true;
+    while (all && query.next()) {
+        const qint64 id = query.value(0).toLongLong();
+        while (kept != words_.end() && kept->first < id)
+            ++kept;
+        all = kept != words_.end() && kept->first == id;
+        if (all)
+            rows.emplace_back(id, std::move(kept->second));
+    }
+    query.finish();
+    words_.clear();
+    if (!all)
+        rows.clear();
+    return all;
+}
+
 void StoreWriter::IndexWords(qint64 atLeast) {
     if (database_.IsPostgres())
         return;
@@ -324,12 +356,14 @@ void StoreWriter::IndexWords(qint64 atLeast) {
         WriteTransaction transaction(database_);
         const qint64 from = database_.Value(wordsTo).toLongLong();
         std::vector<std::pair<qint64, QString>> rows;
-        QSqlQuery& query = database_.Run(u"SELECT lead.id,"_s + LeadColumns() + u" FROM "_s + LeadTables() +
-                                             u" WHERE lead.id>? ORDER BY lead.id LIMIT ?"_s,
-                                         {from, most});
-        while (query.next())
-            rows.emplace_back(query.value(0).toLongLong(), LeadWords(ReadLead(query, 1)));
-        query.finish();
+        if (!WordsKeptSince(from, most, rows)) {
+            QSqlQuery& query = database_.Run(u"SELECT lead.id,"_s + LeadColumns() + u" FROM "_s + LeadTables() +
+                                                 u" WHERE lead.id>? ORDER BY lead.id LIMIT ?"_s,
+                                             {from, most});
+            while (query.next())
+                rows.emplace_back(query.value(0).toLongLong(), LeadWords(ReadLead(query, 1)));
+            query.finish();
+        }
         for (const auto& [id, words] : rows)
             database_.Run(u"INSERT INTO lead_words(rowid,words) VALUES(?,?)"_s, {id, words});
         if (!rows.empty())

@@ -40,11 +40,15 @@ private:
     void NoteChanges(std::vector<Row>& rows);
     void Insert(const std::vector<Row>& rows);
     qint64 FirstFreeNumber(qsizetype count);
+    bool WordsKeptSince(qint64 from, qint64 most, std::vector<std::pair<qint64, QString>>& rows);
     qint64 MapShape(const QString& before, const QString& behind);
 
     Database& database_;
     std::map<QString, HarvestRow> harvests_;
     QHash<QString, qint64> shapes_;
+    // Of leads that were taken and are not findable yet, in the order of their numbers.
+    std::vector<std::pair<qint64, QString>> words_;
+    std::vector<std::pair<qint64, QString>> wordsOfNow_; // of the transaction that is under way
 };
 
 } // namespace Brindle

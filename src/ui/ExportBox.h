@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QProgressDialog>
 #include <QString>
 
@@ -13,13 +14,18 @@ public:
     ExportBox(QWidget* parent, QString text, QString cancel);
 
     void Show(qsizetype rowsWritten, qsizetype rows);
+    /// Somebody who is asked for a row takes his time.
+    void ShowWaiting();
     bool Cancelled() const { return box_ && box_->wasCanceled(); }
 
 private:
+    void Make();
+
     QWidget* parent_;
     QString text_;
     QString cancel_;
     std::unique_ptr<QProgressDialog> box_;
+    QElapsedTimer begun_;
 };
 
 } // namespace Brindle

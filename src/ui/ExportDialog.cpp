@@ -1,6 +1,7 @@
 #include "ui/ExportDialog.h"
 
 #include "export/CsvFormat.h"
+#include "net/MailDomains.h"
 #include "ui/ChoiceBox.h"
 
 #include <QHBoxLayout>
@@ -10,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace Brindle {
 
@@ -36,16 +38,28 @@ std::vector<OfferedFormat> FurtherFormats(const WindowTexts& texts) {
             {LeadFormat::VCard, texts.Text(WindowText::ExportCards) + u" (*.vcf)"}};
 }
 
+QString LossesText(const ExportLosses& losses, const WindowTexts& texts) {
+    QStringList parts;
+    for (const auto& [count, text] :
+         std::initializer_list<std::pair<qint64, WindowText>>{{losses.Characters, WindowText::ExportLostCharacters},
+                                                              {losses.Shortened, WindowText::ExportShortened},
+                                                              {losses.PlainLinks, WindowText::ExportPlainLinks}})
+        if (count > 0)
+            parts += texts.With(text, {QLocale::system().toString(count)});
+    return parts.join(u", "_s);
+}
+
 // Controls are made in the order in which Tab walks through them.
 TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, const Settings& settings,
-                       const WindowTexts& texts, QWidget* parent)
+                       const WindowTexts& texts, QString nameServer, QWidget* parent)
     : QDialog(parent),
       cbxFormat(new ChoiceBox(this)),
       lblPreview(new QLabel(this)),
       leads_(leads),
       rows_(rows),
       settings_(settings),
-      formats_(FurtherFormats(texts)) {
+      formats_(FurtherFormats(texts)),
+      nameServer_(std::move(nameServer)) {
     formats_.insert(formats_.begin(), ClassicCsv());
     setObjectName(u"frmExport");
     setWindowTitle(QString(texts.Text(WindowText::ExportAs)).remove(u'\u2026'));
@@ -61,7 +75,9 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
     auto* const top = new QHBoxLayout;
     top->addWidget(lblFormat);
     top->addWidget(cbxFormat);
-    top->addSpacing(12);
+    top->addStretch(1);
+    column->addLayout(top);
+    auto* const further = new QHBoxLayout;
     for (const OfferedColumn& offered : offeredColumns) {
         auto* const box = new QCheckBox(texts.Text(offered.Caption), this);
         box->setObjectName(u"chkColumn" + QString::number(Columns.size()));
@@ -70,10 +86,26 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
         connect(box, &QCheckBox::toggled, this, &TfrmExport::ShowPreview);
         keys_.Add(box);
         Columns.push_back(box);
-        top->addWidget(box);
+        further->addWidget(box);
     }
-    top->addStretch(1);
-    column->addLayout(top);
+    chkMailDomains = new QCheckBox(texts.Text(WindowText::ExportMailDomains), this);
+    chkMailDomains->setObjectName(u"chkMailDomains");
+    chkMailDomains->setAccessibleDescription(texts.Text(WindowText::ExportMailDomainsHint));
+    AccessKeys::SetHint(chkMailDomains, texts.Text(WindowText::ExportMailDomainsHint));
+    keys_.Add(chkMailDomains);
+    further->addWidget(chkMailDomains);
+    further->addStretch(1);
+    column->addLayout(further);
+    // The answer has its place in the column of checked addresses.
+    QCheckBox* const email = Columns.back();
+    connect(chkMailDomains, &QCheckBox::toggled, this, [email](bool asks) {
+        if (asks)
+            email->setChecked(true);
+    });
+    connect(email, &QCheckBox::toggled, this, [this](bool checked) {
+        if (!checked)
+            chkMailDomains->setChecked(false);
+    });
 
     auto* const cardsHint = new QLabel(texts.Text(WindowText::ExportCardsHint), this);
     cardsHint->setWordWrap(true);
@@ -105,6 +137,7 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
         cardsHint->setVisible(cards);
         for (QCheckBox* const box : Columns)
             box->setEnabled(!cards);
+        chkMailDomains->setEnabled(!cards);
         ShowPreview();
     });
     keys_.Assign();
@@ -116,12 +149,25 @@ OfferedFormat TfrmExport::Format() const {
     return formats_.at(static_cast<size_t>(std::max(0, cbxFormat->currentIndex())));
 }
 
-ExtraColumns TfrmExport::Extra() const {
+std::vector<ExtraColumn> TfrmExport::Chosen() const {
     std::vector<ExtraColumn> columns;
     for (size_t i = 0; i < Columns.size(); ++i)
         if (Columns[i]->isChecked() && Columns[i]->isEnabled())
             columns.push_back(static_cast<ExtraColumn>(i));
-    return ExtraColumns(std::move(columns));
+    return columns;
+}
+
+ExtraColumns TfrmExport::Extra(std::function<bool()> waiting) const {
+    if (!chkMailDomains->isChecked() || !chkMailDomains->isEnabled())
+        return ExtraColumns(Chosen());
+    const auto goesOn = std::make_shared<bool>(true);
+    const auto domains = std::make_shared<MailDomains>(nameServer_, std::chrono::seconds(5), [waiting, goesOn] {
+        if (*goesOn && waiting)
+            *goesOn = waiting();
+    });
+    return ExtraColumns(Chosen(), [domains, goesOn](const QString& domain) {
+        return *goesOn && domains->Check(domain) == MailDomain::TakesNone;
+    });
 }
 
 void TfrmExport::ShowPreview() {
@@ -134,7 +180,7 @@ void TfrmExport::ShowPreview() {
             fields.push_back(field);
             captions.append(leads_.Captions.value(field));
         }
-    const ExtraColumns extra = Extra();
+    const ExtraColumns extra(Chosen()); // nobody is asked for a look
     captions += extra.Captions();
     const auto count = static_cast<int>(std::min<size_t>(rows_.size(), PreviewedRows));
     lvwPreview->clear();

@@ -8,7 +8,9 @@
 #include <QDateTime>
 #include <QHeaderView>
 
+#include <algorithm>
 #include <numeric>
+#include <span>
 
 namespace Brindle {
 
@@ -22,6 +24,7 @@ constexpr int countKind = 2;
 constexpr int leadsKind = 3;
 constexpr qint64 mostHarvests = 100'000;
 constexpr qint64 leadsAtOnce = 5000;
+constexpr qint64 deep = 2000; // rows behind which a sorted list is sorted as a whole
 
 } // namespace
 
@@ -154,10 +157,22 @@ void History::AskCount() {
 
 void History::AskLeads(qint64 offset, qint64 limit) {
     parts_.Desk.Post(leadsKind,
-                     [this, question = question_, filter = Filter(), order = Leads.Order(), offset,
-                      limit](Database& database) -> std::function<void()> {
-                         return [this, question, offset,
-                                 leads = StoreQueries(database).Leads(filter, order, offset, limit)] {
+                     [this, question = question_, filter = Filter(), order = Leads.Order(), offset, limit,
+                      sorted = inOrder_](Database& database) -> std::function<void()> {
+                         StoreQueries queries(database);
+                         std::vector<StoredLead> leads;
+                         if (order.Column == LeadOrder::Found || offset < deep) {
+                             leads = queries.Leads(filter, order, offset, limit);
+                         } else {
+                             // A page far down takes the sorting of all before it, so that is done once for all pages.
+                             if (sorted->Question != question)
+                                 *sorted = {question, queries.Numbers(filter, order)};
+                             const std::span<const qint64> all(sorted->Numbers);
+                             const size_t from = std::min(static_cast<size_t>(offset), all.size());
+                             leads = queries.LeadsOf(
+                                 all.subspan(from, std::min(static_cast<size_t>(limit), all.size() - from)));
+                         }
+                         return [this, question, offset, leads = std::move(leads)] {
                              if (question == question_)
                                  Leads.Take(offset, leads);
                          };
@@ -187,7 +202,8 @@ void History::Export() {
             std::iota(rows.begin(), rows.end(), 0);
             const bool saved =
                 ExportSelected({*list, parts_.Bench.Options, parts_.Bench.Texts, parts_.Notices, parts_.Status,
-                                parts_.Loop, parts_.DocumentsFolder, FurtherFormats(parts_.Texts)},
+                                parts_.Loop, parts_.DocumentsFolder, FurtherFormats(parts_.Texts),
+                                [this](const ExportLosses& losses) { return LossesText(losses, parts_.Texts); }},
                                rows);
             if (saved)
                 parts_.Desk.Post(0, [uid](Database& store) -> std::function<void()> {

@@ -56,6 +56,12 @@ private:
     quint64 question_ = 0; // the newest one; answers to older ones do not count any more
     qint64 harvest_ = 0;   // whose leads are shown; 0: all
     bool shown_ = false;
+    // The numbers of all leads of a question, sorted; of the store's thread alone.
+    struct InOrder {
+        quint64 Question = 0;
+        std::vector<qint64> Numbers;
+    };
+    std::shared_ptr<InOrder> inOrder_ = std::make_shared<InOrder>();
 };
 
 } // namespace Brindle

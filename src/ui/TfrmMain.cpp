@@ -427,7 +427,8 @@ ExportCommand TfrmMain::ExportParts() {
             *form_.Status,
             loop_,
             system_.GetDocumentsFolder(),
-            FurtherFormats(windowTexts_)};
+            FurtherFormats(windowTexts_),
+            [this](const ExportLosses& losses) { return LossesText(losses, windowTexts_); }};
 }
 
 void TfrmMain::btnExportAllClick() {
@@ -438,7 +439,7 @@ void TfrmMain::btnExportAsClick() {
     const std::vector<qsizetype> rows = form_.lvwItems->SelectedRows();
     if (const std::optional<Message> refusal = ExportRefusal(ExportParts(), rows))
         return notices_.Inform(bench_.Texts.Text(*refusal));
-    TfrmExport dialog(bench_.Leads, rows, bench_.Options, windowTexts_, this);
+    TfrmExport dialog(bench_.Leads, rows, bench_.Options, windowTexts_, bench_.More.MailNameServer, this);
     if (dialog.exec() == QDialog::Accepted)
         Export(rows, &dialog);
 }
@@ -453,7 +454,12 @@ void TfrmMain::Export(std::span<const qsizetype> rows, const TfrmExport* chosen)
         loop_.ProcessMessages();
         return !loop_.Quitting() && !box.Cancelled();
     };
-    const bool saved = chosen ? ExportAs(ExportParts(), chosen->Format(), chosen->Extra(), rows, progress)
+    const auto waiting = [&] {
+        box.ShowWaiting();
+        loop_.ProcessMessages();
+        return !loop_.Quitting() && !box.Cancelled();
+    };
+    const bool saved = chosen ? ExportAs(ExportParts(), chosen->Format(), chosen->Extra(waiting), rows, progress)
                               : ExportSelected(ExportParts(), rows, progress);
     form_.Status->SetProgressPosition(0);
     form_.Results->setEnabled(true);
@@ -493,8 +499,8 @@ void TfrmMain::EndCopies() {
     for (const QString& fileName : ending.Saved)
         names.append(QDir::toNativeSeparators(fileName));
     QString said = windowTexts_.With(WindowText::EndCopiesSaved, {names.join(u", "_s)});
-    if (!ending.Losses.isEmpty())
-        said += u' ' + ending.Losses;
+    if (!ending.Losses.IsEmpty())
+        said += u' ' + LossesText(ending.Losses, windowTexts_);
     form_.Status->SetPanel(StatusPanel::Message, said);
 }
 

@@ -56,6 +56,51 @@ TEST_F(ExportFormatsTest, FurtherColumnsStandBehindTheFourteen) {
     EXPECT_EQ(HarvestTo(Path(u"x.csv"_s), {u"--columns"_s, u"Shoe size"_s}).Status, 2);
 }
 
+// Each command that fills the automatic file makes its copies, too; what a site's page says of itself goes into the
+// store like all else.
+TEST_F(ExportFormatsTest, AutomaticFilesOfSavedPagesHaveTheirCopies) {
+    const QString page = Write(u"page.html"_s, RunCli({u"fetch"_s, Server().FirstResultPage(canada.Code)}).Out);
+    const QString store = Path(u"leads.db"_s);
+    const QStringList ways[]{{u"--site"_s, canada.Code}, {u"--site"_s, u"AUTO"_s, u"--url"_s, u"http://a.test/"_s}};
+    for (const QStringList& way : ways) {
+        const QString folder = Path(way[1]);
+        const Outcome outcome =
+            RunCli(QStringList{u"parse"_s, page, u"--sites"_s, SitesFileName(), u"--store"_s, store} + way +
+                   QStringList{u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s, u"eExportFolder="_s + folder,
+                               u"--set"_s, u"export.workbook_at_end=true"_s, u"--set"_s,
+                               u"export.sheet_csv_at_end=true"_s, u"--pace"_s, u"0"_s});
+        ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+        const QDir files(folder);
+        const QStringList books = files.entryList({u"*.xlsx"_s});
+        const QStringList sheets = files.entryList({u"*-sheet.csv"_s});
+        ASSERT_EQ(books.size(), 1) << outcome.Err.toStdString();
+        ASSERT_EQ(sheets.size(), 1);
+        const std::vector<Lead> leads = Merged({files.filePath(books[0])});
+        EXPECT_GT(leads.size(), 10U);
+        ExpectSameLeads(Merged({files.filePath(sheets[0])}), leads);
+        const Outcome kept = RunCli({u"leads"_s, u"--store"_s, store, u"--site"_s, way[1], u"--format"_s, u"jsonl"_s});
+        EXPECT_EQ(LeadsOfJsonl(kept.Out).size(), leads.size()) << way[1].toStdString();
+    }
+}
+
+// What this program writes is read by a shorter way than what others write.
+TEST_F(ExportFormatsTest, JsonLinesOfOthersAreReadAsWell) {
+    const QString own =
+        Write(u"own.jsonl"_s, R"({"Category": "a\"b\\c\/d\n", "Business Name": "Café ☎", "Extra": "x"})");
+    const QString others = Write(
+        u"others.jsonl"_s,
+        R"({ "Extra" : {"Category": "no"}, "Business Name":"Caf\u00e9 \u260e", "Category":"a\"b\\c\/d\n", "Fax": 7 } )");
+    const std::vector<Lead> leads = Merged({own});
+    ASSERT_EQ(leads.size(), 1U);
+    EXPECT_EQ(leads[0].Category, u"a\"b\\c/d\n"_s);
+    EXPECT_EQ(leads[0].Name, u"Café ☎"_s);
+    ExpectSameLeads(Merged({others}), leads);
+    const Outcome bad =
+        RunCli({u"merge"_s, Write(u"bad.jsonl"_s, "{\"Fax\": \"1\"} x\n{\"Fax\": \"\t\"\n{\"Fax\": \"\xff\"}\n")});
+    for (const char* const line : {"line 1:", "line 2:"})
+        EXPECT_TRUE(bad.Err.contains(line)) << bad.Err.toStdString();
+}
+
 TEST_F(ExportFormatsTest, WhatCannotBeMadeIsSaid) {
     struct Case {
         QStringList Arguments;

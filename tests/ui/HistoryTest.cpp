@@ -1,10 +1,14 @@
 // Leads that last, as the window shows them.
 #include "InventedLeads.h"
+#include "PostgresServer.h"
 #include "PrintTo.h"
 #include "ScriptedBrowser.h"
 #include "WindowFixture.h"
 #include "adapters/Adapters.h"
 
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QHeaderView>
 #include <QTest>
 
@@ -50,6 +54,29 @@ protected:
     }
     bool Shows(const char16_t* table, int rows) {
         return Run.Until([&] { return Model(table).rowCount() == rows; }, 20);
+    }
+    static void Write(const QString& fileName, const QByteArray& bytes) {
+        QFile file(fileName);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    // Closes the window and takes away its store.
+    void Forget() {
+        Run.Window.reset();
+        for (const QFileInfo& file : QDir(Run.System.SettingsFolder()).entryInfoList({u"leads*"_s}, QDir::Files))
+            QFile::remove(file.filePath());
+    }
+    // Looks at the history again and again, as somebody would who waits for the store.
+    bool ComesIntoHistory(int harvests, int leads) {
+        return Run.Until(
+            [&] {
+                if (Model(u"lvwHarvests").rowCount() == harvests && Model(u"lvwHLeads").rowCount() == leads)
+                    return true;
+                Run.Control<QTabWidget>(u"pgcMain")->setCurrentIndex(0);
+                OpenHistory();
+                QTest::qWait(200);
+                return false;
+            },
+            60);
     }
     QString Offer() { return Run.Control<NoticeBar>(u"Offer")->Said(); }
     qsizetype Listed() { return Run.Window->Leads().Count(); }
@@ -137,14 +164,89 @@ TEST_F(HistoryTest, FindsSortsOpensDeletesAndErases) {
     ASSERT_TRUE(Shows(u"lvwHLeads", 0));
 }
 
+// Whatever is in the store's place: the window comes up, the harvest lists its leads, the history can be opened,
+// nothing takes longer than a silent store may, one line says what is wrong, and the leads are there when it is put
+// right.
+TEST_F(HistoryTest, AStoreInTroubleHoldsNothingUp) {
+    std::unique_ptr<Database> other;
+    std::unique_ptr<WriteTransaction> hold;
+    const auto made = [this] { return std::make_unique<Database>(StoreTarget::Parse(StoreFile())); };
+    struct Case {
+        const char* Name;
+        std::function<void()> Break;
+        std::function<void()> Mend;
+        bool IsSaid = true;
+    };
+    const Case cases[]{
+        {"damaged", [this] { Write(StoreFile(), QByteArray(100'000, 'x')); }, [this] { QFile::remove(StoreFile()); }},
+        {"newer", [&] { made()->Execute(u"PRAGMA user_version=1000"_s); },
+         [this] {
+             for (const char* const end : {"", "-wal", "-shm"})
+                 QFile::remove(StoreFile() + QLatin1StringView(end));
+         }},
+        {"locked",
+         [&] {
+             other = made();
+             hold = std::make_unique<WriteTransaction>(*other);
+         },
+         [&] {
+             hold.reset();
+             other.reset();
+         },
+         false}, // for so short a time it is nothing to talk of
+    };
+    for (const Case& trouble : cases) {
+        SCOPED_TRACE(trouble.Name);
+        Forget();
+        trouble.Break();
+        Run.Again();
+        Run.Show();
+        QElapsedTimer taken;
+        taken.start();
+        Harvest(0, 5);
+        EXPECT_EQ(Listed(), 5);
+        OpenHistory();
+        EXPECT_LT(taken.elapsed(), 4000);
+        if (trouble.IsSaid) {
+            EXPECT_TRUE(Run.Until([&] { return Offer().contains(u"leads.db"); }, 20)) << Offer().toStdString();
+        }
+        EXPECT_EQ(Model(u"lvwHarvests").rowCount(), 0);
+        trouble.Mend();
+        EXPECT_TRUE(ComesIntoHistory(1, 5));
+    }
+}
+
+TEST_F(HistoryTest, IsKeptByAServerThatMayStop) {
+    if (!PostgresServer::Installed() || !QSqlDatabase::isDriverAvailable(u"QPSQL"_s))
+        GTEST_SKIP() << "PostgreSQL is not installed here";
+    PostgresServer server;
+    ASSERT_EQ(server.Error(), QString());
+    Forget();
+    Write(QDir(Run.System.SettingsFolder()).filePath(u"options.toml"_s),
+          "[store]\ntarget = \"" + server.Address().toUtf8() + "\"\n");
+    Run.Again();
+    Run.Show();
+    Harvest(0, 30);
+    EXPECT_FALSE(QFile::exists(StoreFile()));
+    EXPECT_TRUE(ComesIntoHistory(1, 30));
+    Run.Control<QLineEdit>(u"edtHFind")->setText(InventedLead(7).Phone);
+    EXPECT_TRUE(Shows(u"lvwHLeads", 1));
+    Run.Control<QLineEdit>(u"edtHFind")->clear();
+    server.Stop();
+    QElapsedTimer taken;
+    taken.start();
+    Harvest(100, 5);
+    EXPECT_EQ(Listed(), 35);
+    EXPECT_LT(taken.elapsed(), 4000);
+    EXPECT_TRUE(Run.Until([this] { return !Offer().isEmpty(); }, 30));
+    EXPECT_FALSE(Offer().contains(u"password"));
+    server.Start();
+    EXPECT_TRUE(ComesIntoHistory(2, 35));
+}
+
 TEST_F(HistoryTest, WritesNothingWhenLeadsAreNotKept) {
-    QFile options(QDir(Run.System.SettingsFolder()).filePath(u"options.toml"_s));
-    ASSERT_TRUE(options.open(QIODevice::WriteOnly));
-    options.write("[store]\nkeep = false\n");
-    options.close();
-    Run.Window.reset();
-    for (const QFileInfo& file : QDir(Run.System.SettingsFolder()).entryInfoList({u"leads*"_s}, QDir::Files))
-        QFile::remove(file.filePath());
+    Forget();
+    Write(QDir(Run.System.SettingsFolder()).filePath(u"options.toml"_s), "[store]\nkeep = false\n");
     Run.Again();
     Run.Show();
     EXPECT_EQ(Run.Window->Bench().Job.Store, nullptr);

@@ -2,6 +2,7 @@
 #include "WindowFixture.h"
 #include "browser/webengine/WebEngineStart.h"
 #include "core/QtMessageLoop.h"
+#include "ui/ExportDialog.h"
 
 #include <QApplication>
 #include <QDir>
@@ -43,7 +44,20 @@ void Searches(WindowRun& run, const Demo::DemoServer& server) {
     run.Until([&] { return run.Window->Searches().Count(SearchState::Done) >= 3; });
 }
 
-void MakePictures(const QDir& folder, const QString& suffix, const QString& language) {
+// The dialog for the selected rows, with a further column.
+void Export(WindowRun& run, const QString& fileName) {
+    TfrmMain& window = *run.Window;
+    const std::vector<qsizetype> rows{0, 1, 2, 3, 4, 5, 6, 7};
+    WindowTexts texts;
+    texts.Load(ReadLanguageText(LanguageFileName(window.Options().Language)));
+    TfrmExport dialog(window.Leads(), rows, window.Options(), texts, {}, &window);
+    dialog.cbxFormat->setCurrentIndex(1);
+    dialog.Columns[0]->click();
+    dialog.show();
+    Picture(run, fileName, &dialog);
+}
+
+void MakePictures(const QDir& folder, const QString& suffix, const QString& language, const QSize& size) {
     Demo::DemoServer server;
     server.Start();
     QtMessageLoop loop;
@@ -56,7 +70,7 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.SitesFileName = sites.fileName();
     run.Pace = 0.02;
     run.Again();
-    run.Window->resize(1280, 800);
+    run.Window->resize(size);
     run.Show();
     const auto name = [&](const char16_t* what) {
         return folder.filePath(QString::fromUtf16(what) + suffix + u".png"_s);
@@ -81,20 +95,29 @@ void MakePictures(const QDir& folder, const QString& suffix, const QString& lang
     run.Control<QTableView>(u"lvwHarvests")->selectRow(0);
     run.Until([&] { return run.Control<QTableView>(u"lvwHLeads")->model()->rowCount() > 0; });
     Picture(run, name(u"history"));
+    Export(run, name(u"export"));
     Searches(run, server);
     Picture(run, name(u"searches"), run.Control<QWidget>(u"frmSearches"));
+    // As after a crash: what was not exported is offered back.
+    run.Again();
+    run.Window->resize(size);
+    run.Show();
+    run.Until([&] { return !run.Control<NoticeBar>(u"Offer")->Said().isEmpty(); });
+    Picture(run, name(u"offer"));
     run.Window->close();
 }
 
 } // namespace
 
-// Arguments: the folder, a suffix for the names of the files, the index of a language.
+// Arguments: the folder, a suffix for the names of the files, the index of a language, the size of the window.
 int main(int argc, char** argv) {
     PrepareWebEngine();
     QApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     try {
-        MakePictures(QDir(arguments.value(1, u"."_s)), arguments.value(2), arguments.value(3));
+        const QStringList size = arguments.value(4, u"1280x800"_s).split(u'x');
+        MakePictures(QDir(arguments.value(1, u"."_s)), arguments.value(2), arguments.value(3),
+                     {size.value(0).toInt(), size.value(1).toInt()});
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -14,6 +15,7 @@
 #include <QTcpServer>
 #include <QTest>
 #include <QTimer>
+#include <QUdpSocket>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -453,6 +455,43 @@ TEST_F(WindowTest, ExportsInTheFormatThatIsChosen) {
     Run->Click(u"btnExportAs");
     EXPECT_EQ(Run->Notices.Said.size(), 1);
     EXPECT_FALSE(QFile::exists(Run->Notices.FileName));
+}
+
+TEST_F(WindowTest, AnExportThatWaitsForANameServerCanBeCancelled) {
+    Create();
+    QUdpSocket silent; // takes questions and answers none
+    ASSERT_TRUE(silent.bind(QHostAddress::LocalHost));
+    Run->Window->Bench().More.MailNameServer = u"127.0.0.1:%1"_s.arg(silent.localPort());
+    Run->Show();
+    for (int i = 0; i < 20; ++i)
+        Run->Window->Leads().Append({.Name = QString(40'000, u'x'), .Email = u"a@firm%1.com"_s.arg(i)});
+    AddLeads(0);
+    Run->Click(u"btnRSelectAll");
+    const auto exportWith = [this](bool asks, int format, const QString& name) {
+        Run->Notices.FileName = Run->System.GetDocumentsFolder() + u'/' + name;
+        QTimer::singleShot(0, Run->Window.get(), [=, this] {
+            auto* const dialog = Run->Window->findChild<TfrmExport*>();
+            dialog->cbxFormat->setCurrentIndex(format);
+            if (asks)
+                dialog->chkMailDomains->click();
+            EXPECT_EQ(dialog->Columns.back()->isChecked(), asks);
+            dialog->Buttons->button(QDialogButtonBox::Ok)->click();
+        });
+        Run->Click(u"btnExportAs");
+        return QFile::exists(Run->Notices.FileName);
+    };
+    Run->When([&] { return Run->Window->findChild<QProgressDialog*>() != nullptr; },
+              [&] { Run->Window->findChild<QProgressDialog*>()->findChild<QPushButton*>()->click(); });
+    QElapsedTimer taken;
+    taken.start();
+    EXPECT_FALSE(exportWith(true, 2, u"asked.csv"_s));
+    EXPECT_TRUE(silent.hasPendingDatagrams());
+    EXPECT_LT(taken.elapsed(), 20'000); // and not five seconds for each of twenty domains
+
+    // What a format cannot hold is said in the language of the window.
+    Run->Choose(u"cbxLanguage", 3);
+    EXPECT_TRUE(exportWith(false, 1, u"book.xlsx"_s));
+    EXPECT_TRUE(Run->Panel(0).endsWith(u"Testi abbreviati: 20")) << Run->Panel(0).toStdString();
 }
 
 TEST_F(WindowTest, HeaderClickDoesNothing) {

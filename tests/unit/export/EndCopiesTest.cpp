@@ -49,7 +49,7 @@ TEST_F(EndCopiesTest, AreThoseThatTheOptionsWantAndComeAtTheEnd) {
         const EndCopies::Ending ending = copies_.Finish();
         EXPECT_EQ(ending.Saved.size(), wanted.Files.size());
         EXPECT_EQ(ending.Problems, QStringList());
-        EXPECT_EQ(ending.Losses, wanted.Workbook ? u"1 texts shortened"_s : QString());
+        EXPECT_EQ(ending.Losses.Text(), wanted.Workbook ? u"1 texts shortened"_s : QString());
         EXPECT_EQ(Files(), wanted.Files);
         if (wanted.Sheet) {
             const QByteArray bytes = BytesOf(File(u"R 1-sheet.csv"_s));

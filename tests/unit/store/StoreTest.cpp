@@ -1,4 +1,5 @@
 #include "StoreFixture.h"
+#include "store/Searches.h"
 
 #include <QFile>
 #include <QThread>
@@ -136,8 +137,45 @@ TEST_P(StoreTest, AnswersEveryKindOfQuestion) {
     EXPECT_EQ(page[0].Lead.Name, b.Name);
     EXPECT_EQ(page[0].Site, u"B");
     EXPECT_EQ(page[1].Site, u"A");
+    // Page by page it is the same as at once, from whichever end a page is counted.
+    constexpr int city = static_cast<int>(Field::City);
+    for (const LeadOrder& order :
+         {LeadOrder{}, LeadOrder{LeadOrder::Found, false}, LeadOrder{city, true}, LeadOrder{city, false}}) {
+        StoreQueries queries(*Store);
+        std::vector<qint64> atOnce;
+        for (const StoredLead& lead : queries.Leads({}, order, 0, 1000))
+            atOnce.push_back(lead.Id);
+        EXPECT_EQ(queries.Numbers({}, order), atOnce);
+        EXPECT_EQ(queries.LeadsOf(atOnce).size(), atOnce.size());
+        EXPECT_EQ(queries.LeadsOf(std::vector{atOnce[3], atOnce[1], qint64{999}}).front().Id, atOnce[3]);
+        for (const qint64 size : {1, 3}) {
+            std::vector<qint64> paged;
+            for (qint64 offset = 0; offset < 6; offset += size)
+                for (const StoredLead& lead : queries.Leads({}, order, offset, size))
+                    paged.push_back(lead.Id);
+            EXPECT_EQ(paged, atOnce) << order.Column << ' ' << order.Descending << ' ' << size;
+        }
+    }
     EXPECT_EQ(StoreQueries(*Store).Sites(), (QStringList{u"A"_s, u"B"_s}));
     EXPECT_EQ(StoreQueries(*Store).Harvests(0, 10).at(0).Info.Uid, u"2");
+}
+
+TEST_P(StoreTest, LeadsAreFoundByTheirWordsWhoeverWroteThem) {
+    Database second(Target());
+    StoreWriter one(*Store);
+    StoreWriter other(second);
+    const auto named = [](const char16_t* name) { return Named(QString::fromUtf16(name), {}); };
+    one.Take(std::vector{Begun(u"h"_s, u"A"_s), Found(u"h"_s, 1, named(u"aaa")), Found(u"h"_s, 2, named(u"bbb"))});
+    one.IndexWords();
+    one.Take(std::vector{Found(u"h"_s, 3, named(u"ccc")), Found(u"h"_s, 4, named(u"ddd"))});
+    StoreEdits(second).DeleteLeads(u"h"_s, std::vector<qint64>{3}); // before its words were findable
+    one.IndexWords();
+    one.Take(std::vector{Found(u"h"_s, 5, named(u"eee"))});
+    other.Take(std::vector{Begun(u"g"_s, u"A"_s), Found(u"g"_s, 1, named(u"fff"))});
+    one.IndexWords();
+    for (const char16_t* const name : {u"aaa", u"bbb", u"ddd", u"eee", u"fff"})
+        EXPECT_EQ(Find({.Text = QString::fromUtf16(name)}), QStringList(QString::fromUtf16(name)));
+    EXPECT_EQ(Find({.Text = u"ccc"_s}), QStringList());
 }
 
 TEST_P(StoreTest, WhatIsTakenBackIsGone) {
@@ -205,6 +243,23 @@ TEST_P(StoreTest, OpensOnlyWhatItKnows) {
         EXPECT_TRUE(error.Message().contains(u"newer version")) << error.Message().toStdString();
         EXPECT_TRUE(error.Message().contains(Target().Shown()));
     }
+}
+
+TEST_P(StoreTest, AnOlderStoreIsBroughtUpToDate) {
+    Take({Begun(u"h"_s, u"A"_s), Found(u"h"_s, 1, InventedLead(1)), Found(u"h"_s, 2, InventedLead(2))});
+    // As the first version of the schema left it.
+    Store->Execute(u"DROP TABLE search"_s);
+    Store->Execute(u"DROP TABLE host_turn"_s);
+    Store->Execute(Server ? u"DELETE FROM schema_version WHERE version>1"_s : u"PRAGMA user_version=1"_s);
+    Open();
+    EXPECT_EQ(LeadsOf(u"h"_s).size(), 2U);
+    Searches searches(*Store);
+    EXPECT_EQ(
+        searches.Add(u"list"_s, {{2, u"A"_s, u"http://a.test/"_s, {}, {}}}, [](const SearchRow&) { return u""_s; }), 1);
+    EXPECT_TRUE(searches.Claim(u"me"_s, {}, 0, 1000));
+    EXPECT_EQ(Find({.Text = InventedLead(2).Phone}), QStringList(InventedLead(2).Name));
+    Open(); // and only once
+    EXPECT_EQ(Searches(*Store).All().size(), 1U);
 }
 
 // Two programs that make a file at the same moment: the other one is in the middle of its first writing.
