@@ -8,14 +8,12 @@
 #include "core/BusinessKey.h"
 #include "discovery/AnyPage.h"
 #include "discovery/Explain.h"
-#include "net/TextDecoder.h"
 #include "recipes/RecipeFile.h"
 #include "recipes/RecipeFolders.h"
 #include "recipes/RecipeReader.h"
 #include "toolkit/PageAddress.h"
 
 #include <QDir>
-#include <QFile>
 #include <QSet>
 
 #include <optional>
@@ -23,20 +21,6 @@
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
-
-PageTree TreeOfFile(const QString& fileName) {
-    const QString shownName = QDir::toNativeSeparators(fileName);
-    QFile file(fileName);
-    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-    const QByteArray bytes = opened ? file.readAll() : QByteArray();
-    if (!opened || file.error() != QFileDevice::NoError)
-        throw Failure(u"%1: %2"_s.arg(shownName, file.errorString()));
-    try {
-        return PageTree(DecodePage(bytes));
-    } catch (const Failure& failure) {
-        throw Failure(u"%1: %2"_s.arg(shownName, failure.Message()));
-    }
-}
 
 QString PageUrlOf(const CommandLine& line) {
     const QString url = TypedAddress(line.PageUrl);

@@ -2,7 +2,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Console.h"
-#include "page/PageTree.h"
+#include "cli/SavedPage.h"
 
 namespace Brindle {
 
@@ -13,8 +13,6 @@ int RunNext(const CommandLine& line, Console& console);
 /// `explain`: what was found on a saved page and why, as JSON.
 int RunExplain(const CommandLine& line, Console& console);
 
-/// A saved page; "-" is standard input. Throws `Failure` that names the file.
-PageTree TreeOfFile(const QString& fileName);
 /// The address of `--url`, which must be one of the web; throws `UsageError`.
 QString PageUrlOf(const CommandLine& line);
 

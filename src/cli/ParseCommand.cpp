@@ -1,14 +1,13 @@
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
+#include "cli/SavedPage.h"
 #include "cli/Session.h"
 #include "cli/StoreLink.h"
 #include "core/HarvestDriver.h"
-#include "net/TextDecoder.h"
 #include "page/HtmlDocument.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace Brindle {
 
@@ -19,18 +18,9 @@ namespace {
 // Ctrl-C is all that can be waiting while a saved page is read, and it can wait that long; milliseconds.
 constexpr qint64 turnInterval = 10;
 
-QString ReadText(const QString& fileName) {
-    QFile file(fileName);
-    const bool opened = fileName == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-    const QByteArray bytes = opened ? file.readAll() : QByteArray();
-    if (!opened || file.error() != QFileDevice::NoError)
-        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
-    return DecodePage(bytes);
-}
-
 // The text that the adapter is to read.
 QString PageText(const CommandLine& line, MarkupForm form, const QString& fileName) {
-    QString text = ReadText(fileName);
+    QString text = TextOfFile(fileName);
     if (line.Markup == MarkupSource::AsIs)
         return text;
     try {

@@ -7,6 +7,9 @@
 #include <array>
 
 #ifdef BRINDLE_HAS_PSL
+#include "core/Errors.h"
+#include "core/LoadedLibrary.h"
+
 #include <libpsl.h>
 #endif
 
@@ -24,8 +27,26 @@ bool IsDomainLabel(QStringView label) {
 }
 
 #ifdef BRINDLE_HAS_PSL
+#define PSL_FUNCTIONS(FUNCTION)                                                                                        \
+    FUNCTION(psl_, builtin)                                                                                            \
+    FUNCTION(psl_, is_public_suffix2)                                                                                  \
+    FUNCTION(psl_, registrable_domain)
+BRINDLE_FUNCTION_TABLE(PslFunctions, PSL_FUNCTIONS);
+#ifdef BRINDLE_PSL_LIBRARY
+BRINDLE_LOADED_LIBRARY(PslFunctions, Psl, PSL_FUNCTIONS, BRINDLE_PSL_LIBRARY)
+#else
+BRINDLE_LINKED_LIBRARY(PslFunctions, Psl, PSL_FUNCTIONS)
+#endif
+
+// Null where there is no list.
 const psl_ctx_t* SuffixList() {
-    static const psl_ctx_t* const list = psl_builtin();
+    static const psl_ctx_t* const list = []() -> const psl_ctx_t* {
+        try {
+            return Psl().builtin();
+        } catch (const Failure&) {
+            return nullptr;
+        }
+    }();
     return list;
 }
 #endif
@@ -34,8 +55,8 @@ bool IsTopLevelDomain(const QString& label) {
 #ifdef BRINDLE_HAS_PSL
     // Every top-level domain is a rule of the list; its rule for names that it does not know is left out.
     if (SuffixList())
-        return psl_is_public_suffix2(SuffixList(), label.toLatin1().constData(),
-                                     PSL_TYPE_ICANN | PSL_TYPE_NO_STAR_RULE) != 0;
+        return Psl().is_public_suffix2(SuffixList(), label.toLatin1().constData(),
+                                       PSL_TYPE_ICANN | PSL_TYPE_NO_STAR_RULE) != 0;
 #endif
     return label.size() >= 2 && std::all_of(label.begin(), label.end(), [](QChar c) { return c.isLetter(); });
 }
@@ -69,7 +90,7 @@ QString DomainOfEmail(const QString& address) {
 QString RegisteredDomain(const QString& host) {
 #ifdef BRINDLE_HAS_PSL
     const QByteArray ascii = QUrl::toAce(host.toLower());
-    if (const char* const domain = SuffixList() ? psl_registrable_domain(SuffixList(), ascii.constData()) : nullptr)
+    if (const char* const domain = SuffixList() ? Psl().registrable_domain(SuffixList(), ascii.constData()) : nullptr)
         return QString::fromLatin1(domain);
 #endif
     return host.toLower();

@@ -1,6 +1,7 @@
 #include "export/WorkbookReader.h"
 
 #include "core/Errors.h"
+#include "core/LoadedLibrary.h"
 
 #include <QHash>
 #include <QTemporaryFile>
@@ -14,20 +15,34 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+#define UNZIP_FUNCTIONS(FUNCTION)                                                                                      \
+    FUNCTION(unz, Close)                                                                                               \
+    FUNCTION(unz, CloseCurrentFile)                                                                                    \
+    FUNCTION(unz, LocateFile)                                                                                          \
+    FUNCTION(unz, Open64)                                                                                              \
+    FUNCTION(unz, OpenCurrentFile)                                                                                     \
+    FUNCTION(unz, ReadCurrentFile)
+BRINDLE_FUNCTION_TABLE(UnzipFunctions, UNZIP_FUNCTIONS);
+#ifdef BRINDLE_MINIZIP_LIBRARY
+BRINDLE_LOADED_LIBRARY(UnzipFunctions, Unzip, UNZIP_FUNCTIONS, BRINDLE_MINIZIP_LIBRARY)
+#else
+BRINDLE_LINKED_LIBRARY(UnzipFunctions, Unzip, UNZIP_FUNCTIONS)
+#endif
+
 constexpr qint64 mostBytes = qint64{4} << 30; // of one part, unpacked
 
 // One part of the package, unpacked as it is read.
 class Part : public QIODevice {
 public:
     explicit Part(unzFile zip) : zip_(zip) { open(ReadOnly); }
-    ~Part() override { unzCloseCurrentFile(zip_); }
+    ~Part() override { Unzip().CloseCurrentFile(zip_); }
     bool isSequential() const override { return true; }
 
 protected:
     qint64 readData(char* data, qint64 most) override {
         if (read_ > mostBytes)
             return -1;
-        const int got = unzReadCurrentFile(zip_, data, static_cast<unsigned>(std::min<qint64>(most, 1 << 20)));
+        const int got = Unzip().ReadCurrentFile(zip_, data, static_cast<unsigned>(std::min<qint64>(most, 1 << 20)));
         read_ += std::max(got, 0);
         return got > 0 ? got : -1;
     }
@@ -84,11 +99,11 @@ public:
     explicit Reader(const QByteArray& bytes) {
         if (!file_.open() || file_.write(bytes) != bytes.size() || !file_.flush())
             throw Failure(file_.errorString());
-        zip_ = unzOpen64(QFile::encodeName(file_.fileName()).constData());
+        zip_ = Unzip().Open64(QFile::encodeName(file_.fileName()).constData());
         if (!zip_)
             throw Failure(u"no workbook: its package cannot be opened"_s);
     }
-    ~Reader() { unzClose(zip_); }
+    ~Reader() { Unzip().Close(zip_); }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
 
@@ -106,7 +121,8 @@ public:
 
 private:
     bool Find(const QString& name) {
-        return unzLocateFile(zip_, name.toUtf8().constData(), 2) == UNZ_OK && unzOpenCurrentFile(zip_) == UNZ_OK;
+        return Unzip().LocateFile(zip_, name.toUtf8().constData(), 2) == UNZ_OK &&
+               Unzip().OpenCurrentFile(zip_) == UNZ_OK;
     }
 
     void ReadSharedTexts() {

@@ -1,5 +1,7 @@
 #include "net/MailDomains.h"
 
+#include "core/LoadedLibrary.h"
+
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -19,6 +21,24 @@ constexpr int longAddressRecord = 28;
 
 constexpr std::chrono::milliseconds idleEvery{20};
 
+#define ARES_FUNCTIONS(FUNCTION)                                                                                       \
+    FUNCTION(ares_, cancel)                                                                                            \
+    FUNCTION(ares_, destroy)                                                                                           \
+    FUNCTION(ares_, fds)                                                                                               \
+    FUNCTION(ares_, free_data)                                                                                         \
+    FUNCTION(ares_, init_options)                                                                                      \
+    FUNCTION(ares_, library_init)                                                                                      \
+    FUNCTION(ares_, parse_mx_reply)                                                                                    \
+    FUNCTION(ares_, process)                                                                                           \
+    FUNCTION(ares_, query)                                                                                             \
+    FUNCTION(ares_, set_servers_ports_csv)
+BRINDLE_FUNCTION_TABLE(AresFunctions, ARES_FUNCTIONS);
+#ifdef BRINDLE_CARES_LIBRARY
+BRINDLE_LOADED_LIBRARY(AresFunctions, Ares, ARES_FUNCTIONS, BRINDLE_CARES_LIBRARY)
+#else
+BRINDLE_LINKED_LIBRARY(AresFunctions, Ares, ARES_FUNCTIONS)
+#endif
+
 } // namespace
 
 // One channel to the name servers; its questions are answered while it is waited for.
@@ -26,18 +46,18 @@ class MailDomains::Resolver {
 public:
     Resolver(const QString& nameServers, std::chrono::milliseconds timeLimit, std::function<void()> idle)
         : timeLimit_(timeLimit), idle_(std::move(idle)) {
-        static const int library = ares_library_init(ARES_LIB_INIT_ALL);
+        static const int library = Ares().library_init(ARES_LIB_INIT_ALL);
         ares_options options{};
         options.timeout = static_cast<int>(std::max<qint64>(timeLimit.count() / 3, 1));
         options.tries = 2;
         ready_ = library == ARES_SUCCESS &&
-                 ares_init_options(&channel_, &options, ARES_OPT_TIMEOUTMS | ARES_OPT_TRIES) == ARES_SUCCESS;
+                 Ares().init_options(&channel_, &options, ARES_OPT_TIMEOUTMS | ARES_OPT_TRIES) == ARES_SUCCESS;
         if (ready_ && !nameServers.isEmpty())
-            ready_ = ares_set_servers_ports_csv(channel_, nameServers.toLatin1().constData()) == ARES_SUCCESS;
+            ready_ = Ares().set_servers_ports_csv(channel_, nameServers.toLatin1().constData()) == ARES_SUCCESS;
     }
     ~Resolver() {
         if (channel_)
-            ares_destroy(channel_);
+            Ares().destroy(channel_);
     }
     Resolver(const Resolver&) = delete;
     Resolver& operator=(const Resolver&) = delete;
@@ -82,7 +102,7 @@ private:
 
     static Answer ReadExchanges(const unsigned char* message, int length) {
         ares_mx_reply* replies = nullptr;
-        const int status = ares_parse_mx_reply(message, length, &replies);
+        const int status = Ares().parse_mx_reply(message, length, &replies);
         Answer answer{MailDomain::TakesNone, false, true};
         for (const ares_mx_reply* reply = replies; status == ARES_SUCCESS && reply; reply = reply->next) {
             if (std::strlen(reply->host) > 0 && std::strcmp(reply->host, ".") != 0)
@@ -91,18 +111,18 @@ private:
                 answer.IsFinal = true;
         }
         if (replies)
-            ares_free_data(replies);
+            Ares().free_data(replies);
         return status == ARES_SUCCESS ? answer : Answer{MailDomain::Unknown, false, true};
     }
 
     Answer Query(const QByteArray& domain, int type) {
         Question question;
         question.Type = type;
-        ares_query(channel_, domain.constData(), internetClass, type, &Answered, &question);
+        Ares().query(channel_, domain.constData(), internetClass, type, &Answered, &question);
         while (!question.Result.Come && sinceStart_.elapsed() < timeLimit_.count())
             Wait();
         if (!question.Result.Come)
-            ares_cancel(channel_); // answers the question, so nothing points to it any more
+            Ares().cancel(channel_); // answers the question, so nothing points to it any more
         return question.Result;
     }
 
@@ -111,11 +131,11 @@ private:
         fd_set toWrite;
         FD_ZERO(&toRead);
         FD_ZERO(&toWrite);
-        const int count = ares_fds(channel_, &toRead, &toWrite);
+        const int count = Ares().fds(channel_, &toRead, &toWrite);
         timeval time{0, static_cast<decltype(timeval::tv_usec)>(idleEvery.count() * 1000)};
         if (count > 0)
             select(count, &toRead, &toWrite, nullptr, &time);
-        ares_process(channel_, &toRead, &toWrite);
+        Ares().process(channel_, &toRead, &toWrite);
         if (idle_)
             idle_();
     }

@@ -4,9 +4,11 @@
 #include "toolkit/Ascii.h"
 
 #include <QByteArrayList>
+#include <QIODevice>
 #include <QStringDecoder>
 
 #include <array>
+#include <cstring>
 #include <initializer_list>
 #include <optional>
 
@@ -276,6 +278,45 @@ QByteArray MetaCharset(const QByteArray& bytes) {
     return {};
 }
 
+// The bytes at the beginning that end with an ASCII character, so none is cut.
+qsizetype WholeCharacters(QByteArrayView bytes) {
+    qsizetype end = bytes.size();
+    while (end > 0 && static_cast<unsigned char>(bytes[end - 1]) >= 0x80)
+        --end;
+    return end;
+}
+
+// The text of a device that is `head` and what follows, when it is UTF-8 throughout and neither shrinks nor grows
+// meanwhile.
+std::optional<QString> DecodeUtf8InPieces(QIODevice& device, QByteArray piece, qsizetype size) {
+    const qsizetype pieceSize = piece.size();
+    QStringDecoder decode(QStringConverter::Utf8,
+                          QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
+    QString text(size, Qt::Uninitialized); // there are never more characters than bytes
+    QChar* end = text.data();
+    for (qsizetype done = 0;;) {
+        const bool last = done + piece.size() == size;
+        const qsizetype whole = last ? piece.size() : WholeCharacters(piece);
+        if (done + whole > size)
+            return std::nullopt;
+        end = decode.appendToBuffer(end, QByteArrayView(piece).first(whole));
+        if (decode.hasError())
+            return std::nullopt;
+        if (last)
+            break;
+        done += whole;
+        const qsizetype kept = piece.size() - whole;
+        std::memmove(piece.data(), piece.constData() + whole, static_cast<size_t>(kept));
+        piece.resize(pieceSize + kept);
+        const qint64 now = device.read(piece.data() + kept, pieceSize);
+        if (now <= 0)
+            return std::nullopt;
+        piece.resize(kept + now);
+    }
+    text.truncate(end - text.constData());
+    return text;
+}
+
 } // namespace
 
 QByteArray CharsetOf(const QByteArray& contentType) {
@@ -310,6 +351,20 @@ QString DecodePage(const QByteArray& bytes, const QByteArray& contentType) {
     QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
     const QString text = utf8(bytes);
     return utf8.hasError() ? DecodeWindows1252(bytes) : text;
+}
+
+QString DecodePage(QIODevice& device) {
+    constexpr qsizetype pieceSize = 1 << 16;
+    const QByteArray head = device.isSequential() ? QByteArray() : device.read(pieceSize);
+    if (head.size() == pieceSize && device.pos() == pieceSize) {
+        const QByteArray label = MetaCharset(head);
+        if (!DecodeByMark(head.first(3)) && (label.isEmpty() || label.startsWith("utf")))
+            if (std::optional<QString> text = DecodeUtf8InPieces(device, head, device.size()))
+                return *std::move(text);
+        device.seek(0);
+        return DecodePage(device.readAll());
+    }
+    return DecodePage(head + device.readAll());
 }
 
 } // namespace Brindle

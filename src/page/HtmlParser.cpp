@@ -1,6 +1,7 @@
 #include "page/HtmlParser.h"
 
 #include "core/Errors.h"
+#include "core/LoadedLibrary.h"
 #include "page/PagePieces.h"
 #include "page/PageTreeBuilder.h"
 
@@ -20,6 +21,33 @@ namespace Brindle {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+#define MYHTML_FUNCTIONS(FUNCTION)                                                                                     \
+    FUNCTION(myhtml_, callback_before_token_done_set)                                                                  \
+    FUNCTION(myhtml_, callback_tree_node_insert_set)                                                                   \
+    FUNCTION(myhtml_, create)                                                                                          \
+    FUNCTION(myhtml_, destroy)                                                                                         \
+    FUNCTION(myhtml_, encoding_set)                                                                                    \
+    FUNCTION(myhtml_, init)                                                                                            \
+    FUNCTION(myhtml_, parse_chunk)                                                                                     \
+    FUNCTION(myhtml_, parse_chunk_end)                                                                                 \
+    FUNCTION(myhtml_, tag_name_by_id)                                                                                  \
+    FUNCTION(myhtml_, tree_create)                                                                                     \
+    FUNCTION(myhtml_, tree_current_node)                                                                               \
+    FUNCTION(myhtml_, tree_destroy)                                                                                    \
+    FUNCTION(myhtml_, tree_init)                                                                                       \
+    FUNCTION(myhtml_, tree_is_html_integration_point)                                                                  \
+    FUNCTION(myhtml_, tree_is_mathml_integration_point)                                                                \
+    FUNCTION(myhtml_, tree_node_remove)                                                                                \
+    FUNCTION(myhtml_, tree_open_elements_pop)                                                                          \
+    FUNCTION(, mcobject_async_free)                                                                                    \
+    FUNCTION(, mchar_async_cache_clean)
+BRINDLE_FUNCTION_TABLE(MyHtmlFunctions, MYHTML_FUNCTIONS);
+#ifdef BRINDLE_MODEST_LIBRARY
+BRINDLE_LOADED_LIBRARY(MyHtmlFunctions, MyHtml, MYHTML_FUNCTIONS, BRINDLE_MODEST_LIBRARY)
+#else
+BRINDLE_LINKED_LIBRARY(MyHtmlFunctions, MyHtml, MYHTML_FUNCTIONS)
+#endif
 
 constexpr quint32 callsBetweenClockReadings = 1024;
 
@@ -98,23 +126,23 @@ public:
           deadline_(std::clock() +
                     static_cast<std::clock_t>((bounds.ParserMs + bounds.ParserMsPerMiB * (pageSize >> 20)) *
                                               CLOCKS_PER_SEC / 1000)),
-          parser_(myhtml_create()),
+          parser_(MyHtml().create()),
           tree_(nullptr) {
-        if (!parser_ || myhtml_init(parser_, MyHTML_OPTIONS_PARSE_MODE_SINGLE, 1, 0) != MyHTML_STATUS_OK)
+        if (!parser_ || MyHtml().init(parser_, MyHTML_OPTIONS_PARSE_MODE_SINGLE, 1, 0) != MyHTML_STATUS_OK)
             throw std::bad_alloc();
-        tree_ = myhtml_tree_create();
-        if (!tree_ || myhtml_tree_init(tree_, parser_) != MyHTML_STATUS_OK)
+        tree_ = MyHtml().tree_create();
+        if (!tree_ || MyHtml().tree_init(tree_, parser_) != MyHTML_STATUS_OK)
             throw std::bad_alloc();
         tree_->flags = static_cast<myhtml_tree_flags>(tree_->flags | MyHTML_TREE_FLAGS_SCRIPT);
-        myhtml_encoding_set(tree_, MyENCODING_UTF_8);
-        myhtml_callback_before_token_done_set(tree_, &OnToken, this);
-        myhtml_callback_tree_node_insert_set(tree_, &OnInsert, this);
+        MyHtml().encoding_set(tree_, MyENCODING_UTF_8);
+        MyHtml().callback_before_token_done_set(tree_, &OnToken, this);
+        MyHtml().callback_tree_node_insert_set(tree_, &OnInsert, this);
     }
     ~Parsing() {
         if (tree_)
-            myhtml_tree_destroy(tree_);
+            MyHtml().tree_destroy(tree_);
         if (parser_)
-            myhtml_destroy(parser_);
+            MyHtml().destroy(parser_);
     }
     Parsing(const Parsing&) = delete;
     Parsing& operator=(const Parsing&) = delete;
@@ -132,7 +160,7 @@ public:
             Parse("-->");
         else if (tree_->state == MyHTML_TOKENIZER_STATE_COMMENT_START_DASH)
             Parse("->");
-        Run([](Parsing& self) { myhtml_parse_chunk_end(self.tree_); });
+        Run([](Parsing& self) { MyHtml().parse_chunk_end(self.tree_); });
         if (tree_->node_html)
             HandOver(tree_->node_html);
         return builder_.EndRun();
@@ -151,7 +179,7 @@ public:
     // Whether the next piece is neither within a tag or comment nor within a raw text, which the parser wants whole.
     bool IsBetweenTags() const {
         const myhtml_tree_node_t* const current =
-            tree_->open_elements->length > 0 ? myhtml_tree_current_node(tree_) : nullptr;
+            tree_->open_elements->length > 0 ? MyHtml().tree_current_node(tree_) : nullptr;
         return tree_->state == MyHTML_TOKENIZER_STATE_DATA && !(current && current->tag_id == MyHTML_TAG_PLAINTEXT);
     }
     // How many bytes of what was fed stand before the tag that is being read.
@@ -165,7 +193,7 @@ private:
         fed_.push_back(piece);
         Run([](Parsing& self) {
             const QByteArray& bytes = self.fed_.back();
-            myhtml_parse_chunk(self.tree_, bytes.constData(), static_cast<size_t>(bytes.size()));
+            MyHtml().parse_chunk(self.tree_, bytes.constData(), static_cast<size_t>(bytes.size()));
         });
     }
 
@@ -209,7 +237,7 @@ private:
     void CheckToken(myhtml_token_node_t* token) {
         // An end tag is in no tree, once the next token comes; but "</br>" becomes an element.
         if (endTag_)
-            mcobject_async_free(tree_->token->nodes_obj, endTag_);
+            MyHtml().mcobject_async_free(tree_->token->nodes_obj, endTag_);
         const bool ends = (token->type & MyHTML_TOKEN_TYPE_CLOSE) != 0 && token->tag_id != MyHTML_TAG_BR;
         endTag_ = ends && !token->attr_first ? token : nullptr;
         if (token->tag_id == MyHTML_TAG__TEXT)
@@ -232,7 +260,7 @@ private:
     void MendText(myhtml_token_node_t* token) const {
         const int withReferences = MyHTML_TOKEN_TYPE_DATA | MyHTML_TOKEN_TYPE_RCDATA;
         const myhtml_tree_node_t* const current =
-            (token->type & withReferences) != 0 ? myhtml_tree_current_node(tree_) : nullptr;
+            (token->type & withReferences) != 0 ? MyHtml().tree_current_node(tree_) : nullptr;
         if ((token->type & MyHTML_TOKEN_TYPE_CDATA) != 0 ||
             (current && current->ns == MyHTML_NAMESPACE_HTML && IsRawTextTag(current->tag_id)))
             SetType(token, withReferences | MyHTML_TOKEN_TYPE_CDATA, MyHTML_TOKEN_TYPE_RAWTEXT);
@@ -243,7 +271,7 @@ private:
         if ((token->type & MyHTML_TOKEN_TYPE_CLOSE) != 0) {
             if (token->tag_id == MyHTML_TAG_P || token->tag_id == MyHTML_TAG_BR)
                 while (IsInForeignContent())
-                    myhtml_tree_open_elements_pop(tree_);
+                    MyHtml().tree_open_elements_pop(tree_);
             return;
         }
         if (token->tag_id == MyHTML_TAG_IMAGE && !IsInForeignContent())
@@ -259,10 +287,10 @@ private:
 
     bool IsInForeignContent() const {
         myhtml_tree_node_t* const current =
-            tree_->open_elements->length > 0 ? myhtml_tree_current_node(tree_) : nullptr;
+            tree_->open_elements->length > 0 ? MyHtml().tree_current_node(tree_) : nullptr;
         return current && current->ns != MyHTML_NAMESPACE_HTML &&
-               !myhtml_tree_is_mathml_integration_point(tree_, current) &&
-               !myhtml_tree_is_html_integration_point(tree_, current);
+               !MyHtml().tree_is_mathml_integration_point(tree_, current) &&
+               !MyHtml().tree_is_html_integration_point(tree_, current);
     }
 
     bool StandsAt(size_t place, char c) const {
@@ -299,7 +327,7 @@ private:
         for (; first->next && first->next->offset <= begin; first = first->next)
             fed_.pop_front();
         for (size_t i = 0; i < tree_->mchar->nodes_length; ++i)
-            mchar_async_cache_clean(&tree_->mchar->nodes[i].cache);
+            MyHtml().mchar_async_cache_clean(&tree_->mchar->nodes[i].cache);
     }
 
     // Hands over what can no longer change: whatever is beside the elements that are open or can be opened again. In
@@ -356,8 +384,8 @@ private:
         while (first->next != end) {
             myhtml_tree_node_t* const node = first->next;
             Empty(node);
-            myhtml_tree_node_remove(node);
-            mcobject_async_free(tree_->tree_obj, node);
+            MyHtml().tree_node_remove(node);
+            MyHtml().mcobject_async_free(tree_->tree_obj, node);
         }
         first->tag_id = MyHTML_TAG__COMMENT;
         first->ns = MyHTML_NAMESPACE_HTML;
@@ -372,7 +400,7 @@ private:
                 node = node->child;
             ReleaseToken(node);
             node->parent->child = node->next;
-            mcobject_async_free(tree_->tree_obj, node);
+            MyHtml().mcobject_async_free(tree_->tree_obj, node);
         }
         top->last_child = nullptr;
         ReleaseToken(top);
@@ -384,10 +412,10 @@ private:
             return;
         for (myhtml_token_attr_t* attribute = token->attr_first; attribute;) {
             myhtml_token_attr_t* const next = attribute->next;
-            mcobject_async_free(tree_->token->attr_obj, attribute);
+            MyHtml().mcobject_async_free(tree_->token->attr_obj, attribute);
             attribute = next;
         }
-        mcobject_async_free(tree_->token->nodes_obj, token);
+        MyHtml().mcobject_async_free(tree_->token->nodes_obj, token);
     }
 
     // A node and all within it.
@@ -463,7 +491,7 @@ private:
 
     QByteArrayView NameOf(const myhtml_tree_node_t* node) const {
         size_t length = 0;
-        const char* const name = myhtml_tag_name_by_id(tree_, node->tag_id, &length);
+        const char* const name = MyHtml().tag_name_by_id(tree_, node->tag_id, &length);
         return {name ? name : "", static_cast<qsizetype>(length)};
     }
 

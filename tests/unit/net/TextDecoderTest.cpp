@@ -2,6 +2,8 @@
 
 #include "PrintTo.h"
 
+#include <QBuffer>
+
 #include <gtest/gtest.h>
 
 namespace Brindle {
@@ -58,6 +60,31 @@ TEST(DecodePage, ChoosesTheCharacterSetInOrder) {
     for (const Case& c : cases)
         EXPECT_EQ(DecodePage(c.Bytes, c.ContentType), c.Text)
             << c.Bytes.left(90).toHex(' ').data() << c.ContentType.data();
+}
+
+TEST(DecodePage, OfADeviceIsThatOfItsBytes) {
+    const QByteArray filling = QByteArray("caff\xC3\xA8 \xE2\x82\xAC\xEF\xBB\xBF.").repeated(20'000);
+    const QByteArray pages[] = {
+        "",
+        "caff\xC3\xA8",
+        filling,
+        filling.first(1 << 16),
+        "\xEF\xBB\xBF" + filling,
+        "<meta charset=utf-8>" + filling + "\xC3",  // cut off at the end
+        "<meta charset=utf-8>" + filling + "\xC3<", // and inside
+        filling + "\xE9",
+        "<meta charset=windows-1251>" + filling,
+        "<meta charset=unicode>" + filling,
+        QByteArray("\xFF\xFE") + filling,
+        QByteArray(200'000, '\xE9'), // no character ends anywhere
+        QByteArray("\xF0\x9F\x98\x80").repeated(50'000),
+    };
+    for (const QByteArray& page : pages) {
+        QBuffer device;
+        device.setData(page);
+        ASSERT_TRUE(device.open(QIODevice::ReadOnly));
+        EXPECT_EQ(DecodePage(device), DecodePage(page)) << page.left(30).toHex(' ').data();
+    }
 }
 
 } // namespace
