@@ -1,6 +1,7 @@
 #include "page/PagePieces.h"
 
 #include "page/TextSearch.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 
@@ -19,6 +20,36 @@ qsizetype BehindNext(const QString& html, QStringView what, qsizetype from) {
     return found < 0 ? html.size() : found + what.size();
 }
 
+QStringView NameAt(QStringView page, qsizetype at) {
+    qsizetype end = at;
+    while (end < page.size() && Ascii::IsLetter(page[end]))
+        ++end;
+    return page.sliced(at, end - at);
+}
+
+bool HoldsText(QStringView name) {
+    return HoldsRawText(name) || IsSameInAnyCase(name, u"textarea") || IsSameInAnyCase(name, u"title");
+}
+
+// The comment or text element that seems to be open before `end`: what ends it; empty when there is none. A guess from
+// the last few tags, so that a page need not be read from its beginning: a wrong one costs time alone.
+QStringView SeemsOpen(QStringView page, qsizetype begin, qsizetype end) {
+    for (qsizetype at = end - 1; at >= begin; --at) {
+        if (page[at] != u'<' || at + 3 >= end)
+            continue;
+        if (page[at + 1] == u'!') {
+            if (page.sliced(at).startsWith(u"<!--") && page.sliced(at + 4, end - at - 4).indexOf(u"-->") < 0)
+                return u"-->";
+            continue;
+        }
+        const bool closing = page[at + 1] == u'/';
+        const QStringView name = NameAt(page.first(end), at + (closing ? 2 : 1));
+        if (name.size() >= 3 && HoldsText(name))
+            return closing ? QStringView() : name;
+    }
+    return {};
+}
+
 } // namespace
 
 PagePieces::PagePieces(QStringView page, Cuts cuts, qsizetype size)
@@ -27,13 +58,36 @@ PagePieces::PagePieces(QStringView page, Cuts cuts, qsizetype size)
         scanner_.emplace(page, MarkupScanner::Reading::Page);
 }
 
+// Where the next of what looks like a tag begins; another "<" is text, and a text is not cut. -1: nowhere.
+qsizetype PagePieces::TagFrom(qsizetype from) const {
+    qsizetype at = page_.indexOf(u'<', from);
+    while (at >= 0 && !BeginsTag(page_.sliced(at)))
+        at = page_.indexOf(u'<', at + 1);
+    return at;
+}
+
+// Behind what ends an open comment ("-->") or text element (its name).
+qsizetype PagePieces::EndOfOpen(QStringView open, qsizetype from) const {
+    if (open == u"-->") {
+        const qsizetype found = page_.indexOf(open, from);
+        return found < 0 ? page_.size() : found + open.size();
+    }
+    for (qsizetype at = page_.indexOf(u"</", from); at >= 0; at = page_.indexOf(u"</", at + 2))
+        if (IsSameInAnyCase(NameAt(page_, at + 2), open))
+            return at + 2 + open.size();
+    return page_.size();
+}
+
 qsizetype PagePieces::EndOf(qsizetype begin) {
     qsizetype end = -1;
     switch (cuts_) {
     case Cuts::AtAnyTag:
-        // Another "<" is text, and a text is not cut.
-        for (end = page_.indexOf(u'<', begin + size_); end >= 0 && !BeginsTag(page_.sliced(end));)
-            end = page_.indexOf(u'<', end + 1);
+        for (end = TagFrom(begin + size_); end >= 0; end = TagFrom(end)) {
+            const QStringView open = SeemsOpen(page_, begin, end);
+            if (open.isEmpty())
+                break;
+            end = EndOfOpen(open, end);
+        }
         break;
     case Cuts::AtTags:
         while (end < 0 && scanner_->NextTag())

@@ -12,7 +12,8 @@ namespace Brindle {
 /// Where a page is cut into the pieces that the parser gets, always before what looks like a tag.
 class PagePieces {
 public:
-    /// Before what looks like a tag, also in a script or a value; before tags; the whole page is one piece.
+    /// Before what looks like a tag, also in a value and now and then in a script; before tags; the whole page is one
+    /// piece.
     enum class Cuts { AtAnyTag, AtTags, Nowhere };
 
     /// `size`: characters that a piece has at least. The page must outlive it.
@@ -22,6 +23,9 @@ public:
     qsizetype EndOf(qsizetype begin);
 
 private:
+    qsizetype TagFrom(qsizetype from) const;
+    qsizetype EndOfOpen(QStringView open, qsizetype from) const;
+
     QStringView page_;
     Cuts cuts_;
     qsizetype size_;
