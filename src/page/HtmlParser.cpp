@@ -4,6 +4,7 @@
 #include "core/LoadedLibrary.h"
 #include "page/PagePieces.h"
 #include "page/PageTreeBuilder.h"
+#include "toolkit/Marker.h"
 
 #include <algorithm>
 #include <csetjmp>
@@ -556,7 +557,8 @@ Outcome Feed(QString& html, PagePieces pieces, Parsing& parsing) {
 void ParseHtml(QString html, const PageBounds& bounds, PageTree& tree) {
     if (html.size() > bounds.Size)
         throw Failure(u"the page has more than %1 characters, so it was not read"_s.arg(bounds.Size));
-    if (html.contains(u"</>"))
+    static constexpr Marker emptyEndTag = u"</>";
+    if (emptyEndTag.FindExact(html, 0) >= 0)
         html = WithoutEmptyEndTags(html);
     auto cuts = PagePieces::Cuts::AtAnyTag;
     for (;;) {

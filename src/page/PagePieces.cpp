@@ -31,14 +31,26 @@ bool HoldsText(QStringView name) {
     return HoldsRawText(name) || IsSameInAnyCase(name, u"textarea") || IsSameInAnyCase(name, u"title");
 }
 
+// Without a way out, so the compiler takes many characters at once.
+bool HasSurrogates(QStringView text) {
+    char16_t seen = 0;
+    for (const QChar c : text)
+        seen = static_cast<char16_t>(seen | ((c.unicode() & 0xF800) == 0xD800 ? 1 : 0));
+    return seen != 0;
+}
+
 // The comment or text element that seems to be open before `end`: what ends it; empty when there is none. A guess from
 // the last few tags, so that a page need not be read from its beginning: a wrong one costs time alone.
 QStringView SeemsOpen(QStringView page, qsizetype begin, qsizetype end) {
+    bool ended = false; // a comment, and so all before it
     for (qsizetype at = end - 1; at >= begin; --at) {
         if (page[at] != u'<' || at + 3 >= end)
             continue;
         if (page[at + 1] == u'!') {
-            if (page.sliced(at).startsWith(u"<!--") && page.sliced(at + 4, end - at - 4).indexOf(u"-->") < 0)
+            if (ended || !page.sliced(at).startsWith(u"<!--"))
+                continue;
+            ended = page.sliced(at + 4, end - at - 4).indexOf(u"-->") >= 0;
+            if (!ended)
                 return u"-->";
             continue;
         }
@@ -101,7 +113,7 @@ qsizetype PagePieces::EndOf(qsizetype begin) {
 }
 
 QByteArray EncodedPiece(QStringView text) {
-    if (std::none_of(text.begin(), text.end(), [](QChar c) { return c.isSurrogate(); }))
+    if (!HasSurrogates(text))
         return text.toUtf8();
     QString mended = text.toString();
     for (qsizetype i = 0; i < mended.size(); ++i) {
