@@ -106,6 +106,7 @@ void ReadListings(benchmark::State& state, const Layout& layout) {
         state.PauseTiming();
         auto bench = std::make_unique<HarvestBench>(layout.Site, layout.Variant);
         bench->Loop.SetPace(0);
+        bench->Status.Keeps = bench->Pages.Keeps = false;
         bench->Pages.EveryPage = layout.Details;
         state.ResumeTiming();
         GetDataResults(bench->Job, page);

@@ -119,6 +119,7 @@ void ReadListings(benchmark::State& state, const Layout& layout) {
         state.PauseTiming();
         auto bench = std::make_unique<HarvestBench>(layout.Site, layout.Variant);
         bench->Pages.EveryPage = layout.Details;
+        bench->Status.Keeps = bench->Pages.Keeps = false;
         state.ResumeTiming();
         layout.Read(bench->Job, page);
         state.PauseTiming();

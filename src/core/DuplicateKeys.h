@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QHash>
 #include <QStringView>
+
+#include <vector>
 
 namespace Brindle {
 
@@ -21,13 +22,19 @@ private:
         quint64 High;
         quint64 Low;
         bool operator==(const Digest&) const = default;
-        friend size_t qHash(const Digest& digest, size_t seed) noexcept {
-            return static_cast<size_t>(digest.Low ^ seed);
-        }
+    };
+    struct Slot {
+        Digest Key;
+        quint32 Times = 0; // 0: free
     };
     static Digest DigestOf(QStringView key);
+    size_t SlotOf(const Digest& digest) const;
+    void Grow();
 
-    QHash<Digest, quint32> counts_;
+    // A table with linear probing, at most half full: a lookup touches one place in memory, which is what counts when
+    // there are many keys.
+    std::vector<Slot> slots_;
+    size_t used_ = 0; // slots that are not free
     qsizetype count_ = 0;
 };
 

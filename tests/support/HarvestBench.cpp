@@ -20,7 +20,8 @@ QString StatusRecorder::Last(int panel) const {
 }
 
 bool StubPages::DownloadURL(const QString& url, QString& page, bool /*utf8*/) {
-    Fetched.append(url);
+    if (Keeps)
+        Fetched.append(url);
     if (OnFetch)
         OnFetch();
     if (Redirects.contains(url))

@@ -15,7 +15,10 @@ namespace Brindle::Test {
 /// Keeps what the status bar was told.
 class StatusRecorder : public StatusView {
 public:
-    void SetPanel(int panel, const QString& text) override { Panels.emplace_back(panel, text); }
+    void SetPanel(int panel, const QString& text) override {
+        if (Keeps)
+            Panels.emplace_back(panel, text);
+    }
     void SetProgressMaximum(qint64 maximum) override { Maximum = maximum; }
     void SetProgressPosition(qint64 position) override {
         Position = position;
@@ -25,6 +28,7 @@ public:
     QStringList TextsOf(int panel) const;
     QString Last(int panel) const;
 
+    bool Keeps = true; ///< a measurement keeps nothing, as a status bar does
     std::vector<std::pair<int, QString>> Panels;
     std::vector<qint64> Positions;
     qint64 Maximum = -1;
@@ -73,6 +77,7 @@ public:
     QHash<QString, QString> Redirects;
     QString EveryPage; ///< delivered for addresses that are not in `Pages`, unless null
     QStringList Fetched;
+    bool Keeps = true; ///< what was fetched
     std::function<void()> OnFetch;
     int Disconnects = 0;
 
