@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             html += html.last(length).repeated(data[i + 2] % 20);
             i += 2;
         } else if (data[i] >= 245 && i + 1 < size) {
-            html += QChar(data[++i]);
+            html += QChar(static_cast<char16_t>(data[++i]));
         } else {
             html += QString::fromUtf8(pieces[data[i] % std::size(pieces)]);
         }

@@ -1,26 +1,41 @@
 #include "cli/AnyPageCommands.h"
 
+#include "adapters/Adapters.h"
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
 #include "cli/LeadOutput.h"
 #include "cli/Session.h"
 #include "cli/StoreLink.h"
-#include "core/BusinessKey.h"
+#include "core/DocumentRounds.h"
 #include "discovery/AnyPage.h"
 #include "discovery/Explain.h"
 #include "recipes/RecipeFile.h"
 #include "recipes/RecipeFolders.h"
-#include "recipes/RecipeReader.h"
 #include "toolkit/PageAddress.h"
+#include "workbench/AnyDirectories.h"
 
 #include <QDir>
-#include <QSet>
 
-#include <optional>
+#include <algorithm>
+#include <memory>
 
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Ctrl-C is all that can be waiting while a saved page is read, and it can wait that long; milliseconds.
+constexpr qint64 turnInterval = 10;
+
+} // namespace
+
+bool ReadsDocuments(const CommandLine& line) {
+    const auto directories = SiteAdapters();
+    return !line.RecipeFileName.isEmpty() ||
+           std::none_of(directories.begin(), directories.end(),
+                        [&line](const SiteAdapter& site) { return site.Code == line.Site; });
+}
 
 QString PageUrlOf(const CommandLine& line) {
     const QString url = TypedAddress(line.PageUrl);
@@ -31,98 +46,66 @@ QString PageUrlOf(const CommandLine& line) {
 
 namespace {
 
-// Reads saved pages as those of any directory or as a recipe says, and remembers what of the recipe did not hold.
-class SavedPageReader {
-public:
-    explicit SavedPageReader(const QString& recipeFileName) {
-        if (!recipeFileName.isEmpty())
-            recipe_.emplace(LoadRecipe(recipeFileName));
+// The directory whose pages are read: any website, a recipe's file, or a recipe in the folders by its code.
+std::shared_ptr<const SiteAdapter> DirectoryOf(const CommandLine& line, Session& session) {
+    if (line.RecipeFileName.isEmpty()) {
+        session.SelectSite(line.Site);
+        return session.Job.Adapter();
     }
+    const QString code = RecipeCodeOf(line.RecipeFileName);
+    session.State.CurrID = code;
+    return std::make_shared<const SiteAdapter>(
+        DirectoryOfRecipe({.Code = code, .FileName = line.RecipeFileName, .What = LoadRecipe(line.RecipeFileName)}));
+}
 
-    std::vector<PageRecord> Read(const PageTree& page, const QString& url) {
-        if (!recipe_)
-            return ReadAnyPage(page, url).Records;
-        RecipeReading reading = recipe_->Read(page, url);
-        AddCounts(counts_, reading.Counts);
-        for (const QString& problem : reading.Problems)
-            if (!problems_.contains(problem))
-                problems_.append(problem);
-        return std::move(reading.Records);
-    }
-
-    /// What the user should know of the recipe, line by line.
-    QStringList Remarks() const {
-        return recipe_ ? QStringList(problems_ + DriftOf(recipe_->What().Taught, counts_)) : QStringList();
-    }
-
-private:
-    std::optional<RecipeReader> recipe_;
-    RecipeCounts counts_;
-    QStringList problems_;
-};
-
-// Lists or saves the leads that are new to the harvest.
-class NewLeads {
-public:
-    explicit NewLeads(Session& session) : session_(session) {}
-
-    void Keep(const Lead& lead) {
-        const QString key = BusinessKey(lead);
-        if (!key.isEmpty()) {
-            if (seen_.contains(key))
-                return;
-            seen_.insert(key);
-        }
-        if (session_.Job.Store)
-            session_.Job.Store->Keep(lead);
-        if (session_.Job.LeadKept)
-            session_.Job.LeadKept(lead);
-        if (!session_.Options.cExportAutomatic) {
-            session_.Leads.Append(lead);
-            return;
-        }
-        try {
-            session_.Saver.SaveLead(session_.Options.eExportFolder, u"Results"_s, lead);
-        } catch (const SaveError& error) {
-            session_.Leads.Append(lead);
-            session_.Job.Fail(error.Message());
-        }
-    }
-
-private:
-    Session& session_;
-    QSet<QString> seen_;
-};
+// What the user should know of the recipe, line by line.
+void ReportRecipe(const CommandLine& line, const Session& session, const SiteAdapter& site,
+                  const QStringList& problems) {
+    const QString name = line.RecipeFileName.isEmpty() ? line.Site : QDir::toNativeSeparators(line.RecipeFileName);
+    for (const QString& problem : problems)
+        session.Out.Report(name + u": " + problem);
+    if (site.DriftOf)
+        for (const QString& drift : site.DriftOf(session.Job.Counts))
+            session.Out.Report(name + u": " + drift);
+}
 
 } // namespace
 
 int RunParseAnyPage(const CommandLine& line, Console& console) {
-    const QString url = PageUrlOf(line);
-    SavedPageReader reader(line.RecipeFileName);
     Session session(line, console, LoadSites(line));
-    session.State.CurrID = line.RecipeFileName.isEmpty() ? anyPageSite.toString() : RecipeCodeOf(line.RecipeFileName);
+    // Saved pages lead to the network only where that is asked for.
+    SiteAdapter site = *DirectoryOf(line, session);
+    if (!line.Details)
+        site.ReadDetails = nullptr;
+    const QString url = PageUrlOf(line);
     LeadOutput output(session.Leads, line.OutFileName, line.Format, session.Options,
                       FurtherColumns(line, session.More));
+    output.GatherBetweenTurns(session.Loop);
+    session.Loop.TurnAtMostEvery(turnInterval);
     output.Begin();
-    StoreLink store(line, session, url.isEmpty() ? line.Arguments.first() : url);
+    StoreLink store(line, session, url);
     session.Job.Begin();
-    NewLeads leads(session);
+    session.State.CurrWay = site.Links;
+    session.State.CurrPage = {url, {}};
+    QStringList problems;
     qint64 pages = 0;
     int status = ExitStatus::Done;
     for (const QString& fileName : line.Arguments) {
         if (session.State.ShouldStop || !output.Error().isEmpty())
             break;
         try {
-            const PageTree page = TreeOfFile(fileName);
-            for (const PageRecord& record : reader.Read(page, url)) {
-                if (session.State.ShouldStop)
-                    break;
-                leads.Keep(record.Fields);
-            }
+            DocumentRecords found = site.ReadDocument(TextOfFile(fileName), url);
+            for (const QString& problem : found.Problems)
+                if (!problems.contains(problem))
+                    problems.append(problem);
+            KeepRecords(session.Job, site, std::move(found));
+            output.Flush();
             ++pages;
             console.Note(u"%1: %2 leads so far"_s.arg(QDir::toNativeSeparators(fileName)).arg(session.Report.Count()));
         } catch (const Failure& failure) {
-            console.Error(failure.Message());
+            const QString name = QDir::toNativeSeparators(fileName);
+            const bool named = failure.Message().startsWith(name);
+            console.Error(named ? failure.Message() : u"%1: %2"_s.arg(name, failure.Message()));
             status = ExitStatus::Failed;
         }
     }
@@ -131,8 +114,7 @@ int RunParseAnyPage(const CommandLine& line, Console& console) {
     if (const QString losses = output.Finish(); !losses.isEmpty())
         console.Note(losses);
     console.Report(session.Report.Text());
-    for (const QString& remark : reader.Remarks())
-        console.Report(QString(QDir::toNativeSeparators(line.RecipeFileName) + u": " + remark));
+    ReportRecipe(line, session, site, problems);
     if (!output.Error().isEmpty())
         console.Error(output.Error());
     if (!output.Error().isEmpty() || !session.State.FailureMessage.isEmpty())

@@ -6,7 +6,10 @@
 
 namespace Brindle {
 
-/// `parse --site AUTO` and `parse --recipe FILE`: the leads of saved pages of any directory, or of a recipe's.
+/// Whether `parse` reads whole documents: any website, a recipe's file, a recipe by its code.
+bool ReadsDocuments(const CommandLine& line);
+/// `parse --site AUTO` and `parse --recipe FILE`: the leads of saved pages of any directory, or of a recipe's; with
+/// `--details` what their own pages say, too.
 int RunParseAnyPage(const CommandLine& line, Console& console);
 /// `next`: the address of the page on which the list of a saved page goes on.
 int RunNext(const CommandLine& line, Console& console);
@@ -15,8 +18,5 @@ int RunExplain(const CommandLine& line, Console& console);
 
 /// The address of `--url`, which must be one of the web; throws `UsageError`.
 QString PageUrlOf(const CommandLine& line);
-
-/// The site code that stands for a directory that nobody described.
-inline constexpr QStringView anyPageSite = u"AUTO";
 
 } // namespace Brindle

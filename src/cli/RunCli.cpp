@@ -39,8 +39,7 @@ int Run(const CommandLine& line, const QStringList& arguments, Console& console,
             return parts.Demo ? parts.Demo(line, console, parts.WebBrowser) : RunWithDemo(arguments);
         return RunHarvest(line, console, parts.WebBrowser);
     case Command::Parse:
-        return line.Site == anyPageSite || !line.RecipeFileName.isEmpty() ? RunParseAnyPage(line, console)
-                                                                          : RunParse(line, console);
+        return ReadsDocuments(line) ? RunParseAnyPage(line, console) : RunParse(line, console);
     case Command::Emails:
         return RunEmails(line, console);
     case Command::Fetch:

@@ -67,6 +67,27 @@ TEST_F(AnyDirectoryTest, HarvestsByARecipeFromASearchAndReportsDrift) {
     EXPECT_NE(HarvestAny({u"--recipe"_s, Write(u"AUTO.toml"_s, recipe), u"--start"_s, site.Start}).Status, 0);
 }
 
+TEST_F(AnyDirectoryTest, ReadsASavedPageAsAHarvestDoes) {
+    const Demo::ModernSite site = SiteNamed(u"demo-microdata");
+    const Outcome page = RunCli({u"fetch"_s, u"--sites"_s, SitesFileName(), u"--pace"_s, u"0"_s, site.Start});
+    ASSERT_EQ(page.Status, 0) << page.Err.toStdString();
+    const QString saved = Write(u"saved.html"_s, page.Out);
+    const QString store = Write(u"leads.db"_s, {});
+    for (const QStringList& details : {QStringList{}, QStringList{u"--details"_s}}) {
+        const Outcome harvested = HarvestAny(
+            QStringList{u"--site"_s, u"AUTO"_s, u"--max-pages"_s, u"1"_s, u"--start"_s, site.Start} + details);
+        const Outcome parsed =
+            RunCli(QStringList{u"parse"_s, u"--sites"_s, SitesFileName(), u"--pace"_s, u"0"_s, u"--site"_s, u"AUTO"_s,
+                               u"--store"_s, store, u"--url"_s, site.Start, u"--format"_s, u"jsonl"_s} +
+                   details + QStringList{saved, saved});
+        ASSERT_EQ(parsed.Status, 0) << parsed.Err.toStdString();
+        EXPECT_FALSE(parsed.Out.isEmpty());
+        EXPECT_EQ(parsed.Out, harvested.Out);
+    }
+    const Outcome kept = RunCli({u"leads"_s, u"--store"_s, store, u"--format"_s, u"jsonl"_s});
+    EXPECT_FALSE(kept.Out.isEmpty()) << kept.Err.toStdString();
+}
+
 TEST_F(AnyDirectoryTest, SaysThatAPageIsNoList) {
     const Outcome outcome = HarvestAny({u"--site"_s, u"AUTO"_s, u"--start"_s, Server().Businesses() + u"/"_s});
     EXPECT_EQ(outcome.Status, 1);
