@@ -186,7 +186,26 @@ void WebEngineBrowser::Navigate(const QString& address) {
         lastError_ = address + u": not an address"_s;
         return;
     }
-    Load([this, url] { page_->load(url); });
+    Load([this, url] {
+        page_->GuardFor({});
+        page_->load(url);
+    });
+}
+
+void WebEngineBrowser::Follow(const QString& address) {
+    const QUrl url(address);
+    if (!url.isValid() || (url.scheme() != u"http"_s && url.scheme() != u"https"_s)) {
+        lastError_ = address + u": not an http or https address"_s;
+        return;
+    }
+    if (const QString refusal = page_->RefusalOf(lastPage_, url); !refusal.isEmpty()) {
+        lastError_ = refusal;
+        return;
+    }
+    Load([this, url] {
+        page_->GuardFor(lastPage_);
+        page_->load(url);
+    });
 }
 
 void WebEngineBrowser::Stop() {
@@ -342,6 +361,10 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
         lastError_ = info.url().toString(QUrl::FullyEncoded) + u": "_s + reason;
         gone_ = info.isErrorPage();
     }
+    if (const QString refusal = page_->TakeRefusal(); !refusal.isEmpty())
+        lastError_ = refusal;
+    else if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus && info.url().scheme().startsWith(u"http"_s))
+        lastPage_ = info.url().toString(QUrl::FullyEncoded);
     // What is shown now is the document, whether or not a new one came.
     page_->runJavaScript(QString::fromUtf16(stay), world);
     EndBusy();

@@ -43,6 +43,8 @@ public:
     void SetPatience(std::chrono::milliseconds patience) { patience_ = patience; }
 
     void Navigate(const QString& address) override;
+    /// Names are resolved for it, which waits for the resolver; not behind a proxy, which resolves them itself.
+    void Follow(const QString& address) override;
     void Stop() override;
     void Refresh() override;
     void GoBack() override;
@@ -96,6 +98,7 @@ private:
     std::function<void()> afterProxy_;          // what to load then
     bool asked_ = false;                        // something was loaded already
     quint64 changes_ = 0;                       // of the page: counts loads that begin, come up or end
+    QString lastPage_;                          // address of the last page from a server
     bool busy_ = false;
     bool hung_ = false; // the engine has not answered a question yet
     bool gone_ = false; // the page's process has died, or the engine shows a message of its own

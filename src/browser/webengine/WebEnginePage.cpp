@@ -1,8 +1,12 @@
 #include "browser/webengine/WebEnginePage.h"
 
+#include "net/AddressGuard.h"
 #include "net/ServerTrust.h"
 
 #include <QAuthenticator>
+#include <QHostAddress>
+#include <QHostInfo>
+#include <QNetworkProxy>
 #include <QWebEngineCertificateError>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineNewWindowRequest>
@@ -51,6 +55,31 @@ WebEnginePage::WebEnginePage(QWebEngineProfile* profile) : QWebEnginePage(profil
 void WebEnginePage::EndClick() {
     if (windowExpected_.isForever())
         windowExpected_.setRemainingTime(5000);
+}
+
+QString WebEnginePage::RefusalOf(const QString& from, const QUrl& url) const {
+    if (from.isEmpty())
+        return {};
+    const AddressKind origin = KindOfOrigin({from, {}});
+    const QString host = url.host(QUrl::FullyEncoded);
+    if (const std::optional<AddressKind> kind = KindOfHost(host))
+        return MayLeadTo(origin, *kind) ? QString() : RefusalText(host, host);
+    if (QNetworkProxy::applicationProxy().type() != QNetworkProxy::NoProxy)
+        return {};
+    for (const QHostAddress& address : QHostInfo::fromName(host).addresses())
+        if (const std::optional<NumericAddress> numeric = ReadNumericAddress(address.toString());
+            numeric && !MayLeadTo(origin, KindOf(*numeric)))
+            return RefusalText(host, address.toString());
+    return {};
+}
+
+bool WebEnginePage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+    if (isMainFrame && type == NavigationTypeRedirect)
+        if (const QString refusal = RefusalOf(guarded_, url); !refusal.isEmpty()) {
+            refusal_ = refusal;
+            return false;
+        }
+    return QWebEnginePage::acceptNavigationRequest(url, type, isMainFrame);
 }
 
 void WebEnginePage::javaScriptAlert(const QUrl&, const QString&) {}

@@ -255,6 +255,30 @@ TEST_F(WebEngine, SendsItsAgentThroughTheProxyWithItsLogin) {
     EXPECT_TRUE(Body().contains(u"direct"));
 }
 
+TEST_F(WebEngine, APublicPageLeadsToNoPlaceOfThisMachine) {
+    Server.Pages["/"] = "<p>secret";
+    PageServer proxy;
+    proxy.Pages["http://public.test/"] = "<p>list";
+    proxy.Headers["http://public.test/away"] = "Status: 302 Found\r\nLocation: " + Server.Address().toUtf8() + "\r\n";
+    proxy.Pages["http://public.test/away"] = "";
+    Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), {}});
+    ASSERT_TRUE(Load(u"http://public.test/"_s));
+    ASSERT_TRUE(Body().contains(u"list")) << Browser.LastError().toStdString();
+    for (const QString& address : {Server.Address(), u"http://public.test/away"_s, u"file:///etc/hostname"_s}) {
+        ASSERT_TRUE(Load(u"about:blank"_s)); // as between the pages of a list
+        Browser.Follow(address);
+        EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
+        EXPECT_FALSE(Browser.LastError().isEmpty()) << address.toStdString();
+        EXPECT_TRUE(Server.Requests.isEmpty()) << address.toStdString();
+    }
+    Browser.Follow(u"http://public.test/"_s);
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
+    EXPECT_EQ(Browser.LastError(), QString());
+    Browser.SetProxy({});
+    ASSERT_TRUE(Load(Server.Address())); // the user's own wish
+    EXPECT_TRUE(Body().contains(u"secret"));
+}
+
 TEST_F(WebEngine, TakesAnotherProxyFromTheFirstRequestOn) {
     Server.Pages["/"] = "<p>direct";
     ASSERT_TRUE(Load(Server.Address()));
