@@ -255,16 +255,20 @@ QString StaticBrowser::LinkInnerText(int index) {
     return index >= 0 && index < LinkCount() ? Parsed().Links()[static_cast<size_t>(index)].Text : QString();
 }
 
-void StaticBrowser::ClickLink(int index) {
+QString StaticBrowser::LinkTarget(int index) {
     if (index < 0 || index >= LinkCount())
-        return;
+        return {};
     const HtmlDocument& page = Parsed();
     const HtmlLink& link = page.Links()[static_cast<size_t>(index)];
     const QString base =
         page.BaseHref().isEmpty() ? document_.Address : ResolveAddress(document_.Address, page.BaseHref());
     const QString target = ResolveAddress(base, link.Href);
     const QString scheme = SchemeOf(target);
-    if (!link.Downloads && (scheme == u"http" || scheme == u"https" || scheme == u"about"))
+    return !link.Downloads && (scheme == u"http" || scheme == u"https" || scheme == u"about") ? target : QString();
+}
+
+void StaticBrowser::ClickLink(int index) {
+    if (const QString target = LinkTarget(index); !target.isEmpty())
         Open(target, RefererFor(document_.Address, target), lastPage_);
 }
 

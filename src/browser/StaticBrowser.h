@@ -39,6 +39,8 @@ public:
     QString LinkInnerText(int index) override;
     /// Follows a link to a page or to a place on this page; one that would run a script, write a mail or store a file
     /// does nothing.
+    /// Where a click on a link leads; empty for one that leads to no page.
+    QString LinkTarget(int index);
     void ClickLink(int index) override;
     void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;

@@ -129,7 +129,7 @@ public:
             StaticBrowser::Navigate(address);
     }
     void ClickLink(int index) override {
-        asked_.clear();
+        asked_ = LinkTarget(index);
         turns_.Wait(LocationAddress());
         StaticBrowser::ClickLink(index);
     }
@@ -138,7 +138,7 @@ public:
         StaticBrowser::Refresh();
     }
 
-    /// The page that was asked for last; empty when a click led to it.
+    /// The page that was asked for last.
     const QString& Asked() const { return asked_; }
 
 private:
@@ -236,7 +236,7 @@ private:
             if (TurnHostOf(goOn).isEmpty())
                 return; // not there yet; the page before it is where another worker would begin
             if (!Searches(database_).Checkpoint(search_.Id, worker_, keeper_.HarvestUid(), goOn, Pages,
-                                                turns_.LeaseMs()))
+                                                session_.State.MainCategory, turns_.LeaseMs()))
                 turns_.Lose();
         } catch (const StoreError&) {
             // Another worker would go on from an earlier page; nothing is lost.
@@ -289,7 +289,7 @@ SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& searc
         keeper_.Begin(info);
         // From now on whoever takes the search over knows its harvest.
         FlushBefore();
-        if (!Searches(database_).Checkpoint(search.Id, worker_, keeper_.HarvestUid(), {}, 0,
+        if (!Searches(database_).Checkpoint(search.Id, worker_, keeper_.HarvestUid(), {}, 0, {},
                                             session.More.WorkLeaseSeconds * 1000LL))
             return {How::Lost, {}};
     } else {
@@ -303,7 +303,8 @@ SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& searc
             if (leads.empty())
                 break;
             for (const StoredLead& lead : leads) {
-                if (lead.Lead.DetailsLink.isEmpty())
+                // Of the page that was begun every listing is read again: what one says may hold for those behind it.
+                if (lead.Seq > search.WholeTo || lead.Lead.DetailsLink.isEmpty())
                     there.insert(JsonLine(lead.Lead));
                 else
                     session.Leads.DuplicatedItems.Add(UpperTrimmed(lead.Lead.DetailsLink));
@@ -327,8 +328,10 @@ SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& searc
     PageNotes notes(line_, session, browser, turns, database_, keeper_, search, worker_);
     HarvestDriver driver(job, browser, &notes);
     browser.Navigate(start);
-    if (!session.CtrlC.Happened())
+    if (!session.CtrlC.Happened()) {
         driver.Start();
+        session.State.MainCategory = search.Category;
+    }
     while (!notes.Ended && !turns.Lost() && !session.Loop.Quitting())
         session.Loop.WaitForMessage(std::nullopt);
     browser.Stop();

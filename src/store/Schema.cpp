@@ -82,7 +82,13 @@ constexpr Statement searches[] = {
     {both, u"CREATE TABLE host_turn (host TEXT PRIMARY KEY, next_at {big} NOT NULL)"},
 };
 
-constexpr std::span<const Statement> migrations[] = {leadsAndHarvests, searches};
+// Up to which lead of its harvest a search's pages were read as a whole, and the trade that the first of them named.
+constexpr Statement wholePages[] = {
+    {both, u"ALTER TABLE search ADD COLUMN whole_to {big} NOT NULL DEFAULT 0"},
+    {both, u"ALTER TABLE search ADD COLUMN category TEXT NOT NULL DEFAULT ''"},
+};
+
+constexpr std::span<const Statement> migrations[] = {leadsAndHarvests, searches, wholePages};
 
 QString Adapted(const Statement& statement, bool isPostgres) {
     QString sql = QString::fromUtf16(statement.Sql);

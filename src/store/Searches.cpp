@@ -31,7 +31,7 @@ QString Searches::Now() const {
 }
 
 QString Searches::Columns() const {
-    return u"id,list,line,site,start,what,place,host,state,tries,worker,go_on,pages,harvest,error"_s;
+    return u"id,list,line,site,start,what,place,host,state,tries,worker,go_on,pages,harvest,error,whole_to,category"_s;
 }
 
 std::vector<StoredSearch> Searches::Read(QSqlQuery& query) {
@@ -50,6 +50,8 @@ std::vector<StoredSearch> Searches::Read(QSqlQuery& query) {
         search.Pages = query.value(12).toInt();
         search.Harvest = query.value(13).toString();
         search.Error = query.value(14).toString();
+        search.WholeTo = query.value(15).toLongLong();
+        search.Category = query.value(16).toString();
         searches.push_back(std::move(search));
     }
     query.finish();
@@ -76,9 +78,11 @@ void Searches::BeginAgain(const QString& list) {
     const bool open =
         database_.Value(u"SELECT count(*) FROM search WHERE list=? AND state IN (0,1)"_s, {list}).toLongLong() > 0;
     if (!open)
-        database_.Run(u"UPDATE search SET state=0,tries=0,worker='',go_on='',pages=0,harvest='',error='',ended=NULL"
-                      " WHERE list=?"_s,
-                      {list});
+        database_.Run(
+            u"UPDATE search SET "
+            u"state=0,tries=0,worker='',go_on='',whole_to=0,category='',pages=0,harvest='',error='',ended=NULL"
+            " WHERE list=?"_s,
+            {list});
     transaction.Commit();
 }
 
@@ -141,12 +145,14 @@ bool Searches::Renew(qint64 id, const QString& worker, qint64 leaseMs) {
 }
 
 bool Searches::Checkpoint(qint64 id, const QString& worker, const QString& harvest, const QString& goOn, qint32 pages,
-                          qint64 leaseMs) {
+                          const QString& category, qint64 leaseMs) {
     // A worker that gets on is none that the search kills.
     return database_
-               .Run(u"UPDATE search SET harvest=?,go_on=?,pages=?,tries=1,lease="_s + Now() +
-                        u"+? WHERE id=? AND worker=? AND state=1"_s,
-                    {harvest, goOn.isNull() ? u""_s : goOn, pages, leaseMs, id, worker})
+               .Run(u"UPDATE search SET harvest=?,go_on=?,pages=?,tries=1,"
+                    "category=?,whole_to=(SELECT last_seq FROM harvest WHERE uid=?),lease="_s +
+                        Now() + u"+? WHERE id=? AND worker=? AND state=1"_s,
+                    {harvest, goOn.isNull() ? u""_s : goOn, pages, category.isNull() ? u""_s : category, harvest,
+                     leaseMs, id, worker})
                .numRowsAffected() == 1;
 }
 

@@ -24,7 +24,9 @@ struct StoredSearch {
     SearchState State = SearchState::Waiting;
     int Tries = 0;
     QString Worker;
-    QString GoOn; ///< where the next page is that was not read as a whole; empty: at the start
+    qint64 WholeTo = 0; ///< the number in its harvest of the last lead before that page
+    QString Category;   ///< that the first page named: listings without one have it
+    QString GoOn;       ///< where the next page is that was not read as a whole; empty: at the start
     qint32 Pages = 0;
     QString Harvest; ///< its uid; empty before the first page
     QString Error;
@@ -62,7 +64,7 @@ public:
     bool Renew(qint64 id, const QString& worker, qint64 leaseMs);
     /// The same, and everything before the page at `goOn` is in the store.
     bool Checkpoint(qint64 id, const QString& worker, const QString& harvest, const QString& goOn, qint32 pages,
-                    qint64 leaseMs);
+                    const QString& category, qint64 leaseMs);
     /// Ends a search; false when it was not the worker's own any more, and nothing is changed then.
     bool Finish(qint64 id, const QString& worker, SearchState state, const QString& error, qint32 pages);
     /// Lets a search go, to be claimed at once.
