@@ -1,6 +1,8 @@
 #include "store/LeadWords.h"
 
+#include <QHash>
 #include <QSet>
+#include <QVarLengthArray>
 
 #include <algorithm>
 
@@ -10,25 +12,80 @@ namespace {
 
 constexpr qsizetype longestWord = 64;
 
-template <typename Take>
-void ForEachWord(const QString& text, Take take) {
-    const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-    const QString folded = plain ? text.toLower() : text.normalized(QString::NormalizationForm_KD).toUpper().toLower();
-    QString word;
-    for (const QChar c : folded) {
-        if (c.isMark())
-            continue;
-        if (c.isLetterOrNumber() || c.isSurrogate()) {
-            if (word.size() < longestWord)
-                word += c;
-        } else if (!word.isEmpty()) {
-            take(word);
-            word.clear();
-        }
+using Buffer = QVarLengthArray<char16_t, 256>;
+
+// The text in the form that words are compared in: small letters without marks.
+void Fold(const QString& text, Buffer& folded) {
+    folded.clear();
+    for (const QChar c : text) {
+        const char16_t unit = c.unicode();
+        if (unit >= 0x80)
+            break;
+        folded.append(unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit);
     }
-    if (!word.isEmpty())
-        take(word);
+    if (folded.size() == text.size())
+        return;
+    folded.clear();
+    const QString whole = text.normalized(QString::NormalizationForm_KD).toUpper().toLower();
+    for (const QChar c : whole)
+        if (!c.isMark())
+            folded.append(c.unicode());
 }
+
+template <typename Take>
+void ForEachWord(const QString& text, Buffer& folded, Take take) {
+    Fold(text, folded);
+    const QStringView all(folded.constData(), folded.size());
+    for (qsizetype from = 0; from < all.size();) {
+        qsizetype end = from;
+        while (end < all.size() && (all[end].isLetterOrNumber() || all[end].isSurrogate()))
+            ++end;
+        if (end > from)
+            take(all.sliced(from, std::min(end - from, longestWord)));
+        from = end + 1;
+    }
+}
+
+// Different words, with a blank between them.
+class WordLine {
+public:
+    WordLine() { text_.reserve(400); }
+    void Add(QStringView word) {
+        if (word.isEmpty())
+            return;
+        const size_t hash = qHash(word);
+        if (IsKnown(word, hash))
+            return;
+        if (places_.size() >= fewWords)
+            many_.insert(word.toString());
+        if (!text_.isEmpty())
+            text_ += u' ';
+        if (places_.size() < fewWords)
+            places_.append({hash, text_.size(), word.size()});
+        text_ += word;
+    }
+    const QString& Text() const { return text_; }
+
+private:
+    // A few words are looked through faster than a set is kept of them.
+    static constexpr qsizetype fewWords = 64;
+
+    bool IsKnown(QStringView word, size_t hash) const {
+        for (qsizetype i = 0; i < std::min(places_.size(), fewWords); ++i)
+            if (places_[i].Hash == hash && QStringView(text_).sliced(places_[i].From, places_[i].Length) == word)
+                return true;
+        return !many_.isEmpty() && many_.contains(word.toString());
+    }
+
+    struct Place {
+        size_t Hash;
+        qsizetype From;
+        qsizetype Length;
+    };
+    QString text_;
+    QVarLengthArray<Place, fewWords> places_;
+    QSet<QString> many_; // those behind the first few
+};
 
 QString DigitsOf(const QString& text) {
     QString digits;
@@ -39,7 +96,7 @@ QString DigitsOf(const QString& text) {
 }
 
 // In the address of every page, so they tell no lead from another.
-bool IsOfEveryLink(const QString& word) {
+bool IsOfEveryLink(QStringView word) {
     return word == u"http" || word == u"https" || word == u"www";
 }
 
@@ -47,34 +104,27 @@ bool IsOfEveryLink(const QString& word) {
 
 QStringList WordsOf(const QString& text) {
     QStringList words;
-    ForEachWord(text, [&](const QString& word) { words += word; });
+    Buffer folded;
+    ForEachWord(text, folded, [&](QStringView word) { words += word.toString(); });
     return words;
 }
 
 QString LeadWords(const Lead& lead) {
-    QSet<QString> seen;
-    QString words;
-    const auto add = [&](const QString& word) {
-        if (word.isEmpty() || seen.contains(word))
-            return;
-        seen.insert(word);
-        if (!words.isEmpty())
-            words += u' ';
-        words += word;
-    };
+    WordLine words;
+    Buffer folded;
     for (int column = 0; column < FieldCount; ++column) {
         const auto field = static_cast<Field>(column);
         if (field == Field::MapLink)
             continue;
         const bool link = field == Field::Website || field == Field::DetailsLink;
-        ForEachWord(lead.At(column), [&](const QString& word) {
+        ForEachWord(lead.At(column), folded, [&](QStringView word) {
             if (!link || !IsOfEveryLink(word))
-                add(word);
+                words.Add(word);
         });
     }
-    add(DigitsOf(lead.Phone));
-    add(DigitsOf(lead.Fax));
-    return words;
+    words.Add(DigitsOf(lead.Phone));
+    words.Add(DigitsOf(lead.Fax));
+    return words.Text();
 }
 
 } // namespace Brindle

@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QLocale>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -83,7 +84,11 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
         box->setObjectName(u"chkColumn" + QString::number(Columns.size()));
         box->setAccessibleDescription(texts.Text(offered.Hint));
         AccessKeys::SetHint(box, texts.Text(offered.Hint));
-        connect(box, &QCheckBox::toggled, this, &TfrmExport::ShowPreview);
+        connect(box, &QCheckBox::toggled, this, [this](bool chosen) {
+            ShowPreview();
+            if (chosen) // further columns stand behind all others
+                lvwPreview->horizontalScrollBar()->setValue(lvwPreview->horizontalScrollBar()->maximum());
+        });
         keys_.Add(box);
         Columns.push_back(box);
         further->addWidget(box);
@@ -126,6 +131,8 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
     lvwPreview->setTabKeyNavigation(false);
     lvwPreview->setWordWrap(false);
     lvwPreview->verticalHeader()->hide();
+    lvwPreview->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 7);
+    lvwPreview->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     column->addWidget(lvwPreview, 1);
 
     Buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

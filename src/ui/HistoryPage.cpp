@@ -2,6 +2,7 @@
 
 #include "ui/AccessKeys.h"
 #include "ui/ChoiceBox.h"
+#include "ui/WrapRow.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -57,10 +58,9 @@ HistoryPage::HistoryPage(QWidget* parent) : QWidget(parent) {
     btnHOpen = Button(harvests, u"btnHOpen");
     btnHExport = Button(harvests, u"btnHExport");
     btnHDelete = Button(harvests, u"btnHDelete");
-    auto* const commands = new QHBoxLayout;
+    auto* const commands = new WrapRow(6);
     for (QPushButton* button : {btnHAll, btnHOpen, btnHExport, btnHDelete})
         commands->addWidget(button);
-    commands->addStretch(1);
     auto* const leftColumn = new QVBoxLayout(harvests);
     leftColumn->setContentsMargins(8, 6, 4, 4);
     leftColumn->addWidget(lvwHarvests, 1);
@@ -78,9 +78,10 @@ HistoryPage::HistoryPage(QWidget* parent) : QWidget(parent) {
     lvwHLeads = Table(leads, u"lvwHLeads");
     lblHCount = Named(new QLabel(leads), u"lblHCount");
     btnHErase = Button(leads, u"btnHErase");
-    auto* const filter = new QHBoxLayout;
+    edtHFind->setMinimumWidth(fontMetrics().averageCharWidth() * 20);
+    auto* const filter = new WrapRow(6);
     filter->addWidget(lblHFind);
-    filter->addWidget(edtHFind, 1);
+    filter->addWidget(edtHFind);
     filter->addWidget(cbxHSite);
     filter->addWidget(cbxHSince);
     filter->addWidget(chkHNew);

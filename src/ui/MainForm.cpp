@@ -2,8 +2,8 @@
 
 #include "ui/ChoiceBox.h"
 #include "ui/Icons.h"
+#include "ui/WrapRow.h"
 
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -114,9 +114,8 @@ void MainForm::ShowRunning(bool running) {
 }
 
 QLayout* MainForm::BuildTop(QWidget* parent) {
-    auto* const row = new QHBoxLayout;
+    auto* const row = new WrapRow(6);
     row->setContentsMargins(8, 8, 8, 6);
-    row->setSpacing(6);
     lblCurrentLanguage = Label(parent, u"lblCurrentLanguage"_s, u"Language:"_s);
     cbxLanguage = ComboBox(parent, u"cbxLanguage"_s);
     for (const Language& language : OfferedLanguages())
@@ -124,7 +123,8 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     lblWebsite = Label(parent, u"lblWebsite"_s, u"Website:"_s);
     cbxWebsites = ComboBox(parent, u"cbxWebsites"_s);
     cbxWebsites->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    cbxWebsites->setMinimumContentsLength(28);
+    cbxWebsites->setMinimumContentsLength(22);
+    cbxWebsites->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     cbxWebsites->setMaxVisibleItems(20);
     btnDirectories = new QPushButton(parent);
     btnDirectories->setObjectName(u"btnDirectories");
@@ -137,15 +137,15 @@ QLayout* MainForm::BuildTop(QWidget* parent) {
     btnUpdates = Button(parent, u"btnUpdates"_s, u"Check for Updates"_s, Glyph::Updates);
     row->addWidget(lblCurrentLanguage);
     row->addWidget(cbxLanguage);
-    row->addSpacing(10);
+    row->AddSpace(4);
     row->addWidget(lblWebsite);
-    row->addWidget(cbxWebsites, 1);
+    row->addWidget(cbxWebsites);
     row->addWidget(btnDirectories);
     row->addWidget(btnSearches);
-    row->addSpacing(6);
+    row->AddSpace(0);
     row->addWidget(btnStart);
     row->addWidget(btnStop);
-    row->addSpacing(24);
+    row->AddSpace(16);
     row->addWidget(btnSettings);
     row->addWidget(btnUpdates);
     return row;
@@ -198,8 +198,7 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     column->addWidget(Teach->Table(), 1);
     Teach->Table()->hide();
 
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(6);
+    auto* const row = new WrapRow(6);
     const auto add = [&](const QString& name, const QString& caption, Glyph glyph) {
         QPushButton* const button = Button(Results, name, caption, glyph);
         row->addWidget(button);
@@ -209,11 +208,11 @@ QWidget* MainForm::BuildResults(QWidget* parent) {
     btnRClearSelection = add(u"btnRClearSelection"_s, u"Clear Selection"_s, Glyph::ClearSelection);
     btnRDelete = add(u"btnRDelete"_s, u"Delete Selected"_s, Glyph::Delete);
     btnRDeleteAll = add(u"btnRDeleteAll"_s, u"Delete All"_s, Glyph::DeleteAll);
-    row->addSpacing(14);
+    row->AddSpace(8);
     btnOpenWebsite = add(u"btnOpenWebsite"_s, u"Open Website"_s, Glyph::Website);
     btnOpenMaps = add(u"btnOpenMaps"_s, u"Open Maps URL"_s, Glyph::Map);
     btnOpenDetails = add(u"btnOpenDetails"_s, u"Open Details URL"_s, Glyph::Details);
-    row->addStretch(1);
+    row->AddStretch();
     btnExportAll = add(u"btnExportAll"_s, u"Export Data"_s, Glyph::Export);
     btnExportAs = new QPushButton(WindowTexts::English(WindowText::ExportAs), Results);
     btnExportAs->setObjectName(u"btnExportAs");

@@ -175,11 +175,11 @@ TfrmSearches::TfrmSearches(SearchDesk& desk, StoreDesk& store, const Workbench& 
     lvwSearches_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const int character = fontMetrics().averageCharWidth();
     for (const auto& [which, characters] : std::initializer_list<std::pair<int, int>>{{SearchesModel::Line, 7},
-                                                                                      {SearchesModel::Directory, 32},
-                                                                                      {SearchesModel::Search, 34},
+                                                                                      {SearchesModel::Directory, 36},
+                                                                                      {SearchesModel::Search, 30},
                                                                                       {SearchesModel::State, 13},
-                                                                                      {SearchesModel::Pages, 9},
-                                                                                      {SearchesModel::Leads, 9}})
+                                                                                      {SearchesModel::Pages, 10},
+                                                                                      {SearchesModel::Leads, 12}})
         lvwSearches_->setColumnWidth(which, characters * character);
 
     auto* const below = new QHBoxLayout;

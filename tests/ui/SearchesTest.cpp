@@ -167,7 +167,11 @@ TEST_F(SearchesWindowTest, WhatWasStoppedOrClosedGoesOn) {
     Open(); // what the window left in its middle goes on by itself
     EXPECT_TRUE(Desk().Running());
     EXPECT_FALSE(Run->Notice().isEmpty());
-    ASSERT_TRUE(Run->Until([&] { return !Desk().Running() && Desk().Count(SearchState::Waiting) == 0; }, 100));
+    ASSERT_TRUE(Run->Until(
+        [&] {
+            return !Desk().Running() && Desk().Count(SearchState::Waiting) + Desk().Count(SearchState::Running) == 0;
+        },
+        100));
     EXPECT_EQ(Desk().Count(SearchState::Done), std::ssize(Desk().Rows()));
     EXPECT_EQ(Desk().Leads(), planted); // every lead once
 }
