@@ -83,6 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
              u"Lampen {i}"_s},
         Rule{"ClassesOfTheFramework", u"<p class=ng-star-inserted>Ringweg {i}, 50667 Köln</p>"_s + call,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"APersonInTheSameElement", u"<p>Anna Berg<br>Unter Sachsen {i}, 50667 Köln</p>"_s + call,
+             Field::FullAddress, u"Unter Sachsen {i}, 50667 Köln"_s},
         Rule{"AMarkInAnElement",
              u"<div><span>Lampen</span><span> · </span><span>Ringweg {i}, 50667 Köln</span></div>"_s + call,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
@@ -165,7 +167,8 @@ TEST(Rules, FewBusinessesNeedAPageAboutThem) {
 TEST(Rules, TheColumnsOfAPageAreNoRecords) {
     QString list;
     for (int i = 1; i <= 9; ++i)
-        list += u"<p><b><a href='/b/%1'>Haus %2</a></b> Ringweg %1, 50667 Köln</p>"_s.arg(i).arg(QChar(u'A' + i));
+        list += u"<p><b><a href='/b/%1'>Haus %2</a></b> Ringweg %1, 50667 Köln, Tel. 0221 55512%1</p>"_s.arg(i).arg(
+            QChar(u'A' + i));
     const PageTree page(u"<html lang=de><title>Restaurants in Köln</title><div><div><h1>Restaurants</h1>"_s + list +
                         u"</div><div><b>Verlag</b><p>Marktplatz 1, 10115 Berlin</p>Tel. 030 2345678 "
                         u"<a href=/i>Impressum</a></div></div>"_s);
@@ -180,6 +183,17 @@ TEST(Rules, ThePagerIsNotOfTheLastRecord) {
     ASSERT_EQ(records.size(), 3U);
     EXPECT_EQ(records[2].Fields.FullAddress, u"Ringweg 3, 50667 Köln"_s);
     EXPECT_EQ(records[2].Fields.DetailsLink, QString());
+}
+
+TEST(Rules, WhatFollowsAFlatListIsNotOfItsLastRecord) {
+    const auto records =
+        Read(u"<h3><a href='/b/{i}'>Haus {c}</a></h3><p>Ringweg {i}, 50667 Köln</p><p>Tel. 0221 55512{i}</p>"_s,
+             u"Elektriker in Köln"_s, 6,
+             u"<h3><a href='/b/9'>Haus Z</a></h3><p>Ringweg 9, 50667 Köln</p>"
+             u"<div class=x>Fragen? 0221 999888 <a href='?p=2'>2</a> <a href='?p=3'>3</a></div>"_s);
+    ASSERT_EQ(records.size(), 7U);
+    EXPECT_EQ(records[6].Fields.FullAddress, u"Ringweg 9, 50667 Köln"_s);
+    EXPECT_EQ(records[6].Fields.Phone, QString());
 }
 
 TEST(Rules, TownsAndTradesThatThePageNames) {
