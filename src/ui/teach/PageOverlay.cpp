@@ -135,7 +135,10 @@ QRectF PageOverlay::LabelOf(const Mark& mark) const {
     const QFontMetricsF metrics(LabelFont());
     QRectF label(mark.Place.right() + 4, mark.Place.top(), metrics.horizontalAdvance(LabelText(mark.Caption)) + 8,
                  metrics.height() + 2);
-    label.moveLeft(std::min(label.left(), width() - label.width()));
+    // Above it where it would lie on another mark.
+    if (std::any_of(marks_.begin(), marks_.end(), [&](const Mark& other) { return other.Place.intersects(label); }))
+        label.moveBottomRight(mark.Place.topRight() + QPointF(0, 3));
+    label.moveLeft(std::clamp(label.left(), 0.0, std::max(0.0, width() - label.width())));
     return label;
 }
 

@@ -76,7 +76,7 @@ TeachPanel::TeachPanel(QWidget* parent)
     column->setSpacing(5);
     column->addWidget(title_);
     column->addWidget(hint_);
-    column->addWidget(fields_, 3);
+    column->addWidget(fields_, 5);
     auto* const textsRow = new QHBoxLayout;
     textsRow->addWidget(textsLabel_, 1);
     textsRow->addWidget(forget_);
@@ -215,9 +215,10 @@ void TeachPanel::ShowFields(const TeachSession& session) {
             item->setText(2, u"%1/%2"_s.arg(filled).arg(records.size()));
         const bool proposed = filled > 0 && session.IsProposed(static_cast<Field>(column));
         item->setToolTip(0, proposed ? proposed_ : QString());
-        if (proposed)
-            for (int part = 0; part < 3; ++part)
-                item->setForeground(part, palette().brush(QPalette::Disabled, QPalette::Text));
+        QColor pale = palette().color(QPalette::Text);
+        pale.setAlphaF(0.65F);
+        for (int part = 0; proposed && part < 3; ++part)
+            item->setForeground(part, pale);
         if (column == current)
             fields_->setCurrentItem(item);
     }

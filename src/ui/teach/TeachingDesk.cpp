@@ -44,6 +44,16 @@ void TeachingDesk::ShowTeaching(bool teaching) {
     form_.Teach->setVisible(teaching);
     form_.Teach->Table()->setVisible(teaching);
     form_.lvwItems->setVisible(!teaching);
+    // The commands are for the results, which are not shown meanwhile; the page and the panel need the room.
+    for (QPushButton* const button : form_.Results->findChildren<QPushButton*>(Qt::FindDirectChildrenOnly))
+        button->setVisible(!teaching);
+    if (teaching) {
+        sizes_ = form_.Splitter->sizes();
+        const int height = form_.Splitter->height();
+        form_.Splitter->setSizes({height * 7 / 10, height * 3 / 10});
+    } else {
+        form_.Splitter->setSizes(sizes_);
+    }
     // A key of two meanings would have none.
     form_.Bar->imgStop->setShortcut(teaching ? QKeySequence() : QKeySequence(Qt::Key_Escape));
     if (teaching)

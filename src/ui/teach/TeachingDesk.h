@@ -45,6 +45,7 @@ private:
     WindowTexts texts_;
     Teaching teaching_;
     AnyPageWatch watch_;
+    QList<int> sizes_; // of page and results, before teaching
 };
 
 } // namespace Brindle

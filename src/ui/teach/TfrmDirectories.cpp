@@ -12,6 +12,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QSaveFile>
 #include <QVBoxLayout>
 
 namespace Brindle {
@@ -182,9 +183,9 @@ void TfrmDirectories::EditText() {
             return;
         const QByteArray text = dialog.Text();
         ReadRecipe(text, code + u".toml");
-        QFile file(FileOf(code));
+        QSaveFile file(FileOf(code));
         // As it was typed: a person's remarks and order stay.
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(text) != text.size())
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
             throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
         changed_ = true;
     } catch (const Failure& failure) {

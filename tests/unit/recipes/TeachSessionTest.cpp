@@ -120,6 +120,80 @@ TEST(TeachSession, MendsARecipeKeepingWhatStillFits) {
     EXPECT_EQ(anew.Reading().Records.size(), 8U);
 }
 
+// Paid entries are made in another way: the second example holds beside the first one.
+TEST(TeachSession, ASecondExampleMendsTheFirst) {
+    QString html = u"<html lang=en><body><main>"_s;
+    for (int i = 0; i < 9; ++i)
+        html +=
+            i % 3 == 0
+                ? u"<div class=hit><strong>Paid Baker %1</strong><b class=tel>416-555-01%2</b></div>"_s.arg(i).arg(i +
+                                                                                                                   10)
+                : u"<div class=hit><h3>Free Baker %1</h3><i class=ring>416-555-01%2</i><em>x</em></div>"_s.arg(i).arg(
+                      i + 10);
+    TeachSession session(Tree(html + u"</main></body></html>"), address);
+    ASSERT_TRUE(session.Say(Field::BusinessName, Showing(session.Page(), u"Free Baker 1")));
+    ASSERT_TRUE(session.Say(Field::BusinessName, Showing(session.Page(), u"Paid Baker 3")));
+    ASSERT_TRUE(session.Say(Field::Phone, Showing(session.Page(), u"416-555-0114")));
+    ASSERT_TRUE(session.Say(Field::Phone, Showing(session.Page(), u"416-555-0116")));
+    ASSERT_EQ(session.Reading().Records.size(), 9U);
+    for (size_t i = 0; i < 9; ++i) {
+        EXPECT_EQ(Value(session, Field::BusinessName, i),
+                  (i % 3 == 0 ? u"Paid Baker %1"_s : u"Free Baker %1"_s).arg(i));
+        EXPECT_EQ(Value(session, Field::Phone, i), u"416-555-01%1"_s.arg(i + 10));
+    }
+    // The later word about the same business holds.
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Free Baker 4")));
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"x")));
+    EXPECT_EQ(Value(session, Field::Category, 4), u"x"_s);
+}
+
+// Nothing holds each business together, labels stand before the values, and advertisements between.
+TEST(TeachSession, ListsWithoutAnElementAroundEachBusiness) {
+    QString html = u"<html lang=de><body><dl>"_s;
+    for (int i = 0; i < 6; ++i)
+        html += u"<dt><a href=\"/f/%1\">Firma Nummer %1</a></dt><dd class=a>Branche: Dachdecker %1</dd>"
+                "<dd class=b>Tel. 030 901820%1</dd>"_s.arg(i);
+    TeachSession session(Tree(html + u"</dl><button class=more>Noch welche</button></body></html>"), address);
+    ASSERT_TRUE(session.Say(Field::BusinessName, Showing(session.Page(), u"Firma Nummer 2")));
+    ASSERT_TRUE(session.Say(Field::Phone, Showing(session.Page(), u"Tel. 030 9018202")));
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Dachdecker 2")));
+    ASSERT_EQ(session.Reading().Records.size(), 6U);
+    EXPECT_EQ(Value(session, Field::Category, 5), u"Dachdecker 5"_s);
+    EXPECT_EQ(Value(session, Field::Phone, 5), u"030 9018205"_s);
+    EXPECT_EQ(session.ElementsOf(Field::Phone).size(), 6U);
+    EXPECT_EQ(session.LikesOf(Showing(session.Page(), u"Tel. 030 9018202")).size(), 6U);
+    // A button that brings more is pointed at like a link.
+    ASSERT_TRUE(session.SayNext(Showing(session.Page(), u"Noch welche")));
+    EXPECT_EQ(session.Reading().LoadMore, session.What().Next);
+    EXPECT_EQ(session.Links().front().Text, u"Noch welche"_s);
+    EXPECT_FALSE(session.SayNext(Showing(session.Page(), u"Dachdecker 2")));
+    EXPECT_EQ(session.Problem(), TeachProblem::NoLink);
+    EXPECT_FALSE(session.Reading().LoadMore.isEmpty()) << "nothing was changed";
+}
+
+// An address in columns of its own is put together; what a relaunch has hidden is seen anew.
+TEST(TeachSession, AddressesInColumnsAndMendingOfWhatIsLost) {
+    const auto table = [](const QString& telephone) {
+        QString html =
+            u"<html lang=de><body><table><tr><th>Name</th><th>Stra\u00DFe</th><th>PLZ</th><th>Ort</th></tr>"_s;
+        for (int i = 0; i < 7; ++i)
+            html += u"<tr class=hit><td class=wer>Malerei Nummer %1</td><td>Hauptstra\u00DFe %1</td><td>1011%1</td>"
+                    "<td>Berlin</td><td class=%2>030 901820%1</td></tr>"_s.arg(i)
+                        .arg(telephone);
+        return QString(html + u"</table></body></html>");
+    };
+    const TeachSession session(Tree(table(u"ruf"_s)), address);
+    ASSERT_EQ(session.Reading().Records.size(), 7U);
+    EXPECT_EQ(Value(session, Field::FullAddress, 3), u"Hauptstra\u00DFe 3, 10113 Berlin"_s);
+    EXPECT_EQ(Value(session, Field::PostalCode, 3), u"10113"_s);
+    Recipe recipe = session.What();
+    for (RecipeField& row : recipe.Fields)
+        if (row.Column == Field::Phone)
+            row.Selector = u".ruf"_s;
+    const TeachSession mended(Tree(table(u"anruf"_s)), address, recipe);
+    EXPECT_EQ(Value(mended, Field::Phone, 6), u"030 9018206"_s);
+}
+
 TEST(TeachSession, APageWithoutAListTeachesNothing) {
     TeachSession session(Tree(u"<body><h1>One</h1><p>Some text</p></body>"_s), address);
     EXPECT_TRUE(session.Reading().Records.empty());
