@@ -219,8 +219,6 @@ void MakeTeachingPictures(const QDir& folder) {
     const auto* const start = run.Control<QPushButton>(u"btnStart");
     shots.Shoot(shots.PlaceIn(start, start->rect().center()));
     run.Click(u"btnStart");
-    run.Until([&] { return run.Window->Leads().Count() > 12; });
-    shots.Shoot();
     run.Until([&] { return !run.Window->Driver().Running() && !run.Window->State().Parsing; }, 120);
     shots.Wait(700);
     shots.Shoot();

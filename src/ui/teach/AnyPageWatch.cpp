@@ -75,6 +75,8 @@ void AnyPageWatch::HarvestEnded(const RecipeCounts& found) {
 void AnyPageWatch::Look() {
     if (looking_)
         return LookSoon(); // what is being read may be the page before
+    if (busy_())
+        bar_.hide(); // what it says is of before the harvest
     if (teaching_.Active() || busy_())
         return;
     candidates_.clear();
