@@ -32,6 +32,7 @@ void TeachTest::ExpectNothingLeft(const QString& document) {
     EXPECT_FALSE(Run->Control<TeachPanel>(u"TeachPanel")->isVisible());
     EXPECT_FALSE(Run->Control<QTableView>(u"TeachTable")->isVisible());
     EXPECT_TRUE(Run->Items().isVisible());
+    EXPECT_EQ(InPage(u"document.activeElement.tagName"_s).toString(), u"BODY"_s);
     EXPECT_TRUE(Overlay().Marks().empty() && Overlay().Likes().empty());
     EXPECT_TRUE(Overlay().testAttribute(Qt::WA_TransparentForMouseEvents));
     EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), Site.Start);

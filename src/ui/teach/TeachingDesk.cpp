@@ -41,6 +41,8 @@ ChosenSite TeachingDesk::Chosen() const {
 }
 
 void TeachingDesk::ShowTeaching(bool teaching) {
+    if (!teaching)
+        form_.btnStart->setFocus(); // else the page gets it, and lights a link
     form_.Teach->setVisible(teaching);
     form_.Teach->Table()->setVisible(teaching);
     form_.lvwItems->setVisible(!teaching);

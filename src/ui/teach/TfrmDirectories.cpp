@@ -100,7 +100,9 @@ void TfrmDirectories::Reload(const QString& selectCode) {
     for (const QString& entry : builtIn_) {
         auto* const item =
             new QListWidgetItem(u"%1   (%2)"_s.arg(entry, texts_.Text(WindowText::DirectoriesBuiltIn)), list_);
-        item->setForeground(palette().brush(QPalette::Disabled, QPalette::Text));
+        QColor pale = palette().color(QPalette::Text);
+        pale.setAlphaF(0.65F);
+        item->setForeground(pale);
     }
     QStringList problems;
     recipes_ = LoadRecipes(programFolder_, userFolder_, problems);
