@@ -435,7 +435,7 @@ void RecordPlaces::ChooseTown(const QString& subject, const std::vector<Lead>& l
     for (size_t i = 0; i < columns_.Columns.size(); ++i) {
         const RecordColumn& column = columns_.Columns[i];
         if (column.IsHeading || ((column.Own | column.Label) & (otherHints | Hint::Name)) != 0 || column.Digits > 0.4 ||
-            column.Length > 40 || column.Length < 2 || column.Buttons > 0.2)
+            column.Length > 40 || column.Length < 2 || column.Buttons > 0.2 || column.Filled <= most)
             continue;
         int named = 0;
         int trades = 0;
