@@ -8,7 +8,6 @@
 #include <QHeaderView>
 #include <QLocale>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -84,11 +83,7 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
         box->setObjectName(u"chkColumn" + QString::number(Columns.size()));
         box->setAccessibleDescription(texts.Text(offered.Hint));
         AccessKeys::SetHint(box, texts.Text(offered.Hint));
-        connect(box, &QCheckBox::toggled, this, [this](bool chosen) {
-            ShowPreview();
-            if (chosen) // further columns stand behind all others
-                lvwPreview->horizontalScrollBar()->setValue(lvwPreview->horizontalScrollBar()->maximum());
-        });
+        connect(box, &QCheckBox::toggled, this, &TfrmExport::ShowPreview);
         keys_.Add(box);
         Columns.push_back(box);
         further->addWidget(box);
