@@ -131,6 +131,8 @@ TEST_F(StaticPages, HistoryIsWalked) {
     ASSERT_TRUE(Settles());
     EXPECT_TRUE(Body().contains(u"new"));
     EXPECT_TRUE(Server.Requests.last().contains("no-cache"));
+    ASSERT_TRUE(Load(u"/3#part"_s));
+    EXPECT_TRUE(Browser.LocationAddress().endsWith(u"/3#part")) << "a place on the page is no part of the request";
 }
 
 TEST_F(StaticPages, StopKeepsThePageBefore) {

@@ -180,6 +180,19 @@ TEST_F(DocumentHarvest, LoadsMoreUntilThePageStaysTheSame) {
     EXPECT_TRUE(observer.Repeated.isEmpty());
 }
 
+TEST_F(DocumentHarvest, APageThatChangesWithoutMoreRecordsHasNoMore) {
+    browser.Pages = {{page1, u"A|\nmore"_s}};
+    int asked = 0;
+    browser.OnLoadMore = [&] {
+        browser.Pages[page1] = u"A|http://a.test/d/%1\nmore"_s.arg(++asked);
+        return false;
+    };
+    Start();
+    bench->Loop.RunToIdle(60'000);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(observer.Ends, 1);
+}
+
 TEST_F(DocumentHarvest, ReadsTheOwnPagesOfNewRecords) {
     site.ReadDetails = [](const QString& html, const QString&, Lead& lead) {
         if (html == u"beyond"_s)

@@ -124,11 +124,20 @@ TEST(StepBetween, TellsPagesOfOneListFromOthers) {
          {Step{u"/list"_s, u"/list?page=2"_s, true, 2}, Step{u"/list?p=3&q=a"_s, u"/list?q=a&p=4"_s, true, 4},
           Step{u"/list?q=a"_s, u"/list?q=b&page=2"_s, false, 2}, Step{u"/list"_s, u"/list/page/2/"_s, true, 2},
           Step{u"/list.html"_s, u"/list-2.html"_s, true, 2}, Step{u"/list/3"_s, u"/list/4"_s, true, 4},
+          Step{u"/list/3"_s, u"/list/400000"_s, false, 400000}, // a record's number, no page's
           Step{u"/2023/05"_s, u"/2023/06"_s, false, 6}, Step{u"/list"_s, u"/other?page=2"_s, false, -1}}) {
         const PageStep found = StepBetween(site + step.Own, site + step.Other);
         EXPECT_EQ(found.SameList, step.Same) << step.Other.toStdString();
         EXPECT_EQ(found.Number, step.Number) << step.Other.toStdString();
     }
+}
+
+TEST(SiteOf, IsTheHostHoweverItIsWritten) {
+    for (const QStringView address :
+         {u"http://www.G.example/", u"https://user@g.example:8080?q", u"http://g.example.#top", u"http://G.example\\x"})
+        EXPECT_EQ(SiteOf(address), u"g.example"_s) << address.toString().toStdString();
+    EXPECT_EQ(SiteOf(u"mailto:a@g.example"), QString());
+    EXPECT_EQ(SiteOf(u"http:g.example"), QString());
 }
 
 } // namespace

@@ -215,9 +215,9 @@ TEST_F(Formats, ColumnsAndDelimiterOfASpreadsheet) {
 
 TEST_F(Formats, CardsKeepToTheirRules) {
     Lead lead = Plain(1);
-    lead.Name = u"Łódzka Piekarnia "_s + QString(60, u'\u0105');
+    lead.Name = u"Łódzka Piekarnia "_s + QString(60, u'\u0105') + QString(200, u'x');
     lead.Phone = u"030 1; 030 2"_s;
-    lead.Fax = u"030 3"_s;
+    lead.Fax = u"030\u007f 3\u0007"_s;
     QByteArray bytes;
     const auto lines = MakeLeadLines(LeadFormat::VCard, {});
     lines->AppendLead(bytes, lead);
@@ -228,6 +228,7 @@ TEST_F(Formats, CardsKeepToTheirRules) {
     for (const char* const part : {"BEGIN:VCARD\r\nVERSION:4.0\r\n", "\r\nTEL;VALUE=text;TYPE=\"voice,work\":030 2\r\n",
                                    "\r\nTEL;VALUE=text;TYPE=\"fax,work\":030 3\r\n", "\r\nEND:VCARD\r\n"})
         EXPECT_TRUE(bytes.contains(part)) << part;
+    EXPECT_EQ(lines->Losses().Characters, 1);
     QByteArray again;
     lines->AppendLead(again, lead);
     EXPECT_EQ(again, bytes) << "the same card each time";

@@ -122,7 +122,7 @@ const LinkCase linkCases[] = {
     {"BlocksAndBreaks", u"<a href=x><div>a</div><div>b<br>c</div>d<p>e</p></a>", u"a\nb\nc\nd\n\ne"},
     {"Unshown",
      u"<a href=x>a<script>s</script><style>t</style><span hidden>h</span><noscript>n</noscript>"
-     u"<b style='color:red; Display : none'>d</b>b</a>",
+     u"<b style='color:red; Display : none'>d</b><b style='visibility:hidden'>v</b>b</a>",
      u"ab"},
     {"OfAHiddenPart", u"<div style=display:none><a href=x> a <script>s</script></a></div>", u" a s"},
     {"NotOfTemplatesOrPictures", u"<template><a href=1>t</a></template><svg><a href=2>s</a></svg><a href=3>h</a>",

@@ -111,6 +111,8 @@ TEST(Text, TrimAndKeysAndReplacements) {
     EXPECT_EQ(text, u"ba.b.b"_s);
     ReplaceAll(text, u"", u"x");
     EXPECT_EQ(text, u"ba.b.b"_s);
+    ReplaceAll(text, u"b", u"ubb");
+    EXPECT_EQ(text, u"ubba.ubb.ubb"_s);
     EXPECT_FALSE(ContainsExact(u"abc", u""));
     EXPECT_FALSE(ContainsFolded(u"abc", u""));
     EXPECT_TRUE(ContainsFolded(u"xABCx", u"abc"));
