@@ -179,9 +179,12 @@ public:
     }
     // Whether the next piece is neither within a tag or comment nor within a raw text, which the parser wants whole.
     bool IsBetweenTags() const {
-        const myhtml_tree_node_t* const current =
-            tree_->open_elements->length > 0 ? MyHtml().tree_current_node(tree_) : nullptr;
-        return tree_->state == MyHTML_TOKENIZER_STATE_DATA && !(current && current->tag_id == MyHTML_TAG_PLAINTEXT);
+        const myhtml_tree_list_t& open = *tree_->open_elements;
+        // Formatting elements may stand open within it again.
+        const bool plain = std::any_of(open.list, open.list + open.length, [](const myhtml_tree_node_t* node) {
+            return node->tag_id == MyHTML_TAG_PLAINTEXT;
+        });
+        return tree_->state == MyHTML_TOKENIZER_STATE_DATA && !plain;
     }
     // How many bytes of what was fed stand before the tag that is being read.
     qsizetype TagBegin() const {

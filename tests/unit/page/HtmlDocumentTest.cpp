@@ -219,5 +219,12 @@ TEST(HtmlDocument, ReadsAnyTagSoup) {
     }
 }
 
+TEST(HtmlDocument, IsTheSameHoweverItIsCutWithinPlainText) {
+    const QString page(u"<p><font color=a><plaintext>te</plaintext><b>x<b>\0<i>\0<b>y"_s);
+    PageBounds pieces;
+    for (pieces.PieceSize = 1; pieces.PieceSize < 40; ++pieces.PieceSize)
+        EXPECT_EQ(HtmlDocument(page, pieces).DocumentHtml(), HtmlDocument(page).DocumentHtml()) << pieces.PieceSize;
+}
+
 } // namespace
 } // namespace Brindle
