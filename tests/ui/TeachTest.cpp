@@ -47,6 +47,7 @@ TEST_F(TeachTest, EscapeAtEveryStepLeavesNothingBehind) {
     const Lead lead = Server.ModernLeads(Site.Code).front();
     QApplication::setActiveWindow(Run->Window.get());
     const auto press = [this](QWidget* focus) {
+        QApplication::setActiveWindow(Run->Window.get()); // keys go to the active window alone
         focus->setFocus();
         QTest::keyClick(focus, Qt::Key_Escape);
         Run->Until([this] { return !Lesson().Active(); }, 5);
