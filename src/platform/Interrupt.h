@@ -22,8 +22,8 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-/// From now on the end of standard input counts as one Ctrl-C: for a process that was started by another one with a pipe
-/// to it, and is not to outlive it, however that one ends.
+/// From now on the end of standard input counts as one Ctrl-C: for a process that was started by another one with a
+/// pipe to it, and is not to outlive it, however that one ends.
 void InterruptWhenInputEnds();
 
 } // namespace Brindle
