@@ -281,10 +281,10 @@ private:
             const QStringView segment = segments_[i];
             if (IsStateOf(region_, segment) && parts_.State.isEmpty())
                 parts_.State = segment.toString();
-            else if (street.empty() && StreetLike(segment))
+            else if ((street.empty() && StreetLike(segment)) ||
+                     // "1051 Budapest, Fő utca 5, 2. em."
+                     (street.size() == 1 && street.front().data() > city.data() && HasDigit(segment)))
                 street.push_back(segment);
-            else if (street.size() == 1 && street.front().data() > city.data() && HasDigit(segment))
-                street.push_back(segment); // "1051 Budapest, Fő utca 5, 2. em."
         }
         city = TakeStateFrom(city);
         if (street.empty() && HasStreetWord(city) && HasDigit(city)) {
@@ -357,7 +357,7 @@ private:
         if (!known && !(streetLike && (streetWord || (!region_.isEmpty() && AreNames(last)))))
             return;
         parts_.City = last.toString();
-        if (streetLike || street.size() > 0)
+        if (streetLike || !street.empty())
             parts_.Street = Verbatim(street);
     }
 
@@ -466,10 +466,7 @@ private:
             const bool behindCity =
                 size > 1 && (!StreetLike(rest[size - 2]) || (size > 2 && !HasDigit(rest[size - 2]) &&
                                                              HasDigit(rest[size - 3]) && StreetLike(rest[size - 3])));
-            if (IsStateOf(region_, last) && behindCity) {
-                parts_.State = last.toString();
-                rest.pop_back();
-            } else if (IsStateOf(region_, last) && last.size() <= 3 && rest.size() > 1) {
+            if (IsStateOf(region_, last) && (behindCity || (last.size() <= 3 && size > 1))) {
                 parts_.State = last.toString();
                 rest.pop_back();
             } else {

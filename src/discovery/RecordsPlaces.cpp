@@ -1,5 +1,6 @@
 #include "discovery/RecordsPlaces.h"
 
+#include "discovery/PostalAddressWords.h"
 #include "discovery/RecordsAddress.h"
 
 #include <algorithm>
@@ -17,10 +18,6 @@ constexpr HintSet otherHints = Hint::Phone | Hint::Fax | Hint::Mail | Hint::Webs
                                Hint::Rating | Hint::Description | Hint::Category | Hint::Price | Hint::Date |
                                Hint::Author | Hint::Distance;
 constexpr HintSet partHints = Hint::Street | Hint::City | Hint::State | Hint::PostalCode | Hint::Country;
-
-bool HasDigit(QStringView text) {
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-}
 
 // Countries whose addresses may begin with the town.
 bool PutsTownFirst(QStringView region) {
@@ -40,6 +37,11 @@ bool IsPartingMark(QStringView text) {
 
 bool IsMarksOnly(QStringView text) {
     return std::none_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+void FillPart(QString& part, const QString& value) {
+    if (part.isEmpty())
+        part = value;
 }
 
 QString Tidy(QString text) {
@@ -372,12 +374,9 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
                 const AddressParts parts = SplitAddress(value, page_.Country);
                 if (parts.PostalCode.isEmpty() || parts.City.isEmpty())
                     return;
-                if (lead.PostalCode.isEmpty())
-                    lead.PostalCode = parts.PostalCode;
-                if (lead.City.isEmpty())
-                    lead.City = parts.City;
-                if (lead.State.isEmpty())
-                    lead.State = parts.State;
+                FillPart(lead.PostalCode, parts.PostalCode);
+                FillPart(lead.City, parts.City);
+                FillPart(lead.State, parts.State);
                 return;
             }
         for (const auto& [hint, part] :
@@ -409,14 +408,10 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
     const AddressParts parts = SplitAddress(full, page_.Country);
     const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();
-    if (lead.Street.isEmpty())
-        lead.Street = parts.Street;
-    if (lead.PostalCode.isEmpty())
-        lead.PostalCode = parts.PostalCode;
-    if (lead.City.isEmpty())
-        lead.City = parts.City;
-    if (lead.State.isEmpty())
-        lead.State = parts.State;
+    FillPart(lead.Street, parts.Street);
+    FillPart(lead.PostalCode, parts.PostalCode);
+    FillPart(lead.City, parts.City);
+    FillPart(lead.State, parts.State);
     if (lead.Country.isEmpty() && !known)
         lead.Country = parts.Country;
     // Where each part has a column of its own, the town's is the last one.
@@ -439,9 +434,8 @@ void RecordPlaces::ChooseTown(const QString& subject, const std::vector<Lead>& l
             continue;
         int named = 0;
         int trades = 0;
-        for (size_t record = 0; record < column.Nodes.size(); ++record) {
-            const QString words =
-                column.Nodes[record] == noNode ? QString() : BareWords(columns_.TextOf(column.Nodes[record]));
+        for (const NodeIndex node : column.Nodes) {
+            const QString words = node == noNode ? QString() : BareWords(columns_.TextOf(node));
             named += words.size() >= 2 && subject.contains(words);
             trades += NamesBusinesses(words);
         }

@@ -1,4 +1,5 @@
 // What stands in the text of an address and is none of it.
+#include "discovery/PostalAddressWords.h"
 #include "discovery/RecordsPlaces.h"
 
 #include <algorithm>
@@ -18,10 +19,6 @@ bool IsDistance(QStringView text) {
     const QStringView name = QStringView(words).sliced(unit).chopped(words.endsWith(u" away") ? 5 : 0);
     return unit > 0 && std::find(units.begin(), units.end(), name) != units.end() &&
            std::none_of(words.begin(), words.begin() + unit, [](QChar c) { return c.isLetter(); });
-}
-
-bool HasDigit(QStringView text) {
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
 }
 
 } // namespace
