@@ -159,12 +159,63 @@ private:
                 kinds.emplace_back(signatures_.Of(child), 0);
             ++kinds[found->second].second;
         }
-        if (kinds.size() < 2 && !HasTextOfItsOwn(children))
-            return;
         int tried = 0;
-        for (const auto& [kind, count] : kinds)
-            if (count >= 2 && tried++ < 6)
-                SplitAt(parent, children, kind);
+        if (kinds.size() >= 2 || HasTextOfItsOwn(children))
+            for (const auto& [kind, count] : kinds)
+                if (count >= 2 && tried++ < 6)
+                    SplitAt(parent, children, [this, kind](NodeIndex child) { return signatures_.Of(child) == kind; });
+        for (const quint64 shape : NameShapes(children))
+            SplitAt(parent, children, [this, shape](NodeIndex child) { return ShapeOf(child) == shape; });
+    }
+
+    // What an element begins with: old pages tell a name's row or paragraph from the others by nothing else.
+    quint64 ShapeOf(NodeIndex node) const {
+        const PageTree& page = page_.Page;
+        quint64 shape = signatures_.Of(node);
+        int levels = 0;
+        for (NodeIndex at = page.FirstChild(node); at != noNode && levels < 4;) {
+            if (page.IsElement(at)) {
+                shape = Mixed(shape, signatures_.Plain(at));
+                at = page.FirstChild(at);
+                ++levels;
+            } else if (page.IsText(at) && page_.FactsOf(at).Characters > 0) {
+                break;
+            } else {
+                at = page.NextSibling(at);
+            }
+        }
+        return shape;
+    }
+
+    // The shapes of what could be names among children that look alike by their own names and classes.
+    std::vector<quint64> NameShapes(const std::vector<NodeIndex>& children) const {
+        struct Kind {
+            std::vector<std::pair<quint64, int>> Shapes;
+        };
+        std::vector<quint64> order;
+        std::unordered_map<quint64, Kind> kinds;
+        for (const NodeIndex child : children) {
+            if (!page_.Page.IsElement(child) || page_.FactsOf(child).Characters < 2)
+                continue;
+            const auto [found, fresh] = kinds.try_emplace(signatures_.Of(child));
+            if (fresh)
+                order.push_back(found->first);
+            auto& shapes = found->second.Shapes;
+            const quint64 shape = ShapeOf(child);
+            const auto known =
+                std::find_if(shapes.begin(), shapes.end(), [shape](const auto& one) { return one.first == shape; });
+            if (known != shapes.end())
+                ++known->second;
+            else if (shapes.size() < 8)
+                shapes.emplace_back(shape, 1);
+        }
+        std::vector<quint64> names;
+        for (const quint64 kind : order)
+            if (const auto& shapes = kinds[kind].Shapes; shapes.size() >= 2)
+                for (const auto& [shape, count] : shapes)
+                    if (count >= 3 && names.size() < 4)
+                        names.push_back(shape);
+        return names;
     }
 
     bool HasTextOfItsOwn(const std::vector<NodeIndex>& children) const {
@@ -189,7 +240,8 @@ private:
         return end;
     }
 
-    void SplitAt(NodeIndex parent, const std::vector<NodeIndex>& children, quint64 kind) {
+    template <typename Begins>
+    void SplitAt(NodeIndex parent, const std::vector<NodeIndex>& children, const Begins& begins) {
         const PageTree& page = page_.Page;
         RecordList list;
         list.Flat = true;
@@ -204,7 +256,7 @@ private:
         };
         for (size_t i = 0; i < children.size(); ++i) {
             const NodeIndex child = children[i];
-            if (page.IsElement(child) && signatures_.Of(child) == kind && page_.FactsOf(child).Characters >= 2) {
+            if (page.IsElement(child) && page_.FactsOf(child).Characters >= 2 && begins(child)) {
                 if (begin < i)
                     finish(i);
                 begin = i;

@@ -30,6 +30,7 @@ QString WithoutNumber(const QString& text) {
 RecordNames::RecordNames(const RecordColumns& columns)
     : columns_(columns), nodes_(columns.Count(), noNode), details_(columns.Count(), noNode) {
     ChooseNames();
+    CountBadges();
     ChooseDetails();
     names_.reserve(columns_.Count());
     for (size_t record = 0; record < columns_.Count(); ++record)
@@ -110,12 +111,50 @@ void RecordNames::ChooseNames() {
     }
 }
 
+// The last text of a name's line, when it stands in an element of its own behind the name: "Joe's Pizza [Verified]".
+const TextPiece* RecordNames::BadgeOf(NodeIndex name) const {
+    const PageTree& page = columns_.Page.Page;
+    const std::vector<TextPiece>& pieces = columns_.Page.Lines.Pieces;
+    const auto first = static_cast<size_t>(columns_.Page.Lines.PieceFrom(name));
+    size_t last = first;
+    while (last + 1 < pieces.size() && pieces[last + 1].Node < page.End(name) &&
+           pieces[last + 1].Line == pieces[first].Line)
+        ++last;
+    if (last == first || last >= pieces.size())
+        return nullptr;
+    // Beside a link or beside the name's own text: parts of one name ("<i>Anna</i> <i>Berg</i>") stand side by side.
+    const NodeIndex beside = page.Parent(pieces[last - 1].Node);
+    const NodeIndex own = page.Parent(pieces[last].Node);
+    const auto linkAround = [&](NodeIndex node) {
+        while (node > name && !page.Is(node, u"a"))
+            node = page.Parent(node);
+        return page.Is(node, u"a") ? node : noNode;
+    };
+    const bool apart = own != name && (beside == name || page.Parent(own) == beside || linkAround(beside) > name);
+    const bool inLink = linkAround(own) != noNode && linkAround(own) == linkAround(beside) && beside != linkAround(own);
+    return apart && !inLink && pieces[last].Length <= 30 ? &pieces[last] : nullptr;
+}
+
+// What names end with in elements of their own is no part of them when it is the same again and again.
+void RecordNames::CountBadges() {
+    int seen = 0;
+    for (const NodeIndex node : nodes_)
+        if (const TextPiece* const badge = node == noNode ? nullptr : BadgeOf(node)) {
+            ++badges_[BareWords(columns_.Page.Lines.TextOf(*badge))];
+            ++seen;
+        }
+    badges_.removeIf([seen](const auto& badge) { return badge.value() < 2 || badge.value() * 10 < seen * 3; });
+}
+
 QString RecordNames::ReadName(size_t record) const {
     const NodeIndex node = nodes_[record];
     if (node == noNode)
         return {};
     const PageTree& page = columns_.Page.Page;
     QString name = columns_.TextOf(node);
+    if (const TextPiece* const badge = badges_.isEmpty() ? nullptr : BadgeOf(node))
+        if (const QStringView text = columns_.Page.Lines.TextOf(*badge); badges_.contains(BareWords(text)))
+            name = name.chopped(text.size()).trimmed();
     // A name that is cut off may stand whole in the title.
     const bool cut = name.endsWith(u"...") || name.endsWith(u'\u2026');
     if (cut)

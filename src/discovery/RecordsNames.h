@@ -2,6 +2,8 @@
 
 #include "discovery/RecordsColumns.h"
 
+#include <QHash>
+
 namespace Brindle {
 
 /// Which column bears the records' names, and which links lead to their own pages.
@@ -26,6 +28,8 @@ private:
     QString ReadName(size_t record) const;
     void ChooseNames();
     void ChooseDetails();
+    void CountBadges();
+    const TextPiece* BadgeOf(NodeIndex name) const;
     bool LeadsElsewhere(const PageLink& link) const;
 
     const RecordColumns& columns_;
@@ -34,6 +38,7 @@ private:
     std::vector<NodeIndex> nodes_;
     std::vector<QString> names_;
     std::vector<NodeIndex> details_; // link nodes
+    QHash<QString, int> badges_;     // bare words of what is no part of the names that end with it
 };
 
 } // namespace Brindle

@@ -72,12 +72,35 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     const NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     if (node == noNode || node == name)
         return;
-    const QString category = ListText(node);
+    const QString category = ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
     if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
         LabelAtBegin(category).Hints != 0)
         return;
     lead.Category = category;
     nodes[static_cast<size_t>(Field::Category)] = node;
+}
+
+// The trades beside the first one, each in an element that looks like its: "<a>Plumbers</a> <a>Heating</a>".
+QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) const {
+    const PageTree& page = page_.Page;
+    QString further;
+    if (first <= range.Begin || page.Is(first, u"p") || page.Is(first, u"td"))
+        return further;
+    const QString look = page.Attribute(first, u"class").toString();
+    int most = 12;
+    for (NodeIndex next = page.NextSibling(first); next != noNode && next < range.End; next = page.NextSibling(next)) {
+        if (!page.IsElement(next)) {
+            if (!IsMarksOnly(page_.TextWithin(next)))
+                break;
+            continue;
+        }
+        const QString text = ListText(next);
+        if (page.Name(next) != page.Name(first) || page.Attribute(next, u"class") != look || text.isEmpty() ||
+            text.size() > 60 || HasDigit(text) || IsButtonText(BareWords(text)) || --most < 0)
+            break;
+        further += u", "_s + text;
+    }
+    return further;
 }
 
 // A line is parted where its elements say that they are different things: "$$ Dublin - Pizza 6 High Road".

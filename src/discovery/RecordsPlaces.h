@@ -61,6 +61,7 @@ private:
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                    Lead& lead) const;
     QString ListText(NodeIndex node) const;
+    QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;

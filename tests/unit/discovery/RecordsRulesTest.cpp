@@ -100,6 +100,10 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{"AMapBesideTheAddress",
              u"<p>Ringweg {i}, 50667 Köln <a href='/plan/{i}'>Auf Karte anzeigen</a></p>"_s + call, Field::FullAddress,
              u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"SeveralTrades",
+             u"<div><a class=chip href=/k/1>Elektriker</a><a class=chip href=/k/2>Lampen</a></div>"_s + place +
+                 call,
+             Field::Category, u"Elektriker, Lampen"_s},
         Rule{"TheNameIsNoTrade", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::BusinessName,
              u"Haus D"_s},
         Rule{"DirectionsAreNotDetails",
@@ -125,6 +129,41 @@ TEST(Rules, DatesAndAuthorsOfReviewsStandBesideAddressesToo) {
     EXPECT_EQ(Read(entry, u"Restaurants in Köln"_s, 8).size(), 8U);
     EXPECT_EQ(Read(entry, u"Konzerte in Köln"_s, 8).size(), 0U);
     EXPECT_EQ(Read(entry, u"Termine"_s, 8).size(), 0U);
+}
+
+TEST(Rules, WhatNamesShareBehindThemIsNoPartOfThem) {
+    // Every other entry has the badge, in the heading beside the link or within the link.
+    for (const QString& name :
+         {u"<h3><a href='/b/{i}'>Haus {c}</a>%1</h3>"_s, u"<a href='/b/{i}'><h3>Haus {c}%1</h3></a>"_s,
+          u"<h3><i>Haus</i> <i>{c}</i></h3>%1"_s}) {
+        QString list;
+        for (int i = 1; i <= 8; ++i)
+            list += QString(u"<section>"_s + name + place + call + u"</section>"_s)
+                        .arg(i % 2 == 0 ? u" <span class=b>Geprüft</span>"_s : QString())
+                        .replace(u"{i}"_s, QString::number(i))
+                        .replace(u"{c}"_s, QChar(u'A' + i));
+        const auto records = Read(list, u"Elektriker in Köln"_s, 1);
+        ASSERT_EQ(records.size(), 8U);
+        EXPECT_EQ(records[1].Fields.Name.toStdString(), "Haus C");
+    }
+}
+
+TEST(Rules, RowsAndParagraphsThatOnlyTheirBeginningsTellApart) {
+    for (const QString& entry :
+         {u"<tr><td><font size=2><b>Haus {c}</b></font></td></tr><tr><td><font size=1>Ringweg {i}, 50667 Köln<br>"
+          "Telefon. 0221 55512{i}</font></td></tr><tr><td height=6></td></tr>"_s,
+          u"<p><b>Haus {c}</b></p><p>Ringweg {i}, 50667 Köln</p><p>Telefon: 0221 55512{i}</p>"_s}) {
+        const QString list = entry.startsWith(u"<tr") ? u"<table>"_s : QString();
+        QString all;
+        for (int i = 1; i <= 8; ++i)
+            all += QString(entry).replace(u"{i}"_s, QString::number(i)).replace(u"{c}"_s, QChar(u'A' + i));
+        const auto records =
+            Read(list + all + (list.isEmpty() ? QString() : u"</table>"_s), u"Elektriker in Köln"_s, 1);
+        ASSERT_EQ(records.size(), 8U) << entry.toStdString();
+        EXPECT_EQ(records[2].Fields.Name.toStdString(), "Haus D");
+        EXPECT_EQ(records[2].Fields.FullAddress.toStdString(), "Ringweg 3, 50667 Köln");
+        EXPECT_EQ(records[2].Fields.Phone.toStdString(), "0221 555123");
+    }
 }
 
 TEST(Rules, StarsBeforeANameWithoutAnyMark) {
