@@ -49,11 +49,9 @@ public:
     bool Waiting = false;
     bool eventFilter(QObject*, QEvent*) override {
         ++Count;
-#ifdef Q_OS_WIN
-        // The dispatcher there does not end a wait for what was posted within the program.
+        // Not every system's dispatcher ends a wait for what was posted within the program.
         if (std::exchange(Waiting, false))
             QAbstractEventDispatcher::instance()->interrupt();
-#endif
         return false;
     }
 };

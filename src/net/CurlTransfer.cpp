@@ -134,10 +134,8 @@ void CurlTransfer::ConfigureTls() {
     const QByteArray caFile = given.isEmpty() ? qgetenv("SSL_CERT_FILE") : QByteArray(given.toUtf8());
     if (!caFile.isEmpty())
         Set(CURLOPT_CAINFO, caFile.constData());
-#ifdef Q_OS_WIN
     else
-        Set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA)); // the system's certificate store
-#endif
+        Set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA)); // where the system has a store of its own
 }
 
 void CurlTransfer::ConfigureProxy() {
