@@ -102,35 +102,6 @@ void HarvestDriver::Stop() {
     harvest_.PumpMessages();
 }
 
-void HarvestDriver::GoBack() {
-    if (browser_.Busy())
-        browser_.Stop();
-    browser_.GoBack();
-}
-
-void HarvestDriver::GoForward() {
-    if (browser_.Busy())
-        browser_.Stop();
-    browser_.GoForward();
-}
-
-void HarvestDriver::StopLoading() {
-    browser_.Stop();
-}
-
-void HarvestDriver::Refresh() {
-    browser_.Refresh();
-}
-
-void HarvestDriver::GoHome() {
-    if (!harvest_.Site().Base.isEmpty() || !harvest_.Adapter())
-        browser_.Navigate(harvest_.SelectedBase());
-}
-
-void HarvestDriver::Go(const QString& address) {
-    browser_.Navigate(address);
-}
-
 void HarvestDriver::BrowserProgress(qint64 progress, qint64 maximum) {
     harvest_.Status.SetProgressMaximum(maximum);
     // A percentage is set against a maximum that is not 100: that is how the bar has always moved.

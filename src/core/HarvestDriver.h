@@ -55,15 +55,6 @@ public:
     /// A harvest is in progress or one of its ticks is running.
     bool Running() const { return inTick_ || tmrParse_->Enabled(); }
 
-    // The browser bar.
-    void GoBack();
-    void GoForward();
-    void StopLoading();
-    void Refresh();
-    /// Loads the base address of the selected site.
-    void GoHome();
-    void Go(const QString& address);
-
 private:
     void Launch();
     void OnTimer();

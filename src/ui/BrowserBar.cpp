@@ -52,6 +52,23 @@ BrowserBar::BrowserBar(QWidget* parent) : QWidget(parent) {
     });
 }
 
+void BrowserBar::Drive(EmbeddedBrowser& browser) {
+    const auto leave = [&browser] {
+        if (browser.Busy())
+            browser.Stop();
+    };
+    connect(imgBack, &QToolButton::clicked, &browser, [&browser, leave] {
+        leave();
+        browser.GoBack();
+    });
+    connect(imgForward, &QToolButton::clicked, &browser, [&browser, leave] {
+        leave();
+        browser.GoForward();
+    });
+    connect(imgStop, &QToolButton::clicked, &browser, [&browser] { browser.Stop(); });
+    connect(imgRefresh, &QToolButton::clicked, &browser, [&browser] { browser.Refresh(); });
+}
+
 void BrowserBar::SetHint(QToolButton* button, const QString& hint) {
     button->setAccessibleName(hint);
     button->setToolTip(u"%1 (%2)"_s.arg(hint, button->shortcut().toString(QKeySequence::NativeText)));

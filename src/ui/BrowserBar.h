@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/EmbeddedBrowser.h"
+
 #include <QLineEdit>
 #include <QPushButton>
 #include <QToolButton>
@@ -13,6 +15,9 @@ class BrowserBar : public QWidget {
 
 public:
     explicit BrowserBar(QWidget* parent = nullptr);
+
+    /// From now on Back, Forward, Stop and Refresh are the browser's.
+    void Drive(EmbeddedBrowser& browser);
 
     /// What a button says when the pointer rests on it, and to a screen reader.
     static void SetHint(QToolButton* button, const QString& hint);

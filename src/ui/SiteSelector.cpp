@@ -16,6 +16,11 @@ void SiteSelector::Open(const QString& entry) {
     harvest_.State.CurrID = harvest_.Catalogue.GetCountryID(entry);
 }
 
+void SiteSelector::GoHome() {
+    if (HasHomePage(harvest_.State.SelectedEntry))
+        browser_.Navigate(harvest_.SelectedBase());
+}
+
 bool SiteSelector::HasHomePage(const QString& entry) const {
     const SiteEntry* const site = harvest_.Catalogue.Find(harvest_.Catalogue.GetCountryID(entry));
     return !site || !site->Base.isEmpty();

@@ -17,6 +17,8 @@ public:
     /// stopped, the browser cleared and its cache emptied, then the entry is opened. Takes a second, in which messages
     /// are handled; a choice that comes meanwhile replaces this one.
     void Change(const QString& entry);
+    /// Opens the home page of the current entry; one without keeps the page that is shown.
+    void GoHome();
 
 private:
     bool HasHomePage(const QString& entry) const;

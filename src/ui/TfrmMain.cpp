@@ -108,7 +108,7 @@ TfrmMain::~TfrmMain() {
 
 void TfrmMain::ConnectHarvest() {
     EmbeddedBrowser* const browser = browser_.Browser.get();
-    const BrowserBar* const bar = form_.Bar;
+    BrowserBar* const bar = form_.Bar;
     connect(form_.btnStart, &QPushButton::clicked, this, &TfrmMain::btnStartClick);
     connect(form_.btnStop, &QPushButton::clicked, this, [this] {
         driver_.Stop();
@@ -121,14 +121,11 @@ void TfrmMain::ConnectHarvest() {
     connect(&teaching_, &TeachingDesk::HarvestWanted, this, &TfrmMain::HarvestOfBar);
     connect(form_.cbxWebsites, &QComboBox::activated, this, &TfrmMain::cbxWebsitesChange);
     connect(form_.cbxLanguage, &QComboBox::activated, this, &TfrmMain::cbxLanguageChange);
-    connect(bar->imgBack, &QToolButton::clicked, this, [this] { driver_.GoBack(); });
-    connect(bar->imgForward, &QToolButton::clicked, this, [this] { driver_.GoForward(); });
-    connect(bar->imgStop, &QToolButton::clicked, this, [this] { driver_.StopLoading(); });
-    connect(bar->imgRefresh, &QToolButton::clicked, this, [this] { driver_.Refresh(); });
-    connect(bar->imgHome, &QToolButton::clicked, this, [this] { driver_.GoHome(); });
-    connect(bar, &BrowserBar::GoTo, this, [this](const QString& address) {
+    bar->Drive(*browser);
+    connect(bar->imgHome, &QToolButton::clicked, this, [this] { selector_.GoHome(); });
+    connect(bar, &BrowserBar::GoTo, this, [this, browser](const QString& address) {
         if (browserNotices_.TakesAddress(address))
-            driver_.Go(address);
+            browser->Navigate(address);
     });
     connect(browser, &EmbeddedBrowser::NavigateComplete, this, &TfrmMain::ewbMainNavigateComplete);
 }

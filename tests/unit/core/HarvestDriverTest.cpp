@@ -475,20 +475,6 @@ TEST_F(Driving, ProgressSetsAPercentageAgainstTheMaximum) {
     }
 }
 
-TEST_F(Driving, TheBrowserBar) {
-    Build(SiteCode::UsYellowPages);
-    browser.IsBusy = true;
-    driver->GoBack();
-    browser.IsBusy = false;
-    driver->GoForward();
-    driver->StopLoading();
-    driver->Refresh();
-    driver->GoHome();
-    driver->Go(u"http://a.test"_s);
-    EXPECT_EQ(browser.Calls, (QStringList{u"stop"_s, u"back"_s, u"forward"_s, u"stop"_s, u"refresh"_s,
-                                          u"navigate "_s + base, u"navigate http://a.test"_s}));
-}
-
 TEST(HarvestTimeStamp, IsFitForAFileNameInEveryLocale) {
     const QDateTime moment(QDate(2026, 11, 21), QTime(19, 5, 6));
     EXPECT_EQ(HarvestTimeStamp(moment, QLocale(u"es_ES"_s)), u"21-11-26 19-05-06"_s);
