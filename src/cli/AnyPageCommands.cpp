@@ -38,7 +38,7 @@ bool ReadsDocuments(const CommandLine& line) {
 }
 
 QString PageUrlOf(const CommandLine& line) {
-    const QString url = TypedAddress(line.PageUrl);
+    QString url = TypedAddress(line.PageUrl);
     if (SiteOf(url).isEmpty())
         throw UsageError(u"--url: \u201C%1\u201D is no address of a web page"_s.arg(line.PageUrl));
     return url;

@@ -2,11 +2,11 @@
 #include "browser/StaticBrowser.h"
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
+#include "cli/HarvestWatch.h"
 #include "cli/LeadOutput.h"
 #include "cli/SearchHarvest.h"
 #include "cli/Session.h"
 #include "cli/StoreLink.h"
-#include "core/HarvestDriver.h"
 #include "export/JsonLine.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
@@ -22,59 +22,42 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Watches over a harvest in a person's place: reports how it goes on, and ends it where a person would see that nothing
-// more can come.
-class Watch : public HarvestObserver {
+// Reports how the harvest goes on, and ends it where a page brings nothing new.
+class Watch : public HarvestWatch {
 public:
-    Watch(const CommandLine& line, Session& session, EmbeddedBrowser& browser, const LeadOutput& output)
-        : line_(line), session_(session), browser_(browser), output_(output) {
-        sincePage_.start();
+    Watch(const CommandLine& line, Session& session, const EmbeddedBrowser& browser, const LeadOutput& output)
+        : HarvestWatch(session.Job, browser, line.PatienceSeconds), line_(line), session_(session), output_(output) {
         session_.Job.LeadKept = [this](const Lead& lead) { LeadKept(lead); };
     }
     ~Watch() override { session_.Job.LeadKept = {}; }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
-    bool Ended() const { return ended_; }
-    qint64 Pages() const { return pages_; }
-    /// Why it was given up; empty when it came to its end.
-    const QString& Error() const { return error_; }
-
     void PageIncomplete(const QString& page) override {
-        const bool mayComplete = browser_.Busy() || browser_.RunsScripts();
-        const double waited = static_cast<double>(sincePage_.elapsed()) / 1000;
-        session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
-        if (mayComplete && waited < line_.PatienceSeconds)
-            return;
-        const std::shared_ptr<const SiteAdapter> site = session_.Job.Adapter();
-        QString reason = u"no results page of %1: %2"_s.arg(session_.State.CurrID,
-                                                            site->ReadDocument ? u"no list of businesses was found"_s
-                                                                               : MissingListMarkers(page, *site));
-        if (!browser_.LastError().isEmpty())
-            reason = browser_.LastError();
-        GiveUp(ContainsExact(reason, Address()) ? reason : Address() + u": " + reason);
+        session_.Out.ShowProgress(Pages(), session_.Report.Count(), Address());
+        if (!MayStillCome())
+            GiveUp(WhyNoResults(page));
     }
 
     void PageRead() override {
-        ++pages_;
-        sincePage_.start();
-        session_.Out.Note(u"page %1: %2 leads, %3 in all, %4"_s.arg(pages_)
+        HarvestWatch::PageRead();
+        session_.Out.Note(u"page %1: %2 leads, %3 in all, %4"_s.arg(Pages())
                               .arg(newLeads_)
                               .arg(session_.Report.Count())
                               .arg(Address()));
-        if (line_.MaxPages > 0 && pages_ >= line_.MaxPages)
+        if (line_.MaxPages > 0 && Pages() >= line_.MaxPages)
             session_.State.ShouldStop = true;
         if (!output_.Error().isEmpty())
             session_.State.ShouldStop = true;
     }
 
     void RoundEnded(bool nextPageLoaded) override {
+        HarvestWatch::RoundEnded(nextPageLoaded);
         if (!nextPageLoaded && newLeads_ == 0) {
             session_.Out.Note(u"%1: a next page is announced, but no link to it can be taken"_s.arg(Address()));
             End();
         }
         newLeads_ = 0;
-        sincePage_.start();
     }
 
     void PageGivenUp(const QString& address, const QString& reason) override {
@@ -87,22 +70,7 @@ public:
                           "harvest ends here"_s.arg(ShownAddress(address)));
     }
 
-    void HarvestEnded() override { ended_ = true; }
-
 private:
-    QString Address() const { return ShownAddress(browser_.LocationAddress()); }
-
-    // The driver's next tick may be due already and come before this is heard of; it must not read another page.
-    void End() {
-        ended_ = true;
-        session_.State.ShouldStop = true;
-    }
-
-    void GiveUp(const QString& reason) {
-        error_ = reason;
-        End();
-    }
-
     void LeadKept(const Lead& lead) {
         session_.Report.Add(lead);
         // Leads that are saved automatically and leads without a link are not held back as duplicates, so a page that
@@ -117,19 +85,14 @@ private:
         }
         if (!output_.Error().isEmpty())
             session_.State.ShouldStop = true;
-        session_.Out.ShowProgress(pages_, session_.Report.Count(), Address());
+        session_.Out.ShowProgress(Pages(), session_.Report.Count(), Address());
     }
 
     const CommandLine& line_;
     Session& session_;
-    EmbeddedBrowser& browser_;
     const LeadOutput& output_;
-    QElapsedTimer sincePage_;
     QSet<QByteArray> seen_;
-    qint64 pages_ = 0;
     qint64 newLeads_ = 0;
-    bool ended_ = false;
-    QString error_;
 };
 
 std::unique_ptr<EmbeddedBrowser> MakeBrowser(const CommandLine& line, Session& session,

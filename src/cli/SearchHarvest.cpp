@@ -1,7 +1,7 @@
 #include "cli/SearchHarvest.h"
 
 #include "browser/StaticBrowser.h"
-#include "core/HarvestDriver.h"
+#include "cli/HarvestWatch.h"
 #include "export/JsonLine.h"
 #include "net/Robots.h"
 #include "store/StoreEdits.h"
@@ -52,12 +52,7 @@ public:
         const QString host = TurnHostOf(address);
         if (pageMs_ <= 0 || host.isEmpty())
             return;
-        qint64 wait = pageMs_;
-        try {
-            wait = Searches(database_).TakeTurn(host, pageMs_);
-        } catch (const StoreError&) {
-            // Without the store nobody knows of the others; the usual pause is kept.
-        }
+        const qint64 wait = TakeTurn(host);
         QElapsedTimer timer;
         for (timer.start(); timer.elapsed() < wait && !session_.State.ShouldStop && !session_.Loop.Quitting();)
             session_.Loop.WaitForMessage(static_cast<qint32>(std::min<qint64>(wait - timer.elapsed(), 200)));
@@ -78,6 +73,14 @@ public:
     QString Refused; ///< why the last address was that could not be asked for
 
 private:
+    // Milliseconds to the turn.
+    qint64 TakeTurn(const QString& host) {
+        try {
+            return Searches(database_).TakeTurn(host, pageMs_);
+        } catch (const StoreError&) {
+            return pageMs_; // without the store nobody knows of the others; the usual pause is kept
+        }
+    }
     void Renew() {
         try {
             if (!Searches(database_).Renew(search_.Id, worker_, leaseMs_))
@@ -160,61 +163,61 @@ private:
     QSet<QByteArray> there_;
 };
 
-// Follows the harvest, and notes every whole page once its leads are in the store.
-class PageNotes : public HarvestObserver {
+// Notes every whole page once its leads are in the store, and asks once more for a page that did not come.
+class PageNotes : public HarvestWatch {
 public:
     PageNotes(const CommandLine& line, Session& session, BrowserInTurn& browser, Turns& turns, Database& database,
               LeadKeeper& keeper, const StoredSearch& search, const QString& worker)
-        : line_(line),
+        : HarvestWatch(session.Job, browser, line.PatienceSeconds, search.Pages),
           session_(session),
           browser_(browser),
           turns_(turns),
           database_(database),
           keeper_(keeper),
           search_(search),
-          worker_(worker),
-          Pages(search.Pages) {
-        sincePage_.start();
-        session_.Job.LeadKept = {};
-    }
+          worker_(worker) {}
 
-    void PageIncomplete(const QString&) override {
-        const double waited = static_cast<double>(sincePage_.elapsed()) / 1000;
-        if (browser_.Busy() && waited < line_.PatienceSeconds)
+    void PageIncomplete(const QString& page) override {
+        if (MayStillCome())
             return;
-        const QString address = ShownAddress(browser_.LocationAddress());
-        if (!turns_.Refused.isEmpty()) {
-            Error = turns_.Refused;
-            return End();
-        }
+        if (!turns_.Refused.isEmpty())
+            return GiveUp(turns_.Refused);
         // Nobody is there to press a key when one request of thousands fails.
-        if (!browser_.LastError().isEmpty() && !browser_.Asked().isEmpty() && attempts_ < mostAttempts) {
-            QElapsedTimer pause;
-            const qint64 wait = std::min(200LL << (2 * attempts_++), longestPause);
-            for (pause.start(); pause.elapsed() < wait && !session_.Loop.Quitting();)
-                session_.Loop.WaitForMessage(static_cast<qint32>(wait - pause.elapsed()));
-            sincePage_.start();
-            return browser_.Navigate(QString(browser_.Asked()));
-        }
-        Error = browser_.LastError().isEmpty() ? u"%1: no results page of %2"_s.arg(address, session_.State.CurrID)
-                                               : browser_.LastError();
-        End();
+        if (browser_.LastError().isEmpty() || browser_.Asked().isEmpty() || attempts_ == mostAttempts)
+            return GiveUp(WhyNoResults(page));
+        QElapsedTimer pause;
+        const qint64 wait = std::min(200LL << (2 * attempts_++), longestPause);
+        for (pause.start(); pause.elapsed() < wait && !session_.Loop.Quitting();)
+            session_.Loop.WaitForMessage(static_cast<qint32>(wait - pause.elapsed()));
+        BePatient();
+        browser_.Navigate(QString(browser_.Asked()));
     }
     void PageRead() override {
-        ++Pages;
+        HarvestWatch::PageRead();
         attempts_ = 0;
-        sincePage_.start();
     }
     void RoundEnded(bool nextPageLoaded) override {
-        sincePage_.start();
+        HarvestWatch::RoundEnded(nextPageLoaded);
         if (!nextPageLoaded)
             End();
         else if (keeper_.Flush(patienceWithStore))
             Note();
     }
-    void HarvestEnded() override { Ended = true; }
 
-    const CommandLine& line_;
+private:
+    void Note() {
+        const QString goOn = browser_.LocationAddress();
+        try {
+            if (TurnHostOf(goOn).isEmpty())
+                return; // not there yet; the page before it is where another worker would begin
+            if (!Searches(database_).Checkpoint(search_.Id, worker_, keeper_.HarvestUid(), goOn, Pages(),
+                                                session_.State.MainCategory, turns_.LeaseMs()))
+                turns_.Lose();
+        } catch (const StoreError&) {
+            // Another worker would go on from an earlier page; nothing is lost.
+        }
+    }
+
     Session& session_;
     BrowserInTurn& browser_;
     Turns& turns_;
@@ -222,30 +225,7 @@ public:
     LeadKeeper& keeper_;
     const StoredSearch& search_;
     QString worker_;
-    QElapsedTimer sincePage_;
-    qint32 Pages;
-    bool Ended = false;
-    QString Error;
-
-private:
     int attempts_ = 0;
-
-    void Note() {
-        const QString goOn = browser_.LocationAddress();
-        try {
-            if (TurnHostOf(goOn).isEmpty())
-                return; // not there yet; the page before it is where another worker would begin
-            if (!Searches(database_).Checkpoint(search_.Id, worker_, keeper_.HarvestUid(), goOn, Pages,
-                                                session_.State.MainCategory, turns_.LeaseMs()))
-                turns_.Lose();
-        } catch (const StoreError&) {
-            // Another worker would go on from an earlier page; nothing is lost.
-        }
-    }
-    void End() {
-        Ended = true;
-        session_.State.ShouldStop = true;
-    }
 };
 
 } // namespace
@@ -332,13 +312,13 @@ SearchOutcome SearchHarvest::Harvest(Session& session, const StoredSearch& searc
         driver.Start();
         session.State.MainCategory = search.Category;
     }
-    while (!notes.Ended && !turns.Lost() && !session.Loop.Quitting())
+    while (!notes.Ended() && !turns.Lost() && !session.Loop.Quitting())
         session.Loop.WaitForMessage(std::nullopt);
     browser.Stop();
-    pages_ = notes.Pages;
+    pages_ = notes.Pages();
 
     const bool interrupted = session.CtrlC.Happened();
-    const QString error = !notes.Error.isEmpty() ? notes.Error : session.State.FailureMessage;
+    const QString error = !notes.Error().isEmpty() ? notes.Error() : session.State.FailureMessage;
     const How how = interrupted        ? How::Interrupted
                     : turns.Lost()     ? How::Lost
                     : !error.isEmpty() ? How::Failed
