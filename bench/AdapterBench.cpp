@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 void ReadPage(benchmark::State& state, bool withEmail) {
     const auto count = static_cast<int>(state.range(0));
     const QString page = ListingsPage(count, withEmail);
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         state.PauseTiming();
         auto bench = std::make_unique<HarvestBench>(SiteCode::YellowPagesCanada, 1);
         state.ResumeTiming();
@@ -54,7 +54,7 @@ void AgainstGumbo(benchmark::State& state) {
     const QByteArray bytes = page.toUtf8();
     double reading = 0;
     double parsing = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         HarvestBench bench(SiteCode::YellowPagesCanada, 1);
         reading += SecondsOf([&] { GetYPCADataResults1(bench.Job, page); });
         parsing += SecondsOf([&] {

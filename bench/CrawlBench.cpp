@@ -95,7 +95,7 @@ void CrawledPage(benchmark::State& state, const QString& code) {
     std::vector<double> processor;
     std::vector<double> wall;
     int pages = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         const std::clock_t ticks = std::clock();
         const auto begun = std::chrono::steady_clock::now();
         const Outcome outcome = HarvestDemo(server, catalogue, code, 1);

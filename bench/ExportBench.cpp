@@ -70,7 +70,7 @@ void ManualExport(benchmark::State& state) {
     std::vector<double> rawSeconds;
     constexpr qsizetype piece =
         1 << 18; // the quickest here: in one piece the same bytes take up to seven times as long
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         const double start = ProcessorSeconds();
         SaveRecords(exported, leads, {}, settings, [](qsizetype, qsizetype) { return true; });
         const double between = ProcessorSeconds();
@@ -105,7 +105,7 @@ void AutomaticSave(benchmark::State& state) {
     double saveSeconds = 0;
     double rawSeconds = 0;
     constexpr int leads = 1000; // the clock is too coarse for a single one
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         const double start = ProcessorSeconds();
         for (int i = 0; i < leads; ++i)
             saver.AutomaticSave(folder.path(), u"Results"_s, line);

@@ -102,7 +102,7 @@ void ReadListings(benchmark::State& state, const Layout& layout) {
     QString page = layout.Head;
     for (int i = 0; i < count; ++i)
         page += QString(layout.Listing).replace(u"%1"_s, QString::number(i));
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         state.PauseTiming();
         auto bench = std::make_unique<HarvestBench>(layout.Site, layout.Variant);
         bench->Loop.SetPace(0);

@@ -70,7 +70,7 @@ void FetchPages(benchmark::State& state) {
     curl_easy_setopt(easy, CURLOPT_URL, address.constData());
     double fetched = 0;
     double bare = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         for (int round = 0; round < 4; ++round) { // in turn, so that both see the same machine
             bare += SecondsOf([&] {
                 for (int i = 0; i < pageCount / 4; ++i) {
@@ -113,7 +113,7 @@ void AddressSearch(benchmark::State& state) {
     const QRegularExpression expression(uR"([_a-zA-Z\d\-\.]+@[_a-zA-Z\d\-]+(\.[_a-zA-Z\d\-]+)+)"_s);
     double searched = 0;
     double matched = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         qsizetype found = 0;
         searched += SecondsOf([&] { found = FindEmails(page).size(); });
         matched += SecondsOf([&] {
@@ -132,7 +132,7 @@ void LettersOnly(benchmark::State& state) {
     QString text(state.range(0), u'a');
     if (state.range(1) != 0)
         text += u'@';
-    for (auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(FindEmails(text));
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * text.size());
 }

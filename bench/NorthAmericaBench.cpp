@@ -115,7 +115,7 @@ void ReadListings(benchmark::State& state, const Layout& layout) {
     QString page = layout.Head;
     for (int i = 0; i < count; ++i)
         page += QString(layout.Listing).replace(u"%1"_s, QString::number(i));
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         state.PauseTiming();
         auto bench = std::make_unique<HarvestBench>(layout.Site, layout.Variant);
         bench->Pages.EveryPage = layout.Details;

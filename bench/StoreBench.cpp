@@ -72,7 +72,7 @@ Filled& Store() {
 }
 
 void Keep(benchmark::State& state) {
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         Fill(Store());
     const auto size = static_cast<double>(StoreQueries(*Store().Store).Size());
     state.counters["leads/s"] = benchmark::Counter(static_cast<double>(LeadNumber()), benchmark::Counter::kIsRate);
@@ -84,7 +84,7 @@ void Keep(benchmark::State& state) {
 void Page(benchmark::State& state, const LeadFilter& filter, const LeadOrder& order, qint64 offset) {
     StoreQueries queries(*Store().Store);
     size_t rows = 0;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         rows = queries.Leads(filter, order, offset, 200).size();
     state.counters["rows"] = static_cast<double>(rows);
 }
@@ -92,7 +92,7 @@ void Page(benchmark::State& state, const LeadFilter& filter, const LeadOrder& or
 void Count(benchmark::State& state, const LeadFilter& filter) {
     StoreQueries queries(*Store().Store);
     qint64 count = 0;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         count = queries.LeadCount(filter);
     state.counters["leads"] = static_cast<double>(count);
 }
@@ -133,13 +133,13 @@ int main(int argc, char** argv) {
         })->Unit(benchmark::kMillisecond);
     // What a view that goes far down in a sorted list asks for once, and then for each page.
     benchmark::RegisterBenchmark("SortedAll/column1", [](benchmark::State& state) {
-        for (auto _ : state)
+        for ([[maybe_unused]] auto _ : state)
             benchmark::DoNotOptimize(StoreQueries(*Store().Store).Numbers({}, {1, false}));
     })->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("SortedPage/column1", [](benchmark::State& state) {
         StoreQueries queries(*Store().Store);
         const std::vector<qint64> numbers = queries.Numbers({}, {1, false});
-        for (auto _ : state)
+        for ([[maybe_unused]] auto _ : state)
             queries.LeadsOf(std::span(numbers).subspan(numbers.size() / 2, 200));
     })->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);

@@ -20,7 +20,7 @@ QString Markup(qsizetype length) {
 void FindAbsent(benchmark::State& state) {
     const QString page = Markup(state.range(0));
     const Needle needle(u"<A class=emailLink");
-    for (auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(needle.FindFolded(page, 0));
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * page.size() * 2);
 }
@@ -33,7 +33,7 @@ void AskForAnAbsentMarker(benchmark::State& state) {
     static const Marker absent(u"mailto:");
     const QString page = Markup(state.range(0));
     int64_t cuts = 0;
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         WorkingText text(page);
         while (text.Contains(begin)) {
             benchmark::DoNotOptimize(text.TakeBetween(begin, end));
@@ -47,7 +47,7 @@ BENCHMARK(AskForAnAbsentMarker)->Arg(50'000)->Arg(5'000'000);
 
 void CleanAndStripAValue(benchmark::State& state) {
     const QString value = u" <b>Finch &amp; Co</b>&nbsp;<span>Ltd</span>\r\n "_s;
-    for (auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(StripTags(CleanMarkup(value)));
 }
 BENCHMARK(CleanAndStripAValue);

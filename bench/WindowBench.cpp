@@ -72,7 +72,7 @@ struct Screen {
 };
 
 void Fill(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const qint64 before = ResidentBytes();
         auto screen = std::make_unique<Screen>();
         screen->Fill(million);
@@ -98,7 +98,7 @@ void Repaint(benchmark::State& state) {
     QImage page(screen.View.viewport()->size(), QImage::Format_RGB32);
     QScrollBar* const bar = screen.View.verticalScrollBar();
     int row = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         row = (row + 7919) % bar->maximum();
         bar->setValue(row);
         screen.View.viewport()->render(&page);
@@ -108,7 +108,7 @@ void Repaint(benchmark::State& state) {
 
 void SelectAll(benchmark::State& state) {
     Screen& screen = FilledScreen();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         screen.View.selectAll();
         screen.View.viewport()->repaint();
     }
@@ -121,7 +121,7 @@ void DeleteHalf(benchmark::State& state) {
     Test::ScriptedDialogs yes;
     Test::VirtualLoop loop;
     Test::StatusRecorder status;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         auto screen = std::make_unique<Screen>();
         screen->Fill(million);
