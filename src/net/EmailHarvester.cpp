@@ -7,8 +7,8 @@
 
 #include <QScopeGuard>
 
+#include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace Brindle {
 
@@ -23,17 +23,15 @@ const Marker singleQuote(u"'");
 const Marker tagEnd(u">");
 const Marker tagBegin(u"<");
 
+// What announces a contact page, in a link's text or in its address.
+constexpr Marker contactWords[]{
+    u"contact",    u"contatto",         u"contatti", u"support",         u"call",    u"email",
+    u"directions", u"customer service", u"help",     u"client services", u"support", u"help",
+    u"affiliates", u"resellers",        u"survey",   u"about",
+};
+
 bool HoldsContactWord(QStringView text) {
-    static const std::vector<Needle> words = [] {
-        std::vector<Needle> needles;
-        for (const QString& word : ContactPageWords())
-            needles.emplace_back(word);
-        return needles;
-    }();
-    for (const Needle& word : words)
-        if (word.FindFolded(text, 0) >= 0)
-            return true;
-    return false;
+    return std::ranges::any_of(contactWords, [text](const Marker& word) { return word.FindFolded(text, 0) >= 0; });
 }
 
 // The next link's address. When both ways of quoting occur, the one that stands first is taken.
@@ -45,15 +43,6 @@ QStringView TakeLink(WorkingText& text) {
 }
 
 } // namespace
-
-const QStringList& ContactPageWords() {
-    static const QStringList words{
-        u"contact"_s,    u"contatto"_s,         u"contatti"_s, u"support"_s,         u"call"_s,    u"email"_s,
-        u"directions"_s, u"customer service"_s, u"help"_s,     u"client services"_s, u"support"_s, u"help"_s,
-        u"affiliates"_s, u"resellers"_s,        u"survey"_s,   u"about"_s,
-    };
-    return words;
-}
 
 void DistinctTexts::Add(const QString& text) {
     const qsizetype before = folded_.size();

@@ -57,7 +57,4 @@ private:
     QString websiteBase_; // nothing fills it, so only absolute links can be followed
 };
 
-/// The words that announce a contact page, in a link's text or in its address.
-const QStringList& ContactPageWords();
-
 } // namespace Brindle

@@ -197,6 +197,12 @@ TfrmSearches::TfrmSearches(SearchDesk& desk, StoreDesk& store, const Workbench& 
     connect(edtWhat_, &QLineEdit::returnPressed, this, &TfrmSearches::AddRow);
     connect(edtWhere_, &QLineEdit::returnPressed, this, &TfrmSearches::AddRow);
     connect(btnFile_, &QPushButton::clicked, this, &TfrmSearches::OpenFile);
+    // The example names the directory that is chosen.
+    connect(cbxDirectory_, &QComboBox::currentIndexChanged, this, [this] {
+        const QString code = cbxDirectory_->currentData().toString();
+        edtTable_->setPlaceholderText(
+            code.isEmpty() ? QString() : u"site,what,where\n%1,plumber,vancouver\n%1,baker,victoria"_s.arg(code));
+    });
     connect(edtTable_, &QPlainTextEdit::textChanged, this, &TfrmSearches::Check);
     connect(btnRun_, &QPushButton::clicked, this, [this] {
         desk_.Run(table_, {edtJobs_->value(), chkRobots_->isChecked()});
@@ -222,7 +228,6 @@ void TfrmSearches::ApplyTexts(const WindowTexts& texts) {
     btnAdd_->setText(texts.Text(WindowText::SearchesAdd));
     btnFile_->setText(texts.Text(WindowText::SearchesFile));
     lblTable_->setText(texts.Text(WindowText::SearchesTable));
-    edtTable_->setPlaceholderText(u"site,what,where\nKVPN002001,plumber,vancouver\nKVPN002001,baker,victoria"_s);
     lblJobs_->setText(texts.Text(WindowText::SearchesJobs));
     chkRobots_->setText(texts.Text(WindowText::SearchesRobots));
     chkRobots_->setToolTip(texts.Text(WindowText::SearchesRobotsHint));
