@@ -1,5 +1,6 @@
 #include "core/BusinessKey.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
@@ -50,11 +51,8 @@ QString FoldedForKey(QStringView text) {
     folded.reserve(text.size());
     if (IsPlain(text)) {
         for (const QChar c : text) {
-            const char16_t u = c.unicode();
-            if (u >= u'A' && u <= u'Z')
-                folded += QChar(static_cast<char16_t>(u | 0x20));
-            else if ((u >= u'a' && u <= u'z') || (u >= u'0' && u <= u'9'))
-                folded += c;
+            if (Ascii::IsLetterOrDigit(c))
+                folded += Ascii::Lower(c);
         }
         return folded;
     }

@@ -1,4 +1,5 @@
 #include "discovery/Annotations.h"
+#include "toolkit/Ascii.h"
 
 #include <QSet>
 
@@ -101,7 +102,7 @@ bool HasDate(QStringView text) {
     const auto number = [text](qsizetype& at) {
         int value = 0;
         int digits = 0;
-        while (at < text.size() && text[at] >= u'0' && text[at] <= u'9' && digits < 5) {
+        while (at < text.size() && Ascii::IsDigit(text[at]) && digits < 5) {
             value = value * 10 + text[at++].digitValue();
             ++digits;
         }

@@ -1,5 +1,7 @@
 #include "discovery/JsonText.h"
 
+#include "toolkit/Ascii.h"
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -13,14 +15,6 @@ bool IsBlank(QChar c) {
 // What may stand in a name or word without quotation marks.
 bool IsWord(QChar c) {
     return c.isLetterOrNumber() || c == u'_' || c == u'$' || c == u'@' || c == u'.' || c == u'+' || c == u'-';
-}
-
-int DigitOf(QChar c) {
-    const char16_t u = c.unicode();
-    if (u >= u'0' && u <= u'9')
-        return u - u'0';
-    const char16_t folded = u | 0x20;
-    return folded >= u'a' && folded <= u'f' ? folded - u'a' + 10 : -1;
 }
 
 } // namespace
@@ -271,7 +265,7 @@ private:
     void AppendCode(QString& read, int digits) {
         int code = 0;
         for (int i = 0; i < digits; ++i) {
-            const int digit = at_ + i < text_.size() ? DigitOf(text_[at_ + i]) : -1;
+            const int digit = at_ + i < text_.size() ? Ascii::HexValue(text_[at_ + i]) : -1;
             if (digit < 0) {
                 read.append(digits == 4 ? u'u' : u'x');
                 return;

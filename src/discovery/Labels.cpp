@@ -1,6 +1,7 @@
 #include "discovery/Labels.h"
 
 #include "discovery/AnyPageText.h"
+#include "toolkit/Ascii.h"
 
 #include <QHash>
 #include <QSet>
@@ -317,13 +318,6 @@ private:
     qsizetype longest_ = 0;
 };
 
-bool IsLower(QChar c) {
-    return c >= u'a' && c <= u'z';
-}
-bool IsUpper(QChar c) {
-    return c >= u'A' && c <= u'Z';
-}
-
 } // namespace
 
 HintSet HintsOfName(QStringView name) {
@@ -356,7 +350,7 @@ HintSet HintsOfName(QStringView name) {
     if (name.contains(u'/'))
         return 0;
     for (qsizetype at = 0; at < name.size() && at < 300;) {
-        if (!IsLower(name[at]) && !IsUpper(name[at])) {
+        if (!Ascii::IsLower(name[at]) && !Ascii::IsUpper(name[at])) {
             if (name[at].isSpace()) {
                 before.clear();
                 endToken();
@@ -378,10 +372,10 @@ HintSet HintsOfName(QStringView name) {
         }
         // A part: "Phone" of "listingPhone", "URL", "phone".
         qsizetype end = at + 1;
-        if (IsUpper(name[at]) && end < name.size() && IsUpper(name[end]))
-            while (end < name.size() && IsUpper(name[end]))
+        if (Ascii::IsUpper(name[at]) && end < name.size() && Ascii::IsUpper(name[end]))
+            while (end < name.size() && Ascii::IsUpper(name[end]))
                 ++end;
-        while (end < name.size() && IsLower(name[end]))
+        while (end < name.size() && Ascii::IsLower(name[end]))
             ++end;
         const QString part = name.sliced(at, end - at).toString().toLower();
         look(part);

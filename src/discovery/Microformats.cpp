@@ -1,5 +1,6 @@
 #include "discovery/Microformats.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -106,10 +107,9 @@ std::pair<QStringView, Reading> PropertyOf(QStringView name) {
         if (!name.startsWith(row.Prefix))
             continue;
         const QStringView property = name.sliced(row.Prefix.size());
-        const auto isLetter = [](QChar c) { return c >= u'a' && c <= u'z'; };
-        const bool isName = !property.isEmpty() && isLetter(property[0]) &&
+        const bool isName = !property.isEmpty() && Ascii::IsLower(property[0]) &&
                             std::all_of(property.begin(), property.end(),
-                                        [&](QChar c) { return isLetter(c) || c == u'-' || (c >= u'0' && c <= u'9'); });
+                                        [](QChar c) { return Ascii::IsLower(c) || c == u'-' || Ascii::IsDigit(c); });
         return {isName ? property : QStringView(), row.As};
     }
     return {};

@@ -1,4 +1,5 @@
 #include "discovery/NextPage.h"
+#include "toolkit/Ascii.h"
 #include "toolkit/PageAddress.h"
 
 #include <QHash>
@@ -91,7 +92,7 @@ QString TemplateOf(const QString& path, std::vector<QStringView>& numbers) {
     QString shape;
     for (qsizetype i = 0; i < path.size();) {
         qsizetype end = i;
-        while (end < path.size() && path[end] >= u'0' && path[end] <= u'9')
+        while (end < path.size() && Ascii::IsDigit(path[end]))
             ++end;
         if (end > i) {
             numbers.push_back(QStringView(path).sliced(i, end - i));

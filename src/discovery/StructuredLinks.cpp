@@ -1,5 +1,6 @@
 #include "discovery/StructuredLinks.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -31,7 +32,7 @@ QStringView WithoutPort(QStringView host) {
 bool IsNumericOrLocal(QStringView host) {
     const QStringView name = WithoutPort(host);
     return name == u"localhost" || name.startsWith(u'[') ||
-           std::all_of(name.begin(), name.end(), [](QChar c) { return c == u'.' || (c >= u'0' && c <= u'9'); });
+           std::all_of(name.begin(), name.end(), [](QChar c) { return c == u'.' || Ascii::IsDigit(c); });
 }
 
 // The part of a host that one owner registers: two labels, three under endings like "co.uk".

@@ -9,6 +9,7 @@
 #ifdef BRINDLE_HAS_PSL
 #include "core/Errors.h"
 #include "core/LoadedLibrary.h"
+#include "toolkit/Ascii.h"
 
 #include <libpsl.h>
 #endif
@@ -23,7 +24,7 @@ bool IsDomainLabel(QStringView label) {
     if (label.isEmpty() || label.size() > 63 || label.front() == u'-' || label.back() == u'-')
         return false;
     return std::all_of(label.begin(), label.end(),
-                       [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'-'; });
+                       [](QChar c) { return Ascii::IsLower(c) || Ascii::IsDigit(c) || c == u'-'; });
 }
 
 #ifdef BRINDLE_HAS_PSL
@@ -75,8 +76,7 @@ bool IsLocalPart(QStringView text) {
         return false;
     static constexpr QStringView others = u"!#$%&'*+-/=?^_`{|}~.";
     return std::all_of(text.begin(), text.end(), [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || others.contains(c) ||
-               c.unicode() >= 0xa0; // RFC 6531
+        return Ascii::IsLetterOrDigit(c) || others.contains(c) || c.unicode() >= 0xa0; // RFC 6531
     });
 }
 

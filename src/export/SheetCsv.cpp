@@ -1,6 +1,7 @@
 #include "export/SheetCsv.h"
 
 #include "export/CsvFormat.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 
@@ -26,10 +27,9 @@ bool IsFormula(QStringView text) {
 
 bool IsPlainPhone(QStringView text) {
     constexpr QStringView marks = u" ()/.-";
-    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
     return text.size() > 1 && text.front() == u'+' &&
-           std::all_of(text.begin() + 1, text.end(), [&](QChar c) { return isDigit(c) || marks.contains(c); }) &&
-           std::any_of(text.begin() + 1, text.end(), isDigit);
+           std::all_of(text.begin() + 1, text.end(), [&](QChar c) { return Ascii::IsDigit(c) || marks.contains(c); }) &&
+           std::any_of(text.begin() + 1, text.end(), Ascii::IsDigit<QChar>);
 }
 
 SheetCsv::SheetCsv(const ExportShape& shape) : shape_(shape), delimiter_(',') {

@@ -3,6 +3,7 @@
 #include "core/Errors.h"
 #include "export/CsvFormat.h"
 #include "export/XlsxWriter.h"
+#include "toolkit/Ascii.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,9 +44,7 @@ bool CannotHold(QChar c) {
 // A text with what the format would take for an escaped character: its underscore is escaped itself (ECMA-376, part 1,
 // section 22.9.2.19).
 QString Escaped(QString text) {
-    const auto isHex = [](QChar c) {
-        return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
-    };
+    const auto isHex = [](QChar c) { return Ascii::HexValue(c) >= 0; };
     for (qsizetype at = text.indexOf(u"_x"); at >= 0 && at + 6 < text.size(); at = text.indexOf(u"_x", at + 1)) {
         const QStringView code = QStringView(text).sliced(at + 2, 4);
         if (text[at + 6] == u'_' && std::all_of(code.begin(), code.end(), isHex)) {

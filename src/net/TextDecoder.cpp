@@ -16,10 +16,6 @@ namespace Brindle {
 
 namespace {
 
-bool IsSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\f' || c == '\r';
-}
-
 // Windows-1252 from 0x80 to 0x9F (WHATWG Encoding, index windows-1252); the other bytes are those of Latin-1.
 constexpr std::array<char16_t, 32> windows1252{0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                                0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
@@ -167,21 +163,21 @@ std::optional<Attribute> NextAttribute(const QByteArray& text, qsizetype& at) {
     };
     const auto ended = [&] { return at >= text.size(); };
     Attribute attribute;
-    skip([](char c) { return IsSpace(c) || c == '/'; });
+    skip([](char c) { return Ascii::IsBlank(c) || c == '/'; });
     if (ended())
         return std::nullopt;
     if (text[at] == '>')
         return attribute;
     const char first = text[at++]; // even a "="
-    attribute.Name =
-        QByteArray(1, first).toLower() + skip([](char c) { return !IsSpace(c) && c != '/' && c != '>' && c != '='; });
-    skip(IsSpace);
+    attribute.Name = QByteArray(1, first).toLower() +
+                     skip([](char c) { return !Ascii::IsBlank(c) && c != '/' && c != '>' && c != '='; });
+    skip(Ascii::IsBlank<char>);
     if (ended())
         return std::nullopt;
     if (text[at] != '=')
         return attribute;
     ++at;
-    skip(IsSpace);
+    skip(Ascii::IsBlank<char>);
     if (ended())
         return std::nullopt;
     if (const char quote = text[at]; quote == '"' || quote == '\'') {
@@ -191,7 +187,7 @@ std::optional<Attribute> NextAttribute(const QByteArray& text, qsizetype& at) {
             return std::nullopt;
         ++at;
     } else {
-        attribute.Value = skip([](char c) { return !IsSpace(c) && c != '>'; });
+        attribute.Value = skip([](char c) { return !Ascii::IsBlank(c) && c != '>'; });
         if (ended())
             return std::nullopt;
     }
@@ -234,7 +230,7 @@ std::optional<QByteArray> LabelOfMeta(const QByteArray& text, qsizetype& at) {
 }
 
 bool IsMetaTag(QByteArrayView lowered) {
-    return lowered.startsWith("<meta") && lowered.size() > 5 && (IsSpace(lowered[5]) || lowered[5] == '/');
+    return lowered.startsWith("<meta") && lowered.size() > 5 && (Ascii::IsBlank(lowered[5]) || lowered[5] == '/');
 }
 
 bool IsTag(QByteArrayView lowered) {
@@ -261,7 +257,7 @@ QByteArray MetaCharset(const QByteArray& bytes) {
                 return label && label->startsWith("utf-16") ? QByteArray("utf-8") : label.value_or(QByteArray());
         } else if (IsTag(rest)) {
             // Passed attribute by attribute, so that a "<" inside a value does not count.
-            while (at < head.size() && !IsSpace(head[at]) && head[at] != '>')
+            while (at < head.size() && !Ascii::IsBlank(head[at]) && head[at] != '>')
                 ++at;
             for (auto attribute = NextAttribute(head, at); !attribute || !attribute->Name.isEmpty();
                  attribute = NextAttribute(head, at))
@@ -324,7 +320,7 @@ QByteArray CharsetOf(const QByteArray& contentType) {
     qsizetype at = 0;
     while ((at = lowered.indexOf("charset", at)) >= 0) {
         at += 7;
-        while (at < lowered.size() && IsSpace(lowered[at]))
+        while (at < lowered.size() && Ascii::IsBlank(lowered[at]))
             ++at;
         if (at >= lowered.size() || lowered[at] != '=')
             continue;
@@ -334,7 +330,7 @@ QByteArray CharsetOf(const QByteArray& contentType) {
             return end < 0 ? QByteArray() : value.sliced(1, end - 1).trimmed();
         }
         qsizetype end = 0;
-        while (end < value.size() && !IsSpace(value[end]) && value[end] != ';')
+        while (end < value.size() && !Ascii::IsBlank(value[end]) && value[end] != ';')
             ++end;
         return value.first(end);
     }

@@ -4,6 +4,7 @@
 #include "core/LoadedLibrary.h"
 #include "page/PagePieces.h"
 #include "page/PageTreeBuilder.h"
+#include "toolkit/Ascii.h"
 #include "toolkit/Marker.h"
 
 #include <algorithm>
@@ -507,7 +508,7 @@ private:
         if (number < 0) {
             QByteArray name = NameOf(node).toByteArray();
             for (char& c : name)
-                c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+                c = Ascii::Lower(c);
             number = builder_.NameNumber(space == NodeSpace::Svg ? SvgName(name) : QByteArrayView(name));
         }
         return number;

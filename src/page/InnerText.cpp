@@ -1,6 +1,7 @@
 #include "page/InnerText.h"
 
 #include "page/TextSearch.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 #include <iterator>
@@ -37,7 +38,7 @@ constexpr QStringView hiddenInSvg[] = {u"title", u"desc", u"style", u"script"};
 bool HidesByStyle(QStringView style) {
     QString plain(u';');
     for (const QChar c : style)
-        if (!IsPageBlank(c))
+        if (!Ascii::IsBlank(c))
             plain += c.toLower();
     return plain.contains(u";display:none") || plain.contains(u";visibility:hidden");
 }
@@ -98,7 +99,7 @@ private:
         for (const QChar c : text) {
             if (preserved_ > 0 && c == u'\n')
                 BreakLine();
-            else if (preserved_ == 0 && IsPageBlank(c))
+            else if (preserved_ == 0 && Ascii::IsBlank(c))
                 blank_ = true;
             else
                 AddCharacter(c);

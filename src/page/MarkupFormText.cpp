@@ -1,6 +1,7 @@
 #include "page/MarkupFormText.h"
 
 #include "page/MarkupScanner.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -155,7 +156,7 @@ const KnownAttribute* Known(QStringView name) {
         const char16_t c = name[i].unicode();
         if (c > 0x7f)
             return nullptr;
-        key[static_cast<size_t>(i)] = static_cast<char>(c >= u'A' && c <= u'Z' ? c + 32 : c);
+        key[static_cast<size_t>(i)] = static_cast<char>(Ascii::Lower(c));
     }
     const std::string_view wanted(key.data(), static_cast<size_t>(name.size()));
     const auto found = std::lower_bound(knownAttributes.begin(), knownAttributes.end(), wanted,
@@ -164,10 +165,8 @@ const KnownAttribute* Known(QStringView name) {
 }
 
 bool StandsBare(QStringView value) {
-    return !value.isEmpty() && std::all_of(value.begin(), value.end(), [](QChar c) {
-        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u'_' ||
-               c == u'-';
-    });
+    return !value.isEmpty() && std::all_of(value.begin(), value.end(),
+                                           [](QChar c) { return Ascii::IsLetterOrDigit(c) || c == u'_' || c == u'-'; });
 }
 
 // Copies the page over run by run; between the runs stands what is written differently.
@@ -210,7 +209,7 @@ private:
             copied_ = attribute.Begin + attribute.Name.size();
         }
         const QChar next = attribute.End < html_.size() ? html_[attribute.End] : QChar();
-        const bool separated = IsMarkupSpace(next) || next == u'>';
+        const bool separated = Ascii::IsBlank(next) || next == u'>';
         if (known->Of == Kind::Boolean && (separated || next == u'/')) {
             CopyUpTo(attribute.Begin + attribute.Name.size());
             copied_ = attribute.End;
@@ -224,7 +223,7 @@ private:
 
     void WriteUpperCased(QStringView name) {
         for (const QChar c : name)
-            out_.append(c >= u'a' && c <= u'z' ? QChar(c.unicode() - 32) : c);
+            out_.append(Ascii::Upper(c));
     }
 
     void CopyUpTo(qsizetype end) {

@@ -1,5 +1,7 @@
 #include "page/MarkupScanner.h"
 
+#include "toolkit/Ascii.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -7,15 +9,10 @@ namespace Brindle {
 
 namespace {
 
-bool IsLetter(QChar c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
 // Whether `text` begins with `name`, which is written in small letters.
 bool BeginsWith(QStringView text, QStringView name) {
-    return text.size() >= name.size() && std::equal(name.begin(), name.end(), text.begin(), [](QChar n, QChar t) {
-               return n == t || (t >= u'A' && t <= u'Z' && n.unicode() == t.unicode() + 32);
-           });
+    return text.size() >= name.size() &&
+           std::equal(name.begin(), name.end(), text.begin(), [](QChar n, QChar t) { return n == Ascii::Lower(t); });
 }
 
 bool IsNamed(QStringView text, QStringView name) {
@@ -46,11 +43,11 @@ bool MarkupScanner::NextTag() {
         const QChar next = At(pos_ + 1);
         closing_ = next == u'/';
         const qsizetype name = pos_ + (closing_ ? 2 : 1);
-        if (IsLetter(At(name))) {
+        if (Ascii::IsLetter(At(name))) {
             tagBegin_ = pos_;
             nameBegin_ = name;
             nameEnd_ = name;
-            while (nameEnd_ < text_.size() && !IsMarkupSpace(text_[nameEnd_]) && text_[nameEnd_] != u'/' &&
+            while (nameEnd_ < text_.size() && !Ascii::IsBlank(text_[nameEnd_]) && text_[nameEnd_] != u'/' &&
                    text_[nameEnd_] != u'>')
                 ++nameEnd_;
             pos_ = nameEnd_;
@@ -88,7 +85,7 @@ bool MarkupScanner::NextAttribute() {
     }
     attribute_.Begin = pos_;
     ++pos_; // a "=" that begins a name belongs to it
-    while (pos_ < text_.size() && !IsMarkupSpace(text_[pos_]) && text_[pos_] != u'/' && text_[pos_] != u'>' &&
+    while (pos_ < text_.size() && !Ascii::IsBlank(text_[pos_]) && text_[pos_] != u'/' && text_[pos_] != u'>' &&
            text_[pos_] != u'=')
         ++pos_;
     attribute_.Name = text_.mid(attribute_.Begin, pos_ - attribute_.Begin);
@@ -111,7 +108,7 @@ bool MarkupScanner::NextAttribute() {
         pos_ = BehindOrEnd(text_, end, 1);
     } else {
         const qsizetype begin = pos_;
-        while (pos_ < text_.size() && !IsMarkupSpace(text_[pos_]) && text_[pos_] != u'>')
+        while (pos_ < text_.size() && !Ascii::IsBlank(text_[pos_]) && text_[pos_] != u'>')
             ++pos_;
         attribute_.Quoting = Quote::Bare;
         attribute_.Value = text_.mid(begin, pos_ - begin);
@@ -138,7 +135,7 @@ bool MarkupScanner::StartsRawText() const {
 }
 
 void MarkupScanner::SkipSpace() {
-    while (pos_ < text_.size() && IsMarkupSpace(text_[pos_]))
+    while (pos_ < text_.size() && Ascii::IsBlank(text_[pos_]))
         ++pos_;
 }
 
@@ -164,7 +161,7 @@ bool MarkupScanner::NameAt(qsizetype at, QStringView name) const {
     const qsizetype end = at + name.size();
     if (end > text_.size() || text_.mid(at, name.size()).compare(name, Qt::CaseInsensitive) != 0)
         return false;
-    return IsMarkupSpace(At(end)) || At(end) == u'/' || At(end) == u'>';
+    return Ascii::IsBlank(At(end)) || At(end) == u'/' || At(end) == u'>';
 }
 
 qsizetype MarkupScanner::EndOfRawText(QStringView name) {

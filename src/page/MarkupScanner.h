@@ -4,11 +4,6 @@
 
 namespace Brindle {
 
-/// Whether a character is white space between attributes (HTML, section 13.2.5.32).
-inline bool IsMarkupSpace(QChar c) {
-    return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r' || c == u'\f';
-}
-
 /// Walks over the tags of a page in one pass, as the tokeniser of HTML (section 13.2.5) would find them: comments,
 /// doctypes and the raw text of scripts and their like are stepped over. It builds nothing and copies nothing; all
 /// positions are offsets into the text.

@@ -11,8 +11,8 @@ namespace {
 
 bool BeginsTag(QStringView text) {
     const qsizetype name = text.size() > 1 && text[1] == u'/' ? 2 : 1;
-    const QChar first = text.size() > name ? LowerLetter(text[name]) : QChar();
-    return first >= u'a' && first <= u'z';
+    const QChar first = text.size() > name ? Ascii::Lower(text[name]) : QChar();
+    return Ascii::IsLower(first);
 }
 
 qsizetype BehindNext(const QString& html, QStringView what, qsizetype from) {

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "page/SelectorParts.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 #include <iterator>
@@ -15,35 +16,18 @@ namespace {
 constexpr int deepestNesting = 16;
 constexpr qint32 largestStep = 1'000'000'000;
 
-bool IsBlank(char16_t c) {
-    return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
-}
 bool IsLineEnd(char16_t c) {
     return c == u'\n' || c == u'\r' || c == u'\f';
 }
-bool IsDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-bool IsLetter(char16_t c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
 bool BeginsName(char16_t c) {
-    return IsLetter(c) || c == u'_' || c >= 0x80;
+    return Ascii::IsLetter(c) || c == u'_' || c >= 0x80;
 }
 bool IsOfName(char16_t c) {
-    return BeginsName(c) || IsDigit(c) || c == u'-';
+    return BeginsName(c) || Ascii::IsDigit(c) || c == u'-';
 }
-int HexValue(char16_t c) {
-    if (IsDigit(c))
-        return c - u'0';
-    const char16_t lower = c | 0x20;
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
-
 QString Lowered(QString text) {
     for (QChar& c : text)
-        if (c >= u'A' && c <= u'Z')
-            c = QChar(c.unicode() + 32);
+        c = Ascii::Lower(c);
     return text;
 }
 
@@ -107,7 +91,7 @@ private:
     bool SkipBlanks() {
         bool blank = false;
         while (!AtEnd()) {
-            if (IsBlank(Peek())) {
+            if (Ascii::IsBlank(Peek())) {
                 blank = true;
                 ++at_;
             } else if (Peek() == u'/' && Peek(1) == u'*') {
@@ -342,7 +326,7 @@ private:
         const bool negative = Peek() == u'-';
         if (negative || Peek() == u'+')
             ++at_;
-        const bool hasNumber = IsDigit(Peek());
+        const bool hasNumber = Ascii::IsDigit(Peek());
         const qint32 number = hasNumber ? ReadNumber() : 1;
         const qint32 first = negative ? -number : number;
         if ((Peek() | 0x20) != u'n') {
@@ -362,7 +346,7 @@ private:
         const bool back = Peek() == u'-';
         ++at_;
         SkipBlanks();
-        if (!IsDigit(Peek()))
+        if (!Ascii::IsDigit(Peek()))
             Fail(u"a number is missing"_s);
         const qint32 offset = ReadNumber();
         test.Offset = back ? -offset : offset;
@@ -370,7 +354,7 @@ private:
 
     qint32 ReadNumber() {
         qint32 number = 0;
-        for (; IsDigit(Peek()); ++at_)
+        for (; Ascii::IsDigit(Peek()); ++at_)
             number = number > largestStep / 10 ? largestStep : number * 10 + (Peek() - u'0');
         return std::min(number, largestStep);
     }
@@ -401,16 +385,16 @@ private:
 
     void ReadEscape(QString& to) {
         ++at_;
-        if (HexValue(Peek()) < 0) {
+        if (Ascii::HexValue(Peek()) < 0) {
             to += text_[at_++];
             return;
         }
         char32_t code = 0;
-        for (int digits = 0; digits < 6 && !AtEnd() && HexValue(Peek()) >= 0; ++digits, ++at_)
-            code = code * 16 + static_cast<char32_t>(HexValue(Peek()));
+        for (int digits = 0; digits < 6 && !AtEnd() && Ascii::HexValue(Peek()) >= 0; ++digits, ++at_)
+            code = code * 16 + static_cast<char32_t>(Ascii::HexValue(Peek()));
         if (Peek() == u'\r' && Peek(1) == u'\n')
             at_ += 2;
-        else if (!AtEnd() && IsBlank(Peek()))
+        else if (!AtEnd() && Ascii::IsBlank(Peek()))
             ++at_;
         if (code == 0 || code > 0x10ffff || (code >= 0xd800 && code < 0xe000))
             code = QChar::ReplacementCharacter;
@@ -469,7 +453,7 @@ QString EscapedIdentifier(QStringView name) {
         const char16_t c = name[i].unicode();
         if (c == 0)
             escaped += QChar(QChar::ReplacementCharacter);
-        else if (c < 0x20 || c == 0x7f || (IsDigit(c) && (i == 0 || (i == 1 && name[0] == u'-'))))
+        else if (c < 0x20 || c == 0x7f || (Ascii::IsDigit(c) && (i == 0 || (i == 1 && name[0] == u'-'))))
             AppendAsCode(escaped, c);
         else if (!IsOfName(c) || (c == u'-' && name.size() == 1))
             escaped += QString(u'\\') + QChar(c);

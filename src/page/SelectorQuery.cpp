@@ -1,6 +1,7 @@
 #include "page/Selector.h"
 #include "page/SelectorParts.h"
 #include "page/TextSearch.h"
+#include "toolkit/Ascii.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,10 +20,10 @@ size_t At(NodeIndex node) {
 
 bool HasWord(QStringView words, const TextSearch& word) {
     for (qsizetype i = 0; i < words.size();) {
-        while (i < words.size() && IsPageBlank(words[i]))
+        while (i < words.size() && Ascii::IsBlank(words[i]))
             ++i;
         const qsizetype begin = i;
-        while (i < words.size() && !IsPageBlank(words[i]))
+        while (i < words.size() && !Ascii::IsBlank(words[i]))
             ++i;
         if (i > begin && word.Equals(words.sliced(begin, i - begin)))
             return true;
@@ -438,7 +439,7 @@ private:
 
     void AddText(QStringView text, bool& blank) {
         for (const QChar c : text) {
-            if (IsPageBlank(c) || c == QChar::Nbsp) {
+            if (Ascii::IsBlank(c) || c == QChar::Nbsp) {
                 blank = true;
                 continue;
             }

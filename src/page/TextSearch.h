@@ -1,5 +1,7 @@
 #pragma once
 
+#include "toolkit/Ascii.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -9,20 +11,10 @@
 
 namespace Brindle {
 
-/// A blank of HTML's attributes that are lists of words, and between the words of its texts.
-inline bool IsPageBlank(QChar c) {
-    return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r' || c == u'\f';
-}
-
-/// A to Z in lower case.
-inline QChar LowerLetter(QChar c) {
-    return c >= u'A' && c <= u'Z' ? QChar(c.unicode() + 32) : c;
-}
-
 /// Whether two texts are the same, A to Z and a to z being so.
 inline bool IsSameInAnyCase(QStringView a, QStringView b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](QChar x, QChar y) { return LowerLetter(x) == LowerLetter(y); });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [](QChar x, QChar y) { return Ascii::Lower(x) == Ascii::Lower(y); });
 }
 
 /// Finds a text in others, each in one pass over it whatever they are (Knuth, Morris, Pratt).
@@ -66,7 +58,7 @@ public:
     }
 
 private:
-    bool Same(QChar a, QChar b) const { return a == b || (anyCase_ && LowerLetter(a) == LowerLetter(b)); }
+    bool Same(QChar a, QChar b) const { return a == b || (anyCase_ && Ascii::Lower(a) == Ascii::Lower(b)); }
 
     QString needle_;
     bool anyCase_ = false;

@@ -1,5 +1,6 @@
 #include "settings/SettingsText.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 #include "toolkit/WorkingText.h"
 
@@ -76,8 +77,7 @@ std::optional<bool> ParseBoolean(QStringView text) {
         return false;
     if (value.startsWith(u'-') || value.startsWith(u'+'))
         value = value.sliced(1);
-    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
-    if (value.isEmpty() || !std::all_of(value.begin(), value.end(), isDigit))
+    if (value.isEmpty() || !std::all_of(value.begin(), value.end(), Ascii::IsDigit<QChar>))
         return std::nullopt;
     return std::any_of(value.begin(), value.end(), [](QChar c) { return c != u'0'; });
 }

@@ -1,5 +1,7 @@
 #include "store/LeadWords.h"
 
+#include "toolkit/Ascii.h"
+
 #include <QHash>
 #include <QSet>
 #include <QVarLengthArray>
@@ -21,7 +23,7 @@ void Fold(const QString& text, Buffer& folded) {
         const char16_t unit = c.unicode();
         if (unit >= 0x80)
             break;
-        folded.append(unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit);
+        folded.append(Ascii::Lower(unit));
     }
     if (folded.size() == text.size())
         return;

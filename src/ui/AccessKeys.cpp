@@ -1,5 +1,7 @@
 #include "ui/AccessKeys.h"
 
+#include "toolkit/Ascii.h"
+
 namespace Brindle {
 
 namespace {
@@ -8,10 +10,6 @@ const char* const hintProperty = "hint";
 
 QKeySequence AltAnd(QChar letter) {
     return letter.isNull() ? QKeySequence() : QKeySequence(Qt::ALT | static_cast<Qt::Key>(letter.unicode()));
-}
-
-bool IsLetter(QChar c) {
-    return c >= u'A' && c <= u'Z';
 }
 
 } // namespace
@@ -25,7 +23,7 @@ QString WithoutColon(const QString& caption) {
 
 QChar TakeAccessKey(const QString& caption, QString& taken) {
     const auto take = [&taken](QChar c) {
-        if (!IsLetter(c) || taken.contains(c))
+        if (!Ascii::IsUpper(c) || taken.contains(c))
             return false;
         taken += c;
         return true;

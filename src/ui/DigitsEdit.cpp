@@ -1,5 +1,7 @@
 #include "ui/DigitsEdit.h"
 
+#include "toolkit/Ascii.h"
+
 #include <QLineEdit>
 
 #include <algorithm>
@@ -7,10 +9,9 @@
 namespace Brindle {
 
 QValidator::State DigitsOnly::validate(QString& input, int& position) const {
-    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
     const auto cursor = input.begin() + std::clamp<qsizetype>(position, 0, input.size());
-    position = static_cast<int>(std::count_if(input.begin(), cursor, isDigit));
-    input.removeIf([&](QChar c) { return !isDigit(c); });
+    position = static_cast<int>(std::count_if(input.begin(), cursor, Ascii::IsDigit<QChar>));
+    input.removeIf([](QChar c) { return !Ascii::IsDigit(c); });
     return Acceptable;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "recipes/RecipeFile.h"
+#include "toolkit/Ascii.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -35,7 +36,7 @@ QByteArray Bytes(const QString& fileName) {
 QString FreeRecipeCode(const QString& name, const QString& folder) {
     QString code;
     for (const QChar c : name.toLower())
-        code += (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') ? c : QChar(u' ');
+        code += Ascii::IsLower(c) || Ascii::IsDigit(c) ? c : QChar(u' ');
     code = code.simplified().replace(u' ', u'-').left(50);
     if (code.isEmpty() || !RecipeCodeProblem(code).isEmpty())
         code = u"my-"_s + (code.isEmpty() ? u"directory"_s : code);
