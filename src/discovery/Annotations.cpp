@@ -397,13 +397,19 @@ void PageAnnotations::ReadPhones(int line) {
         const auto count = std::count_if(shown.begin(), shown.end(), [](QChar c) { return c.isDigit(); });
         if (count < 7 && !EndsWithPhoneLabel(text.first(place.Begin)))
             continue;
-        if (EndsInPostalCode(text, place))
+        if (BeginsWithRating(shown) || EndsInPostalCode(text, place))
             continue;
         AddPhone({NodeAt(line, whole.Begin + place.Begin), line, whole.Begin + place.Begin, whole.Begin + place.End,
                   shown.toString(), place.Number.E164});
     }
     if (places.empty() && SaysPhone(line))
         ReadLabelledPhone(line);
+}
+
+// "4.5 (218) 135 Patrick Street": how well a place is liked, and by how many.
+bool PageAnnotations::BeginsWithRating(QStringView number) {
+    return number.size() > 5 && number[0].isDigit() && (number[1] == u'.' || number[1] == u',') &&
+           number[2].isDigit() && (number[3] == u'(' || (number[3].isSpace() && number[4] == u'('));
 }
 
 // "Rua Augusta, 23 1100-048 Lisboa": digits that end in a code with a name behind it are none of a number that nothing

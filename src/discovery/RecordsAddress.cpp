@@ -79,13 +79,22 @@ QString RegionOfLines(const PageLines& lines, const QString& language, const QSt
     return best;
 }
 
+// "2. Clínica La Plaza": the number counts the entries.
+bool HasNumberOfEntryOnly(QStringView text) {
+    qsizetype at = 0;
+    while (at < text.size() && at < 4 && text[at].isDigit())
+        ++at;
+    return at > 0 && at + 1 < text.size() && (text[at] == u'.' || text[at] == u')') && text[at + 1].isSpace() &&
+           std::none_of(text.begin() + at, text.end(), [](QChar c) { return c.isDigit(); });
+}
+
 } // namespace
 
 AddressSigns AddressSignsIn(QStringView text, QStringView region) {
     if (text.size() > longestAddress)
         return {};
     const bool digits = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-    if (!digits)
+    if (!digits || HasNumberOfEntryOnly(text))
         return {};
     const bool street = HasStreetWord(text);
     const std::vector<TextSpan> codes = PostalCodesIn(text, region);

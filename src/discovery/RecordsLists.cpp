@@ -77,8 +77,10 @@ private:
             if (!page.IsElement(node))
                 continue;
             const quint64 own = withClasses ? signatures_.Of(node) : signatures_.Plain(node);
-            const quint64 key = Mixed(node == body ? 1 : path[static_cast<size_t>(page.Parent(node))], own);
-            path[static_cast<size_t>(node)] = key;
+            const quint64 above = node == body ? 1 : path[static_cast<size_t>(page.Parent(node))];
+            const quint64 key = Mixed(above, own);
+            // The last row of a table of cards may have fewer of them.
+            path[static_cast<size_t>(node)] = page.Is(node, u"tr") ? Mixed(above, HasHeadCell(node) ? 1 : 0) : key;
             if (node == body || IsBare(page_, node))
                 continue;
             const auto [found, fresh] = numbers.try_emplace(key, groups.size());
@@ -89,6 +91,13 @@ private:
         for (const std::vector<NodeIndex>& group : groups)
             if (group.size() >= 2)
                 AddGroup(group, withClasses ? 1.0 : 0.9);
+    }
+
+    bool HasHeadCell(NodeIndex row) const {
+        for (NodeIndex cell = page_.Page.FirstChild(row); cell != noNode; cell = page_.Page.NextSibling(cell))
+            if (page_.Page.Is(cell, u"th"))
+                return true;
+        return false;
     }
 
     void AddGroup(const std::vector<NodeIndex>& group, double factor) {

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double nameEnough = 2;
+constexpr double nameEnough = 1.2; // what RecordsReader takes for names
 
 // "12. Joe's Pizza": the number is the page's.
 QString WithoutNumber(const QString& text) {
@@ -30,6 +30,8 @@ QString WithoutNumber(const QString& text) {
 RecordNames::RecordNames(const RecordColumns& columns)
     : columns_(columns), nodes_(columns.Count(), noNode), details_(columns.Count(), noNode) {
     ChooseNames();
+    if (score_ < nameEnough)
+        ChoosePictures();
     CountBadges();
     ChooseDetails();
     names_.reserve(columns_.Count());
@@ -111,6 +113,30 @@ void RecordNames::ChooseNames() {
     }
 }
 
+// Walls of logos: the names stand for readers who do not see the pictures only.
+void RecordNames::ChoosePictures() {
+    const PageTree& page = columns_.Page.Page;
+    std::vector<NodeIndex> pictures(columns_.Count(), noNode);
+    QSet<QString> names;
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        const RecordRange& range = columns_.List.Records[record];
+        for (NodeIndex node = range.Begin; node < range.End && pictures[record] == noNode; ++node) {
+            if (!page.Is(node, u"img"))
+                continue;
+            const QString words = BareWords(page.Attribute(node, u"alt"));
+            if (words.size() < 3 || words.size() > 80 || IsButtonText(words) || names.contains(words))
+                continue;
+            pictures[record] = node;
+            names.insert(words);
+        }
+    }
+    if (static_cast<size_t>(names.size()) * 10 < columns_.Count() * 8)
+        return;
+    nodes_ = std::move(pictures);
+    score_ = 2;
+    why_ = u"the texts of pictures, which differ from record to record"_s;
+}
+
 // The last text of a name's line, when it stands in an element of its own behind the name: "Joe's Pizza [Verified]".
 const TextPiece* RecordNames::BadgeOf(NodeIndex name) const {
     const PageTree& page = columns_.Page.Page;
@@ -151,6 +177,8 @@ QString RecordNames::ReadName(size_t record) const {
     if (node == noNode)
         return {};
     const PageTree& page = columns_.Page.Page;
+    if (page.Is(node, u"img"))
+        return page.Attribute(node, u"alt").toString().simplified().left(300);
     QString name = columns_.TextOf(node);
     if (const TextPiece* const badge = badges_.isEmpty() ? nullptr : BadgeOf(node))
         if (const QStringView text = columns_.Page.Lines.TextOf(*badge); badges_.contains(BareWords(text)))

@@ -27,6 +27,7 @@ private:
     double ScoreOf(const RecordColumn& column) const;
     QString ReadName(size_t record) const;
     void ChooseNames();
+    void ChoosePictures();
     void ChooseDetails();
     void CountBadges();
     const TextPiece* BadgeOf(NodeIndex name) const;

@@ -167,7 +167,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
                                value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
-                               (HasDigit(value) && HasPrice(value));
+                               (HasDigit(value) && (HasPrice(value) || IsHours(value)));
             if (segment.Excluded || !HasDigit(value))
                 continue;
             const auto number = static_cast<size_t>(segment.Line);
@@ -226,6 +226,17 @@ bool RecordPlaces::IsTownWithCode(const Segment& segment) const {
 // A line behind the street that may be the town: the first one, or one before a postal code.
 bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const {
     return added == 0 || (at + 1 < segments.size() && IsBareCode(segments[at + 1]));
+}
+
+// Whether a text in an element like the street's, just before it, may be the town: it is short and names no trade.
+bool RecordPlaces::IsTownBefore(const Segment& before, const Segment& street) const {
+    const PageTree& page = page_.Page;
+    const NodeIndex one = ParentOf(before);
+    const NodeIndex other = ParentOf(street);
+    const QStringView town = ValueOf(before);
+    return page.Parent(one) == page.Parent(other) && page.Name(one) == page.Name(other) &&
+           page.Attribute(one, u"class") == page.Attribute(other, u"class") && town.size() <= 40 &&
+           town.front().isUpper() && !NamesBusinesses(BareView(town).View());
 }
 
 // Whether two segments stand in one element or in ones that are near to each other: two levels are neighbours.
@@ -296,7 +307,8 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             ++group.End;
         if (!group.PostalCode && group.Begin > 0 && PutsTownFirst(page_.Region) && may(group.Begin - 1, group.Begin) &&
             !HasDigit(ValueOf(segments[group.Begin - 1])) &&
-            ParentOf(segments[group.Begin - 1]) == ParentOf(segments[group.Begin]))
+            (ParentOf(segments[group.Begin - 1]) == ParentOf(segments[group.Begin]) ||
+             IsTownBefore(segments[group.Begin - 1], segments[group.Begin])))
             --group.Begin;
         if (!group.PostalCode && group.Begin > 0 && IsBareCode(segments[group.Begin - 1])) {
             --group.Begin;

@@ -46,6 +46,7 @@ private:
     };
     void FindValue(Segment& segment, qsizetype label, const QString& name) const;
     void LeaveOutTradeAndDistance(Segment& segment) const;
+    static bool IsHours(QStringView text);
     bool IsControl(const TextPiece& piece, const RecordRange& range) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
     QStringView ValueOf(const Segment& segment) const;
@@ -57,6 +58,7 @@ private:
         return page_.Page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
     }
     bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;
+    bool IsTownBefore(const Segment& before, const Segment& street) const;
     bool Beside(const Segment& one, const Segment& other, int levels) const;
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                    Lead& lead) const;

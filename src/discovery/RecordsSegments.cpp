@@ -23,6 +23,14 @@ bool IsDistance(QStringView text) {
 
 } // namespace
 
+// "Mon - Fri 9:00 - 17:00": two times of the day.
+bool RecordPlaces::IsHours(QStringView text) {
+    int times = 0;
+    for (qsizetype at = text.indexOf(u':'); at > 0 && times < 2; at = text.indexOf(u':', at + 1))
+        times += at + 2 < text.size() && text[at - 1].isDigit() && text[at + 1].isDigit() && text[at + 2].isDigit();
+    return times >= 2;
+}
+
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
 void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     constexpr std::array<QStringView, 4> marks{u" \u00B7 ", u" \u2022 ", u" \u22C5 ", u" | "};

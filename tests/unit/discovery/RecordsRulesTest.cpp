@@ -101,9 +101,12 @@ INSTANTIATE_TEST_SUITE_P(
              u"<p>Ringweg {i}, 50667 Köln <a href='/plan/{i}'>Auf Karte anzeigen</a></p>"_s + call, Field::FullAddress,
              u"Ringweg {i}, 50667 Köln"_s},
         Rule{"SeveralTrades",
-             u"<div><a class=chip href=/k/1>Elektriker</a><a class=chip href=/k/2>Lampen</a></div>"_s + place +
-                 call,
+             u"<div><a class=chip href=/k/1>Elektriker</a><a class=chip href=/k/2>Lampen</a></div>"_s + place + call,
              Field::Category, u"Elektriker, Lampen"_s},
+        Rule{"HoursAreNoStreet", u"<p>Ringweg {i}, 50667 Köln</p><p>Mo - Fr 9:00 - 17:{i}0</p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"ARatingIsNoNumber", u"<p><span>3.1 (21{i})</span><span>135 Ringweg, 50667 Köln</span></p>"_s + call,
+             Field::Phone, u"0221 55512{i}"_s},
         Rule{"TheNameIsNoTrade", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::BusinessName,
              u"Haus D"_s},
         Rule{"DirectionsAreNotDetails",
@@ -164,6 +167,43 @@ TEST(Rules, RowsAndParagraphsThatOnlyTheirBeginningsTellApart) {
         EXPECT_EQ(records[2].Fields.FullAddress.toStdString(), "Ringweg 3, 50667 Köln");
         EXPECT_EQ(records[2].Fields.Phone.toStdString(), "0221 555123");
     }
+}
+
+TEST(Rules, ATableOfCardsMayEndWithinARow) {
+    QString rows;
+    for (int i = 1; i <= 7; ++i)
+        rows += (i % 3 == 1 ? u"<tr>"_s : QString()) +
+                u"<td><b>Haus %1</b><br>Ringweg %2, 50667 Köln<br>0221 55512%2</td>"_s.arg(QChar(u'A' + i)).arg(i);
+    const auto records = Read(u"<table>"_s + rows + u"</table>"_s, u"Elektriker in Köln"_s, 1);
+    ASSERT_EQ(records.size(), 7U);
+    EXPECT_EQ(records[6].Fields.Name.toStdString(), "Haus H");
+}
+
+TEST(Rules, NamesOfAWallOfLogos) {
+    const auto records = Read(u"<div class=p><a href='/b/{i}'><img src='l{i}.png' alt='Haus {c}'></a><p>Ringweg {i}, "
+                              "50667 Köln<br>0221 55512{i}</p></div>"_s,
+                              u"Elektriker in Köln"_s, 6);
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[2].Fields.Name.toStdString(), "Haus D");
+    EXPECT_EQ(records[2].Fields.DetailsLink.toStdString(), QString(site + u"/b/3"_s).toStdString());
+}
+
+TEST(Rules, NumbersOfEntriesAreNoStreetNumbers) {
+    // "Plaza" is a street's word, and the trades differ from entry to entry as well as the names.
+    const QString entry = u"<li><h3>{i}. <a href='/b/{i}'>Casa La Plaza {c}</a></h3><a href='/c/{i}'>Dentistas {c}</a>"
+                          "<p>Calle Mayor {i}, 28013 Madrid</p><p>+34 912 345 67{i}</p></li>"_s;
+    const auto records = Read(entry, u"Dentistas en Madrid"_s, 5, {}, u"https://www.guia.example.es/x"_s, u"es"_s);
+    ASSERT_EQ(records.size(), 5U);
+    EXPECT_EQ(records[1].Fields.Name.toStdString(), "Casa La Plaza C");
+    EXPECT_EQ(records[1].Fields.FullAddress.toStdString(), "Calle Mayor 2, 28013 Madrid");
+}
+
+TEST(Rules, TownsBeforeTheStreetInRussia) {
+    const QString entry = u"<ul><li class=n>Кафе {c}</li><li>Москва</li><li>ул. Ленина, {i}</li>"
+                          "<li>+7 495 123-45-6{i}</li></ul>"_s;
+    const auto records = Read(entry, u"Кафе"_s, 6, {}, u"https://www.gid.example.ru/x"_s, u"ru"_s);
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[2].Fields.FullAddress.toStdString(), "Москва, ул. Ленина, 3");
 }
 
 TEST(Rules, StarsBeforeANameWithoutAnyMark) {
