@@ -170,9 +170,10 @@ private:
         }
         int tried = 0;
         if (kinds.size() >= 2 || HasTextOfItsOwn(children))
-            for (const auto& [kind, count] : kinds)
-                if (count >= 2 && tried++ < 6)
-                    SplitAt(parent, children, [this, kind](NodeIndex child) { return signatures_.Of(child) == kind; });
+            for (const auto& kind : kinds)
+                if (kind.second >= 2 && tried++ < 6)
+                    SplitAt(parent, children,
+                            [this, look = kind.first](NodeIndex child) { return signatures_.Of(child) == look; });
         for (const quint64 shape : NameShapes(children))
             SplitAt(parent, children, [this, shape](NodeIndex child) { return ShapeOf(child) == shape; });
     }
