@@ -4,7 +4,7 @@
 #include "toolkit/PhoneText.h"
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -168,25 +168,40 @@ QString ArgentineMobile(const PhonePlan& plan, QStringView national) {
 
 // An island with one area code dials seven digits.
 QString WithIslandCode(const PhonePlan& plan, QStringView digits) {
-    const QStringView area = plan.Numbers.first(3);
-    if (digits.size() != 7 || digits[0] < u'2' || plan.Numbers[3] != u'+')
+    WithoutPrefix(digits, plan.Trunk);
+    if (digits.size() != 7 || !IsExchangeOfIsland(plan, digits))
         return {};
-    return area + digits;
+    return plan.Numbers.first(3) + digits;
+}
+
+// What people dial before a national number inside the country; the first that fits is the one that counts.
+std::vector<QStringView> TrunkPrefixes(const PhonePlan& plan) {
+    if (plan.Region == u"BY")
+        return {u"80", u"8", u"0"};
+    if (plan.Region == u"LT")
+        return {u"8", u"0"};
+    if (plan.Region == u"MX")
+        return {u"044", u"045", u"01", u"02", u"1"};
+    if (plan.Region == u"CO") // with the company that carries the call
+        return {u"0444", u"0414", u"0456", u"05", u"07", u"09", u"0"};
+    return {plan.Trunk};
+}
+
+// Whether the number keeps what looks like a trunk prefix: it is one of the country with it and none without it.
+bool KeepsPrefix(const PhonePlan& plan, QStringView digits, QStringView stripped) {
+    // In Belarus the 8 begins the numbers of services, too.
+    if (plan.Region == u"BY")
+        return IsPossibleLength(plan, digits.size()) && digits.startsWith(u'8') && !stripped.startsWith(u'8') &&
+               stripped.size() != 9;
+    return IsInUse(plan, digits) || (IsLikeOne(plan, digits) && !IsLikeOne(plan, stripped));
 }
 
 // The national number without what is only dialled inside the country.
 QString NationalOf(const PhonePlan& plan, QStringView digits) {
-    std::array<QStringView, 5> prefixes = {plan.Trunk};
-    if (plan.Region == u"BY")
-        prefixes = {u"80", u"8", u"0"};
-    else if (plan.Region == u"LT")
-        prefixes = {u"8", u"0"};
-    else if (plan.Region == u"MX")
-        prefixes = {u"044", u"045", u"01", u"1"};
-    else if (plan.Code == 1)
-        if (const QString local = WithIslandCode(plan, digits); !local.isEmpty())
+    if (plan.Code == 1)
+        if (QString local = WithIslandCode(plan, digits); !local.isEmpty())
             return local;
-    for (const QStringView prefix : prefixes) {
+    for (const QStringView prefix : TrunkPrefixes(plan)) {
         QStringView stripped = digits;
         if (!WithoutPrefix(stripped, prefix))
             continue;
@@ -198,13 +213,9 @@ QString NationalOf(const PhonePlan& plan, QStringView digits) {
             return stripped.sliced(2).toString();
         if (IsInUse(plan, stripped))
             return stripped.toString();
-        // What is a number of the country with it and none without it keeps it; so does what is too short without it.
-        // In Belarus the 8 begins the numbers of services, too.
-        const bool service = plan.Region == u"BY" && prefix[0] == u'8' && IsPossibleLength(plan, digits.size());
-        if (service || IsInUse(plan, digits) || (IsLikeOne(plan, digits) && !IsLikeOne(plan, stripped)))
-            continue;
-        if (IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan))
-            return stripped.toString();
+        // What is too short without it keeps it.
+        const bool fits = IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan);
+        return fits && !KeepsPrefix(plan, digits, stripped) ? stripped.toString() : digits.toString();
     }
     if (plan.Region == u"AR")
         if (QString mobile = ArgentineMobile(plan, digits); !mobile.isEmpty())
@@ -232,7 +243,9 @@ std::optional<PhoneNumber> ReadInternational(QStringView digits) {
         if (const PhonePlan* const plan = PlanOfCode(code, rest))
             return Judge(*plan, NationalOf(*plan, rest));
         if (const OtherCode* const other = FindOther(code)) {
-            if (rest.size() < 5 || digits.size() > 15)
+            // Numbers are this short on islands and in the smallest states alone.
+            const bool small = (code >= 670 && code < 700) || code == 298 || code == 299 || code == 376 || code == 378;
+            if (rest.size() < (small ? 5 : 7) || digits.size() > 15)
                 return {};
             PhoneNumber number;
             number.CountryCode = code;
@@ -251,10 +264,14 @@ std::optional<PhoneNumber> ReadDigits(const Written& written, QStringView region
         return ReadInternational(digits);
     }
     const PhonePlan* const plan = PlanOfRegion(region);
-    if (plan ? WithoutPrefix(digits, plan->Abroad) : WithoutPrefix(digits, u"00"))
-        return ReadInternational(digits);
     if (!plan)
-        return {};
+        return WithoutPrefix(digits, u"00") ? ReadInternational(digits) : std::nullopt;
+    if (const qsizetype abroad = AbroadPrefixOf(*plan, digits); abroad > 0)
+        return ReadInternational(digits.sliced(abroad));
+    // Where companies have prefixes of their own, the world's 00 stands before the country's own code all the same.
+    if (QStringView own = digits;
+        WithoutPrefix(own, QString(u"00"_s + QString::number(plan->Code))) && IsInUse(*plan, own))
+        return Judge(*plan, own.toString());
     if (plan->Code == 1 && digits.size() == 11 && digits.startsWith(u"11"))
         return {}; // no area code begins with a 1
     const QString national = NationalOf(*plan, digits);

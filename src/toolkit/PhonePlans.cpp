@@ -46,6 +46,11 @@ qsizetype Fits(QStringView prefix, QStringView digits) {
     return at;
 }
 
+// The digit, or the choice of digits, that a prefix begins with.
+QStringView FirstDigitOf(QStringView prefix) {
+    return prefix.first(prefix.startsWith(u'[') ? prefix.indexOf(u']') + 1 : 1);
+}
+
 using Lengths = quint32; // a bit for each
 
 Lengths ReadLengths(QStringView text) {
@@ -80,18 +85,40 @@ struct Entry {
 };
 struct ReadPlan {
     std::vector<Entry> Entries;
+    std::vector<Entry> Unassigned;
     Lengths Sizes = 0; // of all
 };
+
+bool Covers(const Entry& entry, QStringView national) {
+    if ((entry.Sizes >> national.size() & 1) == 0)
+        return false;
+    const qsizetype at = Fits(entry.Head, national);
+    return at >= 0 && Fits(entry.Tail, national.sliced(at)) >= 0;
+}
+
+bool AnyCovers(const std::vector<Entry>& entries, QStringView national) {
+    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return Covers(entry, national); });
+}
 
 const ReadPlan& Read(const PhonePlan& plan) {
     static const auto all = [] {
         std::array<ReadPlan, std::size(phonePlans)> plans;
         for (std::size_t i = 0; i < plans.size(); ++i)
-            EachEntry(phonePlans[i], [&](QStringView heads, QStringView tail, QStringView text) {
+            EachEntry(phonePlans[i], [&](QStringView heads, QStringView tails, QStringView text) {
                 const Lengths sizes = ReadLengths(text);
-                plans[i].Sizes |= sizes;
-                while (!heads.isEmpty())
-                    plans[i].Entries.push_back({TakeUpTo(heads, u','), tail, sizes});
+                const bool unassigned = heads.startsWith(u'!');
+                if (unassigned)
+                    heads = heads.sliced(1);
+                else
+                    plans[i].Sizes |= sizes;
+                std::vector<Entry>& entries = unassigned ? plans[i].Unassigned : plans[i].Entries;
+                while (!heads.isEmpty()) {
+                    const QStringView head = TakeUpTo(heads, u',');
+                    QStringView rest = tails;
+                    do
+                        entries.push_back({head, TakeUpTo(rest, u','), sizes});
+                    while (!rest.isEmpty());
+                }
             });
         return plans;
     }();
@@ -123,6 +150,11 @@ const PhonePlan* PlanOfCode(int code, QStringView national) {
     return plan != std::end(phonePlans) ? plan : nullptr;
 }
 
+qsizetype AbroadPrefixOf(const PhonePlan& plan, QStringView digits) {
+    const qsizetype size = Fits(plan.Abroad, digits);
+    return size > 0 && size < digits.size() && digits[size] != u'0' ? size : 0; // no country code begins with 0
+}
+
 bool IsPossibleLength(const PhonePlan& plan, qsizetype length) {
     return length > 0 && length < 20 && (Read(plan).Sizes >> length & 1) != 0;
 }
@@ -137,13 +169,18 @@ qsizetype LongestOf(const PhonePlan& plan) {
 bool IsInUse(const PhonePlan& plan, QStringView national) {
     if (!IsPossibleLength(plan, national.size()))
         return false;
-    const std::vector<Entry>& entries = Read(plan).Entries;
-    return std::any_of(entries.begin(), entries.end(), [national](const Entry& entry) {
-        if ((entry.Sizes >> national.size() & 1) == 0)
-            return false;
-        const qsizetype at = Fits(entry.Head, national);
-        return at >= 0 && Fits(entry.Tail, national.sliced(at)) >= 0;
-    });
+    const ReadPlan& read = Read(plan);
+    return AnyCovers(read.Entries, national) && !AnyCovers(read.Unassigned, national);
+}
+
+bool IsExchangeOfIsland(const PhonePlan& plan, QStringView digits) {
+    if (plan.Code != 1 || plan.Numbers[3] != u'+')
+        return false;
+    QStringView exchanges = plan.Numbers.sliced(4);
+    for (exchanges = TakeUpTo(exchanges, u':'); !exchanges.isEmpty();)
+        if (Fits(FirstDigitOf(TakeUpTo(exchanges, u',')), digits) >= 0)
+            return true;
+    return false;
 }
 
 bool IsLikeOne(const PhonePlan& plan, QStringView national) {
@@ -153,8 +190,7 @@ bool IsLikeOne(const PhonePlan& plan, QStringView national) {
     return std::any_of(entries.begin(), entries.end(), [national](const Entry& entry) {
         if (entry.Head.isEmpty() || (entry.Sizes >> national.size() & 1) == 0)
             return false;
-        const qsizetype first = entry.Head.startsWith(u'[') ? entry.Head.indexOf(u']') + 1 : 1;
-        return Fits(entry.Head.first(first), national) >= 0;
+        return Fits(FirstDigitOf(entry.Head), national) >= 0;
     });
 }
 

@@ -44,7 +44,17 @@ TEST(ReadPhone, ReadsWhateverWritingPeopleUse) {
         {u"44 20 7946 0018", u"GB", "+442079460018"},
         {u"+221 33 123 45 67", u"", "+221331234567"}, // a country whose plan is unknown
         {u"555-0199", u"BS", "+12425550199"},         // an island with one area code
+        {u"1-359-3700", u"BS", "+12423593700"},
+        {u"555-0199", u"SX", "+17215550199"},
+        {u"455-0199", u"SX", ""}, // exchanges begin with 5 there
         {u"8 029 123 45 67", u"BY", "+375291234567"},
+        {u"8 820 123 45 67", u"BY", "+3758201234567"}, // of a service
+        {u"05 601 2345678", u"CO", "+576012345678"},   // with a carrier's digit
+        {u"001 44 20 7946 0018", u"TH", "+442079460018"},
+        {u"0046 821 8780", u"KR", "+820468218780"},  // no carrier for abroad has a 4
+        {u"0062 21 8402913", u"ID", "+62218402913"}, // as the rest of the world dials it
+        {u"+24 936000", u"", ""},                    // too short for the Sudan
+        {u"+677 20111", u"", "+67720111"},
         {u"(416) 555-0100", u"", ""}, // whose?
         {u"555-0100", u"US", ""},     // no area code
         {u"+999 123 456 789", u"", ""},
@@ -67,6 +77,10 @@ TEST(ReadPhone, SaysHowFarANumberKeepsToThePlanAndWhoseItIs) {
     EXPECT_EQ(verdict(u"+1 416 555 0100", u""), PhoneVerdict::Valid);
     EXPECT_EQ(verdict(u"+1 116 555 0100", u""), PhoneVerdict::Possible);
     EXPECT_EQ(verdict(u"099 123 45 67", u"CH"), PhoneVerdict::Possible);
+    EXPECT_EQ(verdict(u"242-359-3700", u"BS"), PhoneVerdict::Valid);
+    EXPECT_EQ(verdict(u"242-222-3700", u"BS"), PhoneVerdict::Possible); // an exchange that is not there
+    EXPECT_EQ(verdict(u"0661 12 34 56", u"MA"), PhoneVerdict::Valid);
+    EXPECT_EQ(verdict(u"0501 12 34 56", u"MA"), PhoneVerdict::Possible); // not given out
     EXPECT_EQ(ReadPhone(u"+14165550100", u"US")->Region, u"CA");
     EXPECT_EQ(ReadPhone(u"+17875550100", u"")->Region, u"PR");
     EXPECT_EQ(ReadPhone(u"+77012345678", u"")->Region, u"KZ");
