@@ -1,4 +1,3 @@
-#include "adapters/Adapters.h"
 #include "browser/StaticBrowser.h"
 #include "cli/Commands.h"
 #include "cli/FurtherColumns.h"
