@@ -1,6 +1,6 @@
 #include "demo/DemoServer.h"
 
-#include "core/SiteCatalogue.h"
+#include "adapters/Adapters.h"
 #include "demo/BusinessWebsites.h"
 #include "demo/DemoAuthority.h"
 #include "demo/DemoPage.h"
@@ -41,7 +41,9 @@ void AddClickRoutes(httplib::Server& server) {
 QString LabelOf(QStringView code) {
     if (code.startsWith(u"KVPN001"))
         return u"USA"_s;
-    return code.startsWith(u"KVPN002") ? u"Canada"_s : u"Italy"_s;
+    if (code.startsWith(u"KVPN002"))
+        return u"Canada"_s;
+    return code.startsWith(u"KVPE001") ? u"Italy"_s : u"Elsewhere"_s;
 }
 
 } // namespace
@@ -115,10 +117,12 @@ void DemoServer::Start() {
     std::vector<std::unique_ptr<DemoDirectory>> directories = AllDirectories();
     if (manyLeads_ > 0)
         directories.back() = MakeManyLeadsDemo(manyLeads_);
-    for (auto& directory : directories) {
+    for (const SiteAdapter& known : SiteAdapters()) {
         State::Site& site = state.Sites.emplace_back();
-        site.Code = directory->Code().toString();
-        site.Directory = std::move(directory);
+        site.Code = known.Code;
+        for (auto& directory : directories)
+            if (directory && directory->Code() == known.Code)
+                site.Directory = std::move(directory);
     }
     state.Businesses = state.Servers.Add();
     AddBusinessRoutes(state.Servers.At(state.Businesses), state.Businesses);

@@ -39,7 +39,7 @@ public:
 
     // What follows is for a server that was started.
 
-    /// The deployment file to use: every known site code has its group.
+    /// The deployment file to use: every directory of the program has its group.
     QString SitesIni() const;
     /// Codes of the sites that have an invented directory; the others have a plain home page.
     QStringList SiteCodes() const;

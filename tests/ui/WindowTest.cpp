@@ -100,7 +100,7 @@ TEST_F(WindowTest, StartsInItsOrder) {
 
     Run->Show();
     EXPECT_EQ(Browser->Calls.filter(u"navigate"_s), (QStringList{u"navigate about:blank"_s, u"navigate " + first}));
-    EXPECT_EQ(sites->count(), 9); // the eight, behind them any website
+    EXPECT_EQ(sites->count(), KnownSiteCodes().size() + 1); // behind them any website
     EXPECT_TRUE(sites->isEnabled());
     EXPECT_TRUE(Run->Control<QWidget>(u"btnStart")->isEnabled());
     EXPECT_EQ(Run->Window->State().CurrID, SiteCode::UsYellowPages);
