@@ -198,6 +198,27 @@ constexpr std::array<Row, count> rows{{
      u"Searches go on that were not done when the program ended (Searches\u2026)"},
     {WindowText::SearchesEnded, u"SearchesEnded",
      u"The searches have ended. Done: [VAR1], failed: [VAR2], leads: [VAR3] (Searches\u2026)"},
+    {WindowText::TeachOwnPage, u"TeachOwnPage", u"Its Fields\u2026"},
+    {WindowText::TeachBackToList, u"TeachBackToList", u"Back to the List"},
+    {WindowText::TeachOwnPageHint, u"TeachOwnPageHint",
+     u"The own page of \u201C[VAR1]\u201D: click a text in it, or choose one below, and say what it is."},
+    {WindowText::TeachOwnPageTexts, u"TeachOwnPageTexts", u"&Texts of this page:"},
+    {WindowText::TeachOwnPageWait, u"TeachOwnPageWait", u"Reading the own pages of the first businesses\u2026"},
+    {WindowText::TeachOwnPageLost, u"TeachOwnPageLost", u"[VAR1]: the page cannot be read."},
+    {WindowText::TeachNotFetched, u"TeachNotFetched",
+     u"A harvest does not get this text: it reads these pages without their scripts."},
+    {WindowText::TeachAbout, u"TeachAbout", u"More\u2026"},
+    {WindowText::TeachAboutTitle, u"TeachAboutTitle", u"Country and search address"},
+    {WindowText::TeachCountry, u"TeachCountry", u"&Country:"},
+    {WindowText::TeachCountryOfPage, u"TeachCountryOfPage", u"As the page says"},
+    {WindowText::TeachSearch, u"TeachSearch", u"&Search address:"},
+    {WindowText::TeachSearchHint, u"TeachSearchHint",
+     u"With a search address the directory can be searched from the program. Type the words that led to this page, "
+     u"or "
+     u"the address with {what} and {where} in it."},
+    {WindowText::TeachSearchedWhat, u"TeachSearchedWhat", u"&What was searched for:"},
+    {WindowText::TeachSearchedWhere, u"TeachSearchedWhere", u"W&here:"},
+    {WindowText::TeachSearchNot, u"TeachSearchNot", u"These words are not in the address of this page: [VAR1]"},
 }};
 
 const Row& RowOf(WindowText text) {

@@ -164,6 +164,22 @@ enum class WindowText {
     SearchesProgress,
     SearchesWentOn,
     SearchesEnded,
+    TeachOwnPage,
+    TeachBackToList,
+    TeachOwnPageHint,
+    TeachOwnPageTexts,
+    TeachOwnPageWait,
+    TeachOwnPageLost,
+    TeachNotFetched,
+    TeachAbout,
+    TeachAboutTitle,
+    TeachCountry,
+    TeachCountryOfPage,
+    TeachSearch,
+    TeachSearchHint,
+    TeachSearchedWhat,
+    TeachSearchedWhere,
+    TeachSearchNot,
     Count
 };
 

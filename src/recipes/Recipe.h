@@ -46,7 +46,7 @@ struct Recipe {
     QString NextAttribute;                  ///< that holds its address; empty: "href"
     QString DetailsLink;                    ///< CSS of the link to a record's own page; empty: none, or a field is it
     bool Details = false;                   ///< each record's own page is to be read too
-    std::vector<RecipeField> DetailsFields; ///< what is read there; empty: its structured data
+    std::vector<RecipeField> DetailsFields; ///< what is read there, beside its structured data
     RecipeCounts Taught;                    ///< what was seen when it was made
 
     bool operator==(const Recipe&) const = default;

@@ -4,6 +4,7 @@
 #include "discovery/StructuredLinks.h"
 #include "page/Selector.h"
 #include "recipes/RecipePattern.h"
+#include "recipes/SearchAddressOf.h"
 
 #include <QDir>
 #include <QFile>
@@ -189,14 +190,8 @@ private:
     void CheckSearch(TableReader& top) {
         if (recipe_.Search.isEmpty())
             return;
-        CheckAddress(top, "search", recipe_.Search);
-        QString rest = recipe_.Search;
-        rest.remove(u"{what}"_s).remove(u"{where}"_s);
-        if (rest == recipe_.Search || rest.contains(u'{') || rest.contains(u'}'))
-            top.Report(top.LineOfKey("search"), u"search takes {what} and {where}, and no other braces"_s);
-        // A search that chose its host by what somebody types could go anywhere.
-        else if (HostOfAddress(recipe_.Search).contains(u'{'))
-            top.Report(top.LineOfKey("search"), u"search has {what} or {where} in its host"_s);
+        if (const QString reason = WhyNoSearchAddress(recipe_.Search); !reason.isEmpty())
+            top.Report(top.LineOfKey("search"), reason);
     }
 
     void ParseList(const toml::table& table) {

@@ -190,12 +190,9 @@ void RecipeReader::ReadNext(PageInHand& hand, RecipeReading& reading) const {
 
 void RecipeReader::ReadDetails(const PageTree& page, const QString& url, Lead& lead, QStringList& problems) const {
     PageInHand hand(page, url, problems);
-    if (!detailsRows_.empty()) {
-        if (page.Root() != noNode)
-            hand.ReadRows(detailsRows_, hand.Queries(detailsRows_), {page.Root(), page.End(page.Root())},
-                          recipe_.Country, lead);
-        return;
-    }
+    if (!detailsRows_.empty() && page.Root() != noNode)
+        hand.ReadRows(detailsRows_, hand.Queries(detailsRows_), {page.Root(), page.End(page.Root())}, recipe_.Country,
+                      lead);
     // The business that the page is about: the one of that name, or the only one.
     const std::vector<StructuredRecord> records = ListOf(StructuredRecords(page, url));
     const StructuredRecord* about = records.size() == 1 ? &records.front() : nullptr;

@@ -36,7 +36,8 @@ public:
 
     /// Reads a result page at `url`.
     RecipeReading Read(const PageTree& page, const QString& url) const;
-    /// Fills in what a record's own page at `url` says: by the rows for it, or what its structured data adds.
+    /// Fills in what a record's own page at `url` says: by the rows for it, then what its structured data adds where
+    /// nothing is known.
     void ReadDetails(const PageTree& page, const QString& url, Lead& lead, QStringList& problems) const;
 
 private:

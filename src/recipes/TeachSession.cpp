@@ -6,6 +6,7 @@
 #include "page/Selector.h"
 #include "recipes/RecipeValue.h"
 #include "recipes/RecordSpans.h"
+#include "recipes/SearchAddressOf.h"
 #include "recipes/SturdySelectors.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Phone.h"
@@ -20,9 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestText = 200;
-constexpr size_t mostTexts = 400;
-
 constexpr size_t mostExamined = 8; // businesses of which it chooses those to learn from
 constexpr size_t mostTried = 3;
 constexpr int mostBusinesses = 4; // of which examples are taken together
@@ -32,52 +30,6 @@ constexpr Field ownFields[]{Field::BusinessName, Field::DetailsLink, Field::Phon
                             Field::Website,      Field::Email,       Field::Fax,   Field::Category};
 // Where no element shows the whole address.
 constexpr Field partFields[]{Field::Address, Field::City, Field::State, Field::PostalCode, Field::Country};
-
-QString TextOf(const PageTree& page, NodeIndex element) {
-    QString text;
-    for (NodeIndex node = element; node < page.End(element) && text.size() < longestText; ++node)
-        if (page.IsText(node))
-            text += page.Text(node) + u' ';
-    return text.simplified().left(longestText);
-}
-
-bool ShowsNothing(const PageTree& page, NodeIndex node) {
-    for (const char16_t* const name : {u"script", u"style", u"template", u"noscript", u"head", u"option"})
-        if (page.Is(node, name))
-            return true;
-    return false;
-}
-
-bool IsLink(const PageTree& page, NodeIndex node) {
-    return page.Is(node, u"a") && page.HasAttribute(node, u"href");
-}
-
-// The link that an element lies in, or else the first one in it.
-NodeIndex LinkOf(const PageTree& page, NodeIndex element) {
-    for (NodeIndex node = element; node != noNode; node = page.Parent(node))
-        if (IsLink(page, node))
-            return node;
-    for (NodeIndex node = element; node < page.End(element); ++node)
-        if (IsLink(page, node))
-            return node;
-    return noNode;
-}
-
-std::vector<NodeIndex> Selected(const PageTree& page, const QString& selector) {
-    try {
-        return Selector::Parse(selector).SelectAll(page);
-    } catch (const Failure&) {
-        return {};
-    }
-}
-
-bool IsInHeading(const PageTree& page, NodeIndex element) {
-    for (NodeIndex node = element; node != noNode; node = page.Parent(node))
-        if (const QStringView name = page.Name(node);
-            name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6')
-            return true;
-    return false;
-}
 
 } // namespace
 
@@ -91,9 +43,28 @@ TeachSession::TeachSession(std::shared_ptr<const PageTree> page, QString url, co
     seen_ = ReadAnyPage(*page_, url_, Selectors::Made);
     if (!mend || !BeginMending(*mend))
         BeginByItself();
+    if (mend)
+        KeepBeside(*mend);
+    if (recipe_.Search.isEmpty())
+        recipe_.Search = SearchAddressOf(*page_, url_);
+}
+
+// What a recipe says beside its list holds where the list is another one.
+void TeachSession::KeepBeside(const Recipe& recipe) {
+    recipe_.Country = recipe.Country;
+    recipe_.Search = recipe.Search;
+    if (RowOf(Field::DetailsLink)) {
+        recipe_.Details = recipe.Details;
+        recipe_.DetailsFields = recipe.DetailsFields;
+    }
+    Read();
 }
 
 void TeachSession::SetPage(std::shared_ptr<const PageTree> page) {
+    if (own_) {
+        own_->Page = std::move(page);
+        return;
+    }
     page_ = std::move(page);
     saidOf_.clear();
     seen_ = ReadAnyPage(*page_, url_, Selectors::Made);
@@ -193,7 +164,7 @@ bool TeachSession::TakeList(const QString& recordSelector) {
     for (const NodeIndex record : Selected(*page_, recordSelector)) {
         // Its first link or heading is taken for the name; a person says what is not so.
         for (NodeIndex node = record; node < page_->End(record); ++node) {
-            if (!page_->IsElement(node) || TextOf(*page_, node).isEmpty() ||
+            if (!page_->IsElement(node) || ShownText(*page_, node).isEmpty() ||
                 !(IsLink(*page_, node) || IsInHeading(*page_, node)))
                 continue;
             if (Say(Field::BusinessName, node)) {
@@ -301,6 +272,8 @@ bool TeachSession::TakeExamples(Field column, const std::vector<RecipeExample>& 
 
 bool TeachSession::Say(Field column, NodeIndex element) {
     problem_ = TeachProblem::None;
+    if (own_)
+        return SayOfOwnPage(column, element);
     const Said now{column, element};
     const int record = RecordNear(element);
     const auto isOfThis = [&](const Said& said) { return said.Column == column && RecordNear(said.Node) == record; };
@@ -343,6 +316,10 @@ void TeachSession::Drop(Field column) {
 
 void TeachSession::Forget(Field column) {
     problem_ = TeachProblem::None;
+    std::erase_if(recipe_.DetailsFields, [column](const RecipeField& row) { return row.Column == column; });
+    saidOfOwn_.erase(column);
+    if (own_)
+        return;
     Drop(column);
     said_.erase(column);
     std::erase_if(saidOf_, [column](const Said& said) { return said.Column == column; });
@@ -352,6 +329,10 @@ void TeachSession::Forget(Field column) {
 
 bool TeachSession::SayNext(NodeIndex element) {
     problem_ = TeachProblem::None;
+    if (own_) {
+        problem_ = TeachProblem::NoLink;
+        return false;
+    }
     const Recipe before = recipe_;
     NodeIndex link = LinkOf(*page_, element);
     for (NodeIndex node = element; link == noNode && node != noNode; node = page_->Parent(node))
@@ -385,7 +366,7 @@ void TeachSession::ForgetNext() {
 }
 
 bool TeachSession::SayDetails(NodeIndex element) {
-    const NodeIndex link = LinkOf(*page_, element);
+    const NodeIndex link = own_ ? noNode : LinkOf(*page_, element);
     if (link == noNode) {
         problem_ = TeachProblem::NoLink;
         return false;
@@ -466,6 +447,13 @@ NodeIndex TeachSession::FirstOf(const QString& selector, const PageRecord& recor
 }
 
 std::vector<NodeIndex> TeachSession::ElementsOf(Field column) const {
+    if (own_) {
+        for (const RecipeField& row : recipe_.DetailsFields)
+            if (row.Column == column)
+                if (std::vector<NodeIndex> found = Selected(*own_->Page, row.Selector); !found.empty())
+                    return {found.front()};
+        return {};
+    }
     const RecipeField* const row = RowOf(column);
     std::vector<NodeIndex> elements = FirstsOf(row ? row->Selector : QString());
     std::erase(elements, noNode);
@@ -473,6 +461,8 @@ std::vector<NodeIndex> TeachSession::ElementsOf(Field column) const {
 }
 
 std::vector<NodeIndex> TeachSession::LikesOf(NodeIndex element) const {
+    if (own_)
+        return {element};
     const int record = RecordOf(element);
     if (record < 0) {
         for (const CandidateSelector& candidate : RecordSelectors(*page_, element))
@@ -496,79 +486,54 @@ std::vector<NodeIndex> TeachSession::LikesOf(NodeIndex element) const {
 }
 
 std::vector<Field> TeachSession::LikelyFields(NodeIndex element) const {
-    std::vector<Field> order;
-    const auto put = [&order](Field column) {
-        if (std::find(order.begin(), order.end(), column) == order.end())
-            order.push_back(column);
+    FieldHints hints{.Url = own_ ? own_->Url : url_, .Region = region_, .Taken = {}, .Filled = {}};
+    const QString text = ShownText(Page(), element);
+    const auto takeIf = [&](const RecipeField& row, NodeIndex read) {
+        const bool related = read != noNode && (Page().Contains(read, element) || Page().Contains(element, read));
+        if (related && ShownText(Page(), read) == text)
+            hints.Taken.push_back(row.Column);
     };
-    const QString text = TextOf(*page_, element);
-    // What it is taken for already comes first; a name is more than the link that it often is as well.
-    const int record = RecordOf(element);
-    for (const bool links : {false, true})
-        for (const RecipeField& row : recipe_.Fields) {
-            if (record < 0 || IsLinkColumn(row.Column) != links)
-                continue;
-            const NodeIndex read = FirstOf(row.Selector, reading_.Records[static_cast<size_t>(record)]);
-            const bool related = read != noNode && (page_->Contains(read, element) || page_->Contains(element, read));
-            if (related && TextOf(*page_, read) == text)
-                put(row.Column);
+    for (const RecipeField& row : recipe_.Fields)
+        hints.Filled.push_back(row.Column);
+    if (own_) {
+        for (const RecipeField& row : recipe_.DetailsFields) {
+            const std::vector<NodeIndex> found = ElementsOf(row.Column);
+            takeIf(row, found.empty() ? noNode : found.front());
+            hints.Filled.push_back(row.Column);
         }
-    const NodeIndex link = LinkOf(*page_, element);
-    const QString href = link == noNode ? QString() : page_->Attribute(link, u"href").trimmed().toString();
-    if (text.contains(u'@') || href.startsWith(u"mailto:", Qt::CaseInsensitive))
-        put(Field::Email);
-    if (href.startsWith(u"tel:", Qt::CaseInsensitive) || !FindPhones(text, region_).empty())
-        put(text.contains(u"fax", Qt::CaseInsensitive) ? Field::Fax : Field::Phone);
-    if (HasStreetWord(text) || LooksLikeAddress(text, region_))
-        put(Field::FullAddress);
-    const QUrl target(link == noNode ? QString() : ResolveAddress(url_, href));
-    const bool toWeb = target.scheme() == u"http" || target.scheme() == u"https";
-    const bool outside = toWeb && target.host() != QUrl(url_).host();
-    if (outside)
-        put(Field::Website);
-    if (IsInHeading(*page_, element) || !RowOf(Field::BusinessName))
-        put(Field::BusinessName);
-    if (toWeb && !outside)
-        put(Field::DetailsLink);
-    for (const Field column : ownFields)
-        if (!RowOf(column))
-            put(column);
-    for (int column = 0; column < FieldCount; ++column)
-        put(static_cast<Field>(column));
-    return order;
+        return LikelyFieldsOf(*own_->Page, element, hints);
+    }
+    // What it is taken for already comes first; a name is more than the link that it often is as well.
+    if (const int record = RecordOf(element); record >= 0)
+        for (const bool links : {false, true})
+            for (const RecipeField& row : recipe_.Fields)
+                if (IsLinkColumn(row.Column) == links)
+                    takeIf(row, FirstOf(row.Selector, reading_.Records[static_cast<size_t>(record)]));
+    return LikelyFieldsOf(*page_, element, hints);
 }
 
 std::vector<ChoosableText> TeachSession::Texts() const {
-    std::vector<ChoosableText> texts;
-    NodeIndex begin = page_->Body();
-    NodeIndex end = begin == noNode ? noNode : page_->End(begin);
-    if (!reading_.Records.empty() && reading_.Records.front().Begin != noNode) {
+    NodeIndex begin = Page().Body();
+    NodeIndex end = begin == noNode ? noNode : Page().End(begin);
+    if (!own_ && !reading_.Records.empty() && reading_.Records.front().Begin != noNode) {
         begin = reading_.Records.front().Begin;
         end = reading_.Records.front().End;
     }
-    for (NodeIndex node = begin; node != noNode && node < end && texts.size() < mostTexts; ++node) {
-        if (page_->IsElement(node) && ShowsNothing(*page_, node)) {
-            node = page_->End(node) - 1;
-            continue;
-        }
-        if (!page_->IsText(node))
-            continue;
-        const QString text = page_->Text(node).toString().simplified().left(longestText);
-        if (!text.isEmpty())
-            texts.push_back({page_->Parent(node), text});
-    }
-    return texts;
+    return TextsWithin(Page(), begin, end);
 }
 
 std::vector<ChoosableText> TeachSession::Links() const {
     std::vector<ChoosableText> links;
+    if (own_)
+        return links;
+    constexpr size_t mostLinks = 400;
     const NodeIndex body = page_->Body();
-    for (NodeIndex node = body; node != noNode && node < page_->End(body) && links.size() < mostTexts; ++node) {
+    for (NodeIndex node = body; node != noNode && node < page_->End(body) && links.size() < mostLinks; ++node) {
         if (!IsLink(*page_, node) && !IsPageButton(*page_, node))
             continue;
         if (RecordOf(node) >= 0)
             continue;
-        QString text = TextOf(*page_, node);
+        QString text = ShownText(*page_, node);
         for (const char16_t* const name : {u"aria-label", u"title", u"value"})
             if (text.isEmpty())
                 text = page_->Attribute(node, name).toString().simplified();

@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTemporaryFile>
 
 #include <algorithm>
@@ -129,6 +130,9 @@ int Run(const ProgramOptions& options) {
                      .SitesFileName = options.OnDemo ? demoSites.fileName() : options.SitesFileName,
                      .Pace = options.Pace,
                      .CreateBrowser = BrowserOf(options.Browser)});
+    // A screen that is smaller than the window: all of it can be reached, its frame too.
+    const QSize frame(8, 36);
+    window.resize(window.size().boundedTo(window.screen()->availableSize() - frame));
     window.show();
     return QApplication::exec();
 }

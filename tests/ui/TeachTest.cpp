@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
 #include <QMenu>
 #include <QTest>
 
@@ -155,6 +156,57 @@ TEST_F(TeachTest, ThePagesOfTheBusinessesAreReadWhereTheyArePointedAt) {
     ASSERT_EQ(shown.size(), planted.size());
     for (size_t i = 0; i < shown.size(); ++i)
         EXPECT_EQ(shown[i].Email, planted[i].Email) << i << " stands on its own page alone";
+}
+
+// A business's own page is shown and pointed at like the list; what is pointed at there is read on the pages of all.
+TEST_F(TeachTest, TheFieldsOfTheBusinessesOwnPagesAreTaughtByPointing) {
+    OpenDemo(u"demo-hashed");
+    const std::vector<Lead> planted = Server.ModernLeads(Site.Code, true);
+    const QString document = Run->Window->ewbMain().DocumentHtml();
+    const auto openOwnPage = [&] {
+        Run->Click(u"btnTeachOwnPage");
+        ASSERT_TRUE(Run->Until([this] { return Session().OnOwnPage(); }, 30));
+        EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), planted.front().DetailsLink);
+    };
+    const auto isBack = [&] {
+        return Run->Window->ewbMain().LocationAddress() == Site.Start && !Run->Window->ewbMain().Busy();
+    };
+    Teach();
+    openOwnPage();
+    QTest::keyClick(Run->Control<TeachPanel>(u"TeachPanel"), Qt::Key_Escape);
+    ASSERT_TRUE(Run->Until([&] { return !Lesson().Active() && isBack(); }, 20)) << "leaving shows the list again";
+    QTest::qWait(200);
+    ExpectNothingLeft(document);
+
+    Teach();
+    auto* const fields = Run->Control<QTreeWidget>(u"TeachFields");
+    fields->setCurrentItem(fields->topLevelItem(static_cast<int>(Field::Category)));
+    Run->Click(u"btnTeachForget");
+    openOwnPage();
+    ASSERT_TRUE(PointAt(planted.front().Category, Field::Category));
+    EXPECT_TRUE(Run->Until([this] { return MarkOf(u"Category"_s).isValid(); }, 10)) << "it is marked there";
+    const Recipe& recipe = Session().What();
+    ASSERT_EQ(recipe.DetailsFields.size(), 1U) << Run->Control<QLabel>(u"TeachSaid")->text().toStdString();
+    EXPECT_EQ(Run->Control<TeachPanel>(u"TeachPanel")->Leads().At(2).Category, planted[2].Category);
+    Run->Click(u"btnTeachOwnPage");
+    ASSERT_TRUE(Run->Until([this] { return !Session().OnOwnPage() && MarkOf(u"Phone"_s).isValid(); }, 20));
+    EXPECT_TRUE(isBack());
+    SaveAs(u"With fields of own pages"_s);
+    ASSERT_TRUE(Harvest());
+    const std::vector<Lead> shown = Run->ShownLeads();
+    ASSERT_EQ(shown.size(), planted.size());
+    for (size_t i = 0; i < shown.size(); ++i)
+        EXPECT_EQ(shown[i].Category + shown[i].Email, planted[i].Category + planted[i].Email) << i;
+
+    // Somebody who goes elsewhere from there stays where he went.
+    ASSERT_TRUE(Run->GoTo(Site.Start));
+    Run->Window->Lessons().Watch().Look();
+    Teach();
+    openOwnPage();
+    ASSERT_TRUE(Run->GoTo(planted[3].DetailsLink));
+    EXPECT_FALSE(Lesson().Active());
+    QTest::qWait(300);
+    EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), planted[3].DetailsLink);
 }
 
 TEST_F(TeachTest, StopAnotherSiteGetDataAndClosingEndALessonCleanly) {

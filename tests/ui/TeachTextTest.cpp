@@ -2,10 +2,12 @@
 #include "PrintTo.h"
 #include "WindowFixture.h"
 #include "core/QtMessageLoop.h"
+#include "ui/teach/TfrmAboutDirectory.h"
 #include "ui/teach/TfrmDirectories.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -85,6 +87,63 @@ TEST_F(TeachTextTest, ADirectoryIsTaughtFromTheListsOfTextsAndHarvested) {
         shown[i].MapLink.clear(); // which the harvest adds
         EXPECT_EQ(shown[i], planted[i]) << i;
     }
+}
+
+// The same for the businesses' own pages, with the country and the address of a search.
+TEST_F(TeachTextTest, OwnPagesCountryAndSearchAddressAreTaughtByTheKeys) {
+    Server.Start();
+    Demo::ModernSite site;
+    for (const Demo::ModernSite& each : Server.ModernSites())
+        site = each.Code == u"demo-hashed" ? each : site;
+    Open(site.Start + u"?what=plumber&where=Madrid"_s);
+    const QString list = Run->Window->ewbMain().LocationAddress();
+    const std::vector<Lead> planted = Server.ModernLeads(site.Code, true);
+    Run->Click(u"btnTeach");
+    Run->Click(u"btnTeachOwnPage");
+    ASSERT_TRUE(Run->Until([this] { return Session().OnOwnPage(); }, 20));
+    EXPECT_FALSE(Run->Control<QPushButton>(u"btnTeachNext")->isEnabled());
+    auto* const texts = Run->Control<QListWidget>(u"TeachTexts");
+    EXPECT_EQ(texts->accessibleName(), u"Texts of this page:"_s);
+    ChooseByKeys(planted.front().Phone);
+    EXPECT_EQ(Session().What().DetailsFields.size(), 1U);
+    EXPECT_FALSE(Session().IsProposed(Field::Phone));
+    EXPECT_EQ(Run->Control<TeachPanel>(u"TeachPanel")->Leads().At(1).Phone, planted[1].Phone);
+    QTest::keyClick(Run->Control<QPushButton>(u"btnTeachOwnPage"), Qt::Key_Space);
+    ASSERT_TRUE(Run->Until([this] { return !Session().OnOwnPage(); }, 20));
+    EXPECT_EQ(Run->Window->ewbMain().LocationAddress(), list);
+
+    const auto about = [this](const std::function<void(TfrmAboutDirectory&)>& answer) {
+        TfrmAboutDirectory* dialog = nullptr;
+        Run->When([&] { return (dialog = Run->Window->findChild<TfrmAboutDirectory*>()) && dialog->isVisible(); },
+                  [&] { answer(*dialog); });
+        Run->Click(u"btnTeachAbout");
+        EXPECT_TRUE(dialog);
+    };
+    about([&](TfrmAboutDirectory& dialog) {
+        auto* const search = dialog.findChild<QLineEdit*>(u"edtAboutSearch"_s);
+        EXPECT_EQ(search->text(), QString(site.Start + u"?what={what}&where={where}")) << "from the shown address";
+        search->setText(u"https://{what}.example/"_s);
+        const auto* const take = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+        EXPECT_FALSE(take->isEnabled());
+        EXPECT_NE(dialog.findChild<QLabel*>(u"lblAboutVerdict"_s)->text(), QString());
+        QTest::keyClicks(dialog.findChild<QLineEdit*>(u"edtAboutWhat"_s), u"plumber"_s);
+        EXPECT_EQ(search->text(), QString(site.Start + u"?what={what}&where=Madrid"));
+        auto* const countries = dialog.findChild<QComboBox*>(u"cbxAboutCountry"_s);
+        EXPECT_EQ(countries->currentData().toString(), QString()) << "as the page says";
+        QTest::keyClicks(countries, u"spain"_s);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(Session().What().Country, u"ES"_s);
+    about([](TfrmAboutDirectory& dialog) {
+        dialog.findChild<QLineEdit*>(u"edtAboutSearch"_s)->clear();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(Session().What().Search, QString(site.Start + u"?what={what}&where=Madrid")) << "nothing was changed";
+    Run->Control<QLineEdit>(u"edtTeachName")->setText(u"Own pages"_s);
+    Run->Click(u"btnTeachSave");
+    const auto taught = Run->Window->Bench().Catalogue.Adapter(u"own-pages"_s);
+    ASSERT_TRUE(taught);
+    EXPECT_EQ(taught->SearchAddress, QString(site.Start + u"?what={what}&where=Madrid"));
 }
 
 // What a harvest has not found as it was taught is said, and one of the built-in directories that shows another page is

@@ -52,11 +52,7 @@ void PageOverlay::ShowRecords(std::vector<QRectF> places) {
 }
 
 void PageOverlay::ShowMarks(std::vector<Mark> marks) {
-    const bool same =
-        std::equal(marks.begin(), marks.end(), marks_.begin(), marks_.end(), [](const Mark& one, const Mark& other) {
-            return one.Place == other.Place && one.Caption == other.Caption;
-        });
-    if (!same) {
+    if (marks_ != marks) {
         marks_ = std::move(marks);
         update();
     }
@@ -133,8 +129,17 @@ QRectF PageOverlay::CrossOf(const Mark& mark) const {
 // What a mark is stands at its right end, where it hides least.
 QRectF PageOverlay::LabelOf(const Mark& mark) const {
     const QFontMetricsF metrics(LabelFont());
-    QRectF label(mark.Place.right() + 4, mark.Place.top(), metrics.horizontalAdvance(LabelText(mark.Caption)) + 8,
-                 metrics.height() + 2);
+    const auto widthOf = [&](const Mark& each) { return metrics.horizontalAdvance(LabelText(each.Caption)) + 8; };
+    // Behind those of other fields that the same element shows.
+    double left = mark.Place.right() + 4;
+    for (const Mark& other : marks_) {
+        if (other == mark)
+            break;
+        const QPointF apart = other.Place.topRight() - mark.Place.topRight();
+        if (!other.Caption.isEmpty() && apart.manhattanLength() < 4)
+            left += widthOf(other) + 3;
+    }
+    QRectF label(left, mark.Place.top(), widthOf(mark), metrics.height() + 2);
     // Above it where it would lie on another mark.
     if (std::any_of(marks_.begin(), marks_.end(), [&](const Mark& other) { return other.Place.intersects(label); }))
         label.moveBottomRight(mark.Place.topRight() + QPointF(0, 3));

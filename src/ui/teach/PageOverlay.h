@@ -18,6 +18,8 @@ public:
     struct Mark {
         QRectF Place;
         QString Caption;
+
+        bool operator==(const Mark&) const = default;
     };
 
     /// Lies over the whole of `view` as long as both live.

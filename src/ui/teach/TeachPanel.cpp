@@ -1,5 +1,7 @@
 #include "ui/teach/TeachPanel.h"
 
+#include "ui/WrapRow.h"
+
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QShortcut>
@@ -33,6 +35,8 @@ TeachPanel::TeachPanel(QWidget* parent)
       pointNext_(new QPushButton(this)),
       forgetNext_(new QPushButton(this)),
       details_(new QCheckBox(this)),
+      ownPage_(new QPushButton(this)),
+      about_(new QPushButton(this)),
       said_(new QLabel(this)),
       nameLabel_(new QLabel(this)),
       name_(new QLineEdit(this)),
@@ -44,6 +48,7 @@ TeachPanel::TeachPanel(QWidget* parent)
         {fields_, u"TeachFields"},        {forget_, u"btnTeachForget"},   {texts_, u"TeachTexts"},
         {field_, u"TeachField"},          {use_, u"btnTeachUse"},         {pointNext_, u"btnTeachNext"},
         {forgetNext_, u"btnTeachNoNext"}, {details_, u"chkTeachDetails"}, {name_, u"edtTeachName"},
+        {ownPage_, u"btnTeachOwnPage"},   {about_, u"btnTeachAbout"},     {said_, u"TeachSaid"},
         {save_, u"btnTeachSave"},         {leave_, u"btnTeachLeave"},     {table_, u"TeachTable"}};
     for (const auto& [control, name] : names)
         control->setObjectName(QString::fromUtf16(name));
@@ -92,11 +97,15 @@ TeachPanel::TeachPanel(QWidget* parent)
     nextRow->addWidget(forgetNext_);
     nextRow->addStretch(1);
     column->addLayout(nextRow);
-    column->addWidget(details_);
+    auto* const detailsRow = new WrapRow(column->spacing());
+    detailsRow->addWidget(details_);
+    detailsRow->addWidget(ownPage_);
+    column->addLayout(detailsRow);
     column->addWidget(said_);
     auto* const nameRow = new QHBoxLayout;
     nameRow->addWidget(nameLabel_);
     nameRow->addWidget(name_, 1);
+    nameRow->addWidget(about_);
     column->addLayout(nameRow);
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -123,6 +132,9 @@ TeachPanel::TeachPanel(QWidget* parent)
     });
     connect(forgetNext_, &QPushButton::clicked, this, &TeachPanel::NextForgotten);
     connect(details_, &QCheckBox::clicked, this, &TeachPanel::DetailsWanted);
+    connect(ownPage_, &QPushButton::clicked, this,
+            [this] { Q_EMIT OwnPageWanted(session_ && !session_->OnOwnPage()); });
+    connect(about_, &QPushButton::clicked, this, &TeachPanel::AboutClicked);
     connect(save_, &QPushButton::clicked, this, &TeachPanel::SaveClicked);
     connect(leave_, &QPushButton::clicked, this, &TeachPanel::LeaveClicked);
     connect(name_, &QLineEdit::returnPressed, this, &TeachPanel::SaveClicked);
@@ -139,7 +151,6 @@ TeachPanel::~TeachPanel() {
 void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
     captions_ = captions;
     title_->setText(texts.Text(WindowText::TeachTitle));
-    hint_->setText(texts.Text(WindowText::TeachPointHint));
     fields_->setHeaderLabels({texts.Text(WindowText::TeachFieldColumn), texts.Text(WindowText::TeachFirstColumn),
                               texts.Text(WindowText::TeachFilledColumn)});
     fields_->setAccessibleName(texts.Text(WindowText::TeachFieldColumn));
@@ -147,12 +158,15 @@ void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& caption
     windowTexts_ = texts;
     textsText_ = texts.Text(WindowText::TeachTexts);
     linksText_ = texts.Text(WindowText::TeachLinks);
-    textsLabel_->setText(choosingNext_ ? linksText_ : textsText_);
+    ownTextsText_ = texts.Text(WindowText::TeachOwnPageTexts);
     field_->setAccessibleName(texts.Text(WindowText::TeachFieldColumn));
     use_->setText(texts.Text(WindowText::TeachUse));
     pointNext_->setText(texts.Text(WindowText::TeachPointNext));
     forgetNext_->setText(texts.Text(WindowText::TeachNoNext));
     details_->setText(texts.Text(WindowText::TeachDetails));
+    about_->setText(texts.Text(WindowText::TeachAbout));
+    about_->setToolTip(texts.Text(WindowText::TeachAboutTitle));
+    about_->setAccessibleName(texts.Text(WindowText::TeachAboutTitle));
     nameLabel_->setText(texts.Text(WindowText::TeachName));
     save_->setText(texts.Text(WindowText::TeachSave));
     leave_->setText(texts.Text(WindowText::TeachLeave));
@@ -161,6 +175,9 @@ void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& caption
     noNext_ = texts.Text(WindowText::TeachNextNone);
     itemNext_ = texts.Text(WindowText::TeachIsNext);
     itemDetails_ = texts.Text(WindowText::TeachIsDetails);
+    hint_->setText(texts.Text(WindowText::TeachPointHint));
+    ownPage_->setText(texts.Text(WindowText::TeachOwnPage));
+    textsLabel_->setText(textsText_);
     texts_->setAccessibleName(textsLabel_->text().remove(u'&'));
     name_->setAccessibleName(nameLabel_->text().remove(u'&'));
     table_->setAccessibleName(texts.Text(WindowText::TeachTableName));
@@ -171,20 +188,37 @@ void TeachPanel::ApplyTexts(const WindowTexts& texts, const QStringList& caption
 void TeachPanel::Show(const TeachSession& session) {
     session_ = &session;
     leads_.Clear();
-    for (const PageRecord& record : session.Reading().Records)
-        leads_.Append(record.Fields);
+    std::array<bool, FieldCount> filled{};
+    for (const Lead& lead : session.Leads()) {
+        leads_.Append(lead);
+        for (int column = 0; column < FieldCount; ++column)
+            filled.at(static_cast<size_t>(column)) |= !lead.At(column).isEmpty();
+    }
     model_.ShowPending();
     for (int column = 0; column < FieldCount; ++column)
-        table_->setColumnHidden(column, session.Reading().Counts.Filled.at(static_cast<size_t>(column)) == 0);
+        table_->setColumnHidden(column, !filled.at(static_cast<size_t>(column)));
     choosingNext_ = false;
+    ShowPlace(session);
     ShowFields(session);
     ShowTexts(session);
     const QString next = session.Reading().Next.isEmpty() ? session.Reading().LoadMore : session.Reading().Next;
     next_->setText(next.isEmpty() ? noNext_ : QString(nextText_).replace(u"[VAR1]"_s, next));
-    forgetNext_->setEnabled(!session.What().Next.isEmpty());
+    forgetNext_->setEnabled(!session.OnOwnPage() && !session.What().Next.isEmpty());
     details_->setChecked(session.What().Details);
     save_->setEnabled(!session.Reading().Records.empty());
     Say(ProblemText(session.Problem()));
+}
+
+// The list is shown, or the own page of one of its businesses.
+void TeachPanel::ShowPlace(const TeachSession& session) {
+    const bool own = session.OnOwnPage();
+    const QString name = leads_.Count() > 0 ? leads_.At(0).Name : QString();
+    hint_->setText(own ? windowTexts_.With(WindowText::TeachOwnPageHint, {name})
+                       : windowTexts_.Text(WindowText::TeachPointHint));
+    ownPage_->setText(windowTexts_.Text(own ? WindowText::TeachBackToList : WindowText::TeachOwnPage));
+    ownPage_->setEnabled(own || !session.OwnPages(1).isEmpty());
+    pointNext_->setEnabled(!own);
+    details_->setEnabled(!own);
 }
 
 void TeachPanel::Detach() {
@@ -201,18 +235,25 @@ void TeachPanel::ShowFields(const TeachSession& session) {
     const QTreeWidgetItem* const before = fields_->currentItem();
     const int current = before ? before->data(0, fieldRole).toInt() : 0;
     fields_->clear();
-    const auto& records = session.Reading().Records;
+    const size_t records = session.Reading().Records.size();
     for (int column = 0; column < FieldCount; ++column) {
         auto* const item = new QTreeWidgetItem(fields_);
         item->setText(0, captions_.value(column));
         item->setData(0, fieldRole, column);
-        const int filled = session.Reading().Counts.Filled.at(static_cast<size_t>(column));
-        if (!records.empty()) {
-            item->setText(1, records.front().Fields.At(column));
-            item->setToolTip(1, records.front().Fields.At(column));
+        int filled = session.Reading().Counts.Filled.at(static_cast<size_t>(column));
+        size_t of = records;
+        if (leads_.Count() > 0) {
+            item->setText(1, leads_.At(0).At(column));
+            item->setToolTip(1, leads_.At(0).At(column));
+        }
+        // What the businesses' own pages say, of as many as have been read.
+        if (filled == 0) {
+            for (qsizetype row = 0; row < leads_.Count(); ++row)
+                filled += leads_.At(row).At(column).isEmpty() ? 0 : 1;
+            of = session.OwnPagesRead();
         }
         if (filled > 0)
-            item->setText(2, u"%1/%2"_s.arg(filled).arg(records.size()));
+            item->setText(2, u"%1/%2"_s.arg(filled).arg(of));
         const bool proposed = filled > 0 && session.IsProposed(static_cast<Field>(column));
         item->setToolTip(0, proposed ? proposed_ : QString());
         QColor pale = palette().color(QPalette::Text);
@@ -234,6 +275,8 @@ QString TeachPanel::ProblemText(TeachProblem problem) const {
         return windowTexts_.Text(WindowText::TeachNothingLike);
     case TeachProblem::NoLink:
         return windowTexts_.Text(WindowText::TeachNoLink);
+    case TeachProblem::NotFetched:
+        return windowTexts_.Text(WindowText::TeachNotFetched);
     }
     return {};
 }
@@ -253,7 +296,7 @@ void TeachPanel::ShowTexts(const TeachSession& session) {
     const int current = texts_->currentRow();
     const QSignalBlocker quiet(texts_);
     texts_->clear();
-    textsLabel_->setText(choosingNext_ ? linksText_ : textsText_);
+    textsLabel_->setText(choosingNext_ ? linksText_ : session.OnOwnPage() ? ownTextsText_ : textsText_);
     texts_->setAccessibleName(textsLabel_->text().remove(u'&'));
     for (const ChoosableText& text : choosingNext_ ? session.Links() : session.Texts()) {
         auto* const item = new QListWidgetItem(text.Text, texts_);
@@ -272,7 +315,7 @@ void TeachPanel::OfferFields() {
     else if (const NodeIndex element = ChosenText(); session_ && element != noNode)
         for (const Field column : session_->LikelyFields(element))
             field_->addItem(captions_.value(static_cast<int>(column)), static_cast<int>(column));
-    if (field_->count() > 0 && !choosingNext_) {
+    if (field_->count() > 0 && !choosingNext_ && !session_->OnOwnPage()) {
         field_->addItem(itemNext_, nextPage);
         field_->addItem(itemDetails_, detailsPage);
     }

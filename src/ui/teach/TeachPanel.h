@@ -51,6 +51,10 @@ Q_SIGNALS:
     void PointAtNext(bool point);
     void NextForgotten();
     void DetailsWanted(bool wanted);
+    /// A business's own page is to be shown and taught; false: the list again.
+    void OwnPageWanted(bool wanted);
+    /// Country and search address are to be asked for.
+    void AboutClicked();
     void SaveClicked();
     void LeaveClicked();
 
@@ -60,6 +64,7 @@ private:
     void ShowFields(const TeachSession& session);
     void OfferFields();
     void OfferLinks(bool offer);
+    void ShowPlace(const TeachSession& session);
     QString ProblemText(TeachProblem problem) const;
     void Use();
 
@@ -75,6 +80,8 @@ private:
     QPushButton* pointNext_;
     QPushButton* forgetNext_;
     QCheckBox* details_;
+    QPushButton* ownPage_;
+    QPushButton* about_;
     QLabel* said_;
     QLabel* nameLabel_;
     QLineEdit* name_;
@@ -91,6 +98,7 @@ private:
     QString itemNext_;
     QString itemDetails_;
     QString textsText_;
+    QString ownTextsText_;
     QString linksText_;
     WindowTexts windowTexts_;
     bool choosingNext_ = false; // the list shows the page's links

@@ -2,6 +2,8 @@
 
 #include "core/Errors.h"
 #include "recipes/RecipeFile.h"
+#include "toolkit/PageAddress.h"
+#include "ui/teach/TfrmAboutDirectory.h"
 #include "ui/teach/TfrmDirectories.h"
 
 #include <QCursor>
@@ -16,6 +18,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int followInterval = 80; // ms between two looks at where things are
+constexpr int loadInterval = 100;  // ms between two looks whether a page has come
+constexpr qsizetype mostOwnPages = 3;
 constexpr int nextPage = FieldCount;
 constexpr int detailsPage = FieldCount + 1;
 
@@ -79,13 +83,9 @@ Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, s
     });
     connect(&panel_, &TeachPanel::SaveClicked, this, &Teaching::Save);
     connect(&panel_, &TeachPanel::LeaveClicked, this, &Teaching::Leave);
-    // Another page is another lesson.
-    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, [this](const QString& address) {
-        if (session_ && address.section(u'#', 0, 0) != address_.section(u'#', 0, 0))
-            Leave();
-        else if (!session_)
-            FrameRecords(nullptr, {});
-    });
+    connect(&panel_, &TeachPanel::OwnPageWanted, this, [this](bool wanted) { wanted ? ShowOwnPage() : BackToList(); });
+    connect(&panel_, &TeachPanel::AboutClicked, this, &Teaching::AskAbout);
+    connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, &Teaching::Navigated);
 }
 
 void Teaching::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
@@ -118,6 +118,8 @@ bool Teaching::Begin(const std::optional<RecipeEntry>& mend, const QString& reco
     }
     panel_.SetName(mend ? mend->What.Name : QUrl(address_).host());
     pointingAtNext_ = false;
+    place_ = Place::List;
+    ++lesson_;
     if (overlay_) {
         overlay_->SetPointing(true);
         overlay_->show();
@@ -135,7 +137,9 @@ void Teaching::Leave() {
     panel_.Detach();
     session_.reset();
     mended_.reset();
+    ++lesson_;
     FrameRecords(nullptr, {});
+    ReturnToList();
     Q_EMIT Left();
 }
 
@@ -164,10 +168,11 @@ void Teaching::FrameRecords(std::shared_ptr<PointedPage> page, std::vector<std::
 void Teaching::Changed() {
     records_.clear();
     marks_.clear();
-    for (const PageRecord& record : session_->Reading().Records)
-        if (record.Begin != noNode)
-            records_.emplace_back(record.Begin, record.End);
-    for (const RecipeField& row : session_->What().Fields)
+    if (!session_->OnOwnPage())
+        for (const PageRecord& record : session_->Reading().Records)
+            if (record.Begin != noNode)
+                records_.emplace_back(record.Begin, record.End);
+    for (const RecipeField& row : session_->OnOwnPage() ? session_->What().DetailsFields : session_->What().Fields)
         for (const NodeIndex element : session_->ElementsOf(row.Column))
             marks_.emplace_back(element, captions_.value(static_cast<int>(row.Column)));
     panel_.Show(*session_);
@@ -287,9 +292,11 @@ int Teaching::AskByMenu(const std::vector<Field>& likely) const {
             menu.addSeparator();
         menu.addAction(captions_.value(static_cast<int>(likely[i])))->setData(static_cast<int>(likely[i]));
     }
-    menu.addSeparator();
-    menu.addAction(texts_.Text(WindowText::TeachIsNext))->setData(nextPage);
-    menu.addAction(texts_.Text(WindowText::TeachIsDetails))->setData(detailsPage);
+    if (!session_->OnOwnPage()) {
+        menu.addSeparator();
+        menu.addAction(texts_.Text(WindowText::TeachIsNext))->setData(nextPage);
+        menu.addAction(texts_.Text(WindowText::TeachIsDetails))->setData(detailsPage);
+    }
     menu.setActiveAction(menu.actions().value(1));
     const QAction* const chosen = menu.exec(QCursor::pos());
     return chosen ? chosen->data().toInt() : -1;
@@ -305,6 +312,146 @@ void Teaching::Choose(NodeIndex element, int what) {
         session_->SayDetails(element);
     else
         session_->Say(static_cast<Field>(what), element);
+    Changed();
+}
+
+// A business's own page is fetched as a harvest does, and shown to be pointed at. Those of two more businesses tell
+// what holds for others.
+void Teaching::ShowOwnPage() {
+    if (!session_ || place_ != Place::List || !FetchPage)
+        return;
+    place_ = Place::ToOwnPage;
+    panel_.Say(texts_.Text(WindowText::TeachOwnPageWait));
+    const QPointer<Teaching> self(this);
+    const int lesson = lesson_;
+    ownPages_.clear();
+    QString reason;
+    for (const QString& address : session_->OwnPages(mostOwnPages)) {
+        QString html;
+        const bool fetched = FetchPage(address, html); // handles messages
+        if (!self || lesson != lesson_)
+            return;
+        try {
+            if (fetched)
+                ownPages_.push_back({std::make_shared<const PageTree>(html), address});
+        } catch (const Failure& failure) {
+            reason = failure.Message();
+        }
+        if (!fetched && reason.isEmpty())
+            reason = texts_.With(WindowText::TeachOwnPageLost, {address});
+    }
+    if (ownPages_.empty()) {
+        place_ = Place::List;
+        return panel_.Say(reason.isEmpty() ? texts_.Text(WindowText::TeachNoLink) : reason);
+    }
+    page_.reset(); // nothing to point at meanwhile
+    if (overlay_)
+        overlay_->Clear();
+    browser_.Follow(ownPages_.front().Url);
+}
+
+void Teaching::BackToList() {
+    if (!session_ || place_ != Place::OwnPage)
+        return;
+    place_ = Place::ToList;
+    page_.reset();
+    if (overlay_)
+        overlay_->Clear();
+    browser_.GoBack();
+}
+
+// A lesson that ends on another page than it began on.
+void Teaching::ReturnToList() {
+    const bool isAway = std::exchange(place_, Place::List) != Place::List;
+    ownPages_.clear();
+    if (!isAway)
+        return;
+    if (CancelFetch)
+        CancelFetch();
+    browser_.Stop();
+    if (WithoutFragment(browser_.LocationAddress()) == WithoutFragment(ownAddress_))
+        browser_.GoBack();
+    ownAddress_.clear();
+}
+
+void Teaching::Navigated(const QString& address) {
+    if (!session_)
+        return FrameRecords(nullptr, {});
+    const QString expected = place_ == Place::OwnPage ? ownAddress_ : address_;
+    switch (place_) {
+    case Place::ToOwnPage:
+        ownAddress_ = address; // after redirects
+        return Arrive();
+    case Place::ToList:
+        // The page may have made a history of its own.
+        if (WithoutFragment(address) != WithoutFragment(address_))
+            return browser_.Navigate(address_);
+        return Arrive();
+    case Place::List:
+    case Place::OwnPage:
+        // Another page is another lesson.
+        if (WithoutFragment(address) != WithoutFragment(expected)) {
+            place_ = Place::List; // where the user went is where he stays
+            Leave();
+        }
+    }
+}
+
+// The page to which the lesson goes is there, as soon as it is whole.
+void Teaching::Arrive() {
+    if (!session_ || place_ == Place::List || place_ == Place::OwnPage)
+        return;
+    const int lesson = lesson_;
+    if (browser_.Busy()) {
+        QTimer::singleShot(loadInterval, this, [this, lesson] {
+            if (lesson == lesson_)
+                Arrive();
+        });
+        return;
+    }
+    const QPointer<Teaching> self(this);
+    const bool own = place_ == Place::ToOwnPage;
+    place_ = own ? Place::OwnPage : Place::List;
+    asked_ = true; // messages are handled meanwhile
+    try {
+        auto page = std::make_shared<PointedPage>(browser_);
+        if (!self || lesson != lesson_)
+            return;
+        if (!page->Tree())
+            throw Failure(texts_.With(WindowText::TeachOwnPageLost, {browser_.LocationAddress()}));
+        page_ = std::move(page);
+        if (own)
+            session_->OpenOwnPage({page_->Tree(), ownAddress_}, std::exchange(ownPages_, {}));
+        else
+            session_->CloseOwnPage(page_->Tree());
+        asked_ = false;
+        rebuilt_ = false;
+        likes_.clear();
+        hovered_ = noNode;
+        Changed();
+    } catch (const Failure& failure) {
+        if (!self || lesson != lesson_)
+            return;
+        asked_ = false;
+        if (own)
+            BackToList();
+        else
+            Leave();
+        panel_.Say(failure.Message());
+    }
+}
+
+void Teaching::AskAbout() {
+    if (!session_)
+        return;
+    const QPointer<Teaching> self(this);
+    const int lesson = lesson_;
+    TfrmAboutDirectory dialog({session_->What().Country, session_->What().Search, session_->Address()}, texts_,
+                              panel_.window());
+    const bool taken = dialog.exec() == QDialog::Accepted;
+    if (!self || lesson != lesson_ || !taken)
+        return;
+    session_->SetAbout(dialog.Country(), dialog.Search());
     Changed();
 }
 

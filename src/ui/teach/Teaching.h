@@ -45,6 +45,11 @@ public:
     /// Asks the user which field an element is, the likely ones first: -1 none, 14 the next page, 15 the details page.
     /// A menu at the mouse unless a test answers.
     std::function<int(const std::vector<Field>& likely)> AskField;
+    /// Fetches a page as a harvest does, while messages are handled; false when it cannot be had. Without it the pages
+    /// of the businesses cannot be taught.
+    std::function<bool(const QString& address, QString& html)> FetchPage;
+    /// Ends such a transfer.
+    std::function<void()> CancelFetch;
 
 Q_SIGNALS:
     void Begun();
@@ -55,6 +60,9 @@ Q_SIGNALS:
     void PageChanged();
 
 private:
+    // What the browser shows, or is about to show.
+    enum class Place : quint8 { List, ToOwnPage, OwnPage, ToList };
+
     void PointAt(const QPointF& place);
     void Hover(const QPointF& place);
     void Choose(NodeIndex element, int what);
@@ -62,6 +70,12 @@ private:
     void Save();
     void Follow();
     void TakePage();
+    void ShowOwnPage();
+    void BackToList();
+    void ReturnToList();
+    void Navigated(const QString& address);
+    void Arrive();
+    void AskAbout();
     int AskByMenu(const std::vector<Field>& likely) const;
 
     EmbeddedBrowser& browser_;
@@ -72,6 +86,10 @@ private:
     std::optional<TeachSession> session_;
     std::optional<RecipeEntry> mended_;
     QString address_;
+    QString ownAddress_; // of the business's page that is shown
+    std::vector<OwnPage> ownPages_;
+    Place place_ = Place::List;
+    int lesson_ = 0; // another number for each
     QString problem_;
     WindowTexts texts_;
     QStringList captions_ = EnglishCaptions();

@@ -15,6 +15,14 @@ TeachingDesk::TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& fo
       teaching_(browser, view, *form.Teach, [&bench] { return bench.UserRecipes(); }),
       watch_(
           browser, *form.AnyBar, teaching_, [this] { return Chosen(); }, std::move(busy)) {
+    teaching_.FetchPage = [this, &browser](const QString& address, QString& html) {
+        HarvestState& state = bench_.State;
+        state.CurrWay = Way::Modern;
+        state.CurrPage = {browser.LocationAddress(), browser.PeerAddress()};
+        state.ShouldStop = false;
+        return bench_.Fetcher.DirectDownloadURL(address, html, false);
+    };
+    teaching_.CancelFetch = [this] { bench_.Fetcher.Disconnect(); };
     connect(&teaching_, &Teaching::Begun, this, [this] { ShowTeaching(true); });
     connect(&teaching_, &Teaching::Left, this, [this] { ShowTeaching(false); });
     connect(&teaching_, &Teaching::Saved, this, &TeachingDesk::DirectoriesChanged);

@@ -149,6 +149,26 @@ TEST_P(ShippedLanguage, HasEveryTextInOrder) {
 INSTANTIATE_TEST_SUITE_P(Languages, ShippedLanguage, testing::Values("en", "fr", "es", "it"),
                          [](const auto& info) { return info.param; });
 
+// What came with teaching is missing in the files of before; the rest stays in the language.
+TEST(OlderLanguageFile, FallsBackToEnglishWhereItLacksTags) {
+    QString text = ReadLanguageText(QString(shippedFolder + u"fr.dat"_s));
+    const qsizetype teaching = text.indexOf(u"<text-Teach>"_s);
+    ASSERT_GT(teaching, 0);
+    text.truncate(teaching);
+    WindowTexts texts;
+    texts.Load(text);
+    int french = 0;
+    for (int i = 0; i < static_cast<int>(WindowText::Count); ++i) {
+        const auto slot = static_cast<WindowText>(i);
+        if (slot >= WindowText::Teach)
+            EXPECT_EQ(texts.Text(slot), WindowTexts::English(slot));
+        else
+            french += texts.Text(slot) == WindowTexts::English(slot) ? 0 : 1;
+    }
+    EXPECT_GT(french, 30);
+    EXPECT_NE(LanguageFile(text).Main(4), u"Get Data"_s);
+}
+
 TEST(English, HasTheBuiltInCaptions) {
     const LanguageFile english(ReadLanguageText(QString(shippedFolder + u"en.dat"_s)));
     EXPECT_EQ(english.ColumnCaptions(), EnglishCaptions());
