@@ -95,7 +95,7 @@ int RunLeads(const CommandLine& line, Console& console) {
         filter.Since = SecondsOf(line.Since);
     const StoreTarget target = StoreInForce(line, session.More, *session.System);
     CheckThereIs(target);
-    Database database(target);
+    Database database(target, Database::Access::ReadAtLeast);
     TakeInOrphans(database, session.System->SettingsFolder());
     StoreQueries queries(database);
     session.Options.cExportAutomatic = false; // that is for leads as they are found
@@ -127,7 +127,7 @@ int RunStatus(const CommandLine& line, Console& console) {
     const std::unique_ptr<Platform> platform = CreatePlatform();
     const StoreTarget target = StoreInForce(line, LoadOptionsInForce(line, *platform, console), *platform);
     CheckThereIs(target);
-    Database database(target);
+    Database database(target, Database::Access::ReadAtLeast);
     TakeInOrphans(database, platform->SettingsFolder());
     StoreQueries queries(database);
     Searches searches(database);

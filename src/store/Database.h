@@ -16,7 +16,7 @@ namespace Brindle {
 /// The store could not do what was asked. The message is one line that names the store and the reason.
 class StoreError : public Failure {
 public:
-    enum class Why { Locked, Full, Damaged, Newer, Unreachable, Other };
+    enum class Why { Locked, Full, ReadOnly, Damaged, Newer, Unreachable, Other };
     StoreError(Why reason, const QString& message) : Failure(message), Reason(reason) {}
     Why Reason;
 };
@@ -24,15 +24,21 @@ public:
 /// One connection to a store, for the thread that made it. The schema is brought up to date when it is opened.
 class Database {
 public:
+    enum class Access {
+        Write,
+        ReadAtLeast ///< a file that is there and cannot be written is opened for reading
+    };
     /// Connects. A missing SQLite file is made, with its folder; a server is waited for a few seconds at most. Throws
     /// `StoreError`.
-    explicit Database(const StoreTarget& target);
+    explicit Database(const StoreTarget& target, Access access = Access::Write);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
     bool IsPostgres() const { return target_.IsPostgres(); }
     const StoreTarget& Target() const { return target_; }
+    /// Nothing can be written, and what others write from now on is not seen.
+    bool IsReadOnly() const { return readOnly_; }
 
     /// Runs a statement with its values bound to the question marks. The query is good until the same statement is run
     /// again. Throws `StoreError`.
@@ -46,11 +52,14 @@ public:
     [[noreturn]] void Throw(const QSqlError& what) const;
 
 private:
+    void Connect();
     void Open();
+    void OpenForReading();
     void BeginWriteAheadLog();
 
     StoreTarget target_;
     mutable bool lost_ = false; // the connection was cut
+    bool readOnly_ = false;
     QString name_;
     QSqlDatabase database_;
     QHash<QString, std::shared_ptr<QSqlQuery>> prepared_;

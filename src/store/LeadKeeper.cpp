@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr size_t mostEvents = 5000;      // of one transaction; so many only when the store has fallen behind
-constexpr qint64 wordsAtOnce = 1000;     // leads whose words are worth a transaction
+constexpr qint64 wordsAtOnce = 5000;     // leads whose words are worth a transaction
 constexpr size_t mostInMemory = 100'000; // events, where there is no journal either
 constexpr auto firstPause = 250ms;       // before a store that failed is tried again
 constexpr auto longestPause = 30'000ms;
@@ -270,6 +270,8 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
 }
 
 void TakeInOrphans(Database& database, const QString& spoolFolder) {
+    if (database.IsReadOnly())
+        return;
     QStringList orphans = Journal::Orphans(database.Target().PendingBase(spoolFolder));
     if (!database.IsPostgres())
         orphans += Journal::Orphans(database.Target().SparePendingBase(spoolFolder));

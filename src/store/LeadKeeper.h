@@ -68,7 +68,8 @@ private:
 /// The user and the machine, as harvests name them.
 QString UserAtMachine();
 
-/// Takes in what earlier sessions could not bring into the store. Throws `StoreError`.
+/// Takes in what earlier sessions could not bring into the store; nothing where that can only be read. Throws
+/// `StoreError`.
 void TakeInOrphans(Database& database, const QString& spoolFolder);
 
 } // namespace Brindle

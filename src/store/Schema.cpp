@@ -12,6 +12,9 @@ using Why = StoreError::Why;
 
 namespace {
 
+// What came behind this version is of no use to those who only read.
+constexpr int oldestReadable = 3;
+
 // "BrnL", the mark of the program's own files among all of SQLite's.
 constexpr int applicationId = 0x42726e4c;
 
@@ -88,7 +91,14 @@ constexpr Statement wholePages[] = {
     {both, u"ALTER TABLE search ADD COLUMN category TEXT NOT NULL DEFAULT ''"},
 };
 
-constexpr std::span<const Statement> migrations[] = {leadsAndHarvests, searches, wholePages};
+// Keys gather in a table of their own until there are many. The index of the words is written in parts, which
+// are brought together less often.
+constexpr Statement fewerPages[] = {
+    {lite, u"CREATE TABLE business_key_new (digest INTEGER PRIMARY KEY, business INTEGER NOT NULL)"},
+    {lite, u"INSERT INTO lead_words(lead_words, rank) VALUES('automerge', 8)"},
+};
+
+constexpr std::span<const Statement> migrations[] = {leadsAndHarvests, searches, wholePages, fewerPages};
 
 QString Adapted(const Statement& statement, bool isPostgres) {
     QString sql = QString::fromUtf16(statement.Sql);
@@ -139,7 +149,7 @@ void MigrateSchema(Database& database) {
     CheckOwner(database);
     int version = VersionOf(database);
     CheckVersion(database, version);
-    if (version < SchemaVersion()) {
+    if (version < SchemaVersion() && !(database.IsReadOnly() && version >= oldestReadable)) {
         WriteTransaction transaction(database);
         if (database.IsPostgres()) {
             // Others may be at the same work.

@@ -87,6 +87,8 @@ qint64 StoreEdits::EraseBusiness(qint64 business) {
     const qint64 leads = database_.Value(u"SELECT count(*) FROM lead WHERE business=?"_s, {business}).toLongLong();
     Delete(u"lead.business=?"_s, {business});
     database_.Run(u"DELETE FROM business_key WHERE business=?"_s, {business});
+    if (!database_.IsPostgres())
+        database_.Run(u"DELETE FROM business_key_new WHERE business=?"_s, {business});
     database_.Run(u"DELETE FROM business WHERE id=?"_s, {business});
     // Otherwise the words stay in the index's old parts.
     if (!database_.IsPostgres() && leads > 0)

@@ -25,6 +25,9 @@ const QString harvestColumns =
     "CASE WHEN leads=0 OR last_seq<=settled_to THEN 0 ELSE (SELECT count(*) FROM lead WHERE lead.harvest=harvest.id"
     " AND lead.seq>harvest.settled_to) END"_s;
 
+// Leads fewer than one in so many are looked up one by one.
+constexpr qint64 thinness = 50;
+
 // The columns of a stored lead in front of those of its fields.
 QString StoredColumns() {
     return u"lead.id,lead.harvest,lead.seq,lead.business,harvest.begun/1000+lead.found,business.first_seen,"
@@ -46,13 +49,85 @@ QString WordQuery(const QStringList& words, bool isPostgres) {
 
 } // namespace
 
+// What of a filter the harvests answer: which of them it takes leads of.
+StoreQueries::Conditions StoreQueries::HarvestsOf(const LeadFilter& filter) {
+    Conditions conditions{.Where = u" WHERE leads>0"_s};
+    if (!filter.Site.isEmpty()) {
+        conditions.Where += u" AND site=?"_s;
+        conditions.Values += filter.Site;
+    }
+    if (filter.Harvest != 0) {
+        conditions.Where += u" AND id=?"_s;
+        conditions.Values += filter.Harvest;
+    }
+    if (filter.Since != 0) {
+        conditions.Where += u" AND (ended IS NULL OR ended>=?)"_s;
+        conditions.Values += filter.Since * 1000;
+    }
+    if (filter.Until != 0) {
+        conditions.Where += u" AND begun<?"_s;
+        conditions.Values += filter.Until * 1000;
+    }
+    return conditions;
+}
+
+// The numbers of leads grow within a harvest, so its first and last lead bound those of all its leads. Whether the
+// leads of these harvests lie thinly between the bounds decides if they are looked up or walked through.
+StoreQueries::Bounds StoreQueries::BoundsOf(const LeadFilter& filter) {
+    const Conditions harvests = HarvestsOf(filter);
+    const QString lead = u"(SELECT id FROM lead WHERE lead.harvest=harvest.id ORDER BY seq"_s;
+    QSqlQuery& query = database_.Run(u"SELECT min("_s + lead + u" LIMIT 1)),max("_s + lead +
+                                         u" DESC LIMIT 1)),sum(leads) FROM harvest"_s + harvests.Where,
+                                     harvests.Values);
+    Bounds bounds;
+    if (query.next() && !query.isNull(0)) {
+        bounds.First = query.value(0).toLongLong();
+        bounds.Last = query.value(1).toLongLong();
+        bounds.Thin = query.value(2).toLongLong() < (bounds.Last - bounds.First) / thinness;
+    }
+    query.finish();
+    return bounds;
+}
+
+// The moment at which the lead of a row was found is that of its harvest's beginning, and `found` on top of it.
+void StoreQueries::Narrow(const LeadFilter& filter, QStringList& parts, QVariantList& values) {
+    // Most harvests lie on one side of a moment as a whole; only of those that were going on then every lead is asked.
+    const auto ofHarvests = [&](const QString& side, const QString& whole, qint64 seconds) {
+        parts += u"("_s + side + u" IN (SELECT id FROM harvest WHERE "_s + whole + u") OR ("_s + side +
+                 u" IN (SELECT id FROM harvest WHERE begun<? AND (ended IS NULL OR ended>=?)) AND lead.found"_s +
+                 (whole.startsWith(u"begun"_s) ? u">=?"_s : u"<?"_s) +
+                 u"-(SELECT begun/1000 FROM harvest WHERE harvest.id=lead.harvest)))"_s;
+        values += {seconds * 1000, seconds * 1000, seconds * 1000, seconds};
+    };
+    const bool narrowed = !filter.Site.isEmpty() || filter.Harvest != 0 || filter.Since != 0 || filter.Until != 0;
+    if (!narrowed)
+        return;
+    // Without the sign an engine would sort all leads of many harvests for the sake of a page of them.
+    const Bounds bounds = BoundsOf(filter);
+    const QString harvest = bounds.Thin ? u"lead.harvest"_s : u"+lead.harvest"_s;
+    parts += u"lead.id BETWEEN ? AND ?"_s;
+    values += {bounds.First, bounds.Last};
+    if (!filter.Site.isEmpty()) {
+        parts += harvest + u" IN (SELECT id FROM harvest WHERE site=?)"_s;
+        values += filter.Site;
+    }
+    if (filter.Harvest != 0) {
+        parts += u"lead.harvest=?"_s;
+        values += filter.Harvest;
+    }
+    if (filter.Since != 0)
+        ofHarvests(harvest, u"begun>=?"_s, filter.Since);
+    if (filter.Until != 0)
+        ofHarvests(harvest, u"ended<?"_s, filter.Until);
+}
+
 StoreQueries::Conditions StoreQueries::Of(const LeadFilter& filter) {
     Conditions conditions;
     QStringList parts;
+    Narrow(filter, parts, conditions.Values);
     if (!filter.Text.isEmpty()) {
         const QStringList words = WordsOf(filter.Text);
         conditions.Nothing = words.isEmpty();
-        conditions.ByText = true;
         try {
             StoreWriter(database_).IndexWords();
         } catch (const StoreError& error) {
@@ -60,32 +135,21 @@ StoreQueries::Conditions StoreQueries::Of(const LeadFilter& filter) {
             if (error.Reason == StoreError::Why::Damaged)
                 throw;
         }
-        parts += database_.IsPostgres() ? u"lead.words @@ ?::tsquery"_s
-                                        : u"lead.id IN (SELECT rowid FROM lead_words WHERE lead_words MATCH ?)"_s;
+        if (database_.IsPostgres()) {
+            parts += u"lead.words @@ ?::tsquery"_s;
+        } else {
+            // The index gives the numbers in their order, so a page of them needs no more of it than that.
+            conditions.From = u"lead_words CROSS JOIN lead ON lead.id=lead_words.rowid"_s;
+            conditions.Id = u"lead_words.rowid"_s;
+            parts.replaceInStrings(u"lead.id BETWEEN"_s, u"lead_words.rowid BETWEEN"_s);
+            parts += u"lead_words MATCH ?"_s;
+        }
         conditions.Values += WordQuery(words, database_.IsPostgres());
-    }
-    if (!filter.Site.isEmpty()) {
-        parts += u"lead.harvest IN (SELECT id FROM harvest WHERE site=?)"_s;
-        conditions.Values += filter.Site;
-    }
-    if (filter.Harvest != 0) {
-        parts += u"lead.harvest=?"_s;
-        conditions.Values += filter.Harvest;
-    }
-    // Most harvests lie on one side of a moment as a whole; only of those that were going on then every lead is asked.
-    if (filter.Since != 0) {
-        parts += u"(lead.harvest IN (SELECT id FROM harvest WHERE begun>=?) OR (lead.harvest IN (SELECT id FROM harvest"
-                 " WHERE begun<? AND (ended IS NULL OR ended>=?)) AND lead.found>=?-(SELECT begun/1000 FROM harvest"
-                 " WHERE harvest.id=lead.harvest)))"_s;
-        const qint64 moment = filter.Since * 1000;
-        conditions.Values += {moment, moment, moment, filter.Since};
-    }
-    if (filter.Until != 0) {
-        parts += u"(lead.harvest IN (SELECT id FROM harvest WHERE ended<?) OR (lead.harvest IN (SELECT id FROM harvest"
-                 " WHERE begun<? AND (ended IS NULL OR ended>=?)) AND lead.found<?-(SELECT begun/1000 FROM harvest"
-                 " WHERE harvest.id=lead.harvest)))"_s;
-        const qint64 moment = filter.Until * 1000;
-        conditions.Values += {moment, moment, moment, filter.Until};
+    } else if (filter.OnlyNew && !database_.IsPostgres()) {
+        // A business has the number of its first lead, so what has been seen before is not even looked at.
+        conditions.From = u"business CROSS JOIN lead ON lead.id=business.id"_s;
+        conditions.Id = u"business.id"_s;
+        parts.replaceInStrings(u"lead.id BETWEEN"_s, u"business.id BETWEEN"_s);
     }
     if (filter.OnlyNew)
         parts += u"lead.business=lead.id"_s;
@@ -188,43 +252,53 @@ QStringList StoreQueries::Sites() {
 }
 
 qint64 StoreQueries::LeadCount(const LeadFilter& filter) {
-    if (filter.Text.isEmpty() && filter.Since == 0 && filter.Until == 0) {
-        // The harvests know it.
-        const QString sum = filter.OnlyNew ? u"new_leads"_s : u"leads"_s;
-        QStringList parts;
+    if (filter.Text.isEmpty()) {
+        // The harvests know it, but for those that were going on at one of the moments.
+        const Conditions harvests = HarvestsOf(filter);
+        QString whole = u"1=1"_s;
+        QString within;
+        QVariantList wholeValues;
         QVariantList values;
-        if (!filter.Site.isEmpty()) {
-            parts += u"site=?"_s;
-            values += filter.Site;
+        if (filter.Since != 0) {
+            whole += u" AND begun>=?"_s;
+            wholeValues += filter.Since * 1000;
+            within += u" AND lead.found>=?-begun/1000"_s;
+            values += filter.Since;
         }
-        if (filter.Harvest != 0) {
-            parts += u"id=?"_s;
-            values += filter.Harvest;
+        if (filter.Until != 0) {
+            whole += u" AND ended<?"_s;
+            wholeValues += filter.Until * 1000;
+            within += u" AND lead.found<?-begun/1000"_s;
+            values += filter.Until;
         }
+        if (filter.OnlyNew)
+            within += u" AND lead.business=lead.id"_s;
         return database_
-            .Value(u"SELECT sum("_s + sum + u") FROM harvest"_s +
-                       (parts.isEmpty() ? u""_s : QString(u" WHERE "_s + parts.join(u" AND "_s))),
-                   values)
+            .Value(u"SELECT sum(CASE WHEN "_s + whole + u" THEN "_s + (filter.OnlyNew ? u"new_leads"_s : u"leads"_s) +
+                       u" ELSE (SELECT count(*) FROM lead WHERE lead.harvest=harvest.id"_s + within +
+                       u") END) FROM harvest"_s + harvests.Where,
+                   wholeValues + values + harvests.Values)
             .toLongLong();
     }
     const Conditions conditions = Of(filter);
     if (conditions.Nothing)
         return 0;
-    const bool textAlone = conditions.Values.size() == 1 && conditions.ByText && !filter.OnlyNew;
-    if (textAlone && !database_.IsPostgres())
-        return database_.Value(u"SELECT count(*) FROM lead_words WHERE lead_words MATCH ?"_s, conditions.Values)
-            .toLongLong();
-    return database_.Value(u"SELECT count(*) FROM lead"_s + conditions.Where, conditions.Values).toLongLong();
+    const bool textAlone = conditions.Values.size() == 1 && !filter.OnlyNew;
+    return database_
+        .Value(u"SELECT count(*) FROM "_s + (textAlone && !database_.IsPostgres() ? u"lead_words"_s : conditions.From) +
+                   conditions.Where,
+               conditions.Values)
+        .toLongLong();
 }
 
-QString StoreQueries::By(const LeadOrder& order, bool descending) const {
+QString StoreQueries::By(const LeadOrder& order, bool descending, const QString& id) const {
     const QString direction = descending ? u" DESC"_s : u""_s;
     if (order.Column < 0 || order.Column >= FieldCount)
-        return u"lead.id"_s + direction;
+        return id + direction;
     const QString column = columnNames.at(static_cast<size_t>(order.Column)).toString();
     return (database_.IsPostgres() ? QString(u"lower(lead."_s + column + u") COLLATE \"C\""_s)
                                    : QString(u"lead."_s + column + u" COLLATE NOCASE"_s)) +
-           direction + u",lead.id"_s + direction;
+           direction + u',' + id + direction;
 }
 
 std::vector<qint64> StoreQueries::Numbers(const LeadFilter& filter, const LeadOrder& order) {
@@ -232,8 +306,9 @@ std::vector<qint64> StoreQueries::Numbers(const LeadFilter& filter, const LeadOr
     const Conditions conditions = Of(filter);
     if (conditions.Nothing)
         return numbers;
-    QSqlQuery& query = database_.Run(
-        u"SELECT id FROM lead"_s + conditions.Where + u" ORDER BY "_s + By(order, order.Descending), conditions.Values);
+    QSqlQuery& query = database_.Run(u"SELECT lead.id FROM "_s + conditions.From + conditions.Where + u" ORDER BY "_s +
+                                         By(order, order.Descending, conditions.Id),
+                                     conditions.Values);
     while (query.next())
         numbers.push_back(query.value(0).toLongLong());
     query.finish();
@@ -262,15 +337,14 @@ std::vector<StoredLead> StoreQueries::Leads(const LeadFilter& filter, const Lead
     const Conditions conditions = Of(filter);
     if (conditions.Nothing)
         return {};
-    const QString by = By(order, order.Descending);
+    bool backwards = false;
     // A place in the second half is counted from the other end, where the number of all is known.
-    QString walked = by;
     if (offset > limit && filter.Text.isEmpty() && filter.Since == 0 && filter.Until == 0 && !filter.OnlyNew) {
         const qint64 count = LeadCount(filter);
         if (offset > count / 2) {
             limit = std::min(limit, count - offset);
             offset = count - offset - limit;
-            walked = By(order, !order.Descending);
+            backwards = true;
         }
         if (limit <= 0)
             return {};
@@ -279,8 +353,9 @@ std::vector<StoredLead> StoreQueries::Leads(const LeadFilter& filter, const Lead
     QVariantList values = conditions.Values;
     values += {limit, offset};
     return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
-                                  u" WHERE lead.id IN (SELECT id FROM lead"_s + conditions.Where + u" ORDER BY "_s +
-                                  walked + u" LIMIT ? OFFSET ?) ORDER BY "_s + by,
+                                  u" WHERE lead.id IN (SELECT lead.id FROM "_s + conditions.From + conditions.Where +
+                                  u" ORDER BY "_s + By(order, order.Descending != backwards, conditions.Id) +
+                                  u" LIMIT ? OFFSET ?) ORDER BY "_s + By(order, order.Descending, u"lead.id"_s),
                               values));
 }
 
@@ -297,8 +372,9 @@ std::vector<StoredLead> StoreQueries::LeadsAfter(const LeadFilter& filter, qint6
     QVariantList values = conditions.Values;
     values += {afterId, limit};
     return Read(database_.Run(u"SELECT "_s + StoredColumns() + u" FROM "_s + StoredTables() +
+                                  u" WHERE lead.id IN (SELECT lead.id FROM "_s + conditions.From +
                                   (conditions.Where.isEmpty() ? u" WHERE "_s : QString(conditions.Where + u" AND "_s)) +
-                                  u"lead.id>? ORDER BY lead.id LIMIT ?"_s,
+                                  conditions.Id + u">? ORDER BY "_s + conditions.Id + u" LIMIT ?) ORDER BY lead.id"_s,
                               values));
 }
 

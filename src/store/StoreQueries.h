@@ -89,12 +89,21 @@ public:
 
 private:
     struct Conditions {
-        QString Where; // empty: all
-        QVariantList Values;
-        bool ByText = false;
+        QString From = QStringLiteral("lead");  // the tables that are walked through
+        QString Id = QStringLiteral("lead.id"); // by this number
+        QString Where = {};                     // empty: all
+        QVariantList Values = {};
         bool Nothing = false; // nothing can fit
     };
-    QString By(const LeadOrder& order, bool descending) const;
+    struct Bounds {
+        qint64 First = 0;
+        qint64 Last = -1; // nothing
+        bool Thin = true;
+    };
+    QString By(const LeadOrder& order, bool descending, const QString& id) const;
+    Conditions HarvestsOf(const LeadFilter& filter);
+    Bounds BoundsOf(const LeadFilter& filter);
+    void Narrow(const LeadFilter& filter, QStringList& parts, QVariantList& values);
     Conditions Of(const LeadFilter& filter);
     std::vector<StoredLead> Read(QSqlQuery& query);
     std::vector<StoredHarvest> ReadHarvests(QSqlQuery& query);

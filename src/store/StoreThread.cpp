@@ -79,7 +79,7 @@ void StoreThread::Work(const std::shared_ptr<Shared>& shared) {
         lock.unlock();
         try {
             if (!database) {
-                database.emplace(shared->Target);
+                database.emplace(shared->Target, Database::Access::ReadAtLeast);
                 TakeInOrphans(*database, shared->SpoolFolder);
             }
             shared->Call(task.Do(*database));

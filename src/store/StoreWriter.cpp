@@ -18,8 +18,12 @@ namespace {
 
 // Rows of one INSERT. Statements of a power of two of rows are prepared once each.
 constexpr qsizetype mostRows = 64;
+// Leads that are looked up and written together.
+constexpr size_t leadsAtOnce = 5'000;
 // Leads whose words are kept until they are made findable.
 constexpr size_t mostWordsKept = 20'000;
+// Keys that are worth being put among all others.
+constexpr qint64 mostNewKeys = 300'000;
 // Values of one IN list.
 constexpr qsizetype mostValues = 256;
 
@@ -95,8 +99,8 @@ void StoreWriter::Take(std::span<const StoreEvent> events) {
     WriteTransaction transaction(database_);
     std::vector<const FoundLead*> leads;
     const auto takeLeads = [&] {
-        for (size_t done = 0; done < leads.size(); done += mostValues)
-            TakeLeads(std::span(leads).subspan(done, std::min<size_t>(mostValues, leads.size() - done)));
+        for (size_t done = 0; done < leads.size(); done += leadsAtOnce)
+            TakeLeads(std::span(leads).subspan(done, std::min(leadsAtOnce, leads.size() - done)));
         leads.clear();
     };
     for (const StoreEvent& event : events) {
@@ -191,18 +195,78 @@ qint64 StoreWriter::FirstFreeNumber(qsizetype count) {
     return first;
 }
 
+// What the store knows of keys. In the order of the keys, so that each page of the table is visited once.
+QHash<qint64, qint64> StoreWriter::BusinessesOf(const std::vector<Row>& rows) {
+    std::vector<qint64> wanted;
+    for (const Row& row : rows)
+        wanted.insert(wanted.end(), row.Digests.begin(), row.Digests.end());
+    std::sort(wanted.begin(), wanted.end());
+    QHash<qint64, qint64> known;
+    if (wanted.empty())
+        return known;
+    QByteArray list;
+    list.reserve(static_cast<qsizetype>(wanted.size()) * 21 + 2);
+    for (const qint64 digest : wanted)
+        list += (list.isEmpty() ? '[' : ',') + QByteArray::number(digest);
+    list += ']';
+    const QString values = QString::fromLatin1(list);
+    const auto read = [&](QSqlQuery& query) {
+        while (query.next())
+            known[query.value(0).toLongLong()] = query.value(1).toLongLong();
+        query.finish();
+    };
+    if (database_.IsPostgres()) {
+        read(database_.Run(u"SELECT k.digest,k.business FROM unnest(translate(?,'[]','{}')::bigint[]) wanted(digest)"
+                           " JOIN business_key k USING(digest)"_s,
+                           {values}));
+        return known;
+    }
+    for (const QString& table : {u"business_key"_s, u"business_key_new"_s})
+        read(database_.Run(u"SELECT k.digest,k.business FROM json_each(?) wanted CROSS JOIN "_s + table +
+                               u" k ON k.digest=wanted.value"_s,
+                           {values}));
+    return known;
+}
+
+// Keys lie all over their table, so that each batch of them would write nearly every page of it. They gather in a small
+// table instead, which goes into the large one when that is worth it.
+void StoreWriter::AddKeys(std::vector<std::pair<qint64, qint64>> keys) {
+    if (keys.empty())
+        return;
+    std::sort(keys.begin(), keys.end());
+    QByteArray object;
+    object.reserve(static_cast<qsizetype>(keys.size()) * 36 + 2);
+    for (const auto& [digest, business] : keys)
+        object +=
+            (object.isEmpty() ? "{\"" : ",\"") + QByteArray::number(digest) + "\":" + QByteArray::number(business);
+    object += '}';
+    const QString values = QString::fromLatin1(object);
+    if (database_.IsPostgres()) {
+        database_.Run(u"INSERT INTO business_key(digest,business) SELECT key::bigint,value::bigint"
+                      " FROM json_each_text(?::json) ON CONFLICT(digest) DO NOTHING"_s,
+                      {values});
+        return;
+    }
+    database_.Run(u"INSERT OR IGNORE INTO business_key_new(digest,business)"
+                  " SELECT CAST(key AS INTEGER),value FROM json_each(?)"_s,
+                  {values});
+    if (newKeys_ < 0)
+        newKeys_ = database_.Value(u"SELECT count(*) FROM business_key_new"_s).toLongLong();
+    else
+        newKeys_ += static_cast<qint64>(keys.size());
+    if (newKeys_ < mostNewKeys)
+        return;
+    database_.Run(u"INSERT OR IGNORE INTO business_key SELECT digest,business FROM business_key_new ORDER BY digest"_s);
+    database_.Run(u"DELETE FROM business_key_new"_s);
+    newKeys_ = 0;
+}
+
 // Gives every lead the number of its business: the one that the strongest known key names, or its own.
 void StoreWriter::Recognise(std::vector<Row>& rows) {
-    QVariantList wanted;
-    for (const Row& row : rows)
-        for (const qint64 digest : row.Digests)
-            wanted += digest;
-    QHash<qint64, qint64> known;
-    if (!wanted.isEmpty())
-        ForEachIn(database_, u"SELECT digest,business FROM business_key WHERE digest IN ("_s, u")"_s, wanted,
-                  [&](const QSqlQuery& query) { known[query.value(0).toLongLong()] = query.value(1).toLongLong(); });
-    QVariantList keys;
+    QHash<qint64, qint64> known = BusinessesOf(rows);
+    std::vector<std::pair<qint64, qint64>> keys;
     QVariantList businesses;
+    QHash<qint64, qsizetype> at; // a statement may meet a row only once
     for (Row& row : rows) {
         row.Business = row.Id;
         for (const qint64 digest : row.Digests) {
@@ -216,27 +280,19 @@ void StoreWriter::Recognise(std::vector<Row>& rows) {
             if (known.contains(digest))
                 continue;
             known[digest] = row.Business;
-            keys += {digest, row.Business};
+            keys.emplace_back(digest, row.Business);
         }
         const qint64 seen = row.Found->Found / 1000;
-        businesses += {row.Business, seen, seen};
-    }
-    InsertRows(database_, u"INSERT INTO business_key(digest,business) VALUES"_s, u"(?,?)"_s,
-               u" ON CONFLICT(digest) DO NOTHING"_s, 2, keys);
-    // One after the other where a business stands twice in the batch: a statement may meet a row only once.
-    QHash<qint64, qsizetype> at;
-    QVariantList once;
-    for (qsizetype i = 0; i < businesses.size(); i += 3) {
-        const qint64 id = businesses[i].toLongLong();
-        if (at.contains(id)) {
-            once[at[id] + 2] = businesses[i + 2];
-            continue;
+        if (const auto listed = at.constFind(row.Business); listed != at.constEnd()) {
+            businesses[*listed + 2] = seen;
+        } else {
+            at.insert(row.Business, businesses.size());
+            businesses += {row.Business, seen, seen};
         }
-        at[id] = once.size();
-        once += businesses.sliced(i, 3);
     }
+    AddKeys(std::move(keys));
     InsertRows(database_, u"INSERT INTO business(id,first_seen,last_seen) VALUES"_s, u"(?,?,?)"_s,
-               u" ON CONFLICT(id) DO UPDATE SET last_seen=excluded.last_seen"_s, 3, once);
+               u" ON CONFLICT(id) DO UPDATE SET last_seen=excluded.last_seen"_s, 3, businesses);
 }
 
 // Marks the fields in which a lead of a known business differs from the last one of it, a bit a field.
@@ -364,8 +420,10 @@ void StoreWriter::IndexWords(qint64 atLeast) {
                 rows.emplace_back(query.value(0).toLongLong(), LeadWords(ReadLead(query, 1)));
             query.finish();
         }
+        QVariantList values;
         for (const auto& [id, words] : rows)
-            database_.Run(u"INSERT INTO lead_words(rowid,words) VALUES(?,?)"_s, {id, words});
+            values += {id, words};
+        InsertRows(database_, u"INSERT INTO lead_words(rowid,words) VALUES"_s, u"(?,?)"_s, {}, 2, values);
         if (!rows.empty())
             database_.Run(u"UPDATE mark SET value=? WHERE name='words_to'"_s, {rows.back().first});
         transaction.Commit();

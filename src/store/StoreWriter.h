@@ -36,6 +36,8 @@ private:
     void Begin(const HarvestInfo& harvest);
     void End(const HarvestEnd& end);
     void TakeLeads(std::span<const FoundLead* const> leads);
+    QHash<qint64, qint64> BusinessesOf(const std::vector<Row>& rows);
+    void AddKeys(std::vector<std::pair<qint64, qint64>> keys);
     void Recognise(std::vector<Row>& rows);
     void NoteChanges(std::vector<Row>& rows);
     void Insert(const std::vector<Row>& rows);
@@ -46,6 +48,7 @@ private:
     Database& database_;
     std::map<QString, HarvestRow> harvests_;
     QHash<QString, qint64> shapes_;
+    qint64 newKeys_ = -1; // in the small table; not counted yet
     // Of leads that were taken and are not findable yet, in the order of their numbers.
     std::vector<std::pair<qint64, QString>> words_;
     std::vector<std::pair<qint64, QString>> wordsOfNow_; // of the transaction that is under way

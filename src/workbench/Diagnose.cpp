@@ -140,7 +140,7 @@ private:
                 return;
             }
             Say(u"store", target.Shown());
-            Database database(target);
+            Database database(target, Database::Access::ReadAtLeast);
             const QString version =
                 database.Value(target.IsPostgres() ? u"SHOW server_version"_s : u"SELECT sqlite_version()"_s)
                     .toString();

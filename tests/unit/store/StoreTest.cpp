@@ -1,11 +1,14 @@
 #include "StoreFixture.h"
+#include "store/LeadKeeper.h"
 #include "store/Searches.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QThread>
 
 #include <future>
 #include <thread>
+#include <unistd.h>
 
 using namespace Brindle;
 using namespace Brindle::Test;
@@ -250,6 +253,10 @@ TEST_P(StoreTest, AnOlderStoreIsBroughtUpToDate) {
     // As the first version of the schema left it.
     Store->Execute(u"DROP TABLE search"_s);
     Store->Execute(u"DROP TABLE host_turn"_s);
+    if (!Server) {
+        Store->Execute(u"INSERT INTO business_key SELECT * FROM business_key_new"_s);
+        Store->Execute(u"DROP TABLE business_key_new"_s);
+    }
     Store->Execute(Server ? u"DELETE FROM schema_version WHERE version>1"_s : u"PRAGMA user_version=1"_s);
     Open();
     EXPECT_EQ(LeadsOf(u"h"_s).size(), 2U);
@@ -260,6 +267,54 @@ TEST_P(StoreTest, AnOlderStoreIsBroughtUpToDate) {
     EXPECT_EQ(Find({.Text = InventedLead(2).Phone}), QStringList(InventedLead(2).Name));
     Open(); // and only once
     EXPECT_EQ(Searches(*Store).All().size(), 1U);
+    // Its businesses are known, and so are those that come now.
+    Take({Begun(u"again"_s, u"A"_s), Found(u"again"_s, 1, InventedLead(2)), Found(u"again"_s, 2, InventedLead(3))});
+    Take({Begun(u"third"_s, u"A"_s), Found(u"third"_s, 1, InventedLead(3))});
+    EXPECT_EQ(StoreQueries(*Store).HarvestOf(u"again"_s)->NewLeads, 1);
+    EXPECT_EQ(StoreQueries(*Store).BusinessCount(), 3);
+}
+
+// Long after its first leads a directory is harvested again, so the new ones are few and lie among others; some
+// harvests were cut off, some go on at the moment that is asked for.
+TEST_P(StoreTest, LeadsFarApartAreFoundAndCounted) {
+    std::vector<StoreEvent> events;
+    for (int harvest = 0; harvest < 40; ++harvest) {
+        const QString uid = QString::number(harvest);
+        const qint64 begun = 1000 + harvest * 100;
+        events.push_back(Begun(uid, harvest % 13 == 0 ? u"RARE"_s : u"A"_s, begun));
+        for (int i = 0; i < 30; ++i) // every tenth lead is a new one
+            events.push_back(Found(uid, i + 1, InventedLead(i % 10 == 0 ? harvest * 30 + i : i), begun + i * 2));
+        if (harvest % 7 != 0)
+            events.push_back(HarvestEnd{uid, (begun + 60) * 1000, HarvestEnding::Done, 1});
+    }
+    Take(events);
+    StoreQueries queries(*Store);
+    const std::vector<StoredLead> all = queries.LeadsAfter({}, 0, 10'000);
+    ASSERT_EQ(all.size(), 1200U);
+    for (const QString& site : {u""_s, u"RARE"_s, u"A"_s, u"NONE"_s})
+        for (const qint64 since : {0, 1000, 2020, 4930, 9000})
+            for (const qint64 until : {0, 1010, 2250, 9000})
+                for (const bool onlyNew : {false, true})
+                    for (const QString& text : {u""_s, u"plumbers"_s}) {
+                        std::vector<qint64> fitting;
+                        for (const StoredLead& lead : all)
+                            if ((site.isEmpty() || lead.Site == site) && lead.Found >= since &&
+                                (until == 0 || lead.Found < until) && (!onlyNew || lead.IsNew()) &&
+                                (text.isEmpty() || lead.Lead.Category == u"Plumbers"))
+                                fitting.push_back(lead.Id);
+                        const LeadFilter filter{
+                            .Text = text, .Site = site, .Since = since, .Until = until, .OnlyNew = onlyNew};
+                        SCOPED_TRACE(testing::Message() << site.toStdString() << ' ' << since << ' ' << until << ' '
+                                                        << onlyNew << ' ' << text.toStdString());
+                        EXPECT_EQ(queries.LeadCount(filter), static_cast<qint64>(fitting.size()));
+                        EXPECT_EQ(queries.Numbers(filter, {LeadOrder::Found, false}), fitting);
+                        std::reverse(fitting.begin(), fitting.end());
+                        std::vector<qint64> page;
+                        for (const StoredLead& lead : queries.Leads(filter, {}, 0, 20))
+                            page.push_back(lead.Id);
+                        fitting.resize(std::min<size_t>(fitting.size(), 20));
+                        EXPECT_EQ(page, fitting);
+                    }
 }
 
 // Two programs that make a file at the same moment: the other one is in the middle of its first writing.
@@ -279,4 +334,43 @@ TEST(StoreFile, WaitsForAnotherThatMakesIt) {
     writing.get_future().wait();
     EXPECT_NO_THROW(Database{target});
     other.join();
+}
+
+// A store that somebody else keeps: its folder takes no file, or the file itself cannot be written.
+TEST(StoreFile, IsReadWhereItCannotBeWritten) {
+    const QTemporaryDir folder;
+    const StoreTarget target = StoreTarget::Parse(folder.filePath(u"theirs/leads.db"_s));
+    {
+        Database database(target);
+        HarvestInfo harvest;
+        harvest.Uid = u"h"_s;
+        StoreWriter(database).Take(std::vector<StoreEvent>{harvest, FoundLead{u"h"_s, 1, 1000, InventedLead(1)}});
+        StoreWriter(database).IndexWords();
+        database.Execute(u"DROP TABLE business_key_new"_s);
+        database.Execute(u"PRAGMA user_version=3"_s); // as an older program left it
+    }
+    const auto allow = [&](QFile::Permissions ofFolder, QFile::Permissions ofFile) {
+        QFile::setPermissions(folder.filePath(u"theirs"_s), ofFolder);
+        QFile::setPermissions(target.FileName, ofFile);
+    };
+    constexpr QFile::Permissions read = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    constexpr QFile::Permissions enter = read | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+    QFile::setPermissions(folder.path(), enter | QFile::WriteOwner);
+    const bool isRoot = geteuid() == 0; // whom no permission stops
+    ASSERT_TRUE(!isRoot || seteuid(65534) == 0);
+    const auto back = qScopeGuard([&] {
+        EXPECT_TRUE(!isRoot || seteuid(0) == 0);
+        allow(enter | QFile::WriteOwner, read | QFile::WriteOwner);
+    });
+    for (const bool folderTakesFiles : {true, false}) {
+        ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+        allow(folderTakesFiles ? enter | QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther : enter, read);
+        ASSERT_TRUE(!isRoot || seteuid(65534) == 0);
+        Database database(target, Database::Access::ReadAtLeast);
+        TakeInOrphans(database, folder.path());
+        StoreQueries queries(database);
+        EXPECT_EQ(queries.Leads({.Text = InventedLead(1).Phone}, {}, 0, 10).size(), 1U) << folderTakesFiles;
+        EXPECT_THROW(StoreEdits(database).DeleteHarvest(1), StoreError);
+    }
+    EXPECT_THROW(Database{target}, StoreError);
 }
