@@ -10,6 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+Proxy SingleProxy(const Settings& settings) {
+    Proxy proxy{settings.eHost, ReadProxyPort(settings.ePort), {}};
+    if (!settings.eUserName.isEmpty())
+        proxy.Login = {settings.eUserName, settings.ePassword};
+    return proxy;
+}
+
 // Hands the single proxy of the settings to the browser. Without authentication the login is forgotten for good: what
 // the settings hold is what is in force, so neither the dialog nor the next save brings back one that is not used.
 void Apply(EmbeddedBrowser& browser, Settings& settings, const QString& userAgent) {
@@ -19,11 +26,16 @@ void Apply(EmbeddedBrowser& browser, Settings& settings, const QString& userAgen
     }
     if (settings.eHost.isEmpty())
         return;
-    Proxy proxy{settings.eHost, ReadProxyPort(settings.ePort), {}};
-    if (!settings.eUserName.isEmpty())
-        proxy.Login = {settings.eUserName, settings.ePassword};
-    browser.SetProxy(proxy);
+    browser.SetProxy(SingleProxy(settings));
     browser.SetUserAgent(userAgent);
+}
+
+bool WantsSingleProxy(const Settings& settings) {
+    return settings.rUseProxy && !settings.eHost.isEmpty() && !settings.ePort.isEmpty();
+}
+
+bool WantsRandomProxy(const Settings& settings) {
+    return settings.rRandomProxy && !settings.eRandomProxies.isEmpty();
 }
 
 } // namespace
@@ -36,9 +48,9 @@ bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString&
                     const std::function<qint32(qint32)>& random) {
     browser.SetProxy({});
     browser.SetUserAgent(userAgent);
-    if (settings.rUseProxy && !settings.eHost.isEmpty() && !settings.ePort.isEmpty())
+    if (WantsSingleProxy(settings))
         Apply(browser, settings, userAgent);
-    if (settings.rRandomProxy && !settings.eRandomProxies.isEmpty()) {
+    if (WantsRandomProxy(settings)) {
         const auto count = static_cast<qint32>(settings.eRandomProxies.size());
         const qint32 picked = random ? random(count) : QRandomGenerator::global()->bounded(count);
         const ProxyText entry = ReadProxyText(settings.eRandomProxies[picked]);
@@ -49,6 +61,10 @@ bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString&
         Apply(browser, settings, userAgent);
     }
     return false;
+}
+
+Proxy ProxyInForce(const Settings& settings) {
+    return WantsSingleProxy(settings) || WantsRandomProxy(settings) ? SingleProxy(settings) : Proxy();
 }
 
 } // namespace Brindle

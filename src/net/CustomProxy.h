@@ -17,4 +17,7 @@ QString BrowserUserAgent();
 bool SetCustomProxy(EmbeddedBrowser& browser, Settings& settings, const QString& userAgent = BrowserUserAgent(),
                     const std::function<qint32(qint32)>& random = {});
 
+/// What `SetCustomProxy` gave the browser last, as the settings have it since; without a host: none.
+Proxy ProxyInForce(const Settings& settings);
+
 } // namespace Brindle

@@ -194,7 +194,7 @@ void TfrmMain::FormCreate() {
     form_.btnUpdates->setEnabled(!bench_.Sites.PublisherUpdates.isEmpty());
     LoadLanguage(bench_.Options.Language);
     setWindowTitle(QString(ProductTitle() + u' ' + ProductVersion()));
-    bench_.SetUp(*browser_.Browser);
+    bench_.SetUp(*browser_.Browser, news_.Browser.get());
     form_.Bar->edtAddress->setFocus();
 
     if (!bench_.Sites.PublisherHelp.isEmpty())
@@ -374,7 +374,7 @@ void TfrmMain::btnSettingsClick() {
     if (dialog.exec() != QDialog::Accepted)
         return;
     SaveSettings();
-    bench_.SetUp(*browser_.Browser);
+    bench_.SetUp(*browser_.Browser, news_.Browser.get());
     if (bench_.More == before)
         return;
     try {

@@ -69,8 +69,10 @@ void Workbench::Use(const LanguageFile& language) {
     Leads.Captions = language.ColumnCaptions();
 }
 
-void Workbench::SetUp(EmbeddedBrowser& browser) {
+void Workbench::SetUp(EmbeddedBrowser& browser, EmbeddedBrowser* beside) {
     SetCustomProxy(browser, Options, Sites.BrowserUserAgent.isEmpty() ? BrowserUserAgent() : Sites.BrowserUserAgent);
+    if (beside)
+        beside->SetProxy(ProxyInForce(Options));
 }
 
 } // namespace Brindle

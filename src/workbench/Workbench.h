@@ -39,7 +39,8 @@ public:
     void Use(const LanguageFile& language);
     /// Makes a browser go the way that the settings want, under the agent of the deployment file or the built-in one.
     /// Changes the proxy in the settings as `SetCustomProxy` does.
-    void SetUp(EmbeddedBrowser& browser);
+    /// `beside`, which may be null, goes the same way under its own agent.
+    void SetUp(EmbeddedBrowser& browser, EmbeddedBrowser* beside = nullptr);
 
     const SitesFile Sites;
     QString SettingsFolder;    ///< where the user's recipes are looked for; empty: nowhere

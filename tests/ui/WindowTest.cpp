@@ -3,6 +3,7 @@
 #include "WindowFixture.h"
 #include "core/QtMessageLoop.h"
 #include "ui/ExportDialog.h"
+#include "ui/TfrmSettings.h"
 
 #include <QClipboard>
 #include <QDialogButtonBox>
@@ -281,6 +282,51 @@ TEST_F(WindowTest, AStalledUpdateServerHoldsNothingUp) {
     EXPECT_TRUE(run.Until([&] { return real.Quitting(); }));
     EXPECT_TRUE(askedFirst);
     EXPECT_TRUE(asked) << "the sites were not there while the server was waited for";
+}
+
+TEST_F(WindowTest, TheNewsGoTheWayOfTheSettingsAtOnce) {
+    SitesFile sites = TestSites();
+    sites.PublisherNews = u"http://news.test"_s;
+    std::vector<ScriptedBrowser*> browsers;
+    WindowRun run(Loop, sites, [&browsers](MessageLoop&, const QString&) {
+        auto browser = std::make_unique<ScriptedBrowser>();
+        browsers.push_back(browser.get());
+        return ShownBrowser{std::move(browser), new QWidget};
+    });
+    run.Show();
+    ASSERT_EQ(browsers.size(), 2U);
+    const auto wayOf = [&browsers](size_t which) { return browsers[which]->Calls.filter(u"proxy"_s).last(); };
+    EXPECT_EQ(wayOf(1), u"proxy :80  "_s);
+    const auto save = [&run](const Settings& settings) {
+        run.Window->Options() = settings;
+        QTimer::singleShot(0, run.Window.get(), [&run] {
+            run.Window->findChild<TfrmSettings*>()->findChild<QAbstractButton*>(u"btnOk"_s)->click();
+        });
+        run.Click(u"btnSettings");
+    };
+    Settings settings = run.Window->Options();
+    settings.rNoProxy = false;
+    settings.rUseProxy = settings.rAuthentification = true;
+    settings.eHost = u"gate.test"_s;
+    settings.ePort = u"8080"_s;
+    settings.eUserName = u"me"_s;
+    settings.ePassword = u"secret"_s;
+    save(settings);
+    EXPECT_EQ(wayOf(1), u"proxy gate.test:8080 me secret"_s);
+
+    // One of many: the same for both.
+    settings.rUseProxy = settings.rAuthentification = false;
+    settings.rRandomProxy = true;
+    for (int i = 1; i <= 20; ++i)
+        settings.eRandomProxies.append(u"gate%1.test:80"_s.arg(i));
+    save(settings);
+    EXPECT_TRUE(wayOf(1).startsWith(u"proxy gate")) << wayOf(1).toStdString();
+    EXPECT_EQ(wayOf(1), wayOf(0));
+
+    settings.rRandomProxy = false;
+    settings.rNoProxy = true;
+    save(settings);
+    EXPECT_EQ(wayOf(1), u"proxy :80  "_s);
 }
 
 TEST_F(WindowTest, AnExportOfManyRowsCanBeCancelled) {

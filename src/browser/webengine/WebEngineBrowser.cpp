@@ -7,7 +7,6 @@
 
 #include <QAction>
 #include <QElapsedTimer>
-#include <QNetworkProxy>
 #include <QTcpServer>
 #include <QTimer>
 #include <QWebEngineDownloadRequest>
@@ -307,7 +306,8 @@ void WebEngineBrowser::SetProxy(const Proxy& proxy) {
         way = QNetworkProxy(QNetworkProxy::HttpProxy, proxy.Host, static_cast<quint16>(proxy.Port), login.UserName,
                             login.Password);
     }
-    if (way == QNetworkProxy::applicationProxy())
+    // The engine has one for all its browsers, but each has to be told when it is another.
+    if (std::exchange(way_, way) == way && way == QNetworkProxy::applicationProxy())
         return;
     QNetworkProxy::setApplicationProxy(way);
     if (asked_)

@@ -3,6 +3,7 @@
 #include "core/EmbeddedBrowser.h"
 #include "core/MessageLoop.h"
 
+#include <QNetworkProxy>
 #include <QPointer>
 #include <QStringList>
 #include <QVariant>
@@ -94,6 +95,7 @@ private:
     std::chrono::milliseconds patience_{5000};
     std::optional<QStringList> linkTexts_;
     std::function<void()> afterEnd_;            // what to load when the page's process has ended
+    QNetworkProxy way_;                         // that this browser was given last
     std::unique_ptr<QWebEnginePage> proxyPage_; // makes the engine look for another proxy
     std::function<void()> afterProxy_;          // what to load then
     bool asked_ = false;                        // something was loaded already

@@ -282,13 +282,18 @@ TEST_F(WebEngine, APublicPageLeadsToNoPlaceOfThisMachine) {
 TEST_F(WebEngine, TakesAnotherProxyFromTheFirstRequestOn) {
     Server.Pages["/"] = "<p>direct";
     ASSERT_TRUE(Load(Server.Address()));
+    WebEngineBrowser beside(Loop, QString());
+    beside.Navigate(Server.Address());
+    ASSERT_TRUE(Comes([&beside] { return !beside.Busy(); }));
     PageServer proxies[2];
     for (int i = 0; i < 6; ++i) {
         PageServer& proxy = proxies[i % 2];
         const QByteArray page = "http://directory.example/" + QByteArray::number(i);
         for (PageServer& either : proxies)
             either.Pages[page] = "<p>page";
-        Browser.SetProxy({u"127.0.0.1"_s, proxy.serverPort(), {}});
+        // The engine has one proxy for all, so the second one to be told finds it changed.
+        for (WebEngineBrowser* const browser : {&beside, &Browser})
+            browser->SetProxy({u"127.0.0.1"_s, proxy.serverPort(), {}});
         ASSERT_TRUE(Load(QString::fromLatin1(page)));
         EXPECT_TRUE(proxy.Requests.join().contains(page)) << i;
         EXPECT_FALSE(proxies[1 - i % 2].Requests.join().contains(page)) << i;
