@@ -1,9 +1,12 @@
 #include "recipes/ExamplePlaces.h"
 
+#include "discovery/Annotations.h"
 #include "discovery/Labels.h"
 #include "discovery/StructuredLinks.h"
 #include "recipes/RecipePattern.h"
 #include "toolkit/Text.h"
+
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -14,6 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t mostPlaces = 200;
+constexpr double unreadable = 20;        // cost of where a text stands among others that no pattern tells it from
 constexpr qsizetype longestAround = 500; // characters of the text of which an example may be a part
 
 bool IsPhone(Field column) {
@@ -61,29 +65,83 @@ QString PatternOfShape(QStringView example) {
 
 const QString phonePattern = u"[+(]?\\d[\\d\\s()./+-]{4,}\\d"_s;
 const QString mailPattern = u"[^\\s<>;,:]+@[^\\s<>;,]+"_s;
+const QString hiddenMailPattern = u"[^\\s<>;,:]+ ?[(\\[] ?at ?[)\\]] ?[^\\s<>;,]+"_s;
+const QString webPattern = u"(?:https?://|www\\.)[^\\s<>,;]+"_s;
+const QString numberPattern = u"^[+(]?\\d[\\d\\s()./+-]{4,}\\d$"_s;
 const QString labelPattern = u"^[^:\uFF1A]{1,30}[:\uFF1A]\\s*(.+)$"_s;
 
+// A value behind a label among other things: "…, Phone: 416-555-0100, …".
+QStringList BehindLabel(Field column, const QString& around, const QString& example) {
+    const qsizetype at = around.indexOf(example);
+    if (at <= 0)
+        return {};
+    const QStringView before = QStringView(around).first(at).trimmed();
+    const qsizetype begin = std::max({before.lastIndexOf(u','), before.lastIndexOf(u'|'), before.lastIndexOf(u'\u00b7'),
+                                      before.lastIndexOf(u' ')}) +
+                            1;
+    const QString label = before.sliced(begin).toString();
+    if (label.size() < 3 || HintsOfLabel(label) == 0)
+        return {};
+    return {QRegularExpression::escape(label) + u"\\s*"_s +
+            (IsPhone(column) ? u'(' + phonePattern + u')' : u"([^,|\u00b7]+)"_s)};
+}
+
+// An address with commas of its own among other things: from the comma before it to the number or label behind it.
+QStringList BetweenCommas(const QString& around, const QString& example) {
+    const qsizetype at = around.indexOf(example);
+    if (at < 0)
+        return {};
+    const QString before = u"^(?:[^,]*,\\s*){%1}"_s.arg(around.first(at).count(u','));
+    QStringView behind = QStringView(around).sliced(at + example.size());
+    while (!behind.isEmpty() && !behind.front().isLetterOrNumber())
+        behind = behind.sliced(1);
+    QStringList patterns;
+    if (const LeadingLabel label = LabelAtBegin(behind); label.Hints != 0 && label.Length > 0)
+        patterns.append(before + u"(.+?)\\W*"_s +
+                        QRegularExpression::escape(behind.first(label.Length).trimmed().toString()));
+    const QString number = u"[+(]?\\d[\\d\\s()./+-]{6,}"_s;
+    patterns.append(before + u"(.+?)\\W*,\\s*(?:[^,\\d]{0,20}[:.]\\s*)?%1(?:,|$)"_s.arg(number));
+    patterns.append(before + u"(.+)$"_s);
+    return patterns;
+}
+
 // Patterns that cut a value out of a longer text, those for the column first.
-QStringList PatternsFor(Field column, QStringView example) {
+QStringList PatternsFor(Field column, const QString& around, const QString& example) {
     QStringList patterns;
     if (IsPhone(column))
         patterns.append(phonePattern);
     if (column == Field::Email)
-        patterns.append(mailPattern);
+        patterns.append({mailPattern, hiddenMailPattern});
     if (column == Field::PostalCode)
         patterns.append(PatternOfShape(example));
     if (column == Field::State)
         patterns.append({u",\\s*([A-Z]{2,3})\\s+[A-Z0-9]"_s, u",\\s*([^,\\d]+?)\\s+[A-Z0-9]*\\d[A-Z0-9 ]*$"_s});
     if (column == Field::City)
         patterns.append({u"\\b\\d{4,5}\\s+([^,\\d]+?)\\s*(?:,|$)"_s, u"^([^,\\d]+?)\\s*,"_s});
+    if (column == Field::Website)
+        patterns.append(webPattern);
+    if (column == Field::FullAddress)
+        patterns += BetweenCommas(around, example);
+    else
+        patterns = BehindLabel(column, around, example) + patterns;
     if (column == Field::FullAddress)
         for (int parts = 4; parts > 0; --parts)
             patterns.append(u"^((?:[^,]*,){%1}[^,]+?)\\s*,"_s.arg(parts));
-    patterns.append({labelPattern, u"^\\d+\\s*[.)]\\s*(.+)$"_s});
+    patterns.append(labelPattern);
+    if (IsPhone(column))
+        return patterns;
+    patterns.append(u"^\\d+\\s*[.)]\\s*(.+)$"_s);
     for (int part = 0; part < 5; ++part)
         patterns.append(part == 0 ? u"^\\s*([^,]+?)\\s*,"_s : u"^(?:[^,]*,){%1}\\s*([^,]+?)\\s*(?:,|$)"_s.arg(part));
+    for (int part = 0; part < 4; ++part)
+        patterns.append(u"^(?:.*?\\s[-\u2013|\u00b7\u2022]\\s){%1}(.+?)(?:\\s[-\u2013|\u00b7\u2022]\\s|$)"_s.arg(part));
     patterns.append({u"^(.+?)\\s*\\("_s, u"^(.+?)\\s+[-\u2013|\u00b7]\\s"_s, u"\\s[-\u2013|\u00b7]\\s+(.+)$"_s});
     return patterns;
+}
+
+// Part of a pattern for that many lines or more.
+QString LinesPattern(qsizetype count) {
+    return count == 1 ? u"[^\\n]+"_s : u"[^\\n]+(?:\\n[^\\n]+){%1}"_s.arg(count - 1);
 }
 
 } // namespace
@@ -126,6 +184,60 @@ ExamplePlaces::ExamplePlaces(const ValueSource& source) : source_(source) {
         }
     }
     begins_.push_back(folded_.size());
+}
+
+// By the label before the value, by what follows it, by its
+// place from the beginning or the end.
+QStringList ExamplePlaces::LinePatterns(Field column, const QString& shown, const QString& example) {
+    const QStringList lines = shown.split(u'\n');
+    const QString wanted = FoldedExample(example);
+    QStringList patterns;
+    if (wanted.isEmpty())
+        return patterns;
+    if (column == Field::Website)
+        patterns.append(webPattern);
+    for (qsizetype first = 0; first < lines.size(); ++first) {
+        QString folded = FoldedExample(lines[first]);
+        qsizetype label = 0; // of the first line, up to the value
+        if (!wanted.startsWith(folded)) {
+            const qsizetype at = lines[first].indexOf(u':') + 1;
+            const LeadingLabel known = LabelAtBegin(lines[first]);
+            label = known.Length > 0 && known.Hints != 0 ? known.Length : at;
+            folded = FoldedExample(QStringView(lines[first]).sliced(label));
+            if (label == 0 || folded.isEmpty() || !wanted.startsWith(folded))
+                continue;
+        }
+        qsizetype last = first;
+        while (folded.size() < wanted.size() && last + 1 < lines.size())
+            folded += FoldedExample(lines[++last]);
+        if (folded != wanted || folded.isEmpty())
+            continue;
+        const qsizetype count = last - first + 1;
+        const qsizetype behind = lines.size() - 1 - last;
+        if (label > 0) {
+            const QString word = QRegularExpression::escape(lines[first].left(label).trimmed());
+            patterns.append(u"(?:^|\\n)%1\\s*(%2)"_s.arg(word, LinesPattern(count)));
+            continue;
+        }
+        const QString before = u"^(?:[^\\n]*\\n){%1}"_s.arg(first);
+        if (IsPhone(column))
+            patterns.append(u"(?:^|\\n)([+(]?\\d[\\d ()./+-]{4,}\\d)\\s*(?:\\n|$)"_s);
+        if (column == Field::FullAddress) {
+            const QString some = before + u"((?:[^\\n]+\\n)*?[^\\n]+?)"_s;
+            const QString number = u"\\n[^\\n\\d+(]{0,25}[+(]?\\d[\\d ()./+-]{6,}\\s*(?:\\n|$)"_s;
+            if (behind > 0) {
+                const LeadingLabel next = LabelAtBegin(lines[last + 1]);
+                if (next.Hints != 0 && next.Length > 0)
+                    patterns.append(some + u"\\n"_s +
+                                    QRegularExpression::escape(lines[last + 1].left(next.Length).trimmed()));
+            }
+            patterns.append(u"%1(?=%2|$)"_s.arg(some, number));
+        }
+        patterns.append(first == 0 ? u"^(%1)"_s.arg(LinesPattern(count)) : before + u"(%1)"_s.arg(LinesPattern(count)));
+        if (behind < 3)
+            patterns.append(u"(%1)(?:\\n[^\\n]*){%2}$"_s.arg(LinesPattern(count)).arg(behind));
+    }
+    return patterns;
 }
 
 NodeIndex ExamplePlaces::ElementAround(qsizetype begin, qsizetype end) const {
@@ -194,6 +306,15 @@ void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<Exam
     const QString folded = IsPhone(column) && DigitsOf(text).size() >= 5 ? DigitsOf(text) : FoldedExample(text);
     if (folded.isEmpty())
         return;
+    AddFolded(column, text, folded, found);
+    // "info [at] dir.example"
+    if (const qsizetype at = text.indexOf(u'@'); column == Field::Email && at > 0)
+        AddFolded(column, text, FoldedExample(QStringView(text).first(at)) + u"at" + FoldedExample(text.sliced(at)),
+                  found);
+}
+
+void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& folded,
+                              std::vector<ExamplePlace>& found) const {
     const PageTree& page = source_.Page;
     for (qsizetype at = folded_.indexOf(folded); at >= 0 && found.size() < mostPlaces;
          at = folded_.indexOf(folded, at + 1)) {
@@ -207,25 +328,55 @@ void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<Exam
                 node = page.Parent(node);
             if (node != noNode && page.Is(node, u"a") && BeginOf(node) == at && EndOf(node) == end)
                 found.push_back({node, {}, {}, 0.2});
+            else if (const NodeIndex around = ElementAround(at, end);
+                     column == Field::Website && EndOf(around) - BeginOf(around) <= longestAround &&
+                     LinkAround(around) == noNode)
+                AddLines(column, text, around, found);
             continue;
         }
         if (BeginOf(node) == at && EndOf(node) == end) {
             for (int level = 0; level < 3 && node != noNode && BeginOf(node) == at && EndOf(node) == end; ++level) {
                 found.push_back({node, {}, {}, 0.0});
+                // Of elements that look alike, the one that is a number.
+                if (IsPhone(column))
+                    found.push_back({node, {}, numberPattern, 0.8});
                 node = page.Parent(node);
             }
             continue;
         }
-        if (EndOf(node) - BeginOf(node) > longestAround)
+        if (EndOf(node) - BeginOf(node) > longestAround) {
+            found.push_back({node, {}, {}, unreadable});
             continue;
+        }
+        const size_t before = found.size();
         const QString around = RawFieldValue(source_, node, column, {});
-        for (const QString& pattern : PatternsFor(column, text)) {
+        for (const QString& pattern : PatternsFor(column, around, text)) {
             QString cut = around;
-            if (RecipePattern(pattern).Apply(cut) != RecipePattern::Outcome::Matched || !IsExample(column, cut, text))
+            if (RecipePattern(pattern).Apply(cut) != RecipePattern::Outcome::Matched ||
+                !IsExample(column, FinishedFieldValue(column, source_.Base, cut), text))
                 continue;
             found.push_back({node, {}, pattern, 1.0});
             break;
         }
+        AddLines(column, text, node, found);
+        if (found.size() == before)
+            found.push_back({node, {}, {}, unreadable});
+    }
+}
+
+// An example that is one or some of an element's lines.
+void ExamplePlaces::AddLines(Field column, const QString& text, NodeIndex node,
+                             std::vector<ExamplePlace>& found) const {
+    const QString shown = ShownText(source_.Lines, node, source_.Page.End(node), u"\n");
+    double cost = 1.2;
+    for (const QString& pattern : LinePatterns(column, shown, text)) {
+        const RecipePattern cut(pattern);
+        QString value = RawFieldValue(source_, node, column, {}, cut);
+        if (cut.Apply(value) != RecipePattern::Outcome::Matched)
+            continue;
+        if (IsExample(column, FinishedFieldValue(column, source_.Base, value), text))
+            found.push_back({node, {}, pattern, cost});
+        cost += 0.1;
     }
 }
 
@@ -239,7 +390,8 @@ void ExamplePlaces::AddAttributes(Field column, const QString& text, std::vector
                 continue;
             if (IsLinkColumn(column)) {
                 const bool holdsAddress = isHref || attribute.Name.startsWith(u"data-") || attribute.Name == u"content";
-                if (!holdsAddress || !IsExample(column, WebAddress(source_.Base, attribute.Value), text))
+                if (!holdsAddress ||
+                    !IsExample(column, FinishedFieldValue(column, source_.Base, attribute.Value.toString()), text))
                     continue;
                 const bool isOwn = isHref && page.Is(node, u"a");
                 found.push_back({node, isOwn ? QString() : attribute.Name.toString(), {}, isOwn ? 0.0 : 0.5});
@@ -248,6 +400,9 @@ void ExamplePlaces::AddAttributes(Field column, const QString& text, std::vector
                 const bool isCall = IsPhone(column) == StartsWithFolded(TrimmedView(attribute.Value), u"tel:");
                 if (isCall && IsExample(column, value, text))
                     found.push_back({node, u"href"_s, {}, column == Field::Email ? 0.0 : 0.3});
+            } else if (column == Field::Email && attribute.Name == u"data-cfemail") {
+                if (IsExample(column, DecodedMail(attribute.Value), text))
+                    found.push_back({node, attribute.Name.toString(), {}, 0.0});
             } else if (!isHref && attribute.Value.size() < longestAround && FoldedExample(attribute.Value) == folded) {
                 found.push_back({node, attribute.Name.toString(), {}, 0.8});
             }

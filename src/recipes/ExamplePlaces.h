@@ -31,8 +31,13 @@ public:
     /// the link that it is in or holds.
     ExamplePlace Pointed(Field column, NodeIndex node) const;
 
+    /// Patterns that cut an example out of a text with its lines, the sturdiest first.
+    static QStringList LinePatterns(Field column, const QString& lines, const QString& example);
+
 private:
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
+    void AddFolded(Field column, const QString& text, const QString& folded, std::vector<ExamplePlace>& found) const;
+    void AddLines(Field column, const QString& text, NodeIndex node, std::vector<ExamplePlace>& found) const;
     void AddAttributes(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     NodeIndex LinkAround(NodeIndex node) const;
     NodeIndex ElementAround(qsizetype begin, qsizetype end) const;

@@ -3,7 +3,11 @@
 #include "core/Errors.h"
 #include "discovery/AnyPage.h"
 #include "discovery/NextPage.h"
+#include "discovery/RecordsAddress.h"
 #include "discovery/StructuredLinks.h"
+#include "recipes/AnyPageWitness.h"
+#include "recipes/LearnStructured.h"
+#include "recipes/PageAsides.h"
 #include "recipes/RecipePattern.h"
 #include "recipes/RecipeReader.h"
 #include "recipes/RecipeTrial.h"
@@ -50,39 +54,6 @@ struct RatedRow {
     double Cost = 0;
 };
 
-QString HomeOf(const QString& url) {
-    const qsizetype end = url.indexOf(u'/', url.indexOf(u"://") + 3);
-    return end < 0 ? QString(url + u'/') : url.left(end + 1);
-}
-
-// A recipe for what the page says of itself, when the examples are in that.
-std::optional<LearnedRecipe> LearnStructured(const PageTree& page, const QString& url,
-                                             const std::vector<RecipeExample>& examples) {
-    LearnedRecipe learned;
-    learned.What.Name = HostOfAddress(url);
-    learned.What.Home = HomeOf(url);
-    learned.What.Records = structuredRecords.toString();
-    learned.What.Next = automaticNextPage.toString();
-    const RecipeReading reading = RecipeReader(learned.What).Read(page, url);
-    int businesses = 0;
-    for (const RecipeExample& example : examples)
-        businesses = std::max(businesses, example.Business + 1);
-    for (int business = 0; business < businesses; ++business) {
-        const auto isThis = [&](const PageRecord& record) {
-            return std::all_of(examples.begin(), examples.end(), [&](const RecipeExample& example) {
-                return example.Business != business ||
-                       IsExample(example.Column, record.Fields.At(static_cast<int>(example.Column)), example.Text);
-            });
-        };
-        if (std::none_of(reading.Records.begin(), reading.Records.end(), isThis))
-            return {};
-    }
-    if (reading.Records.size() < 2)
-        return {};
-    learned.What.Taught = reading.Counts;
-    return learned;
-}
-
 class Learner {
 public:
     Learner(const PageTree& page, const QString& url, const AnyPageReading& any)
@@ -93,15 +64,16 @@ public:
           source_{page_, lines_, base_},
           places_(source_),
           trial_(source_),
-          any_(any) {
-        NoteAsides();
-    }
+          any_(any),
+          witness_(any, trial_),
+          aside_(NodesAside(page)) {}
 
     LearnedRecipe Learn(const std::vector<RecipeExample>& examples) {
         Find(examples);
         std::optional<RecordSet> best = BestRecords();
-        if (!best)
-            best = BestFlatRecords();
+        // Half of a page holds two records as well: what the examples promise for many goes before it.
+        if (std::optional<RecordSet> flat = BestFlatRecords(); flat && (!best || flat->Score > 1.5 * best->Score))
+            best = std::move(flat);
         if (!best)
             throw Failure(u"nothing on the page holds for more than one record"_s);
         LearnedRecipe learned;
@@ -113,6 +85,7 @@ public:
         recipe.Next = automaticNextPage.toString();
         AddRows(*best, recipe);
         AddDetailsLink(*best, recipe);
+        recipe.Country = CountryOfPage();
         std::stable_sort(recipe.Fields.begin(), recipe.Fields.end(),
                          [](const RecipeField& a, const RecipeField& b) { return a.Column < b.Column; });
         Check(recipe);
@@ -121,34 +94,14 @@ public:
     }
 
 private:
-    // Side columns and the like hold lists of their own, often of the same make.
-    void NoteAsides() {
-        aside_.resize(static_cast<size_t>(page_.Count()));
-        NodeIndex end = 0;
-        for (NodeIndex node = 0; node < page_.Count(); ++node) {
-            if (node >= end && page_.IsElement(node) && IsAside(node))
-                end = page_.End(node);
-            aside_[static_cast<size_t>(node)] = node < end;
-        }
-    }
-
-    bool IsAside(NodeIndex node) const {
-        if (page_.Is(node, u"aside") || page_.Is(node, u"nav") || page_.Is(node, u"footer"))
-            return true;
-        const QStringView classes = page_.Attribute(node, u"class");
-        static constexpr QStringView words[] = {u"sidebar", u"side-bar", u"related",
-                                                u"similar", u"recently", u"footer"};
-        return std::any_of(std::begin(words), std::end(words),
-                           [&](QStringView word) { return classes.contains(word, Qt::CaseInsensitive); });
-    }
-
     void Find(const std::vector<RecipeExample>& examples) {
         for (const RecipeExample& example : examples) {
             FoundExample found{.What = example, .Text = example.Text, .Places = {}};
             if (example.Node != noNode) {
                 const ExamplePlace place = places_.Pointed(example.Column, example.Node);
-                QString text = RawFieldValue(source_, place.Node, example.Column, place.Attribute);
-                RecipePattern(place.Pattern).Apply(text);
+                const RecipePattern cut(place.Pattern);
+                QString text = RawFieldValue(source_, place.Node, example.Column, place.Attribute, cut);
+                cut.Apply(text);
                 found.Text = FinishedFieldValue(example.Column, base_, text);
                 found.Places.push_back(place);
             } else {
@@ -172,8 +125,13 @@ private:
     RecordSpan SpanOf(NodeIndex node) const { return {node, page_.End(node)}; }
 
     bool HoldsAll(int business, RecordSpan record) const {
+        QString folded; // what stands in a flat record without an element of its own
         return std::all_of(examples_.begin(), examples_.end(), [&](const FoundExample& example) {
-            return example.What.Business != business || HasPlaceIn(example, record);
+            if (example.What.Business != business || HasPlaceIn(example, record))
+                return true;
+            if (record.Flat && folded.isEmpty())
+                folded = FoldedExample(FlatRecordText(source_, record));
+            return record.Flat && folded.contains(FoldedExample(example.Text));
         });
     }
 
@@ -232,7 +190,7 @@ private:
                 };
                 if (!page_.IsElement(child) || std::none_of(examples_.begin(), examples_.end(), isIn))
                     continue;
-                std::optional<RecordSet> set = BestSelector(child, true);
+                std::optional<RecordSet> set = BestSelector(child, true, RowsWithNames(child));
                 if (set && (!best || set->Score > best->Score))
                     best = std::move(set);
             }
@@ -240,8 +198,21 @@ private:
         return best;
     }
 
-    std::optional<RecordSet> BestSelector(NodeIndex element, bool flat) {
+    // What begins a record of a flat list may be told from what follows only by the name in it.
+    std::vector<CandidateSelector> RowsWithNames(NodeIndex child) const {
+        std::vector<CandidateSelector> found;
+        for (const FoundExample& example : examples_)
+            for (const ExamplePlace& place : example.Places)
+                if (example.What.Business == 0 && example.What.Column == Field::BusinessName && place.Node > child &&
+                    place.Node < page_.End(child) && found.size() < 8)
+                    for (const CandidateSelector& inner : OwnSelectors(page_, place.Node))
+                        found.push_back({page_.Name(child) + u":has(" + inner.Text + u')', 3 + inner.Cost});
+        return found;
+    }
+
+    std::optional<RecordSet> BestSelector(NodeIndex element, bool flat, std::vector<CandidateSelector> more = {}) {
         std::vector<CandidateSelector> candidates = RecordSelectors(page_, element);
+        candidates.insert(candidates.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
         std::stable_sort(candidates.begin(), candidates.end(),
                          [](const CandidateSelector& a, const CandidateSelector& b) { return a.Cost < b.Cost; });
         std::optional<RecordSet> best;
@@ -305,21 +276,6 @@ private:
         return static_cast<double>(count) / static_cast<double>(set.Members.size());
     }
 
-    // The share of the records that any page is read for, too.
-    double Agreement(const RecordSet& set) const {
-        if (any_.Records.empty())
-            return 0;
-        int same = 0;
-        size_t at = 0;
-        for (const RecordSpan member : set.Members) {
-            int within = 0;
-            for (; at < any_.Records.size() && any_.Records[at].Begin < member.End; ++at)
-                within += any_.Records[at].End > member.Begin ? 1 : 0;
-            same += within == 1 ? 1 : 0;
-        }
-        return static_cast<double>(same) / static_cast<double>(std::max(set.Members.size(), any_.Records.size()));
-    }
-
     // How many records hold what the examples promise; what does not counts against it.
     double ScoreOf(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
         double sum = 0;
@@ -355,7 +311,9 @@ private:
         for (const RecordSpan member : set.Members)
             records -= !isAside && aside_[static_cast<size_t>(member.Begin)] ? 2 : 0;
         const double filled = records * weakest;
-        return filled < 0.5 || weakest < 0.3 ? 0 : filled * weakest * (sum / count) * Alike(set) * (1 + Agreement(set));
+        return filled < 0.5 || weakest < 0.3
+                   ? 0
+                   : filled * weakest * (sum / count) * Alike(set) * (1 + witness_.Agreement(set.Members));
     }
 
     // ------------------------------------------------------------------------------------------------- the fields
@@ -366,10 +324,16 @@ private:
         const bool flat = record.Flat;
         const NodeIndex holder = flat ? page_.Parent(record.Begin) : record.Begin;
         std::vector<RatedRow> rows;
+        if (flat)
+            for (const QString& pattern : places_.LinePatterns(example.What.Column, FlatRecordText(source_, record),
+                                                               example.What.Node == noNode ? example.Text : QString()))
+                rows.push_back({{.Column = example.What.Column, .Selector = u":scope"_s, .Pattern = pattern},
+                                4 + 0.1 * static_cast<double>(rows.size())});
         for (const ExamplePlace& place : example.Places) {
             if (place.Node < record.Begin || place.Node >= record.End)
                 continue;
-            for (const CandidateSelector& candidate : FieldSelectors(page_, holder, place.Node)) {
+            for (const CandidateSelector& candidate :
+                 FieldSelectors(page_, holder, place.Node, flat ? record.Begin : noNode)) {
                 if (flat && candidate.Text.contains(u":scope"))
                     continue;
                 rows.push_back({{.Column = example.What.Column,
@@ -400,31 +364,18 @@ private:
             if (!HoldsForOthers(row.Row, example, set))
                 continue;
             const RecipeTrial::Fill fill = trial_.FillOf(row.Row, set.Members);
-            double score = fill.Share - 0.04 * row.Cost;
+            double score = fill.Share - 0.04 * row.Cost + 1.5 * witness_.Agreement(row.Row, set.Members);
             // The first of several is easily another one tomorrow.
             if (trial_.CountOf(row.Row.Selector, set.OfBusiness[business]) > 1)
                 score -= 0.03;
             if (example.What.Column == Field::BusinessName)
-                score -= (fill.Difference < 0.5 ? 0.5 : 0) + 0.3 * NamesStrangers(row.Row, set);
+                score -= (fill.Difference < 0.5 ? 0.5 : 0) + 0.3 * witness_.Strangers(row.Row, set.Members);
             if (score > bestScore) {
                 bestScore = score;
                 best = row.Row;
             }
         }
         return best;
-    }
-
-    // The share of the elements among the records, advertisements and the like, that are named too.
-    double NamesStrangers(const RecipeField& name, const RecordSet& set) {
-        if (Agreement(set) < 0.6)
-            return 0;
-        std::vector<RecordSpan> strangers;
-        for (const RecordSpan member : set.Members)
-            if (std::none_of(any_.Records.begin(), any_.Records.end(), [member](const PageRecord& record) {
-                    return record.Begin < member.End && record.End > member.Begin;
-                }))
-                strangers.push_back(member);
-        return strangers.empty() ? 0 : trial_.FillOf(name, strangers).Share;
     }
 
     // Where businesses are made in different ways, a row for each.
@@ -510,6 +461,19 @@ private:
                 }
             }
         }
+        // "More" at the end of each record, as any page is read.
+        for (const PageRecord& known : any_.Records) {
+            const QString& address = known.Fields.DetailsLink;
+            if (known.End <= record.Begin || known.Begin >= record.End || address.isEmpty())
+                continue;
+            const FoundExample implied{.What = {.Column = Field::DetailsLink},
+                                       .Text = address,
+                                       .Places = places_.Find(Field::DetailsLink, address)};
+            const std::optional<RecipeField> row = BestRow(implied, set);
+            if (row && trial_.FillOf(*row, set.Members).Difference > 0.9 && witness_.Agreement(*row, set.Members) > 0.8)
+                recipe.Fields.push_back(*row);
+            return;
+        }
     }
 
     NodeIndex LinkAt(NodeIndex node, RecordSpan record) const {
@@ -520,6 +484,13 @@ private:
             if (page_.Is(at, u"a"))
                 return at;
         return noNode;
+    }
+
+    // Whose addresses and phones these are, where that is sure.
+    QString CountryOfPage() const {
+        const AddressHints hints = AddressHintsOf(page_, lines_, url_, {});
+        const CountryGuess guess = GuessCountry(hints);
+        return guess.Sure ? guess.Region : hints.Country;
     }
 
     // --------------------------------------------------------------------------------------------------- the check
@@ -567,7 +538,8 @@ private:
     const ValueSource source_;
     const ExamplePlaces places_;
     RecipeTrial trial_;
-    const AnyPageReading& any_;       // what the page is read as without examples
+    const AnyPageReading& any_; // what the page is read as without examples
+    AnyPageWitness witness_;
     std::vector<char> aside_;         // for each node
     QHash<NodeIndex, QString> names_; // the best selector of elements that hold others
     std::vector<FoundExample> examples_;

@@ -17,7 +17,7 @@ QRegularExpression Limited(const QString& pattern) {
 
 } // namespace
 
-RecipePattern::RecipePattern(const QString& pattern) : set_(!pattern.isEmpty()) {
+RecipePattern::RecipePattern(const QString& pattern) : set_(!pattern.isEmpty()), seesLines_(pattern.contains(u"\\n")) {
     if (set_)
         expression_ = Limited(pattern);
 }

@@ -19,10 +19,14 @@ public:
     /// Replaces the text by the first group, or by all that matched where there is none; empties it otherwise. Without
     /// a pattern the text stays.
     Outcome Apply(QString& text) const;
+    bool IsSet() const { return set_; }
+    /// Whether it speaks of the ends of lines: then it is for a text with its lines, else for one in a single line.
+    bool SeesLines() const { return seesLines_; }
 
 private:
     QRegularExpression expression_;
     bool set_ = false;
+    bool seesLines_ = false;
 };
 
 } // namespace Brindle

@@ -57,13 +57,11 @@ public:
 
     // What a row reads within an element: the first value that is none but blanks.
     QString Read(const Row& row, const SelectorQuery& query, RecordSpan within) {
+        if (IsWholeFlatRecord(row.Says, within))
+            return Finished(row, FlatRecordText({Page, Lines(), Base}, within));
         for (const NodeIndex node : SelectedIn(query, within)) {
-            QString text = RawFieldValue({Page, Lines(), Base}, node, row.Says.Column, row.Says.Attribute);
-            if (text.isEmpty())
-                continue;
-            if (row.Cut.Apply(text) == RecipePattern::Outcome::TooCostly)
-                ReportCostly(row);
-            text = FinishedFieldValue(row.Says.Column, Base, text);
+            const QString text =
+                Finished(row, RawFieldValue({Page, Lines(), Base}, node, row.Says.Column, row.Says.Attribute, row.Cut));
             if (!text.isEmpty())
                 return text;
         }
@@ -91,6 +89,14 @@ public:
     const QString Base;
 
 private:
+    QString Finished(const Row& row, QString text) {
+        if (text.isEmpty())
+            return {};
+        if (row.Cut.Apply(text) == RecipePattern::Outcome::TooCostly)
+            ReportCostly(row);
+        return FinishedFieldValue(row.Says.Column, Base, text);
+    }
+
     void ReportCostly(const Row& row) {
         const QString line = u"%1: the pattern takes too many steps on this page; the field stays empty"_s.arg(
             EnglishCaptions()[static_cast<int>(row.Says.Column)]);

@@ -1,5 +1,6 @@
 #include "recipes/RecipeTrial.h"
 
+#include "discovery/Labels.h"
 #include "recipes/RecipePattern.h"
 
 #include <QSet>
@@ -27,6 +28,17 @@ bool IsOfKind(Field column, const QString& value) {
         return digits >= 5 && digits <= 40 && value.size() < 80;
     case Field::PostalCode:
         return digits >= 2 && value.size() <= 12;
+    case Field::FullAddress:
+    case Field::Address:
+        // Not the line above or below it.
+        return (LabelAtBegin(value).Hints & (Hint::Phone | Hint::Fax | Hint::Mail | Hint::Website)) == 0 &&
+               !value.contains(u'@') && digits * 2 <= value.size();
+    case Field::Category:
+        return (LabelAtBegin(value).Hints & ~static_cast<HintSet>(Hint::Category)) == 0;
+    case Field::Website:
+        return !value.contains(u' ') && !value.contains(u"maps");
+    case Field::Email:
+        return !value.contains(u' ');
     case Field::BusinessName:
         return std::any_of(value.cbegin(), value.cend(), [](QChar c) { return c.isLetter(); });
     default:
@@ -61,9 +73,15 @@ int RecipeTrial::CountOf(const QString& selector, RecordSpan record) {
 }
 
 QString RecipeTrial::Read(const RecipeField& row, RecordSpan record) {
+    const RecipePattern cut(row.Pattern);
+    if (IsWholeFlatRecord(row, record)) {
+        QString text = FlatRecordText(source_, record);
+        cut.Apply(text);
+        return FinishedFieldValue(row.Column, source_.Base, text);
+    }
     for (const NodeIndex node : SelectedIn(QueryOf(row.Selector), record)) {
-        QString text = RawFieldValue(source_, node, row.Column, row.Attribute);
-        RecipePattern(row.Pattern).Apply(text);
+        QString text = RawFieldValue(source_, node, row.Column, row.Attribute, cut);
+        cut.Apply(text);
         text = FinishedFieldValue(row.Column, source_.Base, text);
         if (!text.isEmpty())
             return text;
@@ -85,11 +103,12 @@ RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<
         ++fill.Filled;
         if (fill.Sample.isEmpty())
             fill.Sample = value;
-        good += IsOfKind(row.Column, value) ? 1 : 0;
+        // What cannot be right is worse than nothing.
+        good += IsOfKind(row.Column, value) ? 1 : -1;
         different.insert(value);
     }
     if (tried > 0)
-        fill.Share = static_cast<double>(good) / tried;
+        fill.Share = std::max(0, good) / static_cast<double>(tried);
     if (fill.Filled > 0)
         fill.Difference = static_cast<double>(different.size()) / fill.Filled;
     return fill;

@@ -3,6 +3,9 @@
 #include "core/Lead.h"
 #include "discovery/AnyPageText.h"
 #include "page/PageTree.h"
+#include "recipes/Recipe.h"
+#include "recipes/RecipePattern.h"
+#include "recipes/RecordSpans.h"
 
 #include <QString>
 
@@ -18,12 +21,19 @@ struct ValueSource {
 /// Whether a column holds the address of a page.
 bool IsLinkColumn(Field column);
 
-/// What an element gives for a column: the attribute, or its text; a link without an attribute is that of the element,
-/// or of the first one in it. Blanks are levelled; lines of an address are joined by commas.
-QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, const QString& attribute);
+/// What an element gives for a column, before the pattern cuts the value out of it: the attribute, or its text; a link
+/// without an attribute is that of the element, or of the first one in it, or the text that a pattern finds it in.
+/// Blanks are levelled; lines are joined by blanks, those of an address by commas, unless the pattern speaks of them.
+QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, const QString& attribute,
+                      const RecipePattern& cut = {});
 
-/// The value as it goes into the lead: links absolute and of http or https, "tel:" and "mailto:" taken off; empty when
-/// it is nothing of that kind.
+/// Whether a row reads the whole of a flat record: ":scope", with a pattern that speaks of lines.
+bool IsWholeFlatRecord(const RecipeField& row, RecordSpan record);
+/// The lines of a flat record.
+QString FlatRecordText(const ValueSource& source, RecordSpan record);
+
+/// The value as it goes into the lead: links absolute and of http or https, of a website what a counter leads to,
+/// "tel:" and "mailto:" taken off; empty when it is nothing of that kind.
 QString FinishedFieldValue(Field column, const QString& base, const QString& text);
 
 /// Takes the full address of a lead apart, as its country writes addresses; parts that are not sure stay as they are.

@@ -1,5 +1,6 @@
 #include "recipes/SturdySelectors.h"
 
+#include "discovery/Labels.h"
 #include "discovery/StructuredText.h"
 #include "page/Selector.h"
 #include "toolkit/Text.h"
@@ -155,6 +156,9 @@ std::vector<CandidateSelector> OwnSelectors(const PageTree& page, NodeIndex elem
             found.push_back({tag + u"[href^=\"tel:\"]", 0.5});
         else if (attribute.Name == u"href" && StartsWithFolded(value, u"mailto:"))
             found.push_back({tag + u"[href^=\"mailto:\"]", 0.5});
+        else if (attribute.Name == u"href" && tag == u"a" &&
+                 (StartsWithFolded(value, u"http:") || StartsWithFolded(value, u"https:")))
+            found.push_back({tag + u"[href^=\"http\"]", 1.9});
         else if (attribute.Name == u"rel" && IsSturdyName(value))
             found.push_back({tag + u"[rel~=" + EscapedString(value) + u']', 1.6});
     }
@@ -218,13 +222,48 @@ std::vector<CandidateSelector> RecordSelectors(const PageTree& page, NodeIndex r
     return found;
 }
 
-std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex record, NodeIndex element) {
+namespace {
+
+// By the label in the element itself: "Phone: 416-555-0100".
+void AddByOwnLabel(const PageTree& page, NodeIndex element, StructuredText& text,
+                   std::vector<CandidateSelector>& found) {
+    const QString shown = text.Of(element).left(60);
+    const LeadingLabel label = LabelAtBegin(shown);
+    const QString word = shown.left(label.Length).trimmed();
+    if (label.Hints != 0 && !word.isEmpty() && word.size() < shown.size())
+        found.push_back({page.Name(element) + u":has-text(" + EscapedString(word) + u')', 2.0});
+}
+
+// By the elements between the first one of a flat record and this one.
+void AddByOrder(const PageTree& page, NodeIndex first, NodeIndex element, std::vector<CandidateSelector>& found) {
+    QString chain;
+    int count = 0;
+    for (NodeIndex at = page.NextSibling(first); at != noNode && count < mostHolders; at = page.NextSibling(at)) {
+        if (!page.IsElement(at))
+            continue;
+        ++count;
+        chain += u" + "_s + page.Name(at);
+        if (at == element)
+            for (const CandidateSelector& own : OwnSelectors(page, first))
+                found.push_back({own.Text + chain, 1.6 + 0.2 * own.Cost + 0.4 * count});
+        if (at >= element)
+            return;
+    }
+}
+
+} // namespace
+
+std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex record, NodeIndex element,
+                                              NodeIndex first) {
     if (element == record)
         return {{u":scope"_s, 1.0}};
     StructuredText text(page);
     const std::vector<CandidateSelector> own = OwnSelectors(page, element);
     std::vector<CandidateSelector> found = own;
     AddByLabel(page, element, text, found);
+    AddByOwnLabel(page, element, text, found);
+    if (first != noNode)
+        AddByOrder(page, first, element, found);
     // A name that a build made lasts until the next build only, but it may be all that tells a field from others.
     for (const QStringView name : page.Attribute(element, u"class").tokenize(u' '))
         if (!name.trimmed().isEmpty() && !IsSturdyName(name.trimmed()) && !IsState(name.trimmed()))

@@ -28,6 +28,7 @@ std::vector<CandidateSelector> RecordSelectors(const PageTree& page, NodeIndex r
 
 /// Selectors that could select the element within its record: by itself, by what holds it, by the label before it, and
 /// last by its place.
-std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex record, NodeIndex element);
+std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex record, NodeIndex element,
+                                              NodeIndex first = noNode);
 
 } // namespace Brindle
