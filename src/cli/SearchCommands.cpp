@@ -28,10 +28,13 @@ SearchTable LoadSearches(const QString& fileName, Session& session) {
         throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
     SearchTable table = ReadSearchTable(
         TableText(bytes), [&](const SearchRow& row) { return WhyNoSearch(row, session.Sites, session.Catalogue); });
-    for (qsizetype i = 0; i + 1 < table.Problems.size(); ++i)
-        session.Out.Error(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), table.Problems[i]));
-    if (!table.Problems.isEmpty())
-        throw Failure(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), table.Problems.last()));
+    const auto said = [&](const SearchProblem& problem) {
+        return u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), problem.Text());
+    };
+    for (size_t i = 0; i + 1 < table.Problems.size(); ++i)
+        session.Out.Error(said(table.Problems[i]));
+    if (!table.Problems.empty())
+        throw Failure(said(table.Problems.back()));
     return table;
 }
 

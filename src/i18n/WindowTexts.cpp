@@ -219,6 +219,14 @@ constexpr std::array<Row, count> rows{{
     {WindowText::TeachSearchedWhat, u"TeachSearchedWhat", u"&What was searched for:"},
     {WindowText::TeachSearchedWhere, u"TeachSearchedWhere", u"W&here:"},
     {WindowText::TeachSearchNot, u"TeachSearchNot", u"These words are not in the address of this page: [VAR1]"},
+    {WindowText::SearchesWrongLine, u"SearchesWrongLine", u"line [VAR1]: [VAR2]"},
+    {WindowText::SearchesOpenQuote, u"SearchesOpenQuote", u"a quote is not closed"},
+    {WindowText::SearchesColumns, u"SearchesColumns", u"[VAR1] columns instead of [VAR2]"},
+    {WindowText::SearchesNoAddress, u"SearchesNoAddress", u"\u201C[VAR1]\u201D is no http or https address"},
+    {WindowText::SearchesNothingAsked, u"SearchesNothingAsked", u"nothing is looked for"},
+    {WindowText::SearchesUnknownDirectory, u"SearchesUnknownDirectory", u"there is no directory \u201C[VAR1]\u201D"},
+    {WindowText::SearchesNoSearchAddress, u"SearchesNoSearchAddress",
+     u"[VAR1]: no search address is known of this directory; give a start address"},
 }};
 
 const Row& RowOf(WindowText text) {

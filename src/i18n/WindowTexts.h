@@ -180,6 +180,13 @@ enum class WindowText {
     TeachSearchedWhat,
     TeachSearchedWhere,
     TeachSearchNot,
+    SearchesWrongLine,
+    SearchesOpenQuote,
+    SearchesColumns,
+    SearchesNoAddress,
+    SearchesNothingAsked,
+    SearchesUnknownDirectory,
+    SearchesNoSearchAddress,
     Count
 };
 

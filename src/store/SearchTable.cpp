@@ -61,11 +61,29 @@ std::vector<Record> Records(const QString& text, QChar delimiter) {
     return records;
 }
 
-QString WhyNoStart(const QString& start) {
+bool IsWebAddress(const QString& start) {
     const QUrl url(start, QUrl::TolerantMode);
     const bool web = url.scheme() == u"http" || url.scheme() == u"https";
-    return web && url.isValid() && !url.host().isEmpty() ? QString()
-                                                         : u"\u201C%1\u201D is no http or https address"_s.arg(start);
+    return web && url.isValid() && !url.host().isEmpty();
+}
+
+// What a row of the table's columns asks for.
+SearchFault ReadRow(const Record& record, const QStringList& columns, bool starts,
+                    const std::function<SearchFault(SearchRow&)>& whyNot, SearchRow& row) {
+    using Why = SearchFault::Why;
+    if (record.Open)
+        return {Why::OpenQuote, {}};
+    if (record.Fields.size() != columns.size())
+        return {Why::Columns, {QString::number(record.Fields.size()), QString::number(columns.size())}};
+    row.Site = record.Fields[0];
+    (starts ? row.Start : row.What) = record.Fields[1];
+    if (!starts)
+        row.Place = record.Fields[2];
+    if (starts && !IsWebAddress(row.Start))
+        return {Why::NoAddress, {row.Start}};
+    if (!starts && row.What.isEmpty() && row.Place.isEmpty())
+        return {Why::NothingAsked, {}};
+    return whyNot(row);
 }
 
 // No site code has one of them, so the first one that is seen is it.
@@ -77,6 +95,35 @@ QChar DelimiterOf(const QString& text) {
 }
 
 } // namespace
+
+QString SearchFault::Text() const {
+    const QString first = Values.value(0);
+    switch (Kind) {
+    case Why::Header:
+        return u"the header is neither site,start nor site,what,where"_s;
+    case Why::OpenQuote:
+        return u"a quote is not closed"_s;
+    case Why::Columns:
+        return u"%1 columns instead of %2"_s.arg(first, Values.value(1));
+    case Why::NoAddress:
+        return u"\u201C%1\u201D is no http or https address"_s.arg(first);
+    case Why::NothingAsked:
+        return u"nothing is looked for"_s;
+    case Why::UnknownDirectory:
+        return u"\u201C%1\u201D is no site code"_s.arg(first);
+    case Why::NoSearchAddress:
+        return u"%1: no search address is known of this directory; give a start address"_s.arg(first);
+    case Why::Directory:
+        return first;
+    case Why::None:
+        break;
+    }
+    return {};
+}
+
+QString SearchProblem::Text() const {
+    return u"line %1: %2"_s.arg(Line).arg(Fault.Text());
+}
 
 QString SearchTable::Digest() const {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -98,7 +145,7 @@ QString TableText(const QByteArray& bytes) {
     return decoder.hasError() ? QString::fromLatin1(bytes) : text;
 }
 
-SearchTable ReadSearchTable(const QString& text, const std::function<QString(const SearchRow&)>& whyNot,
+SearchTable ReadSearchTable(const QString& text, const std::function<SearchFault(SearchRow&)>& whyNot,
                             TableHeader header) {
     SearchTable table;
     QString all = text;
@@ -115,34 +162,17 @@ SearchTable ReadSearchTable(const QString& text, const std::function<QString(con
         columns = columns.size() == startColumns.size() ? startColumns : searchColumns;
     const bool starts = columns == startColumns;
     if (!starts && columns != searchColumns) {
-        table.Problems += u"line 1: the header is neither site,start nor site,what,where"_s;
+        table.Problems.push_back({1, {SearchFault::Why::Header, {}}});
         return table;
     }
     for (size_t i = headed ? 1 : 0; i < records.size(); ++i) {
-        const Record& record = records[i];
-        QString problem;
         SearchRow row;
-        row.Line = record.Line;
-        if (record.Open) {
-            problem = u"a quote is not closed"_s;
-        } else if (record.Fields.size() != columns.size()) {
-            problem = u"%1 columns instead of %2"_s.arg(record.Fields.size()).arg(columns.size());
-        } else {
-            row.Site = record.Fields[0];
-            (starts ? row.Start : row.What) = record.Fields[1];
-            if (!starts)
-                row.Place = record.Fields[2];
-            if (starts)
-                problem = WhyNoStart(row.Start);
-            else if (row.What.isEmpty() && row.Place.isEmpty())
-                problem = u"nothing is looked for"_s;
-            if (problem.isEmpty())
-                problem = whyNot(row);
-        }
-        if (problem.isEmpty())
+        row.Line = records[i].Line;
+        const SearchFault fault = ReadRow(records[i], columns, starts, whyNot, row);
+        if (fault.Kind == SearchFault::Why::None)
             table.Rows.push_back(row);
         else
-            table.Problems += u"line %1: %2"_s.arg(record.Line).arg(problem);
+            table.Problems.push_back({row.Line, fault});
     }
     return table;
 }

@@ -83,7 +83,11 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
         box->setObjectName(u"chkColumn" + QString::number(Columns.size()));
         box->setAccessibleDescription(texts.Text(offered.Hint));
         AccessKeys::SetHint(box, texts.Text(offered.Hint));
-        connect(box, &QCheckBox::toggled, this, &TfrmExport::ShowPreview);
+        connect(box, &QCheckBox::toggled, this, [this, which = Columns.size()](bool isChosen) {
+            ShowPreview();
+            if (isChosen)
+                ShowColumn(static_cast<ExtraColumn>(which));
+        });
         keys_.Add(box);
         Columns.push_back(box);
         further->addWidget(box);
@@ -125,6 +129,7 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
     lvwPreview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     lvwPreview->setTabKeyNavigation(false);
     lvwPreview->setWordWrap(false);
+    lvwPreview->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     lvwPreview->verticalHeader()->hide();
     lvwPreview->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 7);
     lvwPreview->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -170,6 +175,15 @@ ExtraColumns TfrmExport::Extra(std::function<bool()> waiting) const {
     return ExtraColumns(Chosen(), [domains, goesOn](const QString& domain) {
         return *goesOn && domains->Check(domain) == MailDomain::TakesNone;
     });
+}
+
+// A further column stands behind the others, mostly beyond the edge.
+void TfrmExport::ShowColumn(ExtraColumn column) {
+    const std::vector<ExtraColumn> chosen = Chosen();
+    const auto behind = static_cast<int>(std::find(chosen.begin(), chosen.end(), column) - chosen.begin());
+    const int place = lvwPreview->columnCount() - static_cast<int>(chosen.size()) + behind;
+    lvwPreview->doItemsLayout(); // the room of the new column counts at once
+    lvwPreview->scrollTo(lvwPreview->model()->index(0, place));
 }
 
 void TfrmExport::ShowPreview() {

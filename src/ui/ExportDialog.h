@@ -51,6 +51,7 @@ public:
 
 private:
     std::vector<ExtraColumn> Chosen() const;
+    void ShowColumn(ExtraColumn column);
     void ShowPreview();
 
     const LeadList& leads_;

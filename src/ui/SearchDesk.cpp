@@ -56,7 +56,11 @@ SearchDesk::~SearchDesk() {
 
 SearchTable SearchDesk::Read(const QString& text) const {
     return ReadSearchTable(
-        text, [this](const SearchRow& row) { return WhyNoSearch(row, parts_.Bench.Sites, parts_.Bench.Catalogue); },
+        text,
+        [this](SearchRow& row) {
+            row.Site = CodeOfName(row.Site, parts_.Bench.Catalogue);
+            return WhyNoSearch(row, parts_.Bench.Sites, parts_.Bench.Catalogue);
+        },
         TableHeader::Optional);
 }
 

@@ -11,6 +11,8 @@
 #include <QLocale>
 #include <QVBoxLayout>
 
+#include <map>
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,21 @@ QString TableRow(QStringList fields, QChar delimiter = u'\t') {
             field = u'"' + field.replace(u'"', u"\"\""_s) + u'"';
     }
     return fields.join(delimiter) + u'\n';
+}
+
+// What is wrong with a row, in the language of the window; what a file of sites is told is the same in all of them.
+QString Said(const SearchProblem& problem, const WindowTexts& texts) {
+    using Why = SearchFault::Why;
+    static const std::map<Why, WindowText> known{{Why::OpenQuote, WindowText::SearchesOpenQuote},
+                                                 {Why::Columns, WindowText::SearchesColumns},
+                                                 {Why::NoAddress, WindowText::SearchesNoAddress},
+                                                 {Why::NothingAsked, WindowText::SearchesNothingAsked},
+                                                 {Why::UnknownDirectory, WindowText::SearchesUnknownDirectory},
+                                                 {Why::NoSearchAddress, WindowText::SearchesNoSearchAddress}};
+    const auto text = known.find(problem.Fault.Kind);
+    return texts.With(WindowText::SearchesWrongLine,
+                      {Number(problem.Line),
+                       text == known.end() ? problem.Fault.Text() : texts.With(text->second, problem.Fault.Values)});
 }
 
 } // namespace
@@ -306,9 +323,12 @@ void TfrmSearches::OpenFile() {
 void TfrmSearches::Check() {
     const QString text = edtTable_->toPlainText();
     table_ = text.trimmed().isEmpty() ? SearchTable() : desk_.Read(text);
-    QStringList lines = table_.Problems.first(std::min(NamedProblems, table_.Problems.size()));
-    if (table_.Problems.size() > NamedProblems)
-        lines += u"\u2026 (%1)"_s.arg(Number(table_.Problems.size()));
+    QStringList lines;
+    for (const SearchProblem& problem : table_.Problems)
+        if (lines.size() < NamedProblems)
+            lines += Said(problem, texts_);
+    if (std::ssize(table_.Problems) > NamedProblems)
+        lines += u"\u2026 (%1)"_s.arg(Number(std::ssize(table_.Problems)));
     if (lines.isEmpty())
         lines += store_.Keeps() ? texts_.With(WindowText::SearchesCount, {Number(std::ssize(table_.Rows))})
                                 : texts_.Text(WindowText::SearchesNeedStore);
@@ -319,7 +339,7 @@ void TfrmSearches::Check() {
 void TfrmSearches::ShowProgress() {
     model_.Update();
     const bool running = desk_.Running();
-    const bool right = table_.Problems.isEmpty() && !table_.Rows.empty() && store_.Keeps();
+    const bool right = table_.Problems.empty() && !table_.Rows.empty() && store_.Keeps();
     for (QWidget* const control : std::initializer_list<QWidget*>{btnAdd_, btnFile_, edtJobs_, chkRobots_})
         control->setEnabled(!running);
     edtTable_->setReadOnly(running);

@@ -9,27 +9,46 @@ namespace Brindle {
 using namespace Qt::StringLiterals;
 
 QString StartOf(const SearchRow& row, const SiteCatalogue& catalogue) {
-    const auto directory = catalogue.Adapter(row.Site);
-    if (!directory)
-        throw Failure(u"\u201C%1\u201D is no site code"_s.arg(row.Site));
+    if (const SearchFault fault = WhyNoSearch(row, catalogue); fault.Kind != SearchFault::Why::None)
+        throw Failure(fault.Text());
     if (!row.Start.isEmpty())
         return row.Start;
-    if (directory->SearchAddress.isEmpty())
-        throw Failure(u"%1: no search address is known of this directory; give a start address"_s.arg(row.Site));
-    QString start = directory->SearchAddress;
+    QString start = catalogue.Adapter(row.Site)->SearchAddress;
     start.replace(u"{what}"_s, QString::fromLatin1(QUrl::toPercentEncoding(row.What)));
     return start.replace(u"{where}"_s, QString::fromLatin1(QUrl::toPercentEncoding(row.Place)));
 }
 
-QString WhyNoSearch(const SearchRow& row, const SitesFile& sites, const SiteCatalogue& catalogue) {
+SearchFault WhyNoSearch(const SearchRow& row, const SiteCatalogue& catalogue) {
+    const auto directory = catalogue.Adapter(row.Site);
+    if (!directory)
+        return {SearchFault::Why::UnknownDirectory, {row.Site}};
+    if (row.Start.isEmpty() && directory->SearchAddress.isEmpty())
+        return {SearchFault::Why::NoSearchAddress, {row.Site}};
+    return {};
+}
+
+SearchFault WhyNoSearch(const SearchRow& row, const SitesFile& sites, const SiteCatalogue& catalogue) {
     if (sites.DisabledSites.contains(row.Site))
-        return sites.ProblemsOf(row.Site).value(0);
-    try {
-        StartOf(row, catalogue);
-        return {};
-    } catch (const Failure& failure) {
-        return failure.Message();
+        return {SearchFault::Why::Directory, {sites.ProblemsOf(row.Site).value(0)}};
+    return WhyNoSearch(row, catalogue);
+}
+
+QString CodeOfName(const QString& name, const SiteCatalogue& catalogue) {
+    if (catalogue.Find(name))
+        return name;
+    QString code = name;
+    qsizetype found = 0;
+    for (const QString& key : catalogue.WebsiteKeys()) {
+        const SiteEntry* const entry = catalogue.Find(key);
+        if (entry->DisplayEntry().compare(name, Qt::CaseInsensitive) == 0)
+            return key;
+        if (entry->Base.compare(name, Qt::CaseInsensitive) == 0 ||
+            entry->Label.compare(name, Qt::CaseInsensitive) == 0) {
+            code = key;
+            ++found;
+        }
     }
+    return found == 1 ? code : name;
 }
 
 QString TurnHostOf(const QString& address) {

@@ -76,6 +76,16 @@ TEST_F(SearchesWindowTest, WrongRowsAreNamedByTheirLine) {
     Type(u"KVPN002001\tplumber\tvancouver\nAUTO\tbaker\tvictoria\n"_s); // knows no search address
     EXPECT_TRUE(Verdict().startsWith(u"line 2:")) << Verdict().toStdString();
 
+    // A directory is known by what the selector shows of it, too, and it is the same search then.
+    const SiteCatalogue& catalogue = Run->Window->Bench().Catalogue;
+    const SearchTable byCode = Desk().Read(u"KVPN002001\tplumber\tvancouver\n"_s);
+    for (const QString& name :
+         {catalogue.Find(u"KVPN002001"_s)->DisplayEntry(), catalogue.Find(u"KVPN002001"_s)->Base.toUpper()}) {
+        Type(u"\"%1\"\tplumber\tvancouver\n"_s.arg(name));
+        EXPECT_TRUE(CanRun()) << Verdict().toStdString();
+        EXPECT_EQ(Desk().Read(Run->Control<QPlainTextEdit>(u"edtSTable")->toPlainText()).Digest(), byCode.Digest());
+    }
+
     // What is added by hand goes on in the table's own form; a file takes its place.
     Type(u"site;what;where\nKVPN002001;plumber;vancouver"_s);
     EXPECT_TRUE(CanRun());

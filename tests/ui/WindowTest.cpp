@@ -481,6 +481,9 @@ TEST_F(WindowTest, ExportsInTheFormatThatIsChosen) {
         dialog()->Columns[2]->click();
         EXPECT_EQ(dialog()->lvwPreview->rowCount(), 2);
         EXPECT_EQ(dialog()->lvwPreview->columnCount(), FieldCount + 1);
+        // It stands behind the others and is shown.
+        const QRect place = dialog()->lvwPreview->visualItemRect(dialog()->lvwPreview->item(0, FieldCount));
+        EXPECT_LT(place.left(), dialog()->lvwPreview->viewport()->width());
         shown = dialog()->lvwPreview->item(1, FieldCount)->text();
         dialog()->Buttons->button(QDialogButtonBox::Ok)->click();
     });

@@ -10,8 +10,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 SearchTable Read(const QString& text) {
-    return ReadSearchTable(text,
-                           [](const SearchRow& row) { return row.Site == u"NONE" ? u"no such site"_s : QString(); });
+    return ReadSearchTable(text, [](const SearchRow& row) {
+        return SearchFault{row.Site == u"NONE" ? SearchFault::Why::UnknownDirectory : SearchFault::Why::None,
+                           {row.Site}};
+    });
 }
 
 } // namespace
@@ -24,7 +26,7 @@ TEST(SearchTable, ReadsWhatSpreadsheetsGive) {
                                 u"site\tstart\nA\t http://dir.test/?a=1,2\n\nB\thttps://dir.test/\n"_s}) {
         const SearchTable table = Read(text);
         EXPECT_EQ(table.Rows, starts) << text.toStdString();
-        EXPECT_EQ(table.Problems, QStringList());
+        EXPECT_TRUE(table.Problems.empty());
         EXPECT_EQ(table.Digest(), Read(u"site,start\nA,\"http://dir.test/?a=1,2\"\n\nB,https://dir.test/"_s).Digest());
     }
     const SearchTable searches = Read(u"site,what,where\nA,\"Bars \"\"X\"\",\nCafés\",Milano\nA,,Roma\n"_s);
@@ -34,7 +36,7 @@ TEST(SearchTable, ReadsWhatSpreadsheetsGive) {
 }
 
 TEST(SearchTable, NeedsNoHeaderWhereItIsPasted) {
-    const auto whyNot = [](const SearchRow&) { return QString(); };
+    const auto whyNot = [](const SearchRow&) { return SearchFault(); };
     const SearchTable pasted =
         ReadSearchTable(u"A\tBars; Cafés\tMilano, MI\nB\t\tRoma\n"_s, whyNot, TableHeader::Optional);
     const std::vector<SearchRow> expected{{1, u"A"_s, {}, u"Bars; Cafés"_s, u"Milano, MI"_s},
@@ -43,7 +45,9 @@ TEST(SearchTable, NeedsNoHeaderWhereItIsPasted) {
     const SearchTable starts = ReadSearchTable(u"A;http://a.test/,1"_s, whyNot, TableHeader::Optional);
     ASSERT_EQ(starts.Rows.size(), 1U);
     EXPECT_EQ(starts.Rows[0].Start, u"http://a.test/,1"_s);
-    EXPECT_TRUE(ReadSearchTable(u"A"_s, whyNot, TableHeader::Optional).Problems.value(0).startsWith(u"line 1:"));
+    const SearchTable few = ReadSearchTable(u"A"_s, whyNot, TableHeader::Optional);
+    ASSERT_EQ(few.Problems.size(), 1U);
+    EXPECT_EQ(few.Problems[0].Text(), u"line 1: 1 columns instead of 3"_s);
     // The store knows a search by its line, so the same searches on other lines are another list.
     const SearchTable headed = Read(u"site\twhat\twhere\nA\tBars; Cafés\tMilano, MI\nB\t\tRoma\n"_s);
     EXPECT_EQ(headed.Rows.size(), pasted.Rows.size());
@@ -64,10 +68,16 @@ TEST(SearchTable, NamesWrongRowsByTheirLine) {
              "A,javascript:alert(1)\nA,\"http://open.test/\n"_s);
     ASSERT_EQ(table.Rows.size(), 1U);
     EXPECT_EQ(table.Rows[0].Line, 6);
-    ASSERT_EQ(table.Problems.size(), 6);
-    const int lines[] = {2, 3, 4, 5, 7, 8};
-    for (int i = 0; i < 6; ++i)
-        EXPECT_TRUE(table.Problems[i].startsWith(u"line %1:"_s.arg(lines[i]))) << table.Problems[i].toStdString();
-    EXPECT_TRUE(Read(u"start,site\nhttp://a.test/,A\n"_s).Problems.value(0).startsWith(u"line 1:"));
-    EXPECT_TRUE(Read({}).Problems.value(0).startsWith(u"line 1:"));
+    using Why = SearchFault::Why;
+    const std::pair<int, Why> expected[] = {{2, Why::NoAddress}, {3, Why::UnknownDirectory}, {4, Why::Columns},
+                                            {5, Why::Columns},   {7, Why::NoAddress},        {8, Why::OpenQuote}};
+    ASSERT_EQ(table.Problems.size(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(table.Problems[i].Line, expected[i].first);
+        EXPECT_EQ(table.Problems[i].Fault.Kind, expected[i].second) << table.Problems[i].Text().toStdString();
+    }
+    for (const QString& text : {u"start,site\nhttp://a.test/,A\n"_s, QString()}) {
+        ASSERT_EQ(Read(text).Problems.size(), 1U);
+        EXPECT_EQ(Read(text).Problems[0].Text(), u"line 1: the header is neither site,start nor site,what,where"_s);
+    }
 }
