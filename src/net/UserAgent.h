@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Version.h"
+
 #include <QString>
 
 namespace Brindle {
@@ -9,7 +11,7 @@ inline constexpr auto productToken = u"Brindle";
 
 /// The program's own user agent: what it sends where nothing else is asked for.
 inline QString OwnUserAgent() {
-    return QStringLiteral("Mozilla/5.0 (compatible; Brindle/" BRINDLE_VERSION ")");
+    return QStringLiteral("Mozilla/5.0 (compatible; Brindle/") + ProgramVersion() + u')';
 }
 
 } // namespace Brindle

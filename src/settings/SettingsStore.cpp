@@ -48,6 +48,12 @@ SettingsStore::SettingsStore(QString fileName, QString documentsFolder)
     : fileName_(std::move(fileName)), documentsFolder_(std::move(documentsFolder)) {}
 
 Settings SettingsStore::LoadSettings() const {
+    QString damage;
+    return LoadSettings(damage);
+}
+
+Settings SettingsStore::LoadSettings(QString& damage) const {
+    damage.clear();
     const QString shown = QDir::toNativeSeparators(fileName_);
     if (!QFileInfo::exists(fileName_))
         return DefaultSettings(documentsFolder_);
@@ -59,7 +65,10 @@ Settings SettingsStore::LoadSettings() const {
         throw Failure(u"%1: %2"_s.arg(shown, file.errorString()));
     if (bytes.size() > sizeLimit)
         throw Failure(u"%1: too large for a settings file"_s.arg(shown));
-    return ParseSettings(QString::fromLocal8Bit(bytes), documentsFolder_);
+    const QString text = QString::fromLocal8Bit(bytes);
+    if (const QString reason = SettingsDamage(text); !reason.isEmpty())
+        damage = u"%1: %2"_s.arg(shown, reason);
+    return ParseSettings(text, documentsFolder_);
 }
 
 void SettingsStore::SaveSettings(const Settings& settings) const {

@@ -156,6 +156,21 @@ Settings ParseSettings(const QString& text, const QString& documentsFolder) {
     return settings;
 }
 
+QString SettingsDamage(const QString& text) {
+    if (text.trimmed().isEmpty())
+        return {};
+    bool any = false;
+    for (const Option& option : fileOrder) {
+        const qsizetype begin = text.indexOf(OpeningTag(option.Key));
+        if (begin >= 0 && text.indexOf(ClosingTag(option.Key), begin) < 0)
+            return u"%1 does not end"_s.arg(option.Key);
+        any = any || begin >= 0;
+    }
+    if (!any)
+        return u"there is no setting in it"_s;
+    return text.contains(QChar(u'\0')) ? u"there are zeros in it"_s : QString();
+}
+
 bool SetOption(Settings& settings, const QString& key, const QString& value, const QString& documentsFolder,
                QString& reason) {
     const Option* const option = OptionOf(key);

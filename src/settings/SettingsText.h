@@ -15,6 +15,10 @@ QByteArray SettingsText(const Settings& settings);
 /// options keeps its default too. `documentsFolder` is the default of the export folder.
 Settings ParseSettings(const QString& text, const QString& documentsFolder);
 
+/// What is amiss with the text of a settings file, one line; empty when nothing is. The rest of it is read all the
+/// same.
+QString SettingsDamage(const QString& text);
+
 /// The options' defaults.
 Settings DefaultSettings(const QString& documentsFolder);
 

@@ -15,6 +15,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 #include <QSqlDatabase>
 #include <QSysInfo>
 
@@ -77,16 +78,35 @@ private:
         Say(u"options", WithState(optionsFile));
         Settings settings;
         try {
-            settings = SettingsStore(settingsFile, parts_.System.GetDocumentsFolder()).LoadSettings();
+            QString damage;
+            settings = SettingsStore(settingsFile, parts_.System.GetDocumentsFolder()).LoadSettings(damage);
+            if (!damage.isEmpty())
+                problems_ += damage;
         } catch (const Failure& failure) {
             problems_ += failure.Message();
         }
         more_ = OptionsFile(optionsFile).Load(problems_);
+        WindowFile();
         const QString language = LanguageFileName(settings.Language);
         Say(u"language", settings.Language);
         if (LanguageFile(ReadLanguageText(language)).IsEmpty())
             problems_ += Shown(language) + u": no language file, or it cannot be read";
         return settings;
+    }
+
+    // The place of the window, as the window has left it.
+    void WindowFile() {
+        const QString fileName = QDir(parts_.System.SettingsFolder()).filePath(u"window.ini"_s);
+        Say(u"window", WithState(fileName));
+        const QFileInfo info(fileName);
+        if (!info.exists())
+            return;
+        const QSettings file(fileName, QSettings::IniFormat);
+        const QByteArray geometry = file.value(u"Window/Geometry"_s).toByteArray();
+        if (!info.isFile() || file.status() != QSettings::NoError)
+            problems_ += Shown(fileName) + u": cannot be read";
+        else if (info.size() > 0 && !geometry.startsWith("\x01\xd9\xd0\xcb")) // QWidget::saveGeometry
+            problems_ += Shown(fileName) + u": there is no place of a window in it";
     }
 
     QString Sandbox() const {

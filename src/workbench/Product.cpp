@@ -1,5 +1,7 @@
 #include "workbench/Product.h"
 
+#include "core/Version.h"
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -9,7 +11,7 @@ QString ProductTitle() {
 }
 
 QString ProductVersion() {
-    return QStringLiteral(BRINDLE_VERSION);
+    return ProgramVersion();
 }
 
 } // namespace Brindle

@@ -52,14 +52,19 @@ TEST_F(DiagnoseTest, HasNoSecrets) {
 
 // Each of these is a line of the report, and none of them keeps a harvest from its leads.
 TEST_F(DiagnoseTest, DamagedFilesStopNothing) {
-    const QString settings = Write(u"settings.dat"_s, {});
+    const QString settings = Write(u"settings.dat"_s, "<%%Language%%>en<%%/Language%%><%%eHost%%>cut off");
     Write(u"options.toml"_s, "[store\nkeep = ");
     const QString store = Write(u"leads.db"_s, QByteArray(5000, 'x'));
     ASSERT_TRUE(QDir().mkpath(Path(u"recipes"_s)));
     Write(u"recipes/broken.toml"_s, "name = \"Broken\"\n");
+    const QDir own(CliEnvironment().value(u"XDG_CONFIG_HOME"_s) + u"/Norvane Software/Brindle");
+    ASSERT_TRUE(own.mkpath(u"."_s));
+    QFile window(own.filePath(u"window.ini"_s));
+    ASSERT_TRUE(window.open(QIODevice::WriteOnly) && window.write(QByteArray(300, '\0')) == 300);
+    window.close();
     const Outcome outcome = RunCli({u"diagnose"_s, u"--settings"_s, settings, u"--store"_s, store});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
-    for (const char* const name : {"options.toml", "leads.db", "broken.toml"}) {
+    for (const char* const name : {"window.ini", "settings.dat", "options.toml", "leads.db", "broken.toml"}) {
         bool named = false;
         for (const QByteArray& line : outcome.Out.split('\n'))
             named = named || (line.startsWith("problem: ") && line.contains(name));

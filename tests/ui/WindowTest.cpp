@@ -20,6 +20,8 @@
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
+#include <random>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
@@ -675,25 +677,83 @@ TEST_F(WindowTest, RemembersItsSplitterAndColumns) {
     EXPECT_EQ(splitter.sizes(), sizes);
 }
 
-// Each of these files is what a crash, a full disk or another program can leave.
+// What a crash, a full disk or another program can leave in the place of a file: the window comes up, says what it has
+// to say, and works.
 TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
     Open();
+    Run->Click(u"btnStart"); // the store is made
+    Run->Click(u"btnStop");
+    Run->Window->close();
     Run->Window.reset();
     const QDir folder(Run->System.SettingsFolder());
     ASSERT_TRUE(folder.mkpath(u"recipes"_s));
-    for (const QString& name :
-         {u"window.ini"_s, u"options.toml"_s, u"settings.dat"_s, u"leads.db"_s, u"recipes/broken.toml"_s}) {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[Window]\nGeometry=@ByteArray(\\x1\xD9\xFF\nSplitter=@Variant(\0\0\xFF\n[store\nkeep = = ", 70);
-        file.write(QByteArray(5000, '\xFE'));
+    const QStringList names{u"window.ini"_s, u"options.toml"_s,        u"settings.dat"_s,
+                            u"leads.db"_s,   u"recipes/broken.toml"_s, u"sites.ini"_s};
+    const auto write = [](const QString& name, const QByteArray& bytes) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    };
+    std::mt19937 random(7);
+    const std::pair<const char*, std::function<void(const QString&)>> kinds[]{
+        {"half a file",
+         [&](const QString& name) {
+             write(name, "[Window]\nGeometry=@ByteArray(\\x1\xD9\xFF\nSplitter=@Variant(\0\0\xFF\n[store\nkeep = = " +
+                             QByteArray(5000, '\xFE'));
+         }},
+        {"empty", [&](const QString& name) { write(name, {}); }},
+        {"cut off",
+         [&](const QString& name) {
+             QFile file(name);
+             if (file.size() > 1)
+                 ASSERT_TRUE(file.resize(file.size() / 2));
+         }},
+        {"random bytes",
+         [&](const QString& name) {
+             QByteArray bytes(20'000, '\0');
+             for (char& byte : bytes)
+                 byte = static_cast<char>(random());
+             write(name, bytes);
+         }},
+        {"a folder", [](const QString& name) { ASSERT_TRUE(QDir().mkpath(name + u"/within")); }},
+        // Nobody can read it, not even the superuser.
+        {"a link to itself", [](const QString& name) { ASSERT_TRUE(QFile::link(name, name)); }}};
+    const auto clear = [&] {
+        for (const QString& name : names)
+            if (QDir inside(folder.filePath(name)); !QFileInfo(folder.filePath(name)).isSymLink() && inside.exists())
+                inside.removeRecursively();
+            else
+                QFile::remove(folder.filePath(name));
+    };
+    const auto comesUp = [this] {
+        Run->Again();
+        Run->Show();
+        EXPECT_TRUE(Run->Window->Ready() && Run->Window->isVisible());
+        EXPECT_GT(Run->Window->width(), 300);
+        Run->Click(u"btnStart"); // and works
+        EXPECT_FALSE(Run->Window->State().ShouldStop);
+        Run->Click(u"btnStop");
+        Run->Window->close();
+        Run->Window.reset();
+    };
+    for (const auto& [kind, damage] : kinds) {
+        for (const QString& name : names) { // each alone, in a folder that is well otherwise
+            SCOPED_TRACE(std::string(kind) + " in the place of " + name.toStdString());
+            if (kind != std::string_view("cut off"))
+                QFile::remove(folder.filePath(name));
+            damage(folder.filePath(name));
+            comesUp();
+            clear();
+        }
+        SCOPED_TRACE(std::string(kind) + " in the place of all");
+        for (const QString& name : names)
+            damage(folder.filePath(name));
+        comesUp();
+        clear();
     }
-    Run->Again();
-    Run->Show();
-    EXPECT_TRUE(Run->Window->isVisible());
-    EXPECT_GT(Run->Window->width(), 300);
-    Run->Click(u"btnStart"); // and works
-    EXPECT_FALSE(Run->Window->State().ShouldStop);
+    // The whole folder is a file.
+    QDir(folder).removeRecursively();
+    write(folder.path(), "x");
+    comesUp();
 }
 
 // The window is closed while a tick waits, at a moment when the user could do it.
