@@ -364,7 +364,7 @@ public:
         });
     }
 
-    QString SearchPath() const override { return u"/search?q={what}&l={where}"_s; }
+    QString PathOfSearch() const override { return u"/search?q={what}&l={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int) const override {
         return context.Base + u"/search?q=" + PercentEncoded(term.toString());
     }

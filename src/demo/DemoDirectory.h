@@ -59,7 +59,7 @@ public:
 
     /// Where a search leads to on the directory, with {what} and {where} in it: to the first result page of the first
     /// layout.
-    virtual QString SearchPath() const = 0;
+    virtual QString PathOfSearch() const = 0;
     /// Address of the first result page of a layout.
     virtual QString FirstResultPage(const DemoContext& context, int layout) const = 0;
     /// The leads of a harvest from the first result page of a layout to the last, in order.

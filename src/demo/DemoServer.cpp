@@ -159,7 +159,7 @@ QString DemoServer::SitesIni() const {
             text += u"details_base=" + context.DetailsBase + u'\n';
         if (!site.Directory)
             continue;
-        text += u"search=" + context.Base + site.Directory->SearchPath() + u'\n';
+        text += u"search=" + context.Base + site.Directory->PathOfSearch() + u'\n';
         for (const auto& [key, value] : site.Directory->SiteKeys(context))
             text += key + u'=' + value + u'\n';
     }

@@ -164,7 +164,7 @@ public:
         });
     }
 
-    QString SearchPath() const override { return u"/it/italy/officine?q={what}&l={where}"_s; }
+    QString PathOfSearch() const override { return u"/it/italy/officine?q={what}&l={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int layout) const override {
         return context.Base + (layout == 1 ? u"/it/italy/officine" : u"/it/italy/persone/");
     }

@@ -157,7 +157,7 @@ public:
         });
     }
 
-    QString SearchPath() const override { return u"/ricerca?qs={what}&dv={where}"_s; }
+    QString PathOfSearch() const override { return u"/ricerca?qs={what}&dv={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int) const override {
         return context.Base + u"/ricerca?qs=" + PercentEncoded(term.toString());
     }

@@ -167,7 +167,7 @@ public:
         });
     }
 
-    QString SearchPath() const override { return u"/cerca?cosa={what}&dove={where}"_s; }
+    QString PathOfSearch() const override { return u"/cerca?cosa={what}&dove={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int) const override {
         return context.Base + u"/cerca?cosa=tutto";
     }

@@ -144,7 +144,7 @@ public:
         });
     }
 
-    QString SearchPath() const override { return u"/cerca?chi={what}&dove={where}"_s; }
+    QString PathOfSearch() const override { return u"/cerca?chi={what}&dove={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int) const override {
         return context.Base + u"/cerca?chi=ottici";
     }

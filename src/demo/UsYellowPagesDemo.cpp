@@ -418,7 +418,7 @@ public:
         AddDetails(server, context, 2);
     }
 
-    QString SearchPath() const override { return u"/search?what={what}&near={where}"_s; }
+    QString PathOfSearch() const override { return u"/search?what={what}&near={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int layout) const override {
         return context.Base + (layout == 1 ? u"/search?what=" + term.toString() : u"/people"_s);
     }

@@ -171,7 +171,7 @@ public:
                    });
     }
 
-    QString SearchPath() const override { return u"/cerca?qs={what}&dv={where}"_s; }
+    QString PathOfSearch() const override { return u"/cerca?qs={what}&dv={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int) const override { return context.Base + u"/cerca?qs=bar"; }
 
     // A business whose details page is not found has no name and is not kept.

@@ -344,7 +344,7 @@ public:
     void AddRoutes(httplib::Server& server, const DemoContext& context) const override;
     void AddDetailsRoutes(httplib::Server& server, const DemoContext& context) const override;
 
-    QString SearchPath() const override { return u"/search?what={what}&where={where}"_s; }
+    QString PathOfSearch() const override { return u"/search?what={what}&where={where}"_s; }
     QString FirstResultPage(const DemoContext& context, int layout) const override {
         return layout == 1 ? QString(context.Base + u"/search?" + Query(searchTerm, searchPlace, 1))
                            : QString(context.Base + u"/residential?" + Query(peopleTerm, searchPlace, 1));

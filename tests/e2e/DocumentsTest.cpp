@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 
 #include <memory>
@@ -157,6 +158,35 @@ TEST_F(DocumentsTest, EveryCommandThatCanBeRunWorks) {
                                      << outcome.Err.toStdString();
     }
     EXPECT_GE(run.size(), 25U) << "the documents have commands to try";
+}
+
+// "./test -R PATTERN" stands behind many a claim: each pattern chooses tests.
+TEST_F(DocumentsTest, EveryPatternOfTestsChoosesSome) {
+    QProcess ctest;
+    ctest.setWorkingDirectory(QFileInfo(CliProgram()).path() + u"/..");
+    ctest.start(u"ctest"_s, {u"-N"_s}, QIODevice::ReadOnly);
+    if (!ctest.waitForFinished(60'000))
+        GTEST_SKIP() << "there is no ctest here";
+    QStringList tests;
+    static const QRegularExpression line(u"^ *Test +#\\d+: (.*)$"_s, QRegularExpression::MultilineOption);
+    for (auto match = line.globalMatch(QString::fromUtf8(ctest.readAllStandardOutput())); match.hasNext();)
+        tests.append(match.next().captured(1));
+    if (tests.size() < 100)
+        GTEST_SKIP() << "these tests were not built by CMake";
+    static const QRegularExpression asked(u"\\./test -R (?:\"([^\"]+)\"|([\\w.-]+))"_s);
+    int count = 0;
+    for (const QString& file : Documents()) {
+        const QString text = QString::fromUtf8(FileContent(file));
+        for (auto match = asked.globalMatch(text); match.hasNext();) {
+            const auto found = match.next();
+            QString pattern = found.captured(1) + found.captured(2);
+            pattern.replace(u"\\|"_s, u"|"_s); // as a table has to have it
+            ++count;
+            EXPECT_FALSE(tests.filter(QRegularExpression(pattern)).isEmpty())
+                << QFileInfo(file).fileName().toStdString() << ": " << pattern.toStdString();
+        }
+    }
+    EXPECT_GE(count, 4);
 }
 
 // Scripts, folders and files of the tree, wherever a document names them.

@@ -20,6 +20,7 @@
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <string_view>
 
@@ -681,11 +682,13 @@ TEST_F(WindowTest, RemembersItsSplitterAndColumns) {
 // to say, and works.
 TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
     Open();
+    const QDir folder(Run->System.SettingsFolder());
+    WindowPlace(folder.filePath(u"window.ini"_s))
+        .Save(*Run->Window, *Run->Control<QSplitter>(u"splMain"), Run->Items());
+    SettingsStore(folder.filePath(u"settings.dat"_s), folder.path()).SaveSettings(Run->Window->Options());
     Run->Click(u"btnStart"); // the store is made
     Run->Click(u"btnStop");
-    Run->Window->close();
     Run->Window.reset();
-    const QDir folder(Run->System.SettingsFolder());
     ASSERT_TRUE(folder.mkpath(u"recipes"_s));
     const QStringList names{u"window.ini"_s, u"options.toml"_s,        u"settings.dat"_s,
                             u"leads.db"_s,   u"recipes/broken.toml"_s, u"sites.ini"_s};
@@ -693,6 +696,12 @@ TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
     };
+    // What is there where all is well.
+    std::map<QString, QByteArray> good;
+    for (const QString& name : names)
+        if (QFile file(folder.filePath(name)); file.open(QIODevice::ReadOnly))
+            good[name] = file.readAll();
+    ASSERT_GE(good.size(), 3U) << "window, settings, store";
     std::mt19937 random(7);
     const std::pair<const char*, std::function<void(const QString&)>> kinds[]{
         {"half a file",
@@ -704,8 +713,7 @@ TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
         {"cut off",
          [&](const QString& name) {
              QFile file(name);
-             if (file.size() > 1)
-                 ASSERT_TRUE(file.resize(file.size() / 2));
+             ASSERT_TRUE(!file.exists() || file.resize(file.size() / 2));
          }},
         {"random bytes",
          [&](const QString& name) {
@@ -724,6 +732,11 @@ TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
             else
                 QFile::remove(folder.filePath(name));
     };
+    const auto makeGood = [&] {
+        clear();
+        for (const auto& [name, bytes] : good)
+            write(folder.filePath(name), bytes);
+    };
     const auto comesUp = [this] {
         Run->Again();
         Run->Show();
@@ -732,24 +745,27 @@ TEST_F(WindowTest, ComesUpWhateverIsDamaged) {
         Run->Click(u"btnStart"); // and works
         EXPECT_FALSE(Run->Window->State().ShouldStop);
         Run->Click(u"btnStop");
-        Run->Window->close();
         Run->Window.reset();
     };
     for (const auto& [kind, damage] : kinds) {
         for (const QString& name : names) { // each alone, in a folder that is well otherwise
             SCOPED_TRACE(std::string(kind) + " in the place of " + name.toStdString());
+            makeGood();
             if (kind != std::string_view("cut off"))
                 QFile::remove(folder.filePath(name));
             damage(folder.filePath(name));
             comesUp();
-            clear();
         }
         SCOPED_TRACE(std::string(kind) + " in the place of all");
-        for (const QString& name : names)
+        makeGood();
+        for (const QString& name : names) {
+            if (kind != std::string_view("cut off"))
+                QFile::remove(folder.filePath(name));
             damage(folder.filePath(name));
+        }
         comesUp();
-        clear();
     }
+    clear();
     // The whole folder is a file.
     QDir(folder).removeRecursively();
     write(folder.path(), "x");
