@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t mostLists = 6;       // that are read in full
+constexpr double lateFrom = 0.5;      // share of a sure list's promise
 constexpr double wellWitnessed = 0.6; // share of a list's records that structured data names
 
 void Take(AnyPageReading& reading, RecordsReading& list) {
@@ -49,7 +50,7 @@ bool IsSpreadOver(const RecordsReading& inner, const RecordsReading& outer) {
 
 // Parts of records can be many and look like records of their own: whole ones that say more go before them.
 void PreferWhole(std::vector<RecordsReading>& lists) {
-    for (size_t i = 1; i < lists.size() && lists[i].Sure; ++i)
+    for (size_t i = 1; i < lists.size() && lists[i].Sure && !lists[i].Late; ++i)
         if (QualityOf(lists[i]) > 1.25 * QualityOf(lists.front()) && LiesWithin(lists.front(), lists[i]) &&
             IsSpreadOver(lists.front(), lists[i]))
             std::rotate(lists.begin(), lists.begin() + static_cast<std::ptrdiff_t>(i),
@@ -90,11 +91,16 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
     double promise = 0; // of the best list that is sure
     size_t sure = 0;    // its number
     for (const RecordList& list : FindLists(annotations, signatures, mostLists)) {
-        if (promise > 0 && list.Promise < 0.5 * promise && LiesWithin(list, lists[sure])) {
+        if (promise > 0 && list.Promise < lateFrom * promise && LiesWithin(list, lists[sure])) {
             parts.push_back({{}, static_cast<int>(list.Records.size()), 0, u"parts of the records of a better list"_s});
             continue;
         }
+        // A list that promises much less than a sure one never is the better one: it is read to be explained alone.
+        const bool late = promise > 0 && list.Promise < lateFrom * promise;
+        if (late && selectors == Selectors::Left)
+            continue;
         lists.push_back(ReadRecords(annotations, signatures, list, subject, selectors));
+        lists.back().Late = late;
         if (lists.back().Sure && promise == 0) {
             promise = list.Promise;
             sure = lists.size() - 1;
@@ -110,7 +116,9 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
         list.Witness = witness;
     }
     std::stable_sort(lists.begin(), lists.end(), [](const RecordsReading& one, const RecordsReading& other) {
-        return one.Sure != other.Sure ? one.Sure : one.Score > other.Score;
+        return one.Late != other.Late   ? other.Late
+               : one.Sure != other.Sure ? one.Sure
+                                        : one.Score > other.Score;
     });
     PreferWhole(lists);
     for (const RecordsReading& list : lists)

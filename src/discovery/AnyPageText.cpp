@@ -156,12 +156,13 @@ private:
 
 PageLines::PageLines(const PageTree& page) {
     Builder(*this, page).Build();
-}
-
-int PageLines::PieceFrom(NodeIndex node) const {
-    const auto found = std::lower_bound(Pieces.begin(), Pieces.end(), node,
-                                        [](const TextPiece& piece, NodeIndex wanted) { return piece.Node < wanted; });
-    return static_cast<int>(found - Pieces.begin());
+    firstPieces_.resize(static_cast<size_t>(page.Count()) + 1);
+    size_t node = 0;
+    for (size_t piece = 0; piece < Pieces.size(); ++piece)
+        for (; node <= static_cast<size_t>(Pieces[piece].Node); ++node)
+            firstPieces_[node] = static_cast<int>(piece);
+    std::fill(firstPieces_.begin() + static_cast<std::ptrdiff_t>(node), firstPieces_.end(),
+              static_cast<int>(Pieces.size()));
 }
 
 QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStringView between, qsizetype most) {

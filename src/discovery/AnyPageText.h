@@ -39,10 +39,12 @@ public:
     QStringView TextOf(const TextLine& line) const { return QStringView(Text).sliced(line.Begin, line.Length); }
     QStringView TextOf(const TextPiece& piece) const { return QStringView(Text).sliced(piece.Begin, piece.Length); }
     /// The number of the first piece whose node is `node` or stands behind it; `Pieces.size()` when there is none.
-    int PieceFrom(NodeIndex node) const;
+    int PieceFrom(NodeIndex node) const { return firstPieces_[static_cast<size_t>(node)]; }
 
 private:
     class Builder;
+
+    std::vector<int> firstPieces_; // by node, and one more
 };
 
 /// The shown text within [begin, end), lines joined by `between`, cut off behind `most` characters.

@@ -24,7 +24,8 @@ struct RecordsReading {
     double Score = 0;   ///< to compare lists of one page
     double Witness = 0; ///< share of the records that structured data names
     bool Sure = false;
-    QString Verdict; ///< why it is not, or what speaks for it
+    bool Late = false; ///< read for the sake of explaining alone
+    QString Verdict;   ///< why it is not, or what speaks for it
 };
 RecordsReading ReadRecords(const PageAnnotations& page, const Signatures& signatures, const RecordList& list,
                            const PageSubject& subject, Selectors selectors);
