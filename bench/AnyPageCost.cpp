@@ -1,6 +1,6 @@
 // What reading a page of any directory costs beside parsing it, in processor time taken in turn:
 //
-//   any_page_cost [--rounds N] [--most N] [PAGE...]
+//   any_page_cost [--rounds N] [--most N] [--only KIND] [PAGE...]
 //
 // Without pages it reads lists that it makes: cards, a table, a definition list, JSON-LD, microdata, each with 1,000,
 // 10,000 and 50,000 businesses (no more than --most), where the time per record must stay the same, and pages that mean
@@ -202,8 +202,12 @@ void PrintHarm(int rounds) {
 int Run(QStringList arguments) {
     int rounds = 0;
     int most = 50000;
-    while (arguments.size() >= 2 && (arguments[0] == u"--rounds" || arguments[0] == u"--most")) {
-        (arguments[0] == u"--rounds" ? rounds : most) = arguments[1].toInt();
+    QString only;
+    while (arguments.size() >= 2 && arguments[0].startsWith(u"--")) {
+        if (arguments[0] == u"--only")
+            only = arguments[1];
+        else
+            (arguments[0] == u"--rounds" ? rounds : most) = arguments[1].toInt();
         arguments = arguments.mid(2);
     }
     for (const QString& path : arguments) {
@@ -223,11 +227,12 @@ int Run(QStringList arguments) {
         {"cards", Cards}, {"table", Table}, {"definition list", Flat}, {"JSON-LD", JsonLd}, {"microdata", Microdata}};
     for (const auto& [name, make] : kinds)
         for (const int count : {1000, 10000, 50000})
-            if (count <= most)
+            if (count <= most && QString::fromLatin1(name).contains(only))
                 Print(QString::fromLatin1(name) + u", "_s + QString::number(count),
                       CostOf(make(count), u"https://www.guide.example/plumbers?page=2"_s,
                              rounds > 0 ? rounds : std::max(2, 10000 / count)));
-    PrintHarm(std::max(1, std::min(rounds, 2)));
+    if (only.isEmpty())
+        PrintHarm(std::max(1, std::min(rounds, 2)));
     return 0;
 }
 

@@ -55,8 +55,11 @@ private:
 
     void SkipBlanks() {
         while (at_ < text_.size()) {
+            const char16_t c = text_[at_].unicode();
             if (IsBlank(text_[at_]))
                 ++at_;
+            else if (c != u'/' && c != u'<' && c != u'-' && c != u']')
+                return;
             else if (Is(u"//"))
                 SkipLine();
             else if (Is(u"/*"))

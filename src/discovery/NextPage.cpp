@@ -1,6 +1,7 @@
 #include "discovery/NextPage.h"
 
 #include "discovery/NextPageWords.h"
+#include "discovery/PostalAddressWords.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -38,10 +39,15 @@ struct RowNumber {
 };
 
 bool HasToken(QStringView list, std::span<const QStringView> tokens) {
-    for (const QStringView token : list.split(u' ', Qt::SkipEmptyParts))
+    for (qsizetype begin = 0; begin < list.size();) {
+        qsizetype end = list.indexOf(u' ', begin);
+        end = end < 0 ? list.size() : end;
+        const QStringView token = list.sliced(begin, end - begin);
         for (const QStringView wanted : tokens)
-            if (token.compare(wanted, Qt::CaseInsensitive) == 0)
+            if (token.size() == wanted.size() && token.compare(wanted, Qt::CaseInsensitive) == 0)
                 return true;
+        begin = end + 1;
+    }
     return false;
 }
 
@@ -177,9 +183,11 @@ private:
         int others = 0;
         NodeIndex before = noNode;
         for (const TextPiece& piece : lines_.Pieces) {
-            const QString words = piece.Length <= 10 ? BareWords(lines_.TextOf(piece)) : QString();
             bool isNumber = false;
-            const int number = words.size() <= 5 ? words.toInt(&isNumber) : 0;
+            int number = 0;
+            if (piece.Length <= 10 && HasDigit(lines_.TextOf(piece)))
+                if (const BareView words(lines_.TextOf(piece)); words.View().size() <= 5)
+                    number = words.View().toInt(&isNumber);
             if (isNumber && number >= 0) {
                 if (before != noNode && piece.Node - before > 60)
                     EndRow(row);
@@ -358,12 +366,14 @@ private:
             if (element == noNode || (element != node && !page_.Is(element, u"li") && !page_.Is(element, u"span")))
                 continue;
             for (const QStringView name : {u"class", u"id"})
-                for (const QStringView token : page_.Attribute(element, name).split(u' ', Qt::SkipEmptyParts)) {
-                    const qsizetype at = token.indexOf(u"next", 0, Qt::CaseInsensitive);
-                    const bool begins = at == 0 || (at > 0 && (!token[at - 1].isLetter() || token[at].isUpper()));
-                    if (begins)
-                        return true;
-                }
+                if (const QStringView value = page_.Attribute(element, name);
+                    value.contains(u"next", Qt::CaseInsensitive))
+                    for (const QStringView token : value.split(u' ', Qt::SkipEmptyParts)) {
+                        const qsizetype at = token.indexOf(u"next", 0, Qt::CaseInsensitive);
+                        const bool begins = at == 0 || (at > 0 && (!token[at - 1].isLetter() || token[at].isUpper()));
+                        if (begins)
+                            return true;
+                    }
         }
         return false;
     }

@@ -123,6 +123,8 @@ const CodeTable& CodesOf(const AddressCountry& country) {
 
 std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region) {
     std::vector<TextSpan> spans;
+    if (std::none_of(text.begin(), text.end(), IsCodeDigit))
+        return spans;
     const auto add = [&](const AddressCountry& country) {
         const CodeTable& table = CodesOf(country);
         for (const QStringView shape : table.Shapes)

@@ -33,6 +33,10 @@ bool RecordPlaces::IsHours(QStringView text) {
 
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
 void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
+    const QStringView value = ValueOf(segment);
+    if (std::none_of(value.begin(), value.end(),
+                     [](QChar c) { return c == u'|' || c == u'\u00B7' || c == u'\u2022' || c == u'\u22C5'; }))
+        return;
     constexpr std::array<QStringView, 4> marks{u" \u00B7 ", u" \u2022 ", u" \u22C5 ", u" | "};
     for (const QStringView mark : marks) {
         const QStringView all = ValueOf(segment);

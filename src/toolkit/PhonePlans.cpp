@@ -84,10 +84,14 @@ struct Entry {
     Lengths Sizes = 0;
 };
 struct ReadPlan {
-    std::vector<Entry> Entries;
-    std::vector<Entry> Unassigned;
+    std::array<std::vector<Entry>, 10> Entries; // by the first digit that they may have
+    std::array<std::vector<Entry>, 10> Unassigned;
     Lengths Sizes = 0; // of all
 };
+
+std::size_t FirstDigit(QStringView national) {
+    return static_cast<std::size_t>(national.front().unicode() - u'0') % 10;
+}
 
 bool Covers(const Entry& entry, QStringView national) {
     if ((entry.Sizes >> national.size() & 1) == 0)
@@ -111,13 +115,20 @@ const ReadPlan& Read(const PhonePlan& plan) {
                     heads = heads.sliced(1);
                 else
                     plans[i].Sizes |= sizes;
-                std::vector<Entry>& entries = unassigned ? plans[i].Unassigned : plans[i].Entries;
+                auto& entries = unassigned ? plans[i].Unassigned : plans[i].Entries;
                 while (!heads.isEmpty()) {
                     const QStringView head = TakeUpTo(heads, u',');
                     QStringView rest = tails;
-                    do
-                        entries.push_back({head, TakeUpTo(rest, u','), sizes});
-                    while (!rest.isEmpty());
+                    do {
+                        const Entry entry{head, TakeUpTo(rest, u','), sizes};
+                        if (head.front() != u'[')
+                            entries[FirstDigit(head)].push_back(entry);
+                        else
+                            for (std::size_t digit = 0; digit < entries.size(); ++digit)
+                                if (const QChar first(static_cast<char16_t>(u'0' + digit));
+                                    Fits(FirstDigitOf(head), QStringView(&first, 1)) > 0)
+                                    entries[digit].push_back(entry);
+                    } while (!rest.isEmpty());
                 }
             });
         return plans;
@@ -133,6 +144,15 @@ const PhonePlan* PlanOfRegion(QStringView region) {
     return plan != std::end(phonePlans) && plan->Region == region ? plan : nullptr;
 }
 
+namespace {
+
+// Whether a country of the North American plan has an area code of its own or among what all share.
+bool HasArea(const PhonePlan& plan, QStringView area) {
+    return plan.Numbers.size() > 400 || plan.Numbers.first(plan.Numbers.indexOf(u'+')).contains(area);
+}
+
+} // namespace
+
 const PhonePlan* PlanOfCode(int code, QStringView national) {
     if (code == 7)
         return PlanOfRegion(national.startsWith(u'7') || national.startsWith(u'6') ? u"KZ" : u"RU");
@@ -140,10 +160,10 @@ const PhonePlan* PlanOfCode(int code, QStringView national) {
         const PhonePlan* const us = PlanOfRegion(u"US");
         if (national.size() != 10 || IsInUse(*us, national))
             return us;
-        for (const PhonePlan& plan : phonePlans)
-            if (plan.Code == 1 && IsInUse(plan, national))
-                return &plan;
-        return us;
+        const auto own = std::find_if(std::begin(phonePlans), std::end(phonePlans), [national](const PhonePlan& plan) {
+            return plan.Code == 1 && HasArea(plan, national.first(3)) && IsInUse(plan, national);
+        });
+        return own != std::end(phonePlans) ? own : us;
     }
     const auto plan = std::find_if(std::begin(phonePlans), std::end(phonePlans),
                                    [code](const PhonePlan& p) { return p.Code == code; });
@@ -170,7 +190,8 @@ bool IsInUse(const PhonePlan& plan, QStringView national) {
     if (!IsPossibleLength(plan, national.size()))
         return false;
     const ReadPlan& read = Read(plan);
-    return AnyCovers(read.Entries, national) && !AnyCovers(read.Unassigned, national);
+    const std::size_t first = FirstDigit(national);
+    return AnyCovers(read.Entries[first], national) && !AnyCovers(read.Unassigned[first], national);
 }
 
 bool IsExchangeOfIsland(const PhonePlan& plan, QStringView digits) {
@@ -186,12 +207,9 @@ bool IsExchangeOfIsland(const PhonePlan& plan, QStringView digits) {
 bool IsLikeOne(const PhonePlan& plan, QStringView national) {
     if (national.isEmpty() || !IsPossibleLength(plan, national.size()))
         return false;
-    const std::vector<Entry>& entries = Read(plan).Entries;
-    return std::any_of(entries.begin(), entries.end(), [national](const Entry& entry) {
-        if (entry.Head.isEmpty() || (entry.Sizes >> national.size() & 1) == 0)
-            return false;
-        return Fits(FirstDigitOf(entry.Head), national) >= 0;
-    });
+    const std::vector<Entry>& entries = Read(plan).Entries[FirstDigit(national)];
+    return std::any_of(entries.begin(), entries.end(),
+                       [national](const Entry& entry) { return (entry.Sizes >> national.size() & 1) != 0; });
 }
 
 std::pair<const PhonePlan*, const PhonePlan*> AllPlans() {
