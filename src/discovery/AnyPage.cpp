@@ -12,7 +12,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t mostLists = 6;       // that are read in full
-constexpr double lateFrom = 0.5;      // share of a sure list's promise
+constexpr double partsFrom = 0.5;     // share of a sure list’s promise
+constexpr double lateFrom = 0.25;
 constexpr double wellWitnessed = 0.6; // share of a list's records that structured data names
 
 void Take(AnyPageReading& reading, RecordsReading& list) {
@@ -91,7 +92,7 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
     double promise = 0; // of the best list that is sure
     size_t sure = 0;    // its number
     for (const RecordList& list : FindLists(annotations, signatures, mostLists)) {
-        if (promise > 0 && list.Promise < lateFrom * promise && LiesWithin(list, lists[sure])) {
+        if (promise > 0 && list.Promise < partsFrom * promise && LiesWithin(list, lists[sure])) {
             parts.push_back({{}, static_cast<int>(list.Records.size()), 0, u"parts of the records of a better list"_s});
             continue;
         }
