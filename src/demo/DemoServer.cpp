@@ -223,7 +223,11 @@ void DemoServer::ChangeClasses(QStringView code, bool changed) {
 }
 
 QString DemoServer::AuthorityFile() const {
-    return state_->Authority ? state_->Authority->File() : QString();
+#ifdef BRINDLE_DEMO_TLS
+    if (state_->Authority)
+        return state_->Authority->File();
+#endif
+    return {};
 }
 
 } // namespace Brindle::Demo

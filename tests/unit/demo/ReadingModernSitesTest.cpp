@@ -12,11 +12,13 @@ using namespace Qt::StringLiterals;
 namespace Brindle::Demo {
 namespace {
 
-QString PageAt(const DemoServer& server, const QString& address) {
+QString PageAt([[maybe_unused]] const DemoServer& server, const QString& address) {
     const QUrl url(address);
     httplib::Client client(QUrl(url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery)).toString().toStdString());
+#ifdef CPPHTTPLIB_OPENSSL_SUPPORT
     if (url.scheme() == u"https")
         client.set_ca_cert_path(server.AuthorityFile().toStdString());
+#endif
     const httplib::Result answer = client.Get(url.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString());
     return answer ? QString::fromStdString(answer->body) : QString();
 }

@@ -154,7 +154,7 @@ TEST(IeBrowser, AnswersWithoutAPage) {
         EXPECT_FALSE(browser.Busy());
     };
     expectEmpty();
-    browser.SetProxy({u"127.0.0.1"_s, 9, u"u"_s, u"p"_s});
+    browser.SetProxy({u"127.0.0.1"_s, 9, ProxyLogin{u"u"_s, u"p"_s}});
     browser.SetProxy({});
     browser.SetUserAgent(u"Agent/1"_s);
     browser.Widget()->show();

@@ -90,7 +90,7 @@ TEST_F(IePageHostTest, TellsTheLoginToTheProxyAlone) {
     };
     EXPECT_EQ(ask(AUTHENTICATEF_PROXY | AUTHENTICATEF_BASIC), E_ACCESSDENIED) << "there is no login";
 
-    Site->Pages().Login().SetProxyLogin({u"proxy"_s, 80, u"u\u00e9"_s, QString()});
+    Site->Pages().Login().SetProxyLogin({u"proxy"_s, 80, ProxyLogin{u"u\u00e9"_s, QString()}});
     EXPECT_EQ(ask(AUTHENTICATEF_BASIC), E_ACCESSDENIED);
     EXPECT_EQ(login->Authenticate(&window, &user, &password), E_ACCESSDENIED);
     EXPECT_EQ(user, nullptr);
