@@ -16,6 +16,7 @@ namespace {
 constexpr qsizetype longestAddress = 300; // characters
 constexpr int mostWitnesses = 50;
 constexpr size_t mostSamples = 60;
+constexpr qsizetype longestSample = 90;
 
 QString MostOften(const QHash<QString, int>& counts) {
     QString most;
@@ -47,13 +48,18 @@ QStringList RegionsOfLanguage(const QString& language) {
 // A few lines with digits tell the country: its phones are valid there, its addresses look so.
 QString RegionOfLines(const PageLines& lines, const QString& language, const QString& guessed) {
     std::vector<QStringView> samples;
-    for (const TextLine& line : lines.Lines) {
-        const QStringView text = lines.TextOf(line);
-        if (text.size() < 6 || text.size() > 90)
-            continue;
-        const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-        if (digits >= 5)
+    const auto take = [&samples](QStringView text) {
+        if (text.size() < 6 || text.size() > longestSample || samples.size() == mostSamples)
+            return;
+        if (std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }) >= 5)
             samples.push_back(text);
+    };
+    for (const TextLine& line : lines.Lines) {
+        if (line.Length <= longestSample)
+            take(lines.TextOf(line));
+        else // cards that only their style puts into lines of their own
+            for (int piece = line.FirstPiece; piece < line.FirstPiece + line.PieceCount; ++piece)
+                take(lines.TextOf(lines.Pieces[static_cast<size_t>(piece)]));
         if (samples.size() == mostSamples)
             break;
     }

@@ -198,6 +198,17 @@ TEST(Rules, NumbersOfEntriesAreNoStreetNumbers) {
     EXPECT_EQ(records[1].Fields.FullAddress.toStdString(), "Calle Mayor 2, 28013 Madrid");
 }
 
+TEST(Rules, CardsWithoutLinesTellTheCountryToo) {
+    // All of it is one line of text for who does not know the style; neither the site nor a "+1" says whose numbers
+    // these are.
+    const auto records =
+        Read(u"<a class=c href='/b/{i}'><span>Haus {c}</span><span>{i}9 Maple St, Salem, OR 97301</span>"
+             "<span>(217) 523-411{i}</span></a>"_s,
+             u"Plumbers"_s, 8, {}, u"https://www.guide.example/x"_s, u"en"_s);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[2].Fields.Phone.toStdString(), "(217) 523-4113");
+}
+
 TEST(Rules, TownsBeforeTheStreetInRussia) {
     const QString entry = u"<ul><li class=n>Кафе {c}</li><li>Москва</li><li>ул. Ленина, {i}</li>"
                           "<li>+7 495 123-45-6{i}</li></ul>"_s;
