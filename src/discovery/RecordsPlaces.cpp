@@ -72,7 +72,8 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     const NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     if (node == noNode || node == name)
         return;
-    const QString category = ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
+    const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
+                                          : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
     if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
         LabelAtBegin(category).Hints != 0)
         return;
@@ -554,6 +555,8 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
                 says ? u"calls itself a category"_s : u"short texts that name trades or the page’s subject"_s;
         }
     }
+    if (category_ < 0)
+        ChooseTradeBesideRange();
 }
 
 // The texts of an element's parts, parted by commas where the page parts them by its style.

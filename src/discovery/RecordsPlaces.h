@@ -63,12 +63,15 @@ private:
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                    Lead& lead) const;
     QString ListText(NodeIndex node) const;
+    static QStringView TradeBesideRange(QStringView text);
+    void ChooseTradeBesideRange();
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
     int town_ = -1; // of the columns
     int category_ = -1;
+    bool besideRange_ = false; // the category is a part of its column's texts
     QString categoryWhy_;
 };
 

@@ -55,6 +55,41 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     }
 }
 
+// "$$ | French, Bistro | Old Montreal": what stands behind the mark of how dear a place is, "French, Bistro". Empty for
+// other texts.
+QStringView RecordPlaces::TradeBesideRange(QStringView text) {
+    constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9";
+    bool ranged = false;
+    for (qsizetype begin = 0; begin < text.size() && text.size() <= 150;) {
+        qsizetype end = begin;
+        while (end < text.size() && !QStringView(u"|\u00B7\u2022\u22C5").contains(text[end]))
+            ++end;
+        const QStringView part = text.sliced(begin, end - begin).trimmed();
+        const auto isSign = [&part](QChar c) { return c == part.front(); };
+        if (!part.isEmpty() && part.size() <= 5 && signs.contains(part.front()))
+            ranged = end < text.size() && std::all_of(part.begin(), part.end(), isSign);
+        else if (ranged)
+            return part.size() >= 3 && part.size() <= 60 && part.front().isLetter() && !HasDigit(part) ? part
+                                                                                                       : QStringView();
+        begin = end + 1;
+    }
+    return {};
+}
+
+void RecordPlaces::ChooseTradeBesideRange() {
+    for (size_t i = 0; i < columns_.Columns.size() && category_ < 0; ++i) {
+        const RecordColumn& column = columns_.Columns[i];
+        const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [this](NodeIndex node) {
+            return node != noNode && !TradeBesideRange(columns_.TextOf(node)).isEmpty();
+        });
+        besideRange_ = !column.IsHeading && trades * 5 >= std::ssize(column.Nodes) * 3;
+        if (besideRange_) {
+            category_ = static_cast<int>(i);
+            categoryWhy_ = u"stands beside how dear each place is"_s;
+        }
+    }
+}
+
 // What is left of a segment without its label, the record's name, phones, and addresses of the web and of mail.
 void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& name) const {
     const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];

@@ -220,7 +220,7 @@ HttpRequest PageFetcher::NewRequest(const QString& url) const {
     HttpRequest request;
     request.Url = url;
     request.Headers = noCacheHeaders;
-    request.UserAgent = modern ? (browserAgent_.isEmpty() ? OwnUserAgent() : browserAgent_) : userAgent;
+    request.UserAgent = modern ? OwnUserAgent() : userAgent;
     request.Via = proxy_;
     request.Tls = modern ? TlsUse::From12 : TlsUse::Refused;
     request.CaFile = caFile_;

@@ -44,8 +44,6 @@ public:
 
     /// Replaces the source of the random delay.
     void SetRandom(Random random) { random_ = std::move(random); }
-    /// The user agent of the modern way, that of the browser; empty: the program's own.
-    void SetBrowserAgent(const QString& agent) { browserAgent_ = agent; }
     /// Certificate authorities instead of the system's.
     void SetCaFile(const QString& caFile) { caFile_ = caFile; }
 
@@ -95,7 +93,6 @@ private:
     Proxy proxy_; // stays from one call to the next
     Random random_;
     QString caFile_;
-    QString browserAgent_;
     std::optional<qint64> patience_;
     qint64 progressMaximum_ = 0;
     HttpClient* tlsClient_ = nullptr; // while a fallback is under way

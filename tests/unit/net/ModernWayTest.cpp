@@ -2,6 +2,7 @@
 #include "TlsServer.h"
 #include "net/EmailHarvester.h"
 #include "net/EmailSearch.h"
+#include "net/UserAgent.h"
 
 namespace Brindle {
 namespace {
@@ -34,13 +35,12 @@ protected:
 TEST_F(Modern, HttpsGoesTheOrdinaryWay) {
     TlsServer newest(authority, TlsVersions::Only13, Http("new"));
     TlsServer older(authority, TlsVersions::Only12, Http("older", "200 OK", "Set-Cookie: s=1; Path=/\r\n"));
-    fetcher.SetBrowserAgent(u"Agent/1"_s);
     EXPECT_TRUE(fetcher.DownloadURL(newest.Base(), page, false)) << fetcher.LastError().toStdString();
     EXPECT_EQ(newest.LastVersion(), "TLSv1.3");
     for (int i = 0; i < 2; ++i)
         EXPECT_TRUE(fetcher.DirectDownloadURL(older.Base(), page, true)) << fetcher.LastError().toStdString();
     EXPECT_EQ(Header(older.LastRequest(), "Cookie"), "s=1");
-    EXPECT_EQ(Header(older.LastRequest(), "User-Agent"), "Agent/1");
+    EXPECT_EQ(Header(older.LastRequest(), "User-Agent"), OwnUserAgent().toLatin1());
     EXPECT_EQ(bench.State.LastFetched.Address, QString(older.Base() + u'/'));
     EXPECT_EQ(bench.State.LastFetched.Peer, u"127.0.0.1"_s);
 

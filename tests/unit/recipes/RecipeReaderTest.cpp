@@ -177,6 +177,12 @@ TEST(RecipeReader, DriftIsWhatChanceDoesNotExplain) {
         {counts(25, 25, 24), counts(100, 100, 60), u""_s},
         {counts(25, 25, 24), counts(1, 1, 0), u""_s},
         {counts(25, 25, 1), counts(25, 25, 0), u""_s},
+        {counts(25, 25, 24), counts(25, 25, 23), u""_s},
+        {counts(25, 25, 24), counts(250, 250, 20), u"phone: filled in 20 of 250, was 24 of 25"_s},
+        {counts(25, 25, 12), counts(25, 25, 25), u""_s},
+        {counts(2, 2, 2), counts(25, 25, 0), u"phone: filled in 0 of 25, was 2 of 2"_s},
+        {counts(25, 25, 24), counts(25, 3, 3),
+         u"business name: filled in 3 of 25, was 25 of 25; phone: filled in 3 of 25, was 24 of 25"_s},
         {counts(25, 25, 24), counts(0, 0, 0), u"no records, was 25"_s},
         {counts(0, 0, 0), counts(25, 25, 0), u""_s},
     };
