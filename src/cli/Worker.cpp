@@ -5,6 +5,7 @@
 #include "platform/TickCount.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QThread>
 
@@ -17,7 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint32 pauseMs = 500; // before a store is asked again
+constexpr qint32 pauseMs = 500;   // before a store is asked again
+constexpr qint32 firstMs = 5'000; // for a server that is just being started
 
 } // namespace
 
@@ -36,7 +38,9 @@ int Worker::Run() {
     if (line_.Member)
         InterruptWhenInputEnds();
     LeadKeeper keeper(target_, spoolFolder_, [this](const QString& problem) { console_.Error(problem); });
-    std::optional<Database> database(std::in_place, target_);
+    std::optional<Database> database;
+    bool met = false;
+    const QDeadlineTimer first(firstMs);
     const MoreOptions more = LoadOptionsInForce(line_, *CreatePlatform(), console_);
     const qint64 leaseMs = more.WorkLeaseSeconds * 1000LL;
     RobotsOfHosts robots;
@@ -47,6 +51,7 @@ int Worker::Run() {
         try {
             if (!database)
                 database.emplace(target_);
+            met = true;
             Searches searches(*database);
             if (held && outcome) {
                 // What a search found is in the store before it counts as done.
@@ -94,6 +99,8 @@ int Worker::Run() {
             database.reset();
             if (interrupt.Happened())
                 break;
+            if (!met && (error.Reason != StoreError::Why::Unreachable || first.hasExpired()))
+                throw;
             if (held && !outcome)
                 held.reset();
             console_.Note(error.Message());

@@ -97,14 +97,16 @@ Database::Database(const StoreTarget& target, Access access) : target_(target) {
             MigrateSchema(*this);
         }
     } catch (...) {
-        prepared_.clear();
-        database_ = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name_);
+        Close();
         throw;
     }
 }
 
 Database::~Database() {
+    Close();
+}
+
+void Database::Close() {
     if (lost_) {
         static const bool installed = [] {
             otherMessages = qInstallMessageHandler(TakeMessage);

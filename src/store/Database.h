@@ -52,6 +52,7 @@ public:
     [[noreturn]] void Throw(const QSqlError& what) const;
 
 private:
+    void Close();
     void Connect();
     void Open();
     void OpenForReading();

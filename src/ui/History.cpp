@@ -102,7 +102,8 @@ void History::WidenColumns() {
         header->setSectionResizeMode(column, QHeaderView::Stretch);
     page.lvwHarvests->setColumnWidth(StoredHarvestsModel::Date, moment);
     for (const int column : {StoredHarvestsModel::Leads, StoredHarvestsModel::New})
-        page.lvwHarvests->setColumnWidth(column, header->sectionSizeHint(column) + margin);
+        page.lvwHarvests->setColumnWidth(column, header->sectionSizeHint(column));
+    header->setMinimumSectionSize(margin * 2); // where there is no room for all, the list is scrolled
     page.lvwHLeads->setColumnWidth(0, moment);
 }
 

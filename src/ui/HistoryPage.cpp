@@ -96,9 +96,9 @@ HistoryPage::HistoryPage(QWidget* parent) : QWidget(parent) {
 
     split->addWidget(harvests);
     split->addWidget(leads);
-    split->setSizes({540, 700});
-    split->setStretchFactor(0, 2);
-    split->setStretchFactor(1, 3);
+    split->setSizes({580, 700});
+    split->setStretchFactor(0, 4);
+    split->setStretchFactor(1, 5);
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(split);

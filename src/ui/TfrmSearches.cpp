@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLocale>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include <map>
@@ -47,6 +48,10 @@ QString Said(const SearchProblem& problem, const WindowTexts& texts) {
     return texts.With(WindowText::SearchesWrongLine,
                       {Number(problem.Line),
                        text == known.end() ? problem.Fault.Text() : texts.With(text->second, problem.Fault.Values)});
+}
+
+bool IsNumber(int column) {
+    return column == SearchesModel::Line || column == SearchesModel::Pages || column == SearchesModel::Leads;
 }
 
 } // namespace
@@ -91,9 +96,8 @@ QVariant SearchesModel::data(const QModelIndex& index, int role) const {
         return {};
     const SearchProgress& row = rows[static_cast<size_t>(index.row())];
     const SearchRow& search = row.Search.Row;
-    const bool number = index.column() == Line || index.column() == Pages || index.column() == Leads;
     if (role == Qt::TextAlignmentRole)
-        return QVariant::fromValue((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        return QVariant::fromValue((IsNumber(index.column()) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
     switch (index.column()) {
@@ -117,7 +121,11 @@ QVariant SearchesModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant SearchesModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    return orientation == Qt::Horizontal && role == Qt::DisplayRole ? QVariant(captions_.value(section)) : QVariant();
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::TextAlignmentRole && IsNumber(section))
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? QVariant(captions_.value(section)) : QVariant();
 }
 
 // Controls are made in the order in which Tab walks through them.
@@ -233,7 +241,7 @@ TfrmSearches::TfrmSearches(SearchDesk& desk, StoreDesk& store, const Workbench& 
     const SearchWish wish = desk_.Wish();
     edtJobs_->setValue(wish.Jobs);
     chkRobots_->setChecked(wish.AskRobots);
-    resize(980, 620);
+    resize(QSize(980, 620).boundedTo(screen()->availableSize() - QSize(20, 60))); // the frame takes room, too
 }
 
 void TfrmSearches::ApplyTexts(const WindowTexts& texts) {
