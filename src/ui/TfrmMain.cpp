@@ -33,6 +33,7 @@ namespace {
 constexpr int startUpDelay = 100;
 constexpr int updatePatience = 500; // before the directories are offered without its answer
 constexpr int indicatorInterval = 500;
+constexpr qsizetype namedProblems = 3; // of the deployment file
 const QString blank = u"about:blank"_s;
 
 ShownBrowser NewsBrowser(const MainWindowParts& parts) {
@@ -316,10 +317,22 @@ void TfrmMain::LoadCatalogue() {
     const bool any = !bench_.Catalogue.WebsiteURLS().isEmpty();
     form_.cbxWebsites->setEnabled(any);
     form_.btnStart->setEnabled(any);
-    if (!bench_.Sites.Problems.empty())
-        form_.Status->SetPanel(StatusPanel::Message, bench_.Sites.Problems.front().Text);
+    SayWhatIsWrongWithSites();
     if (any)
         selector_.Open(form_.cbxWebsites->currentText());
+}
+
+// In a line of its own: a panel of the status bar has no room for file, group and reason.
+void TfrmMain::SayWhatIsWrongWithSites() {
+    QStringList lines;
+    for (const SitesProblem& problem : bench_.Sites.Problems)
+        lines.append(problem.Text);
+    if (lines.isEmpty())
+        return;
+    form_.Status->SetPanel(StatusPanel::Message, lines.first());
+    if (lines.size() > namedProblems)
+        lines = lines.first(namedProblems) << u"\u2026 (%1)"_s.arg(lines.size());
+    form_.Offer->Say(lines.join(u'\n'));
 }
 
 void TfrmMain::cbxLanguageChange(int index) {

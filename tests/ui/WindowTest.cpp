@@ -115,6 +115,16 @@ TEST_F(WindowTest, StartsInItsOrder) {
     EXPECT_FALSE(Run->Control<QWidget>(u"btnUpdates")->toolTip().isEmpty());
 }
 
+TEST_F(WindowTest, SaysInFullWhatIsWrongWithTheSitesFile) {
+    const QByteArray ini = "[map]\nbase=http://maps.test\n[KVPN002001]\nbase=nowhere\nlabel=Test\n";
+    Create(SitesFile::Parse(ini, u"/a/folder/sites.ini"_s, SiteAdapters()));
+    Run->Show();
+    const QString said = Run->Control<NoticeBar>(u"Offer")->Said();
+    EXPECT_TRUE(said.contains(u"/a/folder/sites.ini: group [KVPN001001], key base: missing"_s)) << said.toStdString();
+    EXPECT_TRUE(said.contains(u"key base: \u201Cnowhere\u201D is no http or https address"_s)) << said.toStdString();
+    EXPECT_TRUE(said.endsWith(u"\u2026 (8)"_s)) << said.toStdString(); // the rest is as the first one
+}
+
 TEST_F(WindowTest, BrowserBarDrivesTheBrowser) {
     Open();
     auto* const address = Run->Control<QLineEdit>(u"edtAddress");
