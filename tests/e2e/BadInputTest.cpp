@@ -138,11 +138,18 @@ TEST_F(DemoFixture, LeadThatCannotBeSavedIsNotLost) {
     QFile file(Path(u"file"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     const QString folder = file.fileName() + u"/below"; // which cannot be made
-    const Outcome outcome = RunCli(Harvest(canada, {u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s,
-                                                    u"cExportManually=0"_s, u"--set"_s, u"eExportFolder=" + folder}));
-    EXPECT_EQ(outcome.Status, 1);
-    EXPECT_TRUE(outcome.ErrText().contains(folder)) << outcome.Err.toStdString();
-    ExpectSameLeads(LeadsOfJsonl(outcome.Out), {Planted(canada).front()});
+    for (const QString& format : {u"jsonl"_s, u"csv"_s}) {
+        const Outcome outcome =
+            RunCli(Harvest(canada, {u"--format"_s, format, u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s,
+                                    u"cExportManually=0"_s, u"--set"_s, u"eExportFolder=" + folder}));
+        EXPECT_EQ(outcome.Status, 1);
+        EXPECT_TRUE(outcome.ErrText().contains(folder)) << outcome.Err.toStdString();
+        const Lead lost = Planted(canada).front();
+        if (format == u"csv")
+            EXPECT_EQ(outcome.Out, CsvOf({lost}));
+        else
+            ExpectSameLeads(LeadsOfJsonl(outcome.Out), {lost});
+    }
 }
 
 // A full disk, as far as a file can play one.

@@ -82,6 +82,13 @@ TEST_F(HarvestOptionsTest, AutomaticSavingWritesItsOwnFile) {
     EXPECT_EQ(once, CsvOf(Planted(canada)).split('\n'));
     const QString out = Path(u"out.csv"_s);
     EXPECT_TRUE(!QFile::exists(out) || FileContent(out).isEmpty());
+
+    const QString book = Path(u"out.xlsx"_s);
+    const Outcome again =
+        RunCli(Harvest(canada, {u"--set"_s, u"cExportAutomatic=-1"_s, u"--set"_s, u"eExportFolder=" + Path(u"auto"_s),
+                                u"--format"_s, u"xlsx"_s, u"--out"_s, book, u"--max-pages"_s, u"1"_s}));
+    EXPECT_EQ(again.Status, 0) << again.Err.toStdString();
+    EXPECT_FALSE(QFile::exists(book));
 }
 
 // On a terminal or not, progress goes to standard error, with the addresses of the pages and how often a field is
@@ -92,6 +99,31 @@ TEST_F(HarvestOptionsTest, TellsOnStandardErrorHowItGoes) {
     for (const QString& caption : EnglishCaptions())
         EXPECT_TRUE(outcome.Err.contains(caption.toUtf8())) << caption.toStdString();
     EXPECT_TRUE(RunCli(Harvest(canada, {u"--quiet"_s})).Err.isEmpty());
+}
+
+TEST_F(DemoFixture, APageThatCannotBeReadToItsEndIsSaidAndCounted) {
+    httplib::Server server;
+    server.Get("/", [](const httplib::Request&, httplib::Response& response) {
+        response.set_content("<body class=row-fluid><div><a class=\"link-wrapper clickstream-link\" href=\"/d\"></a><p "
+                             "itemprop=\"name\">Bar</p></div><p id=footer-wrapper>",
+                             "text/html");
+    });
+    server.Get("/d", [](const httplib::Request&, httplib::Response& response) {
+        response.set_content("<body><p class=address-location>Springfield</p>", "text/html");
+    });
+    const QString base = u"http://127.0.0.1:%1"_s.arg(server.bind_to_any_port("127.0.0.1"));
+    std::thread serving([&] { server.listen_after_bind(); });
+    const QString sites =
+        Write(u"own.ini"_s, u"[map]\nbase=http://maps.test\n[KVPN001001]\nbase=%1\nlabel=USA\n"_s.arg(base).toUtf8());
+    const Outcome outcome = RunCli({u"harvest"_s, u"--sites"_s, sites, u"--site"_s, u"KVPN001001"_s, u"--start"_s,
+                                    base + u'/', u"--pace"_s, u"0"_s},
+                                   10'000);
+    server.stop();
+    serving.join();
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+    EXPECT_TRUE(outcome.ErrText().contains(base + u"/: not read to the end: the location of " + base + u"/d"))
+        << outcome.Err.toStdString();
+    EXPECT_TRUE(outcome.Err.contains("1 page not read to the end")) << outcome.Err.toStdString();
 }
 
 // The page announces a next one but has no link to it, and its lead has no link that would hold it back when the page

@@ -37,6 +37,7 @@ TEST_F(DemoFixture, HarvestsEveryDirectory) {
         const Outcome outcome = RunCli(Harvest(site, {}));
         ASSERT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
         ExpectSameLeads(LeadsOfJsonl(outcome.Out), Planted(site));
+        EXPECT_FALSE(outcome.Err.contains("in a circle")) << outcome.Err.toStdString(); // the last page leads nowhere
     }
     EXPECT_EQ(codes.size(), 8);
 }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -157,6 +158,34 @@ TEST_F(SearchesTest, WhatAPageSaidHoldsAfterABreak) {
     EXPECT_EQ(RunCli(run).Status, 0);
     const Outcome outcome = RunCli({u"leads"_s, u"--store"_s, store, u"--format"_s, u"jsonl"_s});
     ExpectSameLeads(Sorted(LeadsOfJsonl(outcome.Out)), Sorted(planted));
+}
+
+// Each page has attempts of its own: the first answer of the first one breaks off, and four of the second.
+TEST_F(SearchesTest, APageThatDoesNotComeIsAskedForAgain) {
+    const QString code = u"KVPE001005"_s;
+    const QUrl first(Server().FirstResultPage(code));
+    std::map<std::string, int> failures{{"", 1}, {"2", 4}};
+    httplib::Server server;
+    server.Get("/cerca", [&](const httplib::Request& request, httplib::Response& response) {
+        if (failures[request.get_param_value("pag")]-- > 0)
+            return response.set_content_provider(100, "text/html",
+                                                 [](size_t, size_t, httplib::DataSink&) { return false; });
+        httplib::Client directory("127.0.0.1", first.port());
+        response.set_content(directory.Get(request.target)->body, "text/html");
+    });
+    const QString base = u"http://127.0.0.1:%1"_s.arg(server.bind_to_any_port("127.0.0.1"));
+    std::thread serving([&] { server.listen_after_bind(); });
+    const QString sites =
+        Write(u"own.ini"_s, u"[map]\nbase=http://maps.test\n[%1]\nbase=%2\nlabel=Italy\n"_s.arg(code, base).toUtf8());
+    const QString table = Write(u"one.csv"_s, u"site,start\n%1,%2/cerca?chi=ottici\n"_s.arg(code, base).toUtf8());
+    QStringList run = With({u"run"_s, table, u"--ignore-robots"_s}, Path(u"leads.db"_s));
+    run[run.indexOf(u"--sites"_s) + 1] = sites;
+    const Outcome outcome = RunCli(run);
+    server.stop();
+    serving.join();
+    EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
+    const Outcome found = RunCli({u"leads"_s, u"--store"_s, Path(u"leads.db"_s), u"--format"_s, u"jsonl"_s});
+    EXPECT_EQ(LeadsOfJsonl(found.Out).size(), Planted({code, 1}).size());
 }
 
 TEST_F(SearchesTest, WrongRowsAndFailedSearchesAreNamed) {

@@ -112,6 +112,26 @@ TEST_F(HistoryTest, LeadsThatWereNotExportedAreOfferedBack) {
     EXPECT_EQ(Offer(), QString());
 }
 
+TEST_F(HistoryTest, OffersWhatWasSavedInPartOrNotAtAll) {
+    Run.Show();
+    // A harvest of which a lead was left out.
+    Harvest(0, 5);
+    Run.Items().selectionModel()->select(
+        QItemSelection(Run.Items().model()->index(0, 0), Run.Items().model()->index(3, FieldCount - 1)),
+        QItemSelectionModel::ClearAndSelect);
+    Run.Notices.FileName = Run.System.GetDocumentsFolder() + u"/leads.csv";
+    Run.Click(u"btnExportAll");
+    // One that was saved automatically, and one whose file could not be written.
+    Run.Window->Options().cExportAutomatic = true;
+    Harvest(10, 30);
+    Run.Window->State().FailureMessage = u"no room"_s;
+    Harvest(50, 200);
+    Run.Again();
+    Run.Show();
+    ASSERT_TRUE(Run.Until([&] { return !Offer().isEmpty(); }, 20));
+    EXPECT_TRUE(Offer().endsWith(u": 205")) << Offer().toStdString();
+}
+
 TEST_F(HistoryTest, FindsSortsOpensDeletesAndErases) {
     Run.Show();
     Harvest(0, 300);

@@ -233,6 +233,14 @@ TEST_F(WindowTest, SaysWhatTheBrowserCannotDo) {
     Q_EMIT Browser->NavigateComplete(bad);
     EXPECT_TRUE(Run->Notice().contains(u"http://a.test/setup.exe"));
     EXPECT_TRUE(reload->isHidden());
+    // A failure goes as soon as the same address comes up.
+    Browser->Errors.insert(bad, u"http://bad.test: refused"_s);
+    Q_EMIT Browser->NavigateComplete(bad);
+    EXPECT_EQ(Run->Notice(), u"http://bad.test: refused"_s);
+    Browser->Errors.clear();
+    Q_EMIT Browser->NavigateComplete(bad);
+    EXPECT_EQ(Run->Notice(), QString());
+    Q_EMIT Browser->DownloadRefused(u"http://a.test/setup.exe"_s);
     enter(u"http://a.test"_s);
     EXPECT_EQ(Run->Notice(), QString());
 }
@@ -269,6 +277,11 @@ TEST_F(WindowTest, ShowsThatAHarvestRuns) {
     Loop.RunUntil(Loop.Now() + 20'000);
     EXPECT_EQ(activity(), QString());
     EXPECT_EQ(prominent(), u"btnStart"_s);
+
+    // The next harvest counts anew.
+    Run->Click(u"btnStart");
+    Loop.RunUntil(Loop.Now() + 500);
+    EXPECT_TRUE(activity().startsWith(u"0:00   pages: 0   leads: 0")) << activity().toStdString();
 }
 
 TEST_F(WindowTest, AStalledUpdateServerHoldsNothingUp) {

@@ -180,6 +180,23 @@ TEST_F(DocumentHarvest, LoadsMoreUntilThePageStaysTheSame) {
     EXPECT_TRUE(observer.Repeated.isEmpty());
 }
 
+// The page says that it is loading before the records are there.
+TEST_F(DocumentHarvest, MoreThatComesLateIsWaitedFor) {
+    browser.Pages = {{page1, u"A|\nmore"_s}};
+    int asked = 0;
+    browser.OnLoadMore = [&] {
+        if (++asked > 1)
+            return false;
+        browser.Pages[page1] = u"A|\n\nmore"_s;
+        bench->Loop.Post(bench->Loop.Now() + 1500, [this] { browser.Pages[page1] = u"A|\nB|\nmore"_s; });
+        return true;
+    };
+    Start();
+    bench->Loop.RunToIdle(60'000);
+    EXPECT_EQ(Names(), (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_EQ(asked, 2);
+}
+
 TEST_F(DocumentHarvest, APageThatChangesWithoutMoreRecordsHasNoMore) {
     browser.Pages = {{page1, u"A|\nmore"_s}};
     int asked = 0;

@@ -279,6 +279,15 @@ TEST_F(WebEngine, APublicPageLeadsToNoPlaceOfThisMachine) {
     EXPECT_TRUE(Body().contains(u"secret"));
 }
 
+TEST_F(WebEngine, MoreIsWhatMakesThePageGrow) {
+    Server.Pages["/"] = "<ul><li>one</ul><button onclick=\"setTimeout(() => document.querySelector('ul').innerHTML += "
+                        "'<li>two', 300); this.disabled = true\">Load more</button>";
+    ASSERT_TRUE(Load(Server.Address()));
+    EXPECT_TRUE(Browser.LoadMore({}));
+    EXPECT_TRUE(Body().contains(u"two"));
+    EXPECT_FALSE(Browser.LoadMore({}));
+}
+
 TEST_F(WebEngine, TakesAnotherProxyFromTheFirstRequestOn) {
     Server.Pages["/"] = "<p>direct";
     ASSERT_TRUE(Load(Server.Address()));
