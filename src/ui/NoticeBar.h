@@ -18,6 +18,8 @@ public:
     /// Shows a text; without an action the button is hidden.
     void Say(const QString& text, const QString& action = {});
     void SetCloseHint(const QString& hint);
+    /// It is shown with its button.
+    bool Asks() const { return !isHidden() && !action_->isHidden(); }
     QString Said() const { return isHidden() ? QString() : text_->text(); }
 
 Q_SIGNALS:

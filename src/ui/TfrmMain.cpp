@@ -526,7 +526,9 @@ void TfrmMain::PageRead() {
 
 void TfrmMain::PageGivenUp(const QString& address, const QString& reason) {
     indicator_.PageGivenUp(address, reason);
-    form_.Notice->Say(windowTexts_.With(WindowText::HarvestPageGivenUp, {address, reason}));
+    // The notice of the page would go with the page, which is left at once; a question that is open stays.
+    NoticeBar* const bar = form_.Offer->Asks() ? form_.Notice : form_.Offer;
+    bar->Say(windowTexts_.With(WindowText::HarvestPageGivenUp, {address, reason}));
 }
 
 void TfrmMain::PagesRepeat(const QString& address) {

@@ -141,12 +141,25 @@ TEST(UpdateCheckTest, OffersANewerRelease) {
                           u"3.16"_s);
         check.Run(true);
         EXPECT_EQ(bench.Notices.Said, QStringList{QString::fromUtf16(c.Said)});
+        EXPECT_EQ(bench.Status.Last(0), QString()); // which said that it is being asked
         EXPECT_EQ(system.Opened.size(), c.Opened ? 1 : 0);
         // At start-up only what is new is said.
         bench.Notices.Said.clear();
         check.Run(false);
         EXPECT_EQ(bench.Notices.Said.size(), c.Opened ? 1 : 0);
     }
+}
+
+TEST(UpdateCheckTest, ASlowServerIsWaitedForByWhoAskedForIt) {
+    HarvestBench bench(SiteCode::UsYellowPages);
+    bench.Pages.OnFetch = [&bench] { bench.Loop.RunUntil(bench.Loop.Now() + 20'000); };
+    RecordingPlatform system;
+    UpdateCheck check({bench.Pages, bench.Texts, bench.Notices, bench.Status, system, bench.Loop},
+                      u"http://publisher.test/release"_s, u"3.16"_s);
+    check.Run(true);
+    EXPECT_EQ(bench.Pages.Disconnects, 0);
+    check.Run(false);
+    EXPECT_GT(bench.Pages.Disconnects, 0);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "PrintTo.h"
 #include "ScriptedBrowser.h"
 #include "WindowFixture.h"
+#include "core/Errors.h"
 #include "core/QtMessageLoop.h"
 #include "ui/ExportDialog.h"
 #include "ui/TfrmSettings.h"
@@ -282,6 +283,26 @@ TEST_F(WindowTest, ShowsThatAHarvestRuns) {
     Run->Click(u"btnStart");
     Loop.RunUntil(Loop.Now() + 500);
     EXPECT_TRUE(activity().startsWith(u"0:00   pages: 0   leads: 0")) << activity().toStdString();
+}
+
+TEST_F(WindowTest, SaysThatAPageCouldNotBeReadToItsEnd) {
+    Open();
+    SiteAdapter changed;
+    changed.Code = u"CHANGED"_s;
+    changed.Layouts = {
+        {.InitList = u"list"_s, .EndList = u"end"_s, .NextPageText = u"next<"_s, .Read = [](Harvest&, const QString&) {
+             throw IndexError(u"no such item"_s);
+         }}};
+    Run->Window->Bench().Catalogue.Add({.Code = u"CHANGED"_s, .Base = first, .Label = u"Test"_s}, changed);
+    Run->Window->State().CurrID = u"CHANGED"_s;
+    Browser->Pages.insert(first, u"<body>list <a href=\"/2\">next</a> end"_s);
+    Run->Click(u"btnStart");
+    Loop.RunUntil(Loop.Now() + 2500);
+    EXPECT_NE(Browser->LocationAddress(), first); // the next page has come
+    EXPECT_EQ(Run->Control<NoticeBar>(u"Offer")->Said(), first + u" could not be read to its end: no such item");
+    const QString activity = Run->Control<StatusBarView>(u"StatusBar")->Activity();
+    EXPECT_TRUE(activity.contains(u"given up: 1")) << activity.toStdString();
+    Run->Click(u"btnStop");
 }
 
 TEST_F(WindowTest, AStalledUpdateServerHoldsNothingUp) {

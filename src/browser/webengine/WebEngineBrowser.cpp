@@ -361,7 +361,8 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
         lastError_ = info.url().toString(QUrl::FullyEncoded) + u": "_s + reason;
         gone_ = info.isErrorPage();
     }
-    if (const QString refusal = page_->TakeRefusal(); !refusal.isEmpty())
+    const QString refusal = page_->TakeRefusal();
+    if (!refusal.isEmpty())
         lastError_ = refusal;
     else if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus && info.url().scheme().startsWith(u"http"_s))
         lastPage_ = info.url().toString(QUrl::FullyEncoded);

@@ -1,5 +1,6 @@
 #include "PrintTo.h"
 #include "core/Errors.h"
+#include "export/JsonLine.h"
 #include "export/LeadLines.h"
 #include "export/LeadReader.h"
 #include "export/SheetCsv.h"
@@ -105,6 +106,26 @@ TEST_F(Formats, WhatGoesOutComesBackEqual) {
         EXPECT_TRUE(back.Problems.isEmpty()) << back.Problems.join(u'\n').toStdString();
         EXPECT_TRUE(losses.IsEmpty());
     }
+}
+
+TEST(JsonLineOfALead, HasEveryKeyInOrderAndEscapesWhatItMust) {
+    QByteArray empty = "{";
+    for (const QString& caption : EnglishCaptions())
+        empty += (empty.size() > 1 ? ", \"" : "\"") + caption.toUtf8() + "\": \"\"";
+    EXPECT_EQ(JsonLine({}), empty + "}\n");
+
+    const std::pair<QString, QByteArray> cases[]{
+        {u"a\"b\\c/d"_s, R"("a\"b\\c/d")"},
+        {u"\n\r\t\u0001\u001f\u007f"_s, "\"\\n\\r\\t\\u0001\\u001f\x7f\""},
+        {u"Città ☎ \U0001F355"_s, "\"Citt\xC3\xA0 \xE2\x98\x8E \xF0\x9F\x8D\x95\""},
+        {QString(QChar(0xD83C)) + u'x' + QChar(0xDF55), R"("\ud83cx\udf55")"}, // halves of a pair
+    };
+    for (const auto& [text, written] : cases)
+        EXPECT_TRUE(JsonLine({.Category = text})
+                        .startsWith(QByteArray("{\"Category\": " + written + ", \"Business Name\": \"\"")))
+            << JsonLine({.Category = text}).constData();
+    EXPECT_TRUE(JsonLine({}, {u"Phone (E.164)"_s, u"B"_s}, {u"+1"_s})
+                    .endsWith("\"Details Link\": \"\", \"Phone (E.164)\": \"+1\", \"B\": \"\"}\n"));
 }
 
 TEST_F(Formats, WhatAFormatCannotHoldIsCounted) {
