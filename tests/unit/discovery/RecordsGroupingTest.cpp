@@ -112,6 +112,8 @@ TEST(Grouping, LinesBeforeATownAreItsStreetOnlyWhereNoneStandsBesideIt) {
         return reading.Records.size() == 6 ? reading.Records[2].Fields.FullAddress : QString();
     };
     EXPECT_EQ(address(u"<p>Anna Berg<br>Unter Sachsen {i}, 50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
+    EXPECT_EQ(address(u"<p>Seit 1998<br>Unter Sachsen {i}, 50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
+    EXPECT_EQ(address(u"<p>Seit 1998<br>50667 Köln, Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);
     EXPECT_EQ(address(u"<p>Anna Berg<br>50667 Köln, Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);
     EXPECT_EQ(address(u"<p>Unter Sachsen {i}<br>50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
     EXPECT_EQ(address(u"<p>50667 Köln<br>Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);

@@ -105,6 +105,8 @@ INSTANTIATE_TEST_SUITE_P(
              Field::Category, u"Elektriker, Lampen"_s},
         Rule{"TheTradeBesideThePriceRange", u"<p>€€ | Feine Dinge | Altstadt {i}</p>"_s + place + call, Field::Category,
              u"Feine Dinge"_s},
+        Rule{"AnAmountIsNoRange", u"<p>€5{i} | Feine Dinge | Altstadt</p>"_s + place + call, Field::Category, {}},
+        Rule{"AHallIsNoTrade", u"<p>€€ | Halle {i} | Altstadt</p>"_s + place + call, Field::Category, {}},
         Rule{"APriceIsNoRange", u"<p>€ | 12 Stück | Altstadt {i}</p>"_s + place + call, Field::Category, {}},
         Rule{"HoursAreNoStreet", u"<p>Ringweg {i}, 50667 Köln</p><p>Mo - Fr 9:00 - 17:{i}0</p>"_s + call,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
