@@ -64,7 +64,10 @@ TEST_F(DiagnoseTest, DamagedFilesStopNothing) {
     window.close();
     const Outcome outcome = RunCli({u"diagnose"_s, u"--settings"_s, settings, u"--store"_s, store});
     EXPECT_EQ(outcome.Status, 0) << outcome.Err.toStdString();
-    for (const char* const name : {"window.ini", "settings.dat", "options.toml", "leads.db", "broken.toml"}) {
+    // Not every system lets a test say where the settings folder is.
+    const bool isThere = ValueOf(outcome, "settings folder").startsWith(own.path().toUtf8());
+    EXPECT_EQ(outcome.Out.contains("window.ini: "), isThere);
+    for (const char* const name : {"settings.dat", "options.toml", "leads.db", "broken.toml"}) {
         bool named = false;
         for (const QByteArray& line : outcome.Out.split('\n'))
             named = named || (line.startsWith("problem: ") && line.contains(name));
