@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr size_t mostLists = 6;       // that are read in full
-constexpr double partsFrom = 0.5;     // share of a sure list’s promise
+constexpr size_t mostLists = 6;   // that are read in full
+constexpr double partsFrom = 0.5; // share of a sure list’s promise
 constexpr double lateFrom = 0.25;
 constexpr double wellWitnessed = 0.6; // share of a list's records that structured data names
 
@@ -117,9 +117,7 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
         list.Witness = witness;
     }
     std::stable_sort(lists.begin(), lists.end(), [](const RecordsReading& one, const RecordsReading& other) {
-        return one.Late != other.Late   ? other.Late
-               : one.Sure != other.Sure ? one.Sure
-                                        : one.Score > other.Score;
+        return one.Late != other.Late ? other.Late : one.Sure != other.Sure ? one.Sure : one.Score > other.Score;
     });
     PreferWhole(lists);
     for (const RecordsReading& list : lists)
