@@ -33,6 +33,8 @@ struct Shares {
     double Street = 0;
     double Jobs = 0;
     double Trades = 0; ///< a category that names a kind of business
+    double Questions = 0;
+    double Towns = 0;  ///< named as the town of their own address
     double House = 0;  ///< mail of the page's own site, or numbers of one exchange: the people of one house
     HintSet Often = 0; ///< what at least half of the records say of themselves
 };
@@ -198,6 +200,8 @@ private:
             shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareWords(lead.Category));
             shares.House += lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site);
             shares.Details += !lead.DetailsLink.isEmpty();
+            shares.Questions += lead.Name.endsWith(u'?') || lead.Name.endsWith(u'\uFF1F');
+            shares.Towns += IsTownOfItsAddress(record);
             shares.Rating += facts.Ratings > 0;
             HintSet here = page_.HintsOf(record.Begin);
             shares.Jobs += NamesJobs(BareWords(lead.Name));
@@ -209,14 +213,44 @@ private:
             for (size_t bit = 0; bit < hints.size(); ++bit)
                 hints[bit] += (here >> bit & 1U) != 0;
         }
-        for (double* const share : {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail,
-                                    &shares.Map, &shares.Category, &shares.Details, &shares.Rating, &shares.Price,
-                                    &shares.Date, &shares.Street, &shares.Jobs, &shares.Trades, &shares.House})
+        for (double* const share :
+             {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
+              &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
+              &shares.Jobs, &shares.Trades, &shares.House, &shares.Questions, &shares.Towns})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
                 shares.Often |= 1U << bit;
         return shares;
+    }
+
+    // "Boston" above "12 Main St" and "Boston, MA 02110".
+    bool IsTownOfItsAddress(const PageRecord& record) const {
+        const QString& name = record.Fields.Name;
+        if (name.size() < 3)
+            return false;
+        if (name == record.Fields.City)
+            return true;
+        const std::vector<TextPiece>& pieces = page_.Lines.Pieces;
+        for (auto i = static_cast<size_t>(page_.Lines.PieceFrom(record.Begin));
+             i < pieces.size() && pieces[i].Node < record.End; ++i) {
+            const auto line = static_cast<size_t>(pieces[i].Line);
+            const QStringView text = page_.Lines.TextOf(page_.Lines.Lines[line]);
+            if (page_.IsCodeLine[line] && text.size() < name.size() + 20 && text.contains(name))
+                return true;
+        }
+        return false;
+    }
+
+    double DistinctPhones() const {
+        QSet<QString> phones;
+        int filled = 0;
+        for (const PageRecord& record : reading_.Records)
+            if (!record.Fields.Phone.isEmpty()) {
+                phones.insert(record.Fields.Phone);
+                ++filled;
+            }
+        return filled == 0 ? 1 : static_cast<double>(phones.size()) / filled;
     }
 
     // How many different categories there are, as a share of the records that have one.
@@ -289,8 +323,12 @@ private:
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
         if (dated && (shares.Street < 0.5 || !directory))
             return no(u"its records have dates"_s);
-        if (shares.House > 0.6 && shares.Address < 0.3)
+        if ((shares.House > 0.6 || (shares.Phone > 0.6 && DistinctPhones() < 0.5)) && shares.Address < 0.3)
             return no(u"its records are people of one house"_s);
+        if (shares.Questions > 0.5)
+            return no(u"its records are questions"_s);
+        if (shares.Towns > 0.6)
+            return no(u"its records are the offices of one firm, named by their towns"_s);
         if ((often(Hint::Job) || often(Hint::Product) || often(Hint::Event)) && shares.Phone < 0.5)
             return no(u"its records call themselves jobs, goods or events"_s);
         if (often(Hint::Author) && shares.Phone < 0.5 && (shares.Street < 0.5 || !directory))
@@ -308,7 +346,7 @@ private:
         // Two addresses stand in many a footer, three or four in many an article.
         const double both = std::min(shares.Phone, shares.Address);
         const bool few = count < 5;
-        if (few && (names_.Score() < (directory && both >= 0.9 ? 1.5 : 2.5) ||
+        if (few && (names_.Score() < (directory && both >= 0.5 && shares.Address >= 0.9 ? 1.5 : 2.5) ||
                     (shares.Details < 0.5 && !often(Hint::Business) && !subject_.Businesses)))
             return no(u"too few records to be sure of"_s);
         if (few && subject_.OneFirm && shares.Details < 0.5)

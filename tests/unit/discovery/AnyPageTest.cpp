@@ -299,6 +299,13 @@ INSTANTIATE_TEST_SUITE_P(
                u"<li><b>Anna {i}</b> <i>vor {i} Stunden</i><p>Das sehe ich auch so, danke!</p></li>"_s},
         NoList{"Versions", u"Download"_s,
                u"<div><h4><a href='/s/{i}'>Programm {i}</a></h4>Version 2.10.{i}.4711 vom 2023-05-{i}</div>"_s},
+        NoList{
+            "Offices", u"Elektriker in Köln"_s,
+            u"<div class=office><h4>Köln-{i}</h4><p>Hauptstr. {i}<br>506{i} Köln-{i}</p><p>0221 5551{i}0</p></div>"_s},
+        NoList{"Questions", u"Restaurants in Köln: Fragen"_s,
+               u"<details><summary>Was kostet das {i}?</summary><p>Rufen Sie an: 0221 5551{i}0</p></details>"_s},
+        NoList{"Team", u"Unsere Zahnärzte"_s,
+               u"<div class=p><h3>Dr. Anna Berg {i}</h3><p>Zahnarzt</p><p>0221 5551100</p></div>"_s},
         NoList{"LinksToSites", u"Suche"_s,
                u"<div><h3><a href='https://seite{i}.example/'>Treffer {i}</a></h3><p>Ein Text dazu.</p></div>"_s}),
     [](const auto& info) { return std::string(info.param.Name); });
