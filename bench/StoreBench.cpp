@@ -45,10 +45,11 @@ void Fill(Filled& filled, benchmark::State& state) {
     state.PauseTiming(); // the leads are made between the measurements
     for (qint64 i = 0; i < LeadNumber(); ++i) {
         if (i % 5000 == 0) {
-            harvest = {.Uid = u"harvest-%1"_s.arg(i),
-                       .Session = u"s"_s,
-                       .Site = u"SITE%1"_s.arg(i / 5000 % 8),
-                       .Begun = begun + i * 100};
+            harvest = {};
+            harvest.Uid = u"harvest-%1"_s.arg(i);
+            harvest.Session = u"s"_s;
+            harvest.Site = u"SITE%1"_s.arg(i / 5000 % 8);
+            harvest.Begun = begun + i * 100;
             page.push_back(harvest);
         }
         Lead lead = Test::InventedLead(i);
@@ -105,17 +106,27 @@ void Count(benchmark::State& state, const LeadFilter& filter) {
 
 int main(int argc, char** argv) {
     const qint64 middle = 1'700'000'000 + LeadNumber() / 20;
+    const auto asking = [](const QString& text, const QString& site = {}, qint64 since = 0, qint64 until = 0,
+                           bool onlyNew = false) {
+        LeadFilter filter;
+        filter.Text = text;
+        filter.Site = site;
+        filter.Since = since;
+        filter.Until = until;
+        filter.OnlyNew = onlyNew;
+        return filter;
+    };
     const std::pair<const char*, LeadFilter> questions[] = {
         {"all", {}},
-        {"word_of_one", {.Text = u"100500"_s}},
-        {"word_of_many", {.Text = u"plumbers"_s}},
-        {"beginning", {.Text = u"rest"_s}},
-        {"two_words", {.Text = u"dentists bc"_s}},
-        {"directory", {.Site = u"SITE3"_s}},
-        {"since", {.Since = middle}},
-        {"until", {.Until = middle}},
-        {"new", {.OnlyNew = true}},
-        {"everything", {.Text = u"plumbers"_s, .Site = u"SITE3"_s, .Since = middle, .OnlyNew = true}},
+        {"word_of_one", asking(u"100500"_s)},
+        {"word_of_many", asking(u"plumbers"_s)},
+        {"beginning", asking(u"rest"_s)},
+        {"two_words", asking(u"dentists bc"_s)},
+        {"directory", asking({}, u"SITE3"_s)},
+        {"since", asking({}, {}, middle)},
+        {"until", asking({}, {}, 0, middle)},
+        {"new", asking({}, {}, 0, 0, true)},
+        {"everything", asking(u"plumbers"_s, u"SITE3"_s, middle, 0, true)},
     };
     benchmark::RegisterBenchmark("Keep", Keep)->Iterations(1)->Unit(benchmark::kMillisecond);
     for (const auto& [name, filter] : questions) {
