@@ -37,10 +37,10 @@ public:
     QString DocumentHtml() override;
     int LinkCount() override;
     QString LinkInnerText(int index) override;
-    /// Follows a link to a page or to a place on this page; one that would run a script, write a mail or store a file
-    /// does nothing.
     /// Where a click on a link leads; empty for one that leads to no page.
     QString LinkTarget(int index);
+    /// Follows a link to a page or to a place on this page; one that would run a script, write a mail or store a file
+    /// does nothing.
     void ClickLink(int index) override;
     void SetProxy(const Proxy& proxy) override;
     void SetUserAgent(const QString& userAgent) override;

@@ -57,7 +57,7 @@ public:
 
     // What a row reads within an element: the first value that is none but blanks.
     QString Read(const Row& row, const SelectorQuery& query, RecordSpan within) {
-        if (IsWholeFlatRecord(row.Says, within))
+        if (IsWholeFlatRecord(row.Says, row.Cut, within))
             return Finished(row, FlatRecordText({Page, Lines(), Base}, within));
         for (const NodeIndex node : SelectedIn(query, within)) {
             const QString text =

@@ -74,7 +74,7 @@ int RecipeTrial::CountOf(const QString& selector, RecordSpan record) {
 
 QString RecipeTrial::Read(const RecipeField& row, RecordSpan record) {
     const RecipePattern cut(row.Pattern);
-    if (IsWholeFlatRecord(row, record)) {
+    if (IsWholeFlatRecord(row, cut, record)) {
         QString text = FlatRecordText(source_, record);
         cut.Apply(text);
         return FinishedFieldValue(row.Column, source_.Base, text);

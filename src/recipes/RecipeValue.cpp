@@ -88,8 +88,8 @@ QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, c
     return WithLevelBlanks(ShownText(source.Lines, node, end));
 }
 
-bool IsWholeFlatRecord(const RecipeField& row, RecordSpan record) {
-    return record.Flat && row.Selector == u":scope" && RecipePattern(row.Pattern).SeesLines();
+bool IsWholeFlatRecord(const RecipeField& row, const RecipePattern& cut, RecordSpan record) {
+    return record.Flat && row.Selector == u":scope" && cut.SeesLines();
 }
 
 QString FlatRecordText(const ValueSource& source, RecordSpan record) {

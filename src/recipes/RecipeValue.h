@@ -27,8 +27,8 @@ bool IsLinkColumn(Field column);
 QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, const QString& attribute,
                       const RecipePattern& cut = {});
 
-/// Whether a row reads the whole of a flat record: ":scope", with a pattern that speaks of lines.
-bool IsWholeFlatRecord(const RecipeField& row, RecordSpan record);
+/// Whether a row with its pattern reads the whole of a flat record: ":scope", and the pattern speaks of lines.
+bool IsWholeFlatRecord(const RecipeField& row, const RecipePattern& cut, RecordSpan record);
 /// The lines of a flat record.
 QString FlatRecordText(const ValueSource& source, RecordSpan record);
 
