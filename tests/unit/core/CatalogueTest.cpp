@@ -150,6 +150,10 @@ TEST(SitesFile, TheShippedOneIsComplete) {
     const SitesFile file = SitesFile::Load(QStringLiteral(PROJECT_DIR "/config/sites.ini"), SiteAdapters());
     EXPECT_EQ(file.Sites.size(), SiteAdapters().size());
     EXPECT_TRUE(file.Problems.empty());
+    for (const SiteEntry& entry : file.Sites)
+        EXPECT_TRUE(entry.Search.startsWith(entry.Base) && entry.Search.contains(u"{what}"_s) &&
+                    entry.Search.contains(u"{where}"_s))
+            << entry.Search.toStdString();
 }
 
 } // namespace
