@@ -47,6 +47,7 @@ struct RecordSet {
     bool Flat = false;
     std::vector<RecordSpan> Members;
     std::vector<RecordSpan> OfBusiness; // by its number
+    double Named = 0;                   // the share of them that the best row of names fills
 };
 
 struct RatedRow {
@@ -168,15 +169,32 @@ private:
             for (int level = 0;
                  level < mostLevels && record != noNode && record != page_.Body() && record != page_.Root();
                  ++level, record = page_.Parent(record)) {
-                // A wider element with as many records is the whole record.
+                // A wider element with as many records is the whole record; one that holds several whole ones is their
+                // group.
                 std::optional<RecordSet> set = BestSelector(record, false);
-                if (set && (!bestHere || set->Score >= bestHere->Score * 0.98))
+                if (set && (!bestHere || (set->Score >= bestHere->Score * 0.98 && !IsGroupOf(*bestHere, *set))))
                     bestHere = std::move(set);
             }
             if (bestHere && (!best || bestHere->Score > best->Score * 1.02))
                 best = std::move(bestHere);
         }
         return best;
+    }
+
+    // Whether every one of the wider elements holds records, some of them several, and no record lies elsewhere.
+    bool IsGroupOf(const RecordSet& records, const RecordSet& wider) const {
+        if (records.Members.size() <= wider.Members.size() || records.Named < 0.95)
+            return false;
+        size_t next = 0;
+        for (const RecordSpan group : wider.Members) {
+            const size_t first = next;
+            while (next < records.Members.size() && records.Members[next].Begin < group.End)
+                if (records.Members[next++].Begin < group.Begin)
+                    return false;
+            if (next == first)
+                return false;
+        }
+        return next == records.Members.size();
     }
 
     // Records that nothing holds together: a name, and what follows it up to the next name.
@@ -277,7 +295,7 @@ private:
     }
 
     // How many records hold what the examples promise; what does not counts against it.
-    double ScoreOf(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
+    double ScoreOf(RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
         double sum = 0;
         double weakest = 1;
         int count = 0;
@@ -296,8 +314,10 @@ private:
             // Records that are of one make can be read in every way in which the example can.
             sum += (best + all) / 2;
             ++count;
-            if (examples_[i].What.Column == Field::BusinessName)
+            if (examples_[i].What.Column == Field::BusinessName) {
                 weakest = (best + all) / 2;
+                set.Named = best;
+            }
         }
         if (count == 0)
             return 0;

@@ -66,6 +66,15 @@ TEST(LearnRecipe, OneBusinessTellsHowAllAreRead) {
          {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"555-011"_s}},
          10,
          {.Name = u"Joe D"_s, .Phone = u"555-013"_s, .DetailsLink = u"https://www.dir.example/biz/3"_s}},
+        {"articles, one of which holds two branches",
+         PageOf(
+             u"<article><div class='row vcard'><h3 class=n><a href='/biz/%2'>Joe %1</a></h3><i class=tel>555-01%2</i></div></article>"_s)
+             .replace(u"<article><div class='row vcard'><h3 class=n><a href='/biz/6"_s,
+                      u"<article class=bulk><h2>Joe G</h2><div class='row vcard'><h3 class=n><a href='/biz/6"_s)
+             .replace(u"<i class=tel>555-016</i></div></article><article>"_s, u"<i class=tel>555-016</i></div>"_s),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"555-011"_s}},
+         10,
+         {.Name = u"Joe D"_s, .Phone = u"555-013"_s, .DetailsLink = u"https://www.dir.example/biz/3"_s}},
         {"a table with a head",
          PageOf(u"<tr><td>%2</td><td>Joe %1</td><td>Tel. 0731-5550%2</td></tr>"_s,
                 u"<table><tr><th>No</th><th>Name</th><th>Phone</th></tr>"_s, u"</table>"_s),
