@@ -83,7 +83,9 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
     const PageLines lines(page);
     reading.Next = FindNextPage(page, lines, url);
     std::vector<StructuredRecord> structured = StructuredRecords(page, url);
-    const PageAnnotations annotations(page, lines, url, AddressHintsOf(page, lines, url, structured));
+    const AddressHints hints = AddressHintsOf(page, lines, url, structured);
+    SplitWholeAddresses(structured, hints);
+    const PageAnnotations annotations(page, lines, url, hints);
     const Signatures signatures(page);
     const PageSubject subject = SubjectOf(annotations);
     const RecordsMerge merge(page, std::move(structured));

@@ -46,7 +46,8 @@ QStringList RegionsOfLanguage(const QString& language) {
 }
 
 // A few lines with digits tell the country: its phones are valid there, its addresses look so.
-QString RegionOfLines(const PageLines& lines, const QString& language, const QString& guessed) {
+QString RegionOfLines(const PageLines& lines, const std::vector<StructuredRecord>& structured, const QString& language,
+                      const QString& guessed) {
     std::vector<QStringView> samples;
     const auto take = [&samples](QStringView text) {
         if (text.size() < 6 || text.size() > longestSample || samples.size() == mostSamples)
@@ -62,6 +63,10 @@ QString RegionOfLines(const PageLines& lines, const QString& language, const QSt
                 take(lines.TextOf(lines.Pieces[static_cast<size_t>(piece)]));
         if (samples.size() == mostSamples)
             break;
+    }
+    for (const StructuredRecord& record : structured) {
+        take(record.Fields.Phone);
+        take(record.Fields.FullAddress);
     }
     QStringList regions = RegionsOfLanguage(language);
     if (!guessed.isEmpty()) {
@@ -132,11 +137,37 @@ AddressHints AddressHintsOf(const PageTree& page, const PageLines& lines, const 
         if (const std::optional<PhoneNumber> number = ReadPhone(href.sliced(4), {}))
             ++regions[number->Region];
     }
+    for (const StructuredRecord& record : structured) {
+        if (++seen > 2 * mostWitnesses)
+            break;
+        if (record.Fields.Phone.startsWith(u'+'))
+            if (const std::optional<PhoneNumber> number = ReadPhone(record.Fields.Phone.section(u';', 0, 0), {}))
+                ++regions[number->Region];
+    }
     hints.PhoneRegion = MostOften(regions);
     if (const CountryGuess guess = GuessCountry(hints); !guess.Sure)
-        if (const QString region = RegionOfLines(lines, hints.Language, guess.Region); !region.isEmpty())
+        if (const QString region = RegionOfLines(lines, structured, hints.Language, guess.Region); !region.isEmpty())
             hints.Country = region;
     return hints;
+}
+
+void SplitWholeAddresses(std::vector<StructuredRecord>& structured, const AddressHints& hints) {
+    for (StructuredRecord& record : structured) {
+        Lead& lead = record.Fields;
+        if (lead.FullAddress.isEmpty() || !lead.Street.isEmpty() || !lead.City.isEmpty() || !lead.PostalCode.isEmpty())
+            continue;
+        AddressHints own = hints;
+        if (!lead.Country.isEmpty())
+            own.Country = lead.Country;
+        const AddressParts parts = SplitAddress(lead.FullAddress, own);
+        lead.Street = parts.Street;
+        lead.City = parts.City;
+        lead.PostalCode = parts.PostalCode;
+        if (lead.State.isEmpty())
+            lead.State = parts.State;
+        if (lead.Country.isEmpty())
+            lead.Country = parts.Country;
+    }
 }
 
 } // namespace Brindle

@@ -52,6 +52,10 @@ TEST_P(EveryCountry, IsReadInEachLayout) {
         {u"<li><b><a href='{l}'>{n}</a></b> <span><i>{a}</i></span> <span><a href='tel:{p}'>{p}</a></span></li>"_s,
          u"</i> <i>"_s},
         {u"<li><strong><a href='{l}'>{n}</a></strong><br>{a}<br>{p}</li>"_s, u"<br>"_s},
+        {u"<li><a href='{l}'>{n}</a><script type='application/ld+json'>{\"@type\": \"LocalBusiness\", \"name\": "
+         u"\"{n}\", "
+         u"\"telephone\": \"{p}\", \"address\": \"{a}\"}</script></li>"_s,
+         u", "_s},
     };
     for (const auto& [entry, between] : layouts) {
         const PageTree page(PageOf(country, entry, between));
