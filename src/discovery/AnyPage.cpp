@@ -2,6 +2,7 @@
 
 #include "discovery/RecordsAddress.h"
 #include "discovery/RecordsMerge.h"
+#include "discovery/SavedPage.h"
 
 #include <algorithm>
 
@@ -76,9 +77,7 @@ void CountFields(AnyPageReading& reading, const QString& why) {
     }
 }
 
-} // namespace
-
-AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors) {
+AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors selectors) {
     AnyPageReading reading;
     const PageLines lines(page);
     reading.Next = FindNextPage(page, lines, url);
@@ -152,6 +151,20 @@ AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors s
         reading.Records = std::move(alone);
     }
     CountFields(reading, reading.Source);
+    return reading;
+}
+
+} // namespace
+
+AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors) {
+    const QString address = WebAddressOfPage(page, url);
+    AnyPageReading reading = ReadPageAt(page, address, selectors);
+    if (address != UnknownWebsite)
+        return reading;
+    for (PageRecord& record : reading.Records)
+        DropUnknownLinks(record.Fields);
+    CountFields(reading, {});
+    std::erase_if(reading.Fields, [](const FieldReading& field) { return field.Filled == 0; });
     return reading;
 }
 

@@ -48,8 +48,9 @@ struct AnyPageReading {
 enum class Selectors : quint8 { Left, Made };
 
 /// Reads the businesses that a page lists, whoever made it, and where the list goes on: by what the page says of itself
-/// and by the shape of its lists. `url` is the page's address. The same page gives the same reading. Linear in the
-/// page; never throws for what a page holds. Where nothing is sure enough there are no records.
+/// and by the shape of its lists. `url` is the page's address; a page that was opened from disk is read as the one on
+/// the web that it says it is. The same page gives the same reading. Linear in the page; never throws for what a page
+/// holds. Where nothing is sure enough there are no records.
 AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors = Selectors::Left);
 
 } // namespace Brindle

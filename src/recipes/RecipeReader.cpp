@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "discovery/NextPage.h"
+#include "discovery/SavedPage.h"
 #include "discovery/StructuredData.h"
 #include "discovery/StructuredLead.h"
 #include "discovery/StructuredLinks.h"
@@ -39,7 +40,7 @@ std::vector<StructuredRecord> ListOf(std::vector<StructuredRecord> records) {
 class RecipeReader::PageInHand {
 public:
     PageInHand(const PageTree& page, const QString& url, QStringList& problems)
-        : Page(page), Url(url), Base(BaseAddressOf(page, url)), problems_(problems) {}
+        : Page(page), Url(WebAddressOfPage(page, url)), Base(BaseAddressOf(page, Url)), problems_(problems) {}
 
     const PageLines& Lines() {
         if (!lines_)
@@ -85,7 +86,7 @@ public:
     }
 
     const PageTree& Page;
-    const QString& Url;
+    const QString Url;
     const QString Base;
 
 private:
@@ -142,6 +143,9 @@ RecipeReading RecipeReader::Read(const PageTree& page, const QString& url) const
     else
         ReadStructured(hand, reading);
     std::erase_if(reading.Records, [](const PageRecord& record) { return record.Fields.Name.isEmpty(); });
+    if (hand.Url == UnknownWebsite)
+        for (PageRecord& record : reading.Records)
+            DropUnknownLinks(record.Fields);
     reading.Counts = CountsOf(reading.Records);
     ReadNext(hand, reading);
     return reading;

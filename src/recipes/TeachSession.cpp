@@ -3,6 +3,7 @@
 #include "core/Errors.h"
 #include "discovery/AnyPage.h"
 #include "discovery/PostalAddress.h"
+#include "discovery/SavedPage.h"
 #include "page/Selector.h"
 #include "recipes/RecipeValue.h"
 #include "recipes/RecordSpans.h"
@@ -33,8 +34,8 @@ constexpr Field partFields[]{Field::Address, Field::City, Field::State, Field::P
 
 } // namespace
 
-TeachSession::TeachSession(std::shared_ptr<const PageTree> page, QString url, const std::optional<Recipe>& mend)
-    : page_(std::move(page)), url_(std::move(url)) {
+TeachSession::TeachSession(std::shared_ptr<const PageTree> page, const QString& url, const std::optional<Recipe>& mend)
+    : page_(std::move(page)), url_(WebAddressOfPage(*page_, url)) {
     const QString language = page_->Root() == noNode ? QString() : page_->Attribute(page_->Root(), u"lang").toString();
     AddressHints hints;
     hints.Language = language;
@@ -45,7 +46,7 @@ TeachSession::TeachSession(std::shared_ptr<const PageTree> page, QString url, co
         BeginByItself();
     if (mend)
         KeepBeside(*mend);
-    if (recipe_.Search.isEmpty())
+    if (recipe_.Search.isEmpty() && url_ != UnknownWebsite)
         recipe_.Search = SearchAddressOf(*page_, url_);
 }
 
@@ -280,6 +281,10 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     std::erase_if(saidOf_, isOfThis); // the later word holds
     const std::vector<RecipeExample> own = ExamplesOfBusiness(now);
     const std::vector<RecipeExample> all = AllExamples(now);
+    const bool agrees = IsReadAs(column, element);
+    const Recipe before = recipe_;
+    const auto filled = [&] { return reading_.Counts.Filled.at(static_cast<size_t>(column)); };
+    const int filledBefore = filled();
     // The rest of the business, as it is read now, tells which records are meant.
     std::vector<RecipeExample> whole = all;
     if (const int within = RecordOf(element); within >= 0)
@@ -300,6 +305,11 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     if (!taken && own.size() > 1 && column == Field::BusinessName)
         taken = TakeExamples(column, {own.front()});
     if (taken) {
+        // What was read here already, and in more of the businesses, was right.
+        if (agrees && filled() < filledBefore) {
+            recipe_ = before;
+            Read();
+        }
         said_.insert(column);
         saidOf_.push_back(now);
         return true;
@@ -308,6 +318,16 @@ bool TeachSession::Say(Field column, NodeIndex element) {
         own.begin(), own.end(), [](const RecipeExample& example) { return example.Column == Field::BusinessName; });
     problem_ = hasName ? TeachProblem::NothingLike : TeachProblem::NameFirst;
     return false;
+}
+
+// Whether the recipe takes the text that an element shows for this field of its business.
+bool TeachSession::IsReadAs(Field column, NodeIndex element) const {
+    const RecipeField* const row = RowOf(column);
+    const int record = RecordOf(element);
+    const NodeIndex read =
+        row && record >= 0 ? FirstOf(row->Selector, reading_.Records[static_cast<size_t>(record)]) : noNode;
+    return read != noNode && (page_->Contains(read, element) || page_->Contains(element, read)) &&
+           ShownText(*page_, read) == ShownText(*page_, element);
 }
 
 void TeachSession::Drop(Field column) {

@@ -27,7 +27,7 @@ class TeachSession {
 public:
     /// `page` was loaded from `url`. `mend`: a recipe that does not fit the page any more, of which what still fits is
     /// kept.
-    TeachSession(std::shared_ptr<const PageTree> page, QString url, const std::optional<Recipe>& mend = {});
+    TeachSession(std::shared_ptr<const PageTree> page, const QString& url, const std::optional<Recipe>& mend = {});
 
     /// The page that is shown has rebuilt itself: what was said holds for the new document.
     void SetPage(std::shared_ptr<const PageTree> page);
@@ -66,6 +66,7 @@ public:
     const RecipeReading& Reading() const { return reading_; }
     /// The businesses of the list as a harvest gives them, with their own pages as far as these have been fetched.
     std::vector<Lead> Leads() const;
+    /// Of the list on the web, also where it was opened from disk.
     const QString& Address() const { return url_; }
     TeachProblem Problem() const { return problem_; }
     /// Whether the program added a column by itself.
@@ -90,6 +91,7 @@ private:
 
     int RecordOf(NodeIndex element) const;
     int RecordNear(NodeIndex element) const;
+    bool IsReadAs(Field column, NodeIndex element) const;
     NodeIndex FirstOf(const QString& selector, const PageRecord& record) const;
     std::vector<NodeIndex> FirstsOf(const QString& selector) const;
     std::vector<RecipeExample> ExamplesOfBusiness(const Said& now) const;

@@ -1,6 +1,7 @@
 #include "workbench/Workbench.h"
 
 #include "core/Errors.h"
+#include "discovery/SavedPage.h"
 #include "net/CustomProxy.h"
 #include "net/HttpClient.h"
 #include "recipes/RecipeFile.h"
@@ -30,7 +31,8 @@ namespace {
 void Offer(SiteCatalogue& catalogue, const RecipeEntry& entry, bool readsDetails) {
     const Recipe& recipe = entry.What;
     const QString label = recipe.Country.isEmpty() ? recipe.Name : recipe.Name + u", " + recipe.Country;
-    catalogue.Add({.Code = entry.Code, .Base = recipe.Home, .Label = label}, DirectoryOfRecipe(entry, readsDetails));
+    const QString home = recipe.Home.startsWith(UnknownWebsite) ? QString() : recipe.Home;
+    catalogue.Add({.Code = entry.Code, .Base = home, .Label = label}, DirectoryOfRecipe(entry, readsDetails));
 }
 
 } // namespace

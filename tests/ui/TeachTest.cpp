@@ -121,6 +121,12 @@ TEST_F(TeachTest, ThePageIsOnlyLookedAt) {
     EXPECT_TRUE(markAt(lead.Phone));
     InPage(u"scrollBy(0, 90)"_s);
     EXPECT_TRUE(markAt(lead.Phone)) << "follows scrolling";
+    InPage(u"scrollTo(0, 0)"_s);
+    const QPointF middle = QRectF(Overlay().rect()).center();
+    QWheelEvent turned(middle, Overlay().mapToGlobal(middle), {}, {0, -240}, Qt::NoButton, Qt::NoModifier,
+                       Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Overlay(), &turned);
+    EXPECT_TRUE(Run->Until([&] { return InPage(u"scrollY"_s).toInt() > 20; }, 10)) << "the wheel scrolls the page";
     Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1.5);
     EXPECT_TRUE(markAt(lead.Phone)) << "follows zoom";
     Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1);

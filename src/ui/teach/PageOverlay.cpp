@@ -177,7 +177,7 @@ void PageOverlay::wheelEvent(QWheelEvent* event) {
     if (!page || forwarding_)
         return;
     forwarding_ = true;
-    const QPointF place = page->mapFrom(this, event->position());
+    const QPointF place = page->mapFrom(view_, mapToParent(event->position())); // both lie in the view
     QWheelEvent copy(place, event->globalPosition(), event->pixelDelta(), event->angleDelta(), event->buttons(),
                      event->modifiers(), event->phase(), event->inverted());
     QCoreApplication::sendEvent(page, &copy);

@@ -1,5 +1,6 @@
 #include "ui/teach/TeachPanel.h"
 
+#include "discovery/SavedPage.h"
 #include "ui/WrapRow.h"
 
 #include <QFormLayout>
@@ -201,7 +202,9 @@ void TeachPanel::Show(const TeachSession& session) {
     ShowPlace(session);
     ShowFields(session);
     ShowTexts(session);
-    const QString next = session.Reading().Next.isEmpty() ? session.Reading().LoadMore : session.Reading().Next;
+    QString next = session.Reading().Next.isEmpty() ? session.Reading().LoadMore : session.Reading().Next;
+    if (next.startsWith(UnknownWebsite))
+        next.remove(0, UnknownWebsite.size() - 1); // a path of which nobody knows the host
     next_->setText(next.isEmpty() ? noNext_ : QString(nextText_).replace(u"[VAR1]"_s, next));
     forgetNext_->setEnabled(!session.OnOwnPage() && !session.What().Next.isEmpty());
     details_->setChecked(session.What().Details);

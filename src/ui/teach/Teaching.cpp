@@ -1,6 +1,7 @@
 #include "ui/teach/Teaching.h"
 
 #include "core/Errors.h"
+#include "discovery/SavedPage.h"
 #include "recipes/RecipeFile.h"
 #include "toolkit/PageAddress.h"
 #include "ui/teach/TfrmAboutDirectory.h"
@@ -8,6 +9,7 @@
 
 #include <QCursor>
 #include <QDir>
+#include <QFileInfo>
 #include <QMenu>
 #include <QUrl>
 
@@ -116,7 +118,7 @@ bool Teaching::Begin(const std::optional<RecipeEntry>& mend, const QString& reco
             problem_ = failure.Message();
         return false;
     }
-    panel_.SetName(mend ? mend->What.Name : QUrl(address_).host());
+    panel_.SetName(mend ? mend->What.Name : NameByItself());
     pointingAtNext_ = false;
     place_ = Place::List;
     ++lesson_;
@@ -455,13 +457,20 @@ void Teaching::AskAbout() {
     Changed();
 }
 
+// The website's, or that of the file where a page from disk does not say which website it is of.
+QString Teaching::NameByItself() const {
+    return session_->Address() == UnknownWebsite ? QFileInfo(QUrl(address_).path()).completeBaseName()
+                                                 : QUrl(session_->Address()).host();
+}
+
 void Teaching::Save() {
     if (!session_ || session_->Reading().Records.empty())
         return;
     Recipe recipe = session_->What();
-    recipe.Name = panel_.Name().isEmpty() ? QUrl(address_).host() : panel_.Name();
+    recipe.Name = panel_.Name().isEmpty() ? NameByItself() : panel_.Name();
     if (recipe.Home.isEmpty())
-        recipe.Home = QUrl(address_).adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
+        recipe.Home =
+            QUrl(session_->Address()).adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
     const QString userFolder = userFolder_();
     const QDir folder(userFolder);
     const QString code = mended_ ? mended_->Code : FreeRecipeCode(recipe.Name, userFolder);

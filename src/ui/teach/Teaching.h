@@ -67,6 +67,7 @@ private:
     void Hover(const QPointF& place);
     void Choose(NodeIndex element, int what);
     void Changed();
+    QString NameByItself() const;
     void Save();
     void Follow();
     void TakePage();

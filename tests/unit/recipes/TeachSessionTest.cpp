@@ -148,6 +148,22 @@ TEST(TeachSession, ASecondExampleMendsTheFirst) {
 }
 
 // Nothing holds each business together, labels stand before the values, and advertisements between.
+// Paid entries have a link to call; where somebody points at such a one, the phones of the others are not lost.
+TEST(TeachSession, WhatIsReadRightAlreadyIsNotReadWorseForBeingPointedAt) {
+    QString html = Page();
+    for (const QString& phone : {u"416-555-0110"_s, u"416-555-0114"_s})
+        html.replace(phone, u"<a href=\"tel:%1\">%1</a>"_s.arg(phone));
+    TeachSession session(Tree(html), address);
+    ASSERT_EQ(session.What().Taught.Filled[static_cast<size_t>(Field::Phone)], 8);
+    ASSERT_TRUE(session.Say(Field::Phone, Showing(session.Page(), u"416-555-0110")));
+    EXPECT_FALSE(session.IsProposed(Field::Phone));
+    EXPECT_EQ(Value(session, Field::Phone, 1), u"416-555-0111"_s);
+    EXPECT_EQ(Value(session, Field::Phone, 4), u"416-555-0114"_s);
+    // Another text than the one that was read is what holds, also where it fills fewer.
+    ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")));
+    EXPECT_EQ(Value(session, Field::Category, 3), u"Pipes since 1913"_s);
+}
+
 TEST(TeachSession, ListsWithoutAnElementAroundEachBusiness) {
     QString html = u"<html lang=de><body><dl>"_s;
     for (int i = 0; i < 6; ++i)
