@@ -47,6 +47,18 @@ bool FoldWestern(QStringView text, QChar* folded) {
     return true;
 }
 
+// Fonts of pictures draw the name of a picture as the picture: "<i class=material-icons>place</i>".
+bool IsNameOfPicture(const PageTree& page, NodeIndex text) {
+    const QStringView name = page.Text(text).trimmed();
+    const auto ofName = [](QChar c) { return (c >= u'a' && c <= u'z') || c == u'_' || c.isDigit(); };
+    if (name.isEmpty() || name.size() > 40 || !std::all_of(name.begin(), name.end(), ofName))
+        return false;
+    const NodeIndex element = page.Parent(text);
+    const QStringView look = page.Attribute(element, u"class");
+    return page.Is(element, u"mat-icon") || look.contains(u"material-icons") || look.contains(u"material-symbols") ||
+           look.contains(u"mat-icon");
+}
+
 std::vector<bool> FlagsOf(const PageTree& page, std::span<const QStringView> names) {
     std::vector<bool> flags(static_cast<size_t>(page.NameCount()), false);
     for (const QStringView name : names)
@@ -85,7 +97,7 @@ public:
                 } else {
                     tagBefore_ = true;
                 }
-            } else if (page_.IsText(node)) {
+            } else if (page_.IsText(node) && !IsNameOfPicture(page_, node)) {
                 AddText(node);
             }
             ++node;

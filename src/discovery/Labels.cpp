@@ -97,6 +97,19 @@ constexpr Row labels[] = {
      u"telp|telepon|no telp|no tel|फ़ोन|फोन|मोबाइल"},
     {Of(Hint::Fax), u"fax|f|fax no|fax number|telefax|faxnummer|fax-nr|télécopie|télécopieur|faks|факс|φαξ|ファックス|"
                     u"ｆａｘ|传真|傳真|팩스|فاكس|פקס|فکس|โทรสาร|แฟกซ์|faksi|faksas|fakss|faxnr|numer faksu|फ़ैक्स"},
+    {Of(Hint::Register),
+     u"reg|reg no|reg. no|reg nr|reg. nr|registration|registration no|registration number|register no|company "
+     u"no|company number|"
+     u"company registration|uen|licence|licence no|licence number|license|license no|license number|lic no|lic. "
+     u"no|vat|vat no|"
+     u"vat number|vat id|tax "
+     u"id|ein|abn|acn|nzbn|gstin|gst|cin|ust-id|ust-idnr|ust-id-nr|uid|hrb|handelsregister|siren|siret|"
+     u"rcs|tva|n° tva|cif|nif|cnpj|rut|ruc|cuit|nit|rfc|p.iva|p. iva|partita "
+     u"iva|rea|kvk|kvk-nummer|btw|btw-nummer|nip|regon|"
+     u"krs|ičo|ico|ič|dič|adószám|cégjegyzékszám|cui|cvr|cvr-nr|cvr-nummer|org.nr|org. nr|orgnr|organisationsnummer|"
+     u"organisasjonsnummer|y-tunnus|registrikood|reģistrācijas numurs|reģ. nr|įmonės "
+     u"kodas|αφμ|α.φ.μ|инн|огрн|едрпоу|єдрпоу|"
+     u"егрпоу|еик|oib|vergi no|mersis|法人番号|統一編號|统一社会信用代码|사업자등록번호|ח.פ"},
     {Of(Hint::Mail),
      u"email|e-mail|mail|e|e-mail address|email address|e-mailadresse|courriel|mél|correo|correo electrónico|"
      u"correu|e-mail-adresse|posta elettronica|e-post|epost|sähköposti|eposta|e-posta|ηλεκτρονικό ταχυδρομείο|"
@@ -168,7 +181,8 @@ constexpr Row labels[] = {
      u"voir la carte|ver mapa|ver en el mapa|ver en mapa|ver no mapa|mapa|vedi mappa|mostra mappa|bekijk kaart|"
      u"toon op kaart|toon kaart|pokaż na mapie|zobacz na mapie|zobrazit na mapě|ukázat na mapě|vis kart|vis på kort|"
      u"visa karta|"
-     u"itinéraire|cómo llegar|mappa|indicazioni|kaart|mapka|карта|на карте|地図|地図を見る|地图|약도"},
+     u"itinéraire|cómo llegar|mappa|indicazioni|kaart|mapka|карта|на "
+     u"карте|地図|地図を見る|地图|地圖|查看地圖|약도|지도|지도보기"},
     {Of(Hint::Distance), u"distance|entfernung|distancia|distanza|afstand|odległość|расстояние|距離|距离|거리"},
 };
 
@@ -186,7 +200,9 @@ constexpr auto businessStems =
     u"parrucchier "
     u"kapper fryzjer kadeřni fodrász парикмахер salon beauty kosmetik garage werkstatt mechanic autohaus dealer "
     u"dealers "
-    u"taxi company companies business businesses firm firms firma firmen firmy firem entreprise société empresa aziend "
+    u"taxi exhibitor aussteller exposant expositor espositor wystawc vystavovat kiállít utställare udstiller katılımcı "
+    u"экспонент εκθέτ company companies business businesses firm firms firma firmen firmy firem entreprise société "
+    u"empresa aziend "
     u"impres bedrijf bedrijven cég cégek företag virksomhed bedrift yritys yrityks ettevõt uzņēmum įmon şirket "
     u"firmalar "
     u"επιχειρήσε компани фирм предприят підприємств directory directories branchenbuch branchenverzeichnis annuaire "
@@ -263,7 +279,8 @@ constexpr auto buttonWords =
     u"abierto|cerrado|dettagli|scheda|sito web|mappa|indicazioni|chiama|contatta|aperto|chiuso|meer|meer info|"
     u"bekijk|kaart|bel|website bezoeken|więcej|szczegóły|strona www|mapa|zadzwoń|více|podrobnosti|zavolat|"
     u"подробнее|сайт|на "
-    u"карте|позвонить|詳細|詳しく見る|地図|地図を見る|電話する|予約|予約する|详情|地图|查看|更多|상세보기|지도|전화";
+    u"карте|позвонить|詳細|詳しく見る|地図|地図を見る|電話する|予約|予約する|详情|地图|地圖|查看|更多|상세보기|지도|"
+    u"전화";
 
 // The keys are parts of the literals above.
 QHash<QStringView, HintSet> TableOf(std::span<const Row> rows, QChar separator) {

@@ -38,9 +38,10 @@ enum class Hint : quint32 {
     Job = 1U << 25,
     Event = 1U << 26,
     Person = 1U << 27,
-    Aside = 1U << 28,  ///< navigation, side columns, footers: not what a page is for
-    Advert = 1U << 29, ///< an advertisement
-    Similar = 1U << 30 ///< "related", "recently viewed"
+    Aside = 1U << 28,   ///< navigation, side columns, footers: not what a page is for
+    Advert = 1U << 29,  ///< an advertisement
+    Similar = 1U << 30, ///< "related", "recently viewed"
+    Register = 1U << 31 ///< a number of a register or of taxes
 };
 using HintSet = quint32;
 

@@ -115,7 +115,7 @@ HintSet RecordContacts::IconsBefore(NodeIndex node, NodeIndex from) const {
 }
 
 HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t record) const {
-    constexpr HintSet kinds = Hint::Phone | Hint::Fax;
+    constexpr HintSet kinds = Hint::Phone | Hint::Fax | Hint::Register;
     const PageTree& page = page_.Page;
     const RecordRange& range = columns_.List.Records[record];
     HintSet link = 0;
@@ -148,11 +148,15 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
             break;
         before = before.trimmed().sliced(blank + 1);
     }
+    // "<dl class=phones><dt>Fax<dd>030 124": what is written beside a number goes before what holds all of them.
+    const bool labelled = line != lines.end() && line->Line == phone.Line;
+    if (labelled && (line->Label & (Hint::Fax | Hint::Register)) != 0 && !Has(line->Label, Hint::Phone))
+        return line->Label & kinds;
     if (link != 0)
         return link;
     if (const HintSet icons = IconsBefore(phone.Node, range.Begin) & kinds; icons != 0)
         return icons;
-    if (line == lines.end() || line->Line != phone.Line)
+    if (!labelled)
         return 0;
     return (line->Label & kinds) != 0 ? line->Label & kinds : line->Around & kinds;
 }
@@ -184,7 +188,7 @@ void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex,
         const QString& key = one.Phone->Key;
         // The directory's own number stands in every record.
         const bool shared = count >= 4 && phones_.value(key).Records * 5 > count * 3;
-        if ((one.InProse && plain) || shared || seen.contains(key))
+        if ((one.InProse && plain) || shared || seen.contains(key) || Has(one.Kind, Hint::Register))
             continue;
         const bool fax = Has(one.Kind, Hint::Fax) && !Has(one.Kind, Hint::Phone);
         if ((fax ? faxes : phones).size() >= 4)
@@ -211,8 +215,8 @@ void RecordContacts::ReadPhoneOfColumn(size_t record, Lead& lead, std::array<Nod
             const QStringView value = text.sliced(LabelAtBegin(text).Length);
             const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
             const bool code = codes.size() == 1 && codes.front().End - codes.front().Begin >= value.size();
-            if (code || DigitsOfPhone(value).isEmpty() || Has(line.Label, Hint::Fax) || HasDate(value) ||
-                columns_.PlaceOf(page_.Page.Parent(piece.Node), range) != phonePath_)
+            if (code || DigitsOfPhone(value).isEmpty() || (line.Label & (Hint::Fax | Hint::Register)) != 0 ||
+                HasDate(value) || columns_.PlaceOf(page_.Page.Parent(piece.Node), range) != phonePath_)
                 continue;
             lead.Phone = value.toString();
             nodes[static_cast<size_t>(Field::Phone)] = piece.Node;

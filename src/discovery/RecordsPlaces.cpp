@@ -69,7 +69,9 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
                                 std::array<NodeIndex, FieldCount>& nodes) const {
     if (category_ < 0)
         return;
-    const NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
+    NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
+    for (auto other = categoryElsewhere_.begin(); node == noNode && other != categoryElsewhere_.end(); ++other)
+        node = columns_.Columns[*other].Nodes[record];
     if (node == noNode || node == name)
         return;
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
@@ -118,7 +120,10 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(i)].Node;
             return name != noNode && node >= name && node < nameEnd;
         };
-        const bool mixed = named(line.FirstPiece) != named(line.EndPiece - 1);
+        int namedPieces = 0;
+        for (int i = line.FirstPiece; i < line.EndPiece; ++i)
+            namedPieces += named(i);
+        const bool mixed = namedPieces > 0 && namedPieces < line.EndPiece - line.FirstPiece;
         bool afterControl = false;
         for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
             const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
@@ -519,6 +524,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         int ofSubject = 0;
         int seen = 0;
         int places = 0;
+        int ranged = 0;
+        bool onLinks = false;
+        qsizetype wordsOfOne = 0;
         for (size_t record = 0; record < column.Nodes.size(); ++record) {
             const NodeIndex node = column.Nodes[record];
             if (node == noNode || seen >= 60)
@@ -528,10 +536,14 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             const QString words = BareWords(text);
             places += text == leads[record].Name || (!text.isEmpty() && leads[record].FullAddress.contains(text));
             labels += HintsOfLabel(text) != 0;
+            const auto piece = static_cast<size_t>(page_.Lines.PieceFrom(node));
+            onLinks = onLinks || page_.LinkAt(page_.Page.Parent(page_.Lines.Pieces[piece].Node)) != nullptr;
+            wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
+            ranged += !TradeBesideRange(text).isEmpty();
             kinds += NamesBusinesses(words);
             ofSubject += words.size() >= 4 && subject.contains(words);
         }
-        if (places * 2 > seen)
+        if (places * 2 > seen || ranged * 2 > seen)
             continue;
         if (labels * 2 > seen && !Has(column.Own, Hint::Category))
             continue;
@@ -539,7 +551,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             continue;
         // What is the same in all records is part of the page's furniture, unless the page is about it.
         const bool constant = column.Distinct * column.Filled < 1.5;
-        if (constant && (!says || column.IsLink) && ofSubject * 2 <= seen)
+        const bool labelled = Has(column.Label, Hint::Category);
+        const bool trade = kinds == seen && seen >= 3 && !onLinks && wordsOfOne == 1;
+        if (constant && (!says || (column.IsLink && !labelled)) && ofSubject * 2 <= seen && !trade)
             continue;
         double score = 0;
         if (says)
@@ -547,6 +561,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         else if (column.Filled >= count * 0.5 && column.Digits < 0.2 && column.Length <= 60 && column.Distinct < 0.9 &&
                  (kinds * 2 > seen || ofSubject * 2 > seen))
             score = 1.5;
+        else if (column.Filled >= count * 0.5 && column.Digits < 0.1 && column.Length <= 40 && column.Distinct < 0.5 &&
+                 column.Distinct * column.Filled > 2.5 && std::max(kinds, ofSubject) * 4 >= seen)
+            score = 1.2; // what is said again and again is a trade when some of it is known to be one
         score *= 0.3 + 0.7 * column.Filled / count;
         if (score > best) {
             best = score;
@@ -557,6 +574,26 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
     }
     if (category_ < 0)
         ChooseTradeBesideRange();
+    else
+        FindCategoryElsewhere();
+}
+
+// Paid entries may have their category at another place: it is an element of the same name and class.
+void RecordPlaces::FindCategoryElsewhere() {
+    const auto first = [](const RecordColumn& column) {
+        return *std::find_if(column.Nodes.begin(), column.Nodes.end(), [](NodeIndex node) { return node != noNode; });
+    };
+    const RecordColumn& chosen = columns_.Columns[static_cast<size_t>(category_)];
+    const NodeIndex node = first(chosen);
+    const QStringView look = page_.Page.Attribute(node, u"class");
+    if (look.isEmpty() || static_cast<size_t>(chosen.Filled) == columns_.Count())
+        return;
+    for (size_t i = 0; i < columns_.Columns.size(); ++i) {
+        const NodeIndex other = static_cast<int>(i) == category_ ? noNode : first(columns_.Columns[i]);
+        if (other != noNode && page_.Page.Name(other) == page_.Page.Name(node) &&
+            page_.Page.Attribute(other, u"class") == look)
+            categoryElsewhere_.push_back(i);
+    }
 }
 
 // The texts of an element's parts, parted by commas where the page parts them by its style.

@@ -65,13 +65,15 @@ private:
     QString ListText(NodeIndex node) const;
     static QStringView TradeBesideRange(QStringView text);
     void ChooseTradeBesideRange();
+    void FindCategoryElsewhere();
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
     int town_ = -1; // of the columns
     int category_ = -1;
-    bool besideRange_ = false; // the category is a part of its column's texts
+    std::vector<size_t> categoryElsewhere_; // columns of records that have none in that one
+    bool besideRange_ = false;              // the category is a part of its column's texts
     QString categoryWhy_;
 };
 

@@ -79,10 +79,14 @@ QStringView RecordPlaces::TradeBesideRange(QStringView text) {
 void RecordPlaces::ChooseTradeBesideRange() {
     for (size_t i = 0; i < columns_.Columns.size() && category_ < 0; ++i) {
         const RecordColumn& column = columns_.Columns[i];
-        const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [this](NodeIndex node) {
-            return node != noNode && !TradeBesideRange(columns_.TextOf(node)).isEmpty();
+        bool known = column.Distinct * column.Filled >= 1.5; // one text in all records may be the town as well
+        const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
+            const QString text = node == noNode ? QString() : columns_.TextOf(node);
+            const QStringView trade = TradeBesideRange(text);
+            known = known || NamesBusinesses(BareWords(trade));
+            return !trade.isEmpty();
         });
-        besideRange_ = !column.IsHeading && trades * 5 >= std::ssize(column.Nodes) * 3;
+        besideRange_ = !column.IsHeading && known && trades * 5 >= std::ssize(column.Nodes) * 3;
         if (besideRange_) {
             category_ = static_cast<int>(i);
             categoryWhy_ = u"stands beside how dear each place is"_s;

@@ -84,17 +84,19 @@ int KeyOf(QChar c) {
 // Letters from `at` on are part of the number when nothing but letters, digits and hyphens follow.
 bool ReadVanity(QStringView rest, QString& digits) {
     int letters = 0;
+    bool mask = true; // "849-XX-XX" hides digits
     QString keys;
     for (const QChar c : rest) {
         if (const int key = KeyOf(c); key >= 0) {
             keys += QChar(u'0' + key);
+            mask = mask && (c == u'X' || c == u'x');
             ++letters;
         } else if (const int digit = DigitOf(c); digit >= 0)
             keys += QChar(u'0' + digit);
         else if (!IsPhoneBlank(c) && !IsPhoneDash(c) && c != u'.')
             return false;
     }
-    if (letters < 3 || keys.size() > 12)
+    if (letters < 3 || mask || keys.size() > 12)
         return false;
     digits += keys;
     return true;
