@@ -31,7 +31,11 @@ RecordNames::RecordNames(const RecordColumns& columns)
     : columns_(columns), nodes_(columns.Count(), noNode), details_(columns.Count(), noNode) {
     ChooseNames();
     if (score_ < nameEnough)
+        ChooseOneName();
+    if (score_ < nameEnough)
         ChoosePictures();
+    if (score_ >= nameEnough)
+        FindBeginnings();
     CountBadges();
     ChooseDetails();
     names_.reserve(columns_.Count());
@@ -113,6 +117,63 @@ void RecordNames::ChooseNames() {
     }
 }
 
+// The stores of a chain bear one name: a heading that calls itself a name, or stands first.
+void RecordNames::ChooseOneName() {
+    for (const RecordColumn& column : columns_.Columns) {
+        const bool says = Has(column.Own, Hint::Name) || Has(column.Own, Hint::Title);
+        const bool one =
+            column.Distinct * column.Filled < 1.5 && static_cast<size_t>(column.Filled) == columns_.Count();
+        if (!one || !(column.IsHeading || (says && column.Order < 1.5)) || column.Length < 3 || column.Length > 60 ||
+            column.Buttons > 0 || column.Digits > 0 || column.Wordless > 0 ||
+            HintsOfLabel(columns_.TextOf(column.Nodes.front())) != 0)
+            continue;
+        nodes_ = column.Nodes;
+        score_ = 2;
+        oneName_ = true;
+        why_ = u"heading, the same in all records"_s;
+        return;
+    }
+}
+
+// "<li><a>Joe's Pizza</a>, 1 Main St</li><li>Ann's Diner, 2 Main St</li>": where names are what lines begin with, up to
+// a mark, they do so without an element as well.
+void RecordNames::FindBeginnings() {
+    const PageTree& page = columns_.Page.Page;
+    const PageLines& lines = columns_.Page.Lines;
+    beginnings_.resize(columns_.Count());
+    size_t missing = 0;
+    size_t begin = 0;
+    QChar mark;
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        if (nodes_[record] == noNode) {
+            ++missing;
+            continue;
+        }
+        const NodeIndex node = nodes_[record];
+        if (page.Is(node, u"img") || columns_.Lines[record].empty())
+            return;
+        const QStringView line = columns_.TextOf(columns_.Lines[record].front());
+        const QString name = columns_.TextOf(node);
+        if (line.startsWith(name) && line.size() > name.size() + 1 &&
+            (line[name.size()] == u',' || line[name.size()] == u';')) {
+            ++begin;
+            mark = line[name.size()];
+        }
+    }
+    if (missing == 0 || begin < 2 || (columns_.Count() - missing) * 9 > begin * 10)
+        return;
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        if (nodes_[record] != noNode || columns_.Lines[record].empty())
+            continue;
+        const RecordLine& line = columns_.Lines[record].front();
+        const QStringView text = columns_.TextOf(line);
+        const qsizetype at = text.indexOf(mark);
+        if (at < 2 || at > 80 || lines.Pieces[static_cast<size_t>(line.FirstPiece)].Length < at)
+            continue;
+        beginnings_[record] = text.first(at).trimmed().toString();
+    }
+}
+
 // Walls of logos: the names stand for readers who do not see the pictures only.
 void RecordNames::ChoosePictures() {
     const PageTree& page = columns_.Page.Page;
@@ -175,7 +236,7 @@ void RecordNames::CountBadges() {
 QString RecordNames::ReadName(size_t record) const {
     const NodeIndex node = nodes_[record];
     if (node == noNode)
-        return {};
+        return beginnings_.empty() ? QString() : beginnings_[record];
     const PageTree& page = columns_.Page.Page;
     if (page.Is(node, u"img"))
         return page.Attribute(node, u"alt").toString().simplified().left(300);

@@ -19,6 +19,8 @@ public:
     const QString& NameOf(size_t record) const { return names_[record]; }
     /// The link to the record's own page; null when it has none.
     const PageLink* DetailsOf(size_t record) const;
+    /// Whether all records bear the same name, as the stores of a chain do.
+    bool IsOneName() const { return oneName_; }
     /// How many different names and details links there are, as shares of the records that have one.
     double DistinctNames() const;
     double DistinctDetails() const;
@@ -27,7 +29,9 @@ private:
     double ScoreOf(const RecordColumn& column) const;
     QString ReadName(size_t record) const;
     void ChooseNames();
+    void ChooseOneName();
     void ChoosePictures();
+    void FindBeginnings();
     void ChooseDetails();
     void CountBadges();
     const TextPiece* BadgeOf(NodeIndex name) const;
@@ -35,8 +39,10 @@ private:
 
     const RecordColumns& columns_;
     double score_ = 0;
+    bool oneName_ = false;
     QString why_;
     std::vector<NodeIndex> nodes_;
+    std::vector<QString> beginnings_; // names without an element, by record; empty: there are none
     std::vector<QString> names_;
     std::vector<NodeIndex> details_; // link nodes
     QHash<QString, int> badges_;     // bare words of what is no part of the names that end with it

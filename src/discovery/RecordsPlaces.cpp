@@ -107,11 +107,12 @@ QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) c
 }
 
 // A line is parted where its elements say that they are different things: "$$ Dublin - Pizza 6 High Road".
-std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeIndex name) const {
+std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeIndex name,
+                                                            const QString& called) const {
     const PageTree& page = page_.Page;
     const RecordRange& range = columns_.List.Records[record];
     const NodeIndex nameEnd = name == noNode ? noNode : page.End(name);
-    const QString nameText = name == noNode ? QString() : columns_.TextOf(name);
+    const QString nameText = name == noNode ? called : columns_.TextOf(name);
     std::vector<Segment> segments;
     for (const RecordLine& line : columns_.Lines[record]) {
         const size_t before = segments.size();
@@ -260,7 +261,7 @@ bool RecordPlaces::Beside(const Segment& one, const Segment& other, int levels) 
 void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                                std::array<NodeIndex, FieldCount>& nodes) const {
     QString parted; // with commas where the page parts the address by its style
-    const std::vector<Segment> segments = SegmentsOf(record, name);
+    const std::vector<Segment> segments = SegmentsOf(record, name, lead.Name);
     struct Group {
         size_t Begin = 0;
         size_t End = 0;
@@ -460,7 +461,15 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
         lead.FullAddress += (lead.FullAddress.endsWith(lead.PostalCode) ? u" "_s : u", "_s) + lead.City;
 }
 
-// Without an address, short texts that the page's headings name may be the towns: "25 lawyers in Vancouver".
+// "Savannah, United States": where the comma stands; -1 for other texts.
+qsizetype RecordPlaces::CommaBeforeCountry(QStringView text) {
+    const qsizetype comma = text.lastIndexOf(u',');
+    const bool two = comma > 1 && text.first(comma).count(u',') == 0 && !HasDigit(text);
+    return two && !RegionOfCountryName(text.sliced(comma + 1).trimmed()).isEmpty() ? comma : -1;
+}
+
+// Without an address, short texts that the page's headings name or that end in a country may be the towns: "25 lawyers
+// in Vancouver", "Porto, Portugal".
 void RecordPlaces::ChooseTown(const QString& subject, const std::vector<Lead>& leads) {
     const auto placed = std::count_if(leads.begin(), leads.end(), [](const Lead& lead) {
         return !lead.FullAddress.isEmpty() || !lead.City.isEmpty();
@@ -476,8 +485,9 @@ void RecordPlaces::ChooseTown(const QString& subject, const std::vector<Lead>& l
         int named = 0;
         int trades = 0;
         for (const NodeIndex node : column.Nodes) {
-            const QString words = node == noNode ? QString() : BareWords(columns_.TextOf(node));
-            named += words.size() >= 2 && subject.contains(words);
+            const QString text = node == noNode ? QString() : columns_.TextOf(node);
+            const QString words = BareWords(text);
+            named += words.size() >= 2 && (subject.contains(words) || CommaBeforeCountry(text) > 0);
             trades += NamesBusinesses(words);
         }
         if (named > most && trades * 4 < named) {
@@ -492,6 +502,13 @@ void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::arra
     if (node == noNode || node == name || !lead.FullAddress.isEmpty() || !lead.City.isEmpty())
         return;
     lead.FullAddress = columns_.TextOf(node);
+    nodes[static_cast<size_t>(Field::City)] = node;
+    nodes[static_cast<size_t>(Field::FullAddress)] = node;
+    if (const qsizetype comma = CommaBeforeCountry(lead.FullAddress); comma > 0) {
+        lead.City = lead.FullAddress.first(comma).trimmed();
+        lead.Country = lead.FullAddress.sliced(comma + 1).trimmed();
+        return;
+    }
     AddressParts parts = SplitAddress(lead.FullAddress, page_.Country);
     if (parts.City.isEmpty()) { // "Salem, OR" says so itself
         AddressHints states;
@@ -501,8 +518,6 @@ void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::arra
     lead.City = parts.City.isEmpty() ? lead.FullAddress : parts.City;
     if (!parts.City.isEmpty())
         lead.State = parts.State;
-    nodes[static_cast<size_t>(Field::City)] = node;
-    nodes[static_cast<size_t>(Field::FullAddress)] = node;
 }
 
 void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {

@@ -48,7 +48,7 @@ private:
     void LeaveOutTradeAndDistance(Segment& segment) const;
     static bool IsHours(QStringView text);
     bool IsControl(const TextPiece& piece, const RecordRange& range) const;
-    std::vector<Segment> SegmentsOf(size_t record, NodeIndex name) const;
+    std::vector<Segment> SegmentsOf(size_t record, NodeIndex name, const QString& called) const;
     QStringView ValueOf(const Segment& segment) const;
     QString PartedValue(const Segment& segment) const;
     bool IsBareCode(const Segment& segment) const;
@@ -66,6 +66,7 @@ private:
     static QStringView TradeBesideRange(QStringView text);
     void ChooseTradeBesideRange();
     void FindCategoryElsewhere();
+    static qsizetype CommaBeforeCountry(QStringView text);
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;

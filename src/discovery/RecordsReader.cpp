@@ -17,6 +17,27 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Houses that give mail to everybody, by the first part of their names.
+bool IsMailForEverybody(const QString& host) {
+    static const QSet<QString> houses = [] {
+        const QStringList names = u"gmail googlemail hotmail outlook yahoo ymail gmx web aol icloud me live msn mail "
+                                  u"protonmail proton t-online freenet "
+                                  u"libero virgilio alice tiscali tin orange wanadoo free sfr laposte bluewin hispeed "
+                                  u"telenet skynet proximus ziggo kpn "
+                                  u"planet xs4all btinternet btopenworld sky talktalk virginmedia ntlworld eircom "
+                                  u"comcast verizon att sbcglobal bellsouth "
+                                  u"cox bigpond optusnet xtra rogers shaw telus sympatico telefonica terra uol bol ig "
+                                  u"sapo clix wp o2 onet interia op "
+                                  u"seznam centrum azet freemail citromail telia spray bredband online start luukku "
+                                  u"kolumbus yandex rambler ukr abv "
+                                  u"otenet in walla bezeqint netvision qq 163 126 sina naver hanmail daum docomo ezweb "
+                                  u"softbank rediffmail pacbell "
+                                  u"earthlink"_s.split(u' ');
+        return QSet<QString>(names.begin(), names.end());
+    }();
+    return houses.contains(host.section(u'.', 0, 0));
+}
+
 // What the records of a list have, as shares of them.
 struct Shares {
     double Phone = 0;
@@ -242,6 +263,21 @@ private:
         return false;
     }
 
+    // Whether the mail of nearly all goes to one house, none of those that give mail to everybody: it is their
+    // employer.
+    bool MailsOfOneHouse() const {
+        QHash<QString, int> hosts;
+        int filled = 0;
+        for (const PageRecord& record : reading_.Records)
+            if (const qsizetype at = record.Fields.Email.lastIndexOf(u'@'); at > 0) {
+                ++hosts[record.Fields.Email.sliced(at + 1).toLower()];
+                ++filled;
+            }
+        const auto most = std::max_element(hosts.cbegin(), hosts.cend());
+        return filled >= 4 && *most * 5 >= filled * 4 && filled * 5 >= std::ssize(reading_.Records) * 4 &&
+               !IsMailForEverybody(most.key());
+    }
+
     double DistinctPhones() const {
         QSet<QString> phones;
         int filled = 0;
@@ -251,6 +287,13 @@ private:
                 ++filled;
             }
         return filled == 0 ? 1 : static_cast<double>(phones.size()) / filled;
+    }
+
+    double DistinctAddresses() const {
+        QSet<QString> addresses;
+        for (const PageRecord& record : reading_.Records)
+            addresses.insert(record.Fields.FullAddress);
+        return static_cast<double>(addresses.size()) / static_cast<double>(reading_.Records.size());
     }
 
     // How many different categories there are, as a share of the records that have one.
@@ -306,7 +349,7 @@ private:
             3 * shares.Phone + 3 * shares.Address + 1.5 * shares.Website + 1.5 * shares.Mail + 0.5 * shares.Map;
         const double quality = contact + shares.Place + 0.5 * shares.Category + 0.5 * shares.Details +
                                0.25 * shares.Rating + std::min(names_.Score(), 6.0) / 3;
-        reading_.Score = quality * std::min(count, 1000.0) * names_.DistinctNames();
+        reading_.Score = quality * std::min(count, 1000.0) * (names_.IsOneName() ? 0.5 : names_.DistinctNames());
         const auto no = [this](const QString& why) {
             reading_.Sure = false;
             reading_.Verdict = why;
@@ -314,7 +357,8 @@ private:
         const bool other = subject_.OtherThings && !subject_.Businesses;
         const bool directory = subject_.Businesses && !subject_.OtherThings && !subject_.OneFirm;
         const auto often = [&shares](Hint hint) { return Has(shares.Often, hint); };
-        if (names_.DistinctNames() < 0.5)
+        const bool stores = names_.IsOneName() && shares.Street >= 0.8 && DistinctAddresses() >= 0.8;
+        if (names_.DistinctNames() < 0.5 && !stores)
             return no(u"its names repeat"_s);
         const bool hosts = directory && subject_.Hosts && shares.Details >= 0.5;
         if (shares.Price > 0.5 && shares.Phone < 0.5 && !hosts)
@@ -323,7 +367,10 @@ private:
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
         if (dated && (shares.Street < 0.5 || !directory))
             return no(u"its records have dates"_s);
-        if ((shares.House > 0.6 || (shares.Phone > 0.6 && DistinctPhones() < 0.5)) && shares.Address < 0.3)
+        if (often(Hint::Author) && often(Hint::Article) && shares.Phone < 0.5)
+            return no(u"its records are what readers wrote"_s);
+        if ((shares.House > 0.6 || MailsOfOneHouse() || (shares.Phone > 0.6 && DistinctPhones() < 0.5)) &&
+            shares.Address < 0.3)
             return no(u"its records are people of one house"_s);
         if (shares.Questions > 0.5)
             return no(u"its records are questions"_s);
