@@ -55,13 +55,19 @@ void LeadOutput::Begin() {
 }
 
 void LeadOutput::LeadAppended(qsizetype row) {
-    const Lead lead = leads_.At(row);
+    Add(leads_.At(row));
+    if (!loop_)
+        Flush();
+}
+
+void LeadOutput::Add(const Lead& lead) {
+    const bool first = added_++ == 0;
     if (workbook_)
         return workbook_->Add(lead);
-    if (automatic_ && row == 0) // a lead that could not be saved where it belongs
+    if (automatic_ && first) // a lead that could not be saved where it belongs
         lines_->AppendHeader(buffer_);
     lines_->AppendLead(buffer_, lead);
-    if (!loop_ || buffer_.size() >= pieceSize)
+    if (buffer_.size() >= pieceSize)
         Flush();
 }
 
@@ -70,7 +76,7 @@ QString LeadOutput::Finish() {
     if (!workbook_)
         return lines_->Losses().Text();
     try {
-        if (!automatic_ || leads_.Count() > 0)
+        if (!automatic_ || added_ > 0)
             workbook_->Finish();
     } catch (const SaveError& error) {
         error_ = error.Message();

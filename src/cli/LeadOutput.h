@@ -28,6 +28,8 @@ public:
     /// cannot be saved there.
     void Begin();
     void LeadAppended(qsizetype row) override;
+    /// Writes a lead that is in no list, where all leads are there already: in large pieces.
+    void Add(const Lead& lead);
     /// From now on leads are gathered into large pieces, which are written at the latest before the loop's next turn or
     /// wait, by `Flush` and at the end. The loop must outlive this.
     void GatherBetweenTurns(QtMessageLoop& loop);
@@ -46,6 +48,7 @@ private:
     LeadFormat format_;
     bool automatic_;
     bool begun_ = false;
+    qint64 added_ = 0;
     std::unique_ptr<LeadLines> lines_;   // of a text format
     std::unique_ptr<Workbook> workbook_; // of the other one
     QByteArray buffer_;

@@ -55,13 +55,13 @@ int RunMerge(const CommandLine& line, Console& console) {
                      [](const Input& one, const Input& other) { return one.Written < other.Written; });
     LeadMerger merger;
     qint64 read = 0;
-    for (const Input& input : inputs) {
+    for (Input& input : inputs) {
         const QString shown = QDir::toNativeSeparators(input.FileName);
         for (const QString& problem : input.File.Problems)
             console.Error(u"%1: %2"_s.arg(shown, problem));
         const qint64 before = merger.Duplicates();
-        for (const Lead& lead : input.File.Leads)
-            merger.Add(lead);
+        for (Lead& lead : input.File.Leads)
+            merger.Add(std::move(lead));
         read += static_cast<qint64>(input.File.Leads.size());
         console.Note(u"%1: %2 leads, %3 of them known already"_s.arg(shown)
                          .arg(input.File.Leads.size())
@@ -71,7 +71,7 @@ int RunMerge(const CommandLine& line, Console& console) {
     LeadOutput output(leads, line.OutFileName, line.Format, settings, extra);
     output.Begin();
     for (const Lead& lead : merger.Leads())
-        leads.Append(lead);
+        output.Add(lead);
     if (const QString losses = output.Finish(); !losses.isEmpty())
         console.Note(losses);
     console.Note(u"%1 leads read, %2 duplicates, %3 leads written"_s.arg(read)

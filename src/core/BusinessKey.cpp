@@ -47,15 +47,17 @@ bool IsPlain(QStringView text) {
 } // namespace
 
 QString FoldedForKey(QStringView text) {
+    if (IsPlain(text)) {
+        QString plain(text.size(), Qt::Uninitialized);
+        QChar* to = plain.data();
+        for (const QChar c : text)
+            if (Ascii::IsLetterOrDigit(c))
+                *to++ = Ascii::Lower(c);
+        plain.truncate(to - plain.constData());
+        return plain;
+    }
     QString folded;
     folded.reserve(text.size());
-    if (IsPlain(text)) {
-        for (const QChar c : text) {
-            if (Ascii::IsLetterOrDigit(c))
-                folded += Ascii::Lower(c);
-        }
-        return folded;
-    }
     // Upper case first: it is what makes two letters of "ß", as those who write in capitals do.
     const QString dissolved = text.toString().normalized(QString::NormalizationForm_KD).toUpper().toLower();
     for (qsizetype i = 0; i < dissolved.size(); ++i) {

@@ -5,6 +5,7 @@
 #include "export/SheetCsv.h"
 #include "export/VCardReader.h"
 #include "export/WorkbookReader.h"
+#include "toolkit/Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,10 +27,7 @@ constexpr qint64 mostBytes = qint64{1} << 30;
 QString Decoded(const QByteArray& bytes) {
     QStringDecoder utf8(QStringConverter::Utf8);
     const QString text = utf8(bytes);
-    if (!utf8.hasError())
-        return text;
-    QStringDecoder western("windows-1252");
-    return western.isValid() ? western(bytes) : QString::fromLatin1(bytes);
+    return utf8.hasError() ? FromWindows1252(bytes) : text;
 }
 
 // The text of a JSON string that begins at `at`, where its quote stands; `at` is behind it then. False for what has to

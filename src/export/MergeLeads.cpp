@@ -17,7 +17,7 @@ bool AreListedApart(const Lead& one, const Lead& other) {
 
 } // namespace
 
-void LeadMerger::Add(const Lead& lead) {
+void LeadMerger::Add(Lead lead) {
     const QStringList keys = BusinessKeys(lead);
     size_t index = leads_.size();
     for (qsizetype i = 0; i < keys.size() && index == leads_.size(); ++i) {
@@ -27,9 +27,9 @@ void LeadMerger::Add(const Lead& lead) {
             index = *known;
     }
     if (index == leads_.size()) {
-        leads_.push_back(lead);
+        leads_.push_back(std::move(lead));
     } else {
-        leads_[index] = lead;
+        leads_[index] = std::move(lead);
         ++duplicates_;
     }
     for (const QString& key : keys)

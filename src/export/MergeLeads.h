@@ -15,7 +15,7 @@ namespace Brindle {
 class LeadMerger {
 public:
     /// Leads are added oldest first.
-    void Add(const Lead& lead);
+    void Add(Lead lead);
     const std::vector<Lead>& Leads() const { return leads_; }
     qint64 Duplicates() const { return duplicates_; }
 

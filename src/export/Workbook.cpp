@@ -102,8 +102,7 @@ void Workbook::BeginSheet() {
                                           columns_[i].Width, nullptr);
     XlsxWriter().worksheet_freeze_panes(sheet_, 1, 0);
     for (size_t i = 0; i < columns_.size(); ++i)
-        XlsxWriter().worksheet_write_string(sheet_, 0, static_cast<lxw_col_t>(i), Held(columns_[i].Caption).constData(),
-                                            header_);
+        XlsxWriter().worksheet_write_string(sheet_, 0, static_cast<lxw_col_t>(i), Held(columns_[i].Caption), header_);
     row_ = 1;
 }
 
@@ -113,9 +112,13 @@ void Workbook::EndSheet() {
                                           static_cast<lxw_col_t>(columns_.size() - 1));
 }
 
-QByteArray Workbook::Held(const QString& text) {
+// The text as a cell can hold it; good until the next one.
+const char* Workbook::Held(const QString& text) {
+    const bool hasOthers = std::any_of(text.begin(), text.end(), CannotHold);
+    if (!hasOthers && text.size() <= mostCharacters && !text.contains(u"_x"))
+        return InUtf8(text);
     QString held = text;
-    if (std::any_of(held.begin(), held.end(), CannotHold)) {
+    if (hasOthers) {
         ++losses_.Characters;
         held.removeIf(CannotHold);
     }
@@ -123,24 +126,31 @@ QByteArray Workbook::Held(const QString& text) {
         ++losses_.Shortened;
         held.truncate(held[mostCharacters - 1].isHighSurrogate() ? mostCharacters - 1 : mostCharacters);
     }
-    return Escaped(held).toUtf8();
+    return InUtf8(Escaped(held));
+}
+
+const char* Workbook::InUtf8(QStringView text) {
+    const qsizetype most = encode_.requiredSpace(text.size()) + 1;
+    if (cell_.size() < most)
+        cell_.resize(most);
+    *encode_.appendToBuffer(cell_.data(), text) = '\0';
+    return cell_.constData();
 }
 
 void Workbook::WriteCell(quint16 column, const QString& text, bool isLink) {
     if (text.isEmpty())
         return;
     const auto row = static_cast<lxw_row_t>(row_);
-    const QByteArray held = Held(text);
+    const char* const held = Held(text);
     if (isLink && IsWebAddress(text)) {
-        if (links_ < MostLinks &&
-            XlsxWriter().worksheet_write_url_opt(sheet_, row, column, text.toUtf8().constData(), nullptr,
-                                                 held.constData(), nullptr) == LXW_NO_ERROR) {
+        if (links_ < MostLinks && XlsxWriter().worksheet_write_url_opt(sheet_, row, column, text.toUtf8().constData(),
+                                                                       nullptr, held, nullptr) == LXW_NO_ERROR) {
             ++links_;
             return;
         }
         ++losses_.PlainLinks;
     }
-    XlsxWriter().worksheet_write_string(sheet_, row, column, held.constData(), text_);
+    XlsxWriter().worksheet_write_string(sheet_, row, column, held, text_);
 }
 
 void Workbook::Add(const Lead& lead) {

@@ -2,6 +2,7 @@
 
 #include "export/LeadLines.h"
 
+#include <QStringEncoder>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -41,7 +42,8 @@ private:
     void BeginSheet();
     void EndSheet();
     void WriteCell(quint16 column, const QString& text, bool isLink);
-    QByteArray Held(const QString& text);
+    const char* Held(const QString& text);
+    const char* InUtf8(QStringView text);
     [[noreturn]] void Fail(const QString& reason) const;
 
     QString fileName_;
@@ -58,6 +60,8 @@ private:
     qint64 links_ = 0;
     QByteArray workFile_;
     QByteArray workFolder_;
+    QStringEncoder encode_{QStringConverter::Utf8, QStringConverter::Flag::Stateless};
+    QByteArray cell_; // its memory is used again
     ExportLosses losses_;
 };
 

@@ -3,8 +3,19 @@
 #include "toolkit/Marker.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Brindle {
+
+namespace {
+
+// Windows-1252 from 0x80 to 0x9F (WHATWG Encoding, index windows-1252); the other bytes are those of Latin-1.
+constexpr std::array<char16_t, 32> windows1252{0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                               0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                               0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                               0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+} // namespace
 
 QStringView TrimmedView(QStringView text) {
     qsizetype begin = 0;
@@ -94,6 +105,14 @@ bool StartsWithFolded(QStringView text, QStringView prefix) {
     return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(), [](QChar a, QChar b) {
                return Ascii::Lower(a) == Ascii::Lower(b);
            });
+}
+
+QString FromWindows1252(const QByteArray& bytes) {
+    QString text = QString::fromLatin1(bytes);
+    for (QChar& c : text)
+        if (c.unicode() >= 0x80 && c.unicode() < 0xA0)
+            c = QChar(windows1252.at(c.unicode() - 0x80U));
+    return text;
 }
 
 } // namespace Brindle

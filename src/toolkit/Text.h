@@ -31,4 +31,8 @@ bool ContainsExact(QStringView text, QStringView marker);
 /// Whether `text` begins with `prefix`, A to Z and a to z being the same.
 bool StartsWithFolded(QStringView text, QStringView prefix);
 
+/// The text of bytes in the Western 8-bit code page, Windows-1252 of the Encoding Standard (WHATWG): every byte is a
+/// character.
+QString FromWindows1252(const QByteArray& bytes);
+
 } // namespace Brindle

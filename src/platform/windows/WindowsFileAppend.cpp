@@ -32,6 +32,15 @@ HANDLE Open(const QString& fileName, DWORD access, DWORD disposition, DWORD shar
     }
 }
 
+// Keeps other appends out until the file is closed: this system appends in one step, but servers of shared folders and
+// wine look for the end first and write there then. The byte that is held lies far beyond all files. Where a file
+// system knows no such locks, nothing is held.
+void KeepOthersOut(HANDLE file) {
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x4000'0000;
+    LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place);
+}
+
 // 0, or the system's error.
 DWORD Fill(HANDLE file, const QByteArray& bytes) {
     DWORD written = 0;
@@ -43,11 +52,13 @@ DWORD Fill(HANDLE file, const QByteArray& bytes) {
 } // namespace
 
 AppendResult AppendToFile(const QString& fileName, const QByteArray& bytes) {
-    const HANDLE file = Open(fileName, 0, OPEN_EXISTING, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    const HANDLE file =
+        Open(fileName, FILE_READ_DATA, OPEN_EXISTING, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
     if (file == INVALID_HANDLE_VALUE)
         return GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND
                    ? AppendResult{Kind::Missing, {}}
                    : Failure(GetLastError());
+    KeepOthersOut(file);
     const DWORD error = Fill(file, bytes); // a write that does not fit writes nothing here
     CloseHandle(file);
     return error == 0 ? AppendResult{} : Failure(error);

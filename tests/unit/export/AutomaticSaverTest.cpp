@@ -105,8 +105,9 @@ TEST_F(AutomaticSaverTest, TellsWhyALeadWasNotSaved) {
 #endif
     // A folder that is missing is made; where it cannot be, nothing is saved.
     saver_.AutomaticSave(folder_.filePath(u"made/for it"_s), u"Results"_s, u"x"_s);
-    EXPECT_TRUE(QFile::exists(folder_.filePath(u"made/for it/Results now.csv"_s)));
-    EXPECT_THROW(saver_.AutomaticSave(FileOf(u"now"_s) + u"/below", u"Results"_s, u"x"_s), SaveError);
+    const QString made = folder_.filePath(u"made/for it/Results now.csv"_s);
+    EXPECT_TRUE(QFile::exists(made));
+    EXPECT_THROW(saver_.AutomaticSave(made + u"/below", u"Results"_s, u"x"_s), SaveError);
 }
 
 TEST_F(AutomaticSaverTest, AHeldFileIsFollowedByTheNextNumber) {

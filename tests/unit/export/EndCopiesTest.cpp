@@ -27,7 +27,10 @@ protected:
     EndCopies copies_{more_, settings_, leads_};
 
     QString File(const QString& name) const { return folder_.filePath(name); }
-    QStringList Files() const { return QDir(folder_.path()).entryList(QDir::Files, QDir::Name); }
+    // Those that have their names: on Windows a file that is being written stands beside under another one.
+    QStringList Files() const {
+        return QDir(folder_.path()).entryList({u"*.csv"_s, u"*.xlsx"_s}, QDir::Files, QDir::Name);
+    }
 };
 
 TEST_F(EndCopiesTest, AreThoseThatTheOptionsWantAndComeAtTheEnd) {

@@ -58,6 +58,7 @@ QString OneBreak(QString text) {
 class OtherPrograms : public testing::Test {
 protected:
     QTemporaryDir folder_;
+    const QString python_ = QStandardPaths::findExecutable(u"python3"_s, {u"/usr/bin"_s});
 
     QString Write(LeadFormat format, const std::vector<Lead>& leads) {
         const QString fileName = folder_.filePath(u"leads."_s + (format == LeadFormat::VCard ? u"vcf" : u"csv"));
@@ -85,8 +86,7 @@ protected:
     // Runs a script that prints a list of lists of texts.
     std::vector<QStringList> Table(const QString& script, const QString& fileName) {
         std::vector<QStringList> rows;
-        const QJsonArray table =
-            QJsonDocument::fromJson(Run(u"/usr/bin/python3"_s, {u"-c"_s, script, fileName})).array();
+        const QJsonArray table = QJsonDocument::fromJson(Run(python_, {u"-c"_s, script, fileName})).array();
         for (const auto& row : table) {
             QStringList fields;
             for (const auto& field : row.toArray())
@@ -121,7 +121,7 @@ TEST_F(OtherPrograms, LibreOfficeReadsTheCellsOfAWorkbook) {
 }
 
 TEST_F(OtherPrograms, PythonReadsCsvForSpreadsheets) {
-    if (!QFile::exists(u"/usr/bin/python3"_s))
+    if (python_.isEmpty())
         GTEST_SKIP() << "Python is not installed";
     const std::vector<Lead> leads = HardLeads();
     const auto rows = Table(u"import csv, json, sys\n"
@@ -139,7 +139,7 @@ TEST_F(OtherPrograms, PythonReadsCsvForSpreadsheets) {
 }
 
 TEST_F(OtherPrograms, AReaderOfCardsReadsThem) {
-    if (QProcess::execute(u"/usr/bin/python3"_s, {u"-c"_s, u"import vobject"_s}) != 0)
+    if (python_.isEmpty() || QProcess::execute(python_, {u"-c"_s, u"import vobject"_s}) != 0)
         GTEST_SKIP() << "python3-vobject is not installed";
     const std::vector<Lead> leads = HardLeads();
     const auto rows = Table(u"import json, sys, vobject\n"

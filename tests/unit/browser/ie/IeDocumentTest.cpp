@@ -145,7 +145,7 @@ TEST(IeDocument, LetsGoOfAllThatItTook) {
         return object->Release();
     };
     EXPECT_EQ(references(page.Document.Get()), 1u);
-    EXPECT_EQ(references(page.Body.Get()), 2u); // the script's own, and the document's
+    EXPECT_EQ(references(page.Body.Get()), 3u); // the script's own, and the document's two
     EXPECT_EQ(references(page.Links.Get()), 2u);
     EXPECT_EQ(references(page.Link[0].Get()), 1u);
 }
