@@ -19,7 +19,7 @@ int RunDiagnose(const CommandLine& line) {
                                      .SettingsFileName = line.SettingsFileName.value_or(QString()),
                                      .Store = line.Store,
                                      .Engine = hasEngine ? u"Chromium (--browser web)"_s : u"none: static pages only"_s,
-                                     .WhyNoSandbox = WhyNoSandbox(),
+                                     .WhyNoSandbox = hasEngine ? std::optional(WhyNoSandbox()) : std::nullopt,
                                      .Directories = SiteAdapters()});
     WriteToStandardOutput(report.toLocal8Bit());
     return ExitStatus::Done;

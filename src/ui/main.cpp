@@ -94,8 +94,10 @@ SitesFile StartDemo(DemoServers&, QTemporaryFile&) {
 QString Diagnosis(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
     const ProgramOptions options = ParseProgramOptions(QCoreApplication::arguments().mid(1));
+    std::optional<QString> whyNoSandbox;
 #if defined(BRINDLE_HAS_WEBENGINE)
     const QString engine = u"Chromium "_s + QString::fromLatin1(qWebEngineChromiumVersion());
+    whyNoSandbox = WhyNoSandbox();
 #elif defined(BRINDLE_HAS_IE)
     const QString engine = SystemHasPageEngine() ? u"Windows' web browser control"_s : u"none: static pages only"_s;
 #else
@@ -107,7 +109,7 @@ QString Diagnosis(int argc, char** argv) {
                      .SettingsFileName = options.SettingsFileName,
                      .Store = {},
                      .Engine = engine,
-                     .WhyNoSandbox = WhyNoSandbox(),
+                     .WhyNoSandbox = whyNoSandbox,
                      .Directories = SiteAdapters()});
 }
 

@@ -110,9 +110,11 @@ private:
     }
 
     QString Sandbox() const {
+        if (!parts_.WhyNoSandbox)
+            return u"none: there is no Chromium here"_s;
         if (qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
             return u"off: the environment says so"_s;
-        return parts_.WhyNoSandbox.isEmpty() ? u"on"_s : u"off: "_s + parts_.WhyNoSandbox;
+        return parts_.WhyNoSandbox->isEmpty() ? u"on"_s : u"off: "_s + *parts_.WhyNoSandbox;
     }
 
     static QString ProxyMode(const Settings& settings) {

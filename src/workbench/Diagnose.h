@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <span>
 
 namespace Brindle {
@@ -16,7 +17,8 @@ struct DiagnoseParts {
     QString SettingsFileName; ///< the same: the user's
     QString Store;            ///< the same: that of the options
     QString Engine;           ///< which browser engine there is, or that there is none
-    QString WhyNoSandbox;     ///< of the engine; empty: it has its sandbox
+    /// Why Chromium has no sandbox; empty: it has its sandbox; nothing where there is no Chromium.
+    std::optional<QString> WhyNoSandbox;
     std::span<const SiteAdapter> Directories;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -33,6 +34,19 @@ TEST_F(DiagnoseTest, SaysWhatIsThereAndMakesNothing) {
     EXPECT_TRUE(ValueOf(outcome, "store").endsWith("(not there yet)"));
     EXPECT_FALSE(outcome.Out.contains("problem: ")) << outcome.Out.toStdString();
     EXPECT_FALSE(QFile::exists(store));
+}
+
+// There is a sandbox, or a reason why not, where there is what would run in it.
+TEST_F(DiagnoseTest, SaysNothingOfASandboxWithoutAnEngine) {
+    const QString alone = Path(QFileInfo(CliProgram()).fileName());
+    ASSERT_TRUE(QFile::copy(CliProgram(), alone));
+    QProcess process;
+    process.setProcessEnvironment(CliEnvironment());
+    process.start(alone, {u"diagnose"_s}, QIODevice::ReadOnly);
+    ASSERT_TRUE(process.waitForFinished());
+    const Outcome outcome{.Status = process.exitCode(), .Out = process.readAllStandardOutput(), .Err = {}};
+    EXPECT_TRUE(ValueOf(outcome, "engine").startsWith("none")) << outcome.Out.toStdString();
+    EXPECT_TRUE(ValueOf(outcome, "sandbox").startsWith("none")) << outcome.Out.toStdString();
 }
 
 // The secrets of a user do not go into a report.

@@ -1,3 +1,5 @@
+#include "Documents.h"
+
 #include "DemoFixture.h"
 #include "PostgresServer.h"
 #include "cli/CommandLine.h"
@@ -9,78 +11,24 @@
 
 #include <memory>
 #include <set>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace Brindle::Test {
 namespace {
 
-struct Written {
-    QString Where; ///< file and line
-    QString Text;  ///< from brindle-cli on
-};
-
-// The commands in the code blocks of a document, fenced or indented ones.
-void Collect(const QString& fileName, std::vector<Written>& commands) {
-    static const QRegularExpression command(u"^(    )?(?:build/bin/)?brindle-cli (.*)$"_s);
-    const QStringList lines = QString::fromUtf8(FileContent(fileName)).split(u'\n');
-    bool inBlock = false;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (lines[i].startsWith(u"```"))
-            inBlock = !inBlock;
-        const auto match = command.match(lines[i]);
-        if (!match.hasMatch() || !(inBlock || match.hasCaptured(1)))
-            continue;
-        Written found{QFileInfo(fileName).fileName() + u':' + QString::number(i + 1), match.captured(2)};
-        while (found.Text.endsWith(u'\\') && i + 1 < lines.size()) {
-            found.Text.chop(1);
-            found.Text += lines[++i];
-        }
-        found.Text.remove(QRegularExpression(u"\\s+#\\s.*$"_s)); // what the command is for
-        commands.push_back(found);
-    }
-}
-
-QStringList Documents() {
-    const QDir root(QStringLiteral(PROJECT_DIR));
-    QStringList files{root.filePath(u"README.md"_s), root.filePath(u"CONTRIBUTING.md"_s)};
-    for (const QFileInfo& file : QDir(root.filePath(u"docs"_s)).entryInfoList({u"*.md"_s}, QDir::Files, QDir::Name))
-        files.append(file.filePath());
-    return files;
-}
-
-std::vector<Written> CommandsOfDocuments() {
+// Those of brindle-cli, from its name on.
+std::vector<Written> CommandsOf(const std::vector<Written>& code) {
+    static const QRegularExpression command(u"^(?:build/bin/)?brindle-cli (.*)$"_s);
     std::vector<Written> commands;
-    for (const QString& file : Documents())
-        Collect(file, commands);
+    for (const Written& line : code)
+        if (const auto match = command.match(line.Text); match.hasMatch())
+            commands.push_back({line.Where, match.captured(1)});
     return commands;
 }
 
-// As a shell takes them apart: blanks, and quotes of both kinds.
-QStringList ArgumentsOf(const QString& text) {
-    QStringList arguments;
-    QString argument;
-    QChar quote;
-    bool inside = false;
-    for (const QChar c : QString(text + u' ')) {
-        if (!quote.isNull()) {
-            if (c == quote)
-                quote = QChar();
-            else
-                argument += c;
-        } else if (c == u'"' || c == u'\'') {
-            quote = c;
-            inside = true;
-        } else if (c != u' ') {
-            argument += c;
-            inside = true;
-        } else if (inside) {
-            arguments.append(std::exchange(argument, QString()));
-            inside = false;
-        }
-    }
-    return arguments;
+std::vector<Written> CommandsOfDocuments() {
+    return CommandsOf(LinesOfCodeBlocks());
 }
 
 // Serves until it is ended, so it is tried elsewhere.
@@ -115,7 +63,11 @@ private:
 };
 
 TEST_F(DocumentsTest, EveryCommandIsOneThatTheProgramTakes) {
-    for (const Written& command : CommandsOfDocuments())
+    std::vector<Written> commands = CommandsOfDocuments();
+    for (const Written& command : CommandsOf(InlineCode()))
+        if (command.Text.contains(u' ')) // else the command is only named
+            commands.push_back(command);
+    for (const Written& command : commands)
         EXPECT_NO_THROW(ParseCommandLine(ArgumentsOf(command.Text)))
             << command.Where.toStdString() << ": " << command.Text.toStdString();
 }
