@@ -160,6 +160,10 @@ LeadFile TableLeads(const CsvTable& table, std::span<const QStringList> captions
 }
 
 LeadFile Read(const QByteArray& bytes, std::span<const QStringList> captions) {
+    if (bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff")) { // what spreadsheets call Unicode text
+        QStringDecoder utf16(QStringConverter::Utf16);
+        return Read(QString(utf16(bytes)).toUtf8(), captions);
+    }
     if (bytes.startsWith("PK\x03\x04"))
         return TableLeads(ReadWorkbook(bytes), captions);
     const QByteArray begin = bytes.first(std::min<qsizetype>(bytes.size(), 256)).trimmed();

@@ -80,6 +80,7 @@ TfrmExport::TfrmExport(const LeadList& leads, std::span<const qsizetype> rows, c
     auto* const further = new QHBoxLayout;
     for (const OfferedColumn& offered : offeredColumns) {
         auto* const box = new QCheckBox(texts.Text(offered.Caption), this);
+        furtherCaptions_.append(texts.Text(offered.Caption));
         box->setObjectName(u"chkColumn" + QString::number(Columns.size()));
         box->setAccessibleDescription(texts.Text(offered.Hint));
         AccessKeys::SetHint(box, texts.Text(offered.Hint));
@@ -197,7 +198,8 @@ void TfrmExport::ShowPreview() {
             captions.append(leads_.Captions.value(field));
         }
     const ExtraColumns extra(Chosen()); // nobody is asked for a look
-    captions += extra.Captions();
+    for (const ExtraColumn column : extra.Columns())
+        captions.append(furtherCaptions_[static_cast<int>(column)]);
     const auto count = static_cast<int>(std::min<size_t>(rows_.size(), PreviewedRows));
     lvwPreview->clear();
     lvwPreview->setColumnCount(static_cast<int>(captions.size()));

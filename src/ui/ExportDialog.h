@@ -58,6 +58,7 @@ private:
     std::span<const qsizetype> rows_;
     const Settings& settings_;
     std::vector<OfferedFormat> formats_;
+    QStringList furtherCaptions_; // in the order of the further columns
     QString nameServer_;
     AccessKeys keys_{QString()};
 };

@@ -588,6 +588,17 @@ TEST_F(WindowTest, AnExportThatWaitsForANameServerCanBeCancelled) {
     Run->Choose(u"cbxLanguage", 3);
     EXPECT_TRUE(exportWith(false, 1, u"book.xlsx"_s));
     EXPECT_TRUE(Run->Panel(0).endsWith(u"Testi abbreviati: 20")) << Run->Panel(0).toStdString();
+
+    // So are the captions of the further columns; a file keeps those that programs know.
+    QString caption;
+    QTimer::singleShot(0, Run->Window.get(), [&] {
+        auto* const dialog = Run->Window->findChild<TfrmExport*>();
+        dialog->Columns[0]->click();
+        caption = dialog->lvwPreview->horizontalHeaderItem(FieldCount)->text();
+        dialog->reject();
+    });
+    Run->Click(u"btnExportAs");
+    EXPECT_EQ(caption, u"Telefono (internazionale)"_s);
 }
 
 TEST_F(WindowTest, HeaderClickDoesNothing) {

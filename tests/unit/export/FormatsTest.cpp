@@ -7,6 +7,7 @@
 #include "export/Workbook.h"
 
 #include <QFile>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -277,6 +278,10 @@ TEST_F(Formats, ClassicCsvIsReadBack) {
         lead.Name = name;
         return lead;
     };
+    const auto utf16 = [](const char* text) {
+        QStringEncoder encode(QStringConverter::Utf16LE);
+        return QByteArray(encode(QString::fromUtf8(text)));
+    };
     const QByteArray header = "\"Category\",\"Business Name\"\r\n";
     const Case cases[]{
         {"plain", header + "\"a\",\"b\"\r\n", {named(u"a"_s, u"b"_s)}, {}},
@@ -299,6 +304,10 @@ TEST_F(Formats, ClassicCsvIsReadBack) {
          {}},
         {"8 bit", header + "\"Caff\xe8\",\"\x80 uro\"\r\n", {named(u"Caffè"_s, u"\u20AC uro"_s)}, {}},
         {"UTF-8", header + "\"Caff\xc3\xa8\",\"b\"\r\n", {named(u"Caffè"_s, u"b"_s)}, {}},
+        {"UTF-16 with tabs, which spreadsheets call Unicode text",
+         QByteArray("\xff\xfe") + utf16("Category\tBusiness Name\r\na\tCaffè\r\n"),
+         {named(u"a"_s, u"Caffè"_s)},
+         {}},
         {"other programs: no quotes, other order, more columns",
          "Business Name;Shoe size;Category\nb;43;\"a;\"\"1\"\"\"\n",
          {named(u"a;\"1\""_s, u"b"_s)},
