@@ -137,9 +137,12 @@ constexpr Row labels[] = {
     {Of(Hint::State),
      u"state|province|region|county|bundesland|région|département|provincia|estado|región|regione|regio|"
      u"provincie|województwo|kraj|okres|megye|județ|län|fylke|lääni|il|область|регион|都道府県|省|省份"},
-    {Of(Hint::PostalCode), u"zip|zip code|postcode|postal code|post code|plz|postleitzahl|code postal|cp|código postal|"
-                           u"cap|cep|kod pocztowy|psč|irányítószám|cod poștal|postnummer|postnr|postinumero|posta kodu|"
-                           u"τ.κ|индекс|почтовый индекс|郵便番号|邮编|邮政编码|郵遞區號|우편번호"},
+    {Of(Hint::PostalCode),
+     u"zip|zip code|postcode|postal code|post code|plz|postleitzahl|code postal|cp|código postal|"
+     u"cap|cep|kod pocztowy|psč|irányítószám|cod poștal|postnummer|postnr|postinumero|posta kodu|"
+     u"τ.κ|pašto kodas|pasta indekss|indeks|sihtnumber|poštová smerovacie číslo|poštni broj|poštanski broj|індекс|"
+     u"поштовий індекс|пощенски код|pin|pin code|pincode|індекс|индекс|почтовый "
+     u"индекс|郵便番号|邮编|邮政编码|郵遞區號|우편번호"},
     {Of(Hint::Country), u"country|land|pays|país|paese|kraj|země|ország|țară|maa|ülke|χώρα|страна|国|国家|국가"},
     {Of(Hint::Category),
      u"category|categories|cuisine|cuisines|type|industry|sector|business type|specialty|specialties|speciality|trade|"
@@ -432,7 +435,12 @@ LeadingLabel LabelAtBegin(QStringView text) {
     for (qsizetype i = 1; i < text.size() && i < 24; ++i)
         if (text[i].isDigit() || text[i] == u'+' || text[i] == u'(') {
             // "T12 X4K8" is a postal code.
-            const HintSet hints = i > 1 || text[i] == u'+' || text[i] == u'(' ? HintsOfLabel(text.first(i)) : 0;
+            HintSet hints = i > 1 || text[i] == u'+' || text[i] == u'(' ? HintsOfLabel(text.first(i)) : 0;
+            // "Office 346, Al Moosa Tower" is none.
+            const auto letters = std::count_if(text.begin() + i, text.end(), [](QChar c) { return c.isLetter(); });
+            const auto digits = std::count_if(text.begin() + i, text.end(), [](QChar c) { return c.isDigit(); });
+            if (digits < 6 && letters > 3)
+                hints = 0;
             return Has(hints, Hint::Phone) || Has(hints, Hint::Fax) ? LeadingLabel{hints, i} : LeadingLabel{};
         }
     return {};

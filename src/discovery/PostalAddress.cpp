@@ -184,10 +184,19 @@ private:
                     !prefix.isEmpty() && bare.endsWith(prefix) &&
                     (bare.size() == prefix.size() || !bare[bare.size() - prefix.size() - 1].isLetterOrNumber()))
                     before = bare.chopped(prefix.size());
-        return Stripped(before, u" ,;|•·\n、，-–—/〒");
+        // "(M5500) Mendoza"
+        return Stripped(before, IsInBrackets(code) ? u" ,;|•·\n、，-–—/〒(" : u" ,;|•·\n、，-–—/〒");
     }
 
-    QStringView BehindCode(const Code& code) const { return Stripped(segments_[code.Segment].sliced(code.Span.End)); }
+    QStringView BehindCode(const Code& code) const {
+        return Stripped(segments_[code.Segment].sliced(code.Span.End + (IsInBrackets(code) ? 1 : 0)));
+    }
+
+    bool IsInBrackets(const Code& code) const {
+        const QStringView segment = segments_[code.Segment];
+        return code.Span.Begin > 0 && segment[code.Span.Begin - 1] == u'(' && code.Span.End < segment.size() &&
+               segment[code.Span.End] == u')';
+    }
 
     bool IsAlone(const Code& code) const { return BeforeCode(code).isEmpty() && BehindCode(code).isEmpty(); }
 
@@ -456,6 +465,11 @@ private:
     }
 
     void ReadStateAndCity(Segments rest) {
+        // "29 Trafalgar Street, Nelson, Nelson": a region that is named like its town.
+        if (rest.size() > 2 && rest.back() == rest[rest.size() - 2] && parts_.State.isEmpty()) {
+            parts_.State = rest.back().toString();
+            rest.pop_back();
+        }
         if (parts_.State.isEmpty()) {
             QStringView& last = rest.back();
             if (last.size() > 2 && last.startsWith(u'(') && last.endsWith(u')'))

@@ -1,3 +1,4 @@
+#include "discovery/Labels.h"
 #include "discovery/PostalAddress.h"
 #include "discovery/PostalAddressWords.h"
 
@@ -173,7 +174,18 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
     const auto named = [text](qsizetype at) {
         while (at < text.size() && (text[at].isSpace() || text[at] == u',' || text[at] == u'-'))
             ++at;
-        return at < text.size() && (text[at].isUpper() || IsEastern(text[at]));
+        return at < text.size() && (text[at].isUpper() || (text[at].isLetter() && !text[at].isLower()));
+    };
+    // "Coimbatore - 641022", "חיפה 3392335": the place stands before a code that is no year.
+    const AddressCountry* const country = AddressCountryOf(region);
+    const bool cityFirst = country && country->Order == AddressOrder::CityCode && text.size() <= 60;
+    const auto follows = [text](const TextSpan& code) {
+        QStringView place = text.first(code.Begin);
+        while (!place.isEmpty() && (place.back().isSpace() || QStringView(u"-\u2013,").contains(place.back())))
+            place.chop(1);
+        const qsizetype word = place.lastIndexOf(u' ') + 1;
+        return place.size() - word >= 3 && !HasDigit(place) && place[word].isLetter() && !place[word].isLower() &&
+               code.Begin > place.size() && HintsOfLabel(place) == 0 && HintsOfLabel(place.sliced(word)) == 0;
     };
     for (const TextSpan& code : codes) {
         const bool letters = text.sliced(code.Begin, code.End - code.Begin).contains(u' ') ||
@@ -187,6 +199,8 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
         if (year)
             continue;
         if (named(code.End) && (start || letters || HasDigit(text.first(code.Begin))))
+            return true;
+        if (cityFirst && code.End - code.Begin >= 5 && follows(code))
             return true;
         if (state || (letters && code.Begin > 3 && code.End == text.size()))
             return true;

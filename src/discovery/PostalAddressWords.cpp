@@ -51,13 +51,15 @@ constexpr QStringView streetSuffixes =
     u"rruga|stræti|gata|vegur|braut";
 // Ends of words that are a street's name by themselves.
 constexpr QStringView streetEndings[] = {
-    u"straße",   u"strasse", u"str.",  u"weg",   u"platz",  u"gasse",  u"allee",  u"damm",   u"ufer",
-    u"chaussee", u"markt",   u"steig", u"ring",  u"graben", u"straat", u"laan",   u"plein",  u"gracht",
-    u"kade",     u"singel",  u"dijk",  u"dreef", u"gatan",  u"vägen",  u"torget", u"gränd",  u"gata",
-    u"gaten",    u"veien",   u"vegen", u"vej",   u"gade",   u"plads",  u"torvet", u"stræde", u"katu",
-    u"tie",      u"kuja",    u"aukio", u"kaari", u"väylä",  u"stræti", u"vegur",  u"braut",  u"brücke",
-    u"allé",     u"gate",    u"plass", u"väg",   u"stieg",  u"zeile",  u"pfad",   u"leitn",  u"hof",
+    u"straße", u"strasse", u"str.",  u"weg",    u"platz",  u"gasse", u"allee", u"damm",   u"ufer",  u"chaussee",
+    u"markt",  u"steig",   u"ring",  u"graben", u"straat", u"laan",  u"plein", u"gracht", u"kade",  u"singel",
+    u"dijk",   u"dreef",   u"gatan", u"vägen",  u"torget", u"gränd", u"gata",  u"gaten",  u"veien", u"vegen",
+    u"vej",    u"gade",    u"plads", u"torvet", u"stræde", u"katu",  u"tie",   u"kuja",   u"aukio", u"kaari",
+    u"väylä",  u"stræti",  u"vegur", u"braut",  u"brücke", u"allé",  u"gate",  u"plass",  u"väg",   u"stieg",
+    u"zeile",  u"pfad",    u"leitn", u"hof",    u"-rue",   u"'rue",
 };
+// Beginnings of words of a script that sets no blanks: road, lane, village, by-road.
+constexpr QStringView thaiBeginnings[] = {u"ถนน", u"ซอย", u"หมู่", u"ตรอก"};
 constexpr QStringView bareEndings[] = {u"丁目", u"番地", u"番",   u"号", u"號", u"路", u"街",
                                        u"巷",   u"弄",   u"大道", u"로", u"길", u"町", u"通り"};
 constexpr QStringView unitWords = u"suite|ste|ste.|unit|apt|apt.|apartment|floor|fl|fl.|room|rm|rm.|bldg|bldg.|"
@@ -118,6 +120,10 @@ Word NextWord(QStringView text, qsizetype at) {
     const QChar first = text[word.Begin];
     word.Number = first.isDigit();
     word.Named = first.isUpper() || (first.isLetter() && !first.isLower());
+    // "d'Arlon", "l'Alzette"
+    if (!word.Named && word.End - word.Begin > 2 &&
+        (text[word.Begin + 1] == u'\'' || text[word.Begin + 1] == u'\u2019'))
+        word.Named = text[word.Begin + 2].isUpper();
     if (word.End - word.Begin > longestWord)
         return word;
     std::array<QChar, longestWord> folded;
@@ -133,6 +139,9 @@ Word NextWord(QStringView text, qsizetype at) {
                                     [lower](QStringView ending) { return lower.contains(ending); });
         return word;
     }
+    if (first.unicode() >= 0x0E00 && first.unicode() < 0x0E80)
+        word.Compound = std::any_of(std::begin(thaiBeginnings), std::end(thaiBeginnings),
+                                    [lower](QStringView beginning) { return lower.startsWith(beginning); });
     if (size > 4 && first.unicode() < 0x250)
         for (const QStringView ending : streetEndings)
             if (lower.back() == ending.back() && size > ending.size() + 1 && lower.endsWith(ending)) {
@@ -182,9 +191,17 @@ bool IsStreetWord(QStringView text, const Word& before, const Word& word, const 
         const bool isWeak = std::any_of(std::begin(weak), std::end(weak),
                                         [self](QStringView w) { return self.compare(w, Qt::CaseInsensitive) == 0; });
         if (isWeak) {
-            // "Am Tabor 1": a name and then a number.
-            const Word number = NextWord(text, behind.End);
-            return word.Named && behind.Named && number.Number && !apart(behind, number);
+            // "12, place d'Armes"
+            if (before.Number && word.Begin - before.End <= 2 && (behind.Named || link) && word.Begin > 0)
+                return true;
+            // "Am Tabor 1", "An der Alten Mühle 6": a name and then a number.
+            Word last = behind;
+            Word after = NextWord(text, behind.End);
+            for (int more = 0; more < 3 && link && after.Named && !apart(last, after); ++more) {
+                last = after;
+                after = NextWord(text, last.End);
+            }
+            return word.Named && last.Named && after.Number && !apart(last, after);
         }
         if (behind.Named || behind.Number || link || text[behind.Begin] == u'\'')
             return true;
@@ -302,9 +319,9 @@ qsizetype EndOfStreetIn(QStringView text) {
 }
 
 bool IsPartOfHouse(QStringView text) {
-    static const QStringView parts[] = {u"sc", u"bl",   u"et",      u"ap",       u"of",    u"корп", u"кв",   u"оф",
-                                        u"эт", u"стр",  u"lok",     u"piso",     u"dpto",  u"ste",  u"unit", u"apt",
-                                        u"od", u"ofic", u"oficina", u"building", u"floor", u"suite"};
+    static const QStringView parts[] = {u"sc", u"bl",   u"et",      u"ap",   u"of",   u"корп",     u"кв",    u"оф",
+                                        u"эт", u"стр",  u"lok",     u"piso", u"dpto", u"ste",      u"unit",  u"apt",
+                                        u"od", u"ofic", u"oficina", u"буд",  u"офіс", u"building", u"floor", u"suite"};
     qsizetype end = 0;
     while (end < text.size() && text[end].isLetter())
         ++end;
