@@ -397,13 +397,22 @@ void PageAnnotations::ReadPhones(int line) {
         const auto count = std::count_if(shown.begin(), shown.end(), [](QChar c) { return c.isDigit(); });
         if (count < 7 && !EndsWithPhoneLabel(text.first(place.Begin)))
             continue;
-        if (BeginsWithRating(shown) || EndsInPostalCode(text, place))
+        if (BeginsWithRating(shown) || EndsInPostalCode(text, place) || HidesDigits(text.sliced(place.End)))
             continue;
         AddPhone({NodeAt(line, whole.Begin + place.Begin), line, whole.Begin + place.Begin, whole.Begin + place.End,
                   shown.toString(), place.Number.E164});
     }
     if (places.empty() && SaysPhone(line))
         ReadLabelledPhone(line);
+}
+
+// "(0232) 818 XX XX", "0151 2345…": the rest of the number is shown on a click only.
+bool PageAnnotations::HidesDigits(QStringView behind) {
+    while (!behind.isEmpty() && (behind.front().isSpace() || behind.front() == u'-'))
+        behind = behind.sliced(1);
+    if (behind.size() == 1 || (behind.size() > 1 && behind[0] != u'\u2026' && behind[0] != behind[1]))
+        return behind == u"\u2026";
+    return !behind.isEmpty() && QStringView(u"Xx*\u2022\u25CF\u2026._").contains(behind.front());
 }
 
 // "4.5 (218) 135 Patrick Street": how well a place is liked, and by how many.

@@ -111,6 +111,7 @@ private:
     void ReadLink(NodeIndex node, QStringView href);
     void ReadLines();
     void ReadPhones(int line);
+    static bool HidesDigits(QStringView behind);
     static bool BeginsWithRating(QStringView number);
     bool EndsInPostalCode(QStringView line, const FoundPhone& place) const;
     bool SaysPhone(int line) const;

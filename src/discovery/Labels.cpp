@@ -45,7 +45,8 @@ constexpr Row nameParts[] = {
     {Of(Hint::Category), u"category categories cuisine cuisines branche branchen rubrique rubric categoria categorie "
                          u"kategorie kategoria kategorija trade trades industry sector activity activite specialty "
                          u"speciality specialties tags tag services keywords businesstype branch gewerbe "
-                         u"bransch toimiala categorias type"},
+                         u"bransch toimiala categorias type spec specialization specialisation fachrichtung fachgebiet "
+                         u"especialidad spécialité subcategory"},
     {Of(Hint::Map), u"map maps karte directions route mapa plan geo"},
     {Of(Hint::Hours), u"hours opening openinghours oeffnungszeiten open horaires horario orari openingstijden closed "
                       u"openuntil"},
@@ -203,6 +204,10 @@ constexpr auto businessStems =
     u"parrucchier "
     u"kapper fryzjer kadeřni fodrász парикмахер salon beauty kosmetik garage werkstatt mechanic autohaus dealer "
     u"dealers "
+    u"medizin medicina médecine kardiolog cardiolog dermatolog gynäkolog gynekolog ginecolog gynécolog urolog neurolog "
+    u"orthopäd orthopéd orthoped ortoped pädiatr pediatr pédiatr ophtalmo ophthalmo oftalmo augenarzt psychiatr "
+    u"psycholog "
+    u"psychotherap psychothérap radiolog chirurg surgeon internist généralist "
     u"taxi exhibitor aussteller exposant expositor espositor wystawc vystavovat kiállít utställare udstiller katılımcı "
     u"экспонент εκθέτ company companies business businesses firm firms firma firmen firmy firem entreprise société "
     u"empresa aziend "

@@ -568,7 +568,14 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         const bool constant = column.Distinct * column.Filled < 1.5;
         const bool labelled = Has(column.Label, Hint::Category);
         const bool trade = kinds == seen && seen >= 3 && !onLinks && wordsOfOne == 1;
-        if (constant && (!says || (column.IsLink && !labelled)) && ofSubject * 2 <= seen && !trade)
+        // "<span class=tag>Open</span>": what only calls itself a tag must name a trade.
+        const auto first =
+            std::find_if(column.Nodes.begin(), column.Nodes.end(), [](NodeIndex node) { return node != noNode; });
+        const QString look =
+            first == column.Nodes.end() ? QString() : page_.Page.Attribute(*first, u"class").toString().toLower();
+        const bool tag = look.contains(u"tag") || look.contains(u"service") || look.contains(u"status");
+        const bool furniture = !says || (column.IsLink && !labelled) || (!labelled && tag && kinds < seen);
+        if (constant && furniture && ofSubject * 2 <= seen && !trade)
             continue;
         double score = 0;
         if (says)
@@ -579,6 +586,10 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         else if (column.Filled >= count * 0.5 && column.Digits < 0.1 && column.Length <= 40 && column.Distinct < 0.5 &&
                  column.Distinct * column.Filled > 2.5 && std::max(kinds, ofSubject) * 4 >= seen)
             score = 1.2; // what is said again and again is a trade when some of it is known to be one
+        // A few entries may all be of different trades.
+        else if (column.Filled >= count * 0.8 && column.Digits == 0 && column.Length <= 30 && wordsOfOne <= 4 &&
+                 kinds == seen && seen >= 3)
+            score = 1.1;
         score *= 0.3 + 0.7 * column.Filled / count;
         if (score > best) {
             best = score;

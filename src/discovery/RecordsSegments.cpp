@@ -1,5 +1,6 @@
 // What stands in the text of an address and is none of it.
 #include "discovery/PostalAddressWords.h"
+#include "discovery/RecordsAddress.h"
 #include "discovery/RecordsPlaces.h"
 
 #include <algorithm>
@@ -130,7 +131,12 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
             labelled = !text.isEmpty() && (Has(hints, Hint::Phone) || Has(hints, Hint::Fax));
             before = segment.Begin + (labelled ? word : text.size());
         }
-        if (before - segment.Begin >= segment.End - phone->End) {
+        // "1 Main St, Ulm Tel. 1234 Fax 1235 Mobile 1236": numbers behind it can be longer than an address.
+        const auto isAddress = [&] {
+            const AddressSigns signs = AddressSignsIn(all.sliced(segment.Begin, before - segment.Begin), page_.Region);
+            return signs.PostalCode || signs.Street;
+        };
+        if (before - segment.Begin >= segment.End - phone->End || (before > segment.Begin + 6 && isAddress())) {
             segment.End = before;
             trim();
             break;
