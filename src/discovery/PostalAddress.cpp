@@ -445,6 +445,14 @@ private:
         for (const QStringView segment : rear)
             if (IsStateOf(region_, segment))
                 parts_.State = segment.toString();
+        // "пр. Свободи, буд. 37, 01559, м. Київ"
+        if (before.isEmpty() && behind.isEmpty() && !rear.empty() && parts_.State.isEmpty() && HasDigit(rest.back()) &&
+            !HasDigit(rear.front()) &&
+            (WithoutTownMark(rear.front()) != rear.front() || StartsLikePlace(rear.front()))) {
+            parts_.City = WithoutTownMark(rear.front()).toString();
+            parts_.Street = Verbatim(rest);
+            return;
+        }
         if (!behind.isEmpty() && StartsLikePlace(behind)) {
             if (IsStateOf(region_, behind)) {
                 parts_.State = behind.toString();
