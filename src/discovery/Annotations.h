@@ -104,6 +104,9 @@ public:
         return ShownText(Lines, node, Page.End(node), between);
     }
 
+    /// "4.5 (218) 135 Patrick Street": how well a place is liked, and by how many.
+    static bool BeginsWithRating(QStringView number);
+
 private:
     void ReadElements();
     void ReadElement(NodeIndex node);
@@ -112,7 +115,6 @@ private:
     void ReadLines();
     void ReadPhones(int line);
     static bool HidesDigits(QStringView behind);
-    static bool BeginsWithRating(QStringView number);
     bool EndsInPostalCode(QStringView line, const FoundPhone& place) const;
     bool SaysPhone(int line) const;
     void ReadLabelledPhone(int line);

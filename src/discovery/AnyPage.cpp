@@ -59,6 +59,57 @@ void PreferWhole(std::vector<RecordsReading>& lists) {
                         lists.begin() + static_cast<std::ptrdiff_t>(i) + 1);
 }
 
+// Entries of another make between those of the list or above them: paid ones. Each has a phone and an address, as few
+// other things in the same place have.
+void AddPaidEntries(const PageAnnotations& page, const Signatures& signatures, const PageSubject& subject,
+                    RecordsReading& best) {
+    const PageTree& tree = page.Page;
+    const NodeIndex parent = tree.Parent(best.Records.front().Begin);
+    quint64 characters = 0;
+    for (const PageRecord& record : best.Records) {
+        if (tree.Parent(record.Begin) != parent || tree.End(record.Begin) != record.End)
+            return;
+        characters += page.FactsOf(record.Begin).Characters;
+    }
+    constexpr HintSet others = Hint::Aside | Hint::Similar | Hint::Review | Hint::Article | Hint::Event;
+    constexpr int mostPhones = 4;
+    const quint64 longest = 5 * characters / best.Records.size() + 200;
+    std::vector<std::pair<quint64, RecordList>> kinds;
+    auto own = best.Records.begin();
+    for (NodeIndex child = tree.FirstChild(parent); child != noNode; child = tree.NextSibling(child)) {
+        while (own != best.Records.end() && own->Begin < child)
+            ++own;
+        const NodeFacts& facts = page.FactsOf(child);
+        if ((own != best.Records.end() && own->Begin == child) || !tree.IsElement(child) || facts.Phones == 0 ||
+            facts.Phones > mostPhones || facts.PostalCodes + facts.Streets == 0 || facts.Characters > longest ||
+            (page.HintsOf(child) & others) != 0 || tree.Is(child, u"footer") || tree.Is(child, u"header"))
+            continue;
+        const quint64 look = signatures.Of(child);
+        const auto known =
+            std::find_if(kinds.begin(), kinds.end(), [look](const auto& kind) { return kind.first == look; });
+        RecordList& list = (known == kinds.end() ? kinds.emplace_back(look, RecordList{}) : *known).second;
+        list.Records.push_back({child, tree.End(child)});
+    }
+    size_t added = 0;
+    for (const auto& [look, list] : kinds)
+        for (PageRecord& record : ReadRecords(page, signatures, list, subject, Selectors::Left).Records)
+            if (!record.Fields.Phone.isEmpty() && !record.Fields.FullAddress.isEmpty() &&
+                added < best.Records.size() * 4) {
+                best.Records.push_back(std::move(record));
+                ++added;
+            }
+    if (added == 0)
+        return;
+    std::stable_sort(best.Records.begin(), best.Records.end(),
+                     [](const PageRecord& one, const PageRecord& other) { return one.Begin < other.Begin; });
+    best.Verdict += u"; with %1 of another make between them"_s.arg(added);
+    for (FieldReading& field : best.Fields)
+        field.Filled =
+            static_cast<int>(std::count_if(best.Records.begin(), best.Records.end(), [&](const PageRecord& record) {
+                return !record.Fields.At(static_cast<int>(field.Column)).isEmpty();
+            }));
+}
+
 void CountFields(AnyPageReading& reading, const QString& why) {
     for (int column = 0; column < FieldCount; ++column) {
         const auto field = static_cast<Field>(column);
@@ -121,6 +172,8 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
         return one.Late != other.Late ? other.Late : one.Sure != other.Sure ? one.Sure : one.Score > other.Score;
     });
     PreferWhole(lists);
+    if (!lists.empty() && lists.front().Sure)
+        AddPaidEntries(annotations, signatures, subject, lists.front());
     for (const RecordsReading& list : lists)
         reading.Candidates.push_back({list.Selector, static_cast<int>(list.Records.size()), list.Score, list.Verdict});
     reading.Candidates.insert(reading.Candidates.end(), parts.begin(), parts.end());

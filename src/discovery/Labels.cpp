@@ -165,6 +165,15 @@ constexpr Row labels[] = {
      u"hours|opening hours|open|business hours|öffnungszeiten|geöffnet|horaires|heures d'ouverture|horario|"
      u"horarios|orari|orario|orari di apertura|openingstijden|godziny otwarcia|otevírací doba|nyitvatartás|"
      u"öppettider|åbningstider|åpningstider|aukioloajat|çalışma saatleri|часы работы|режим работы|営業時間|"
+     u"open now|closed now|now open|closes soon|opens soon|jetzt geöffnet|jetzt geschlossen|geschlossen|nu open|nu "
+     u"gesloten|"
+     u"gesloten|ouvert|ouvert maintenant|fermé|fermé maintenant|abierto|abierto ahora|cerrado|cerrado "
+     u"ahora|aberto|aberto agora|"
+     u"fechado|aperto|aperto ora|chiuso|chiuso ora|öppet|öppet nu|stängt|åpent|åpent nå|stengt|åben|åben "
+     u"nu|lukket|avoinna|"
+     u"suljettu|otwarte|otwarte "
+     u"teraz|zamknięte|otevřeno|zavřeno|nyitva|zárva|deschis|închis|açık|kapalı|открыто|закрыто|"
+     u"відчинено|зачинено|ανοιχτό|κλειστό|営業中|营业中|營業中|영업중|"
      u"定休日|营业时间|營業時間|영업시간|ساعات العمل|שעות פתיחה|เวลาทำการ|giờ mở cửa|jam buka|program"},
     {Of(Hint::Person),
      u"contact|contact person|owner|manager|ansprechpartner|inhaber|geschäftsführer|contacto|contatto|"

@@ -114,6 +114,8 @@ inline constexpr AddressStates addressStates[] = {
     {u"ZA", u"Gauteng|Western Cape|Eastern Cape|Northern Cape|KwaZulu-Natal|Free State|Limpopo|Mpumalanga|North West"},
     {u"AR", u"Buenos Aires|Córdoba|Santa Fe|Mendoza|Tucumán|Entre Ríos|Salta|Chaco|Corrientes|Misiones|San Juan|Jujuy|Río Negro|Neuquén|Formosa|Chubut|San Luis|Catamarca|La Rioja|La Pampa|Santa Cruz|Santiago del Estero|Tierra del Fuego|CABA|C.A.B.A."},
     {u"NZ", u"Northland|Waikato|Bay of Plenty|Hawke's Bay|Hawke’s Bay|Taranaki|Manawatū|Manawatu|Manawatū-Whanganui|Manawatu-Wanganui|Tasman|Marlborough|West Coast|Canterbury|Otago|Southland"},
+    {u"CO", u"Antioquia|Atlántico|Bolívar|Boyacá|Caldas|Caquetá|Casanare|Cauca|Cesar|Chocó|Córdoba|Cundinamarca|Huila|La Guajira|Magdalena|Meta|Nariño|Norte de Santander|Putumayo|Quindío|Risaralda|Santander|Sucre|Tolima|Valle del Cauca|Bogotá D.C.|Bogotá, D.C."},
+    {u"ID", u"DKI Jakarta|Jawa Barat|Jawa Tengah|Jawa Timur|Banten|Bali|DI Yogyakarta|Sumatera Utara|Sumatera Barat|Sumatera Selatan|Riau|Lampung|Sulawesi Selatan|Kalimantan Timur|West Java|Central Java|East Java"},
     {u"PH", u"Metro Manila|Cavite|Laguna|Cebu|Rizal|Bulacan|Pampanga|Batangas|Davao del Sur"},
     {u"TH", u""},
     {u"RO", u"jud. Cluj|jud. Ilfov|jud. Iași|jud. Timiș|jud. Brașov|Județul Cluj|Cluj|Ilfov|Timiș|Brașov|Constanța|Sibiu|Prahova|Dolj|Bihor|Mureș|Argeș|Bacău|Suceava|Neamț|Galați"},

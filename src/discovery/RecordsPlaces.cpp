@@ -172,9 +172,10 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
-            segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
-                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
-                               (HasDigit(value) && (HasPrice(value) || IsHours(value)));
+            segment.Excluded =
+                inName || segment.IsLabel || other || otherLabel || value.size() > 220 || value.contains(u'@') ||
+                (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
+                (HasDigit(value) && (HasPrice(value) || IsHours(value) || PageAnnotations::BeginsWithRating(value)));
             if (segment.Excluded || !HasDigit(value))
                 continue;
             const auto number = static_cast<size_t>(segment.Line);
@@ -540,6 +541,7 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         int seen = 0;
         int places = 0;
         int ranged = 0;
+        int sentences = 0;
         bool onLinks = false;
         qsizetype wordsOfOne = 0;
         for (size_t record = 0; record < column.Nodes.size(); ++record) {
@@ -555,10 +557,11 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             onLinks = onLinks || page_.LinkAt(page_.Page.Parent(page_.Lines.Pieces[piece].Node)) != nullptr;
             wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
             ranged += !TradeBesideRange(text).isEmpty();
+            sentences += text.endsWith(u'.') && words.count(u' ') > 0;
             kinds += NamesBusinesses(words);
             ofSubject += words.size() >= 4 && subject.contains(words);
         }
-        if (places * 2 > seen || ranged * 2 > seen)
+        if (places * 2 > seen || ranged * 2 > seen || (!says && sentences * 2 > seen))
             continue;
         if (labels * 2 > seen && !Has(column.Own, Hint::Category))
             continue;
