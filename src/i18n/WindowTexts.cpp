@@ -227,6 +227,7 @@ constexpr std::array<Row, count> rows{{
     {WindowText::SearchesUnknownDirectory, u"SearchesUnknownDirectory", u"there is no directory \u201C[VAR1]\u201D"},
     {WindowText::SearchesNoSearchAddress, u"SearchesNoSearchAddress",
      u"[VAR1]: no search address is known of this directory; give a start address"},
+    {WindowText::AnyWebsite, u"AnyWebsite", u"Any website"},
 }};
 
 const Row& RowOf(WindowText text) {

@@ -187,6 +187,7 @@ enum class WindowText {
     SearchesNothingAsked,
     SearchesUnknownDirectory,
     SearchesNoSearchAddress,
+    AnyWebsite,
     Count
 };
 

@@ -15,6 +15,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <numeric>
 
 namespace Brindle {
 
@@ -275,6 +276,10 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     problem_ = TeachProblem::None;
     if (own_)
         return SayOfOwnPage(column, element);
+    // A part of an address that is read as a whole says that this is the address.
+    if (column == Field::FullAddress)
+        if (const NodeIndex whole = ReadAround(column, element); whole != noNode)
+            element = whole;
     const Said now{column, element};
     const int record = RecordNear(element);
     const auto isOfThis = [&](const Said& said) { return said.Column == column && RecordNear(said.Node) == record; };
@@ -283,8 +288,10 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     const std::vector<RecipeExample> all = AllExamples(now);
     const bool agrees = IsReadAs(column, element);
     const Recipe before = recipe_;
-    const auto filled = [&] { return reading_.Counts.Filled.at(static_cast<size_t>(column)); };
-    const int filledBefore = filled();
+    const auto known = [this] {
+        return std::accumulate(reading_.Counts.Filled.begin(), reading_.Counts.Filled.end(), 0);
+    };
+    const int knownBefore = known();
     // The rest of the business, as it is read now, tells which records are meant.
     std::vector<RecipeExample> whole = all;
     if (const int within = RecordOf(element); within >= 0)
@@ -304,12 +311,13 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     }
     if (!taken && own.size() > 1 && column == Field::BusinessName)
         taken = TakeExamples(column, {own.front()});
+    // What was read here already was right where more is known by it.
+    if (agrees && (!taken || known() < knownBefore)) {
+        recipe_ = before;
+        Read();
+        taken = true;
+    }
     if (taken) {
-        // What was read here already, and in more of the businesses, was right.
-        if (agrees && filled() < filledBefore) {
-            recipe_ = before;
-            Read();
-        }
         said_.insert(column);
         saidOf_.push_back(now);
         return true;
@@ -320,14 +328,30 @@ bool TeachSession::Say(Field column, NodeIndex element) {
     return false;
 }
 
-// Whether the recipe takes the text that an element shows for this field of its business.
-bool TeachSession::IsReadAs(Field column, NodeIndex element) const {
+// The element that the recipe reads for this field, where it is this one or around it; `noNode` where it is not.
+NodeIndex TeachSession::ReadAround(Field column, NodeIndex element) const {
     const RecipeField* const row = RowOf(column);
     const int record = RecordOf(element);
     const NodeIndex read =
         row && record >= 0 ? FirstOf(row->Selector, reading_.Records[static_cast<size_t>(record)]) : noNode;
-    return read != noNode && (page_->Contains(read, element) || page_->Contains(element, read)) &&
-           ShownText(*page_, read) == ShownText(*page_, element);
+    return read != noNode && page_->Contains(read, element) ? read : noNode;
+}
+
+// Whether the recipe takes the text that an element shows for this field of its business; where the element is in no
+// business, as a heading above it or a repeat of it on a map, for this field of any.
+bool TeachSession::IsReadAs(Field column, NodeIndex element) const {
+    const RecipeField* const row = RowOf(column);
+    const int record = RecordOf(element);
+    const QString text = ShownText(*page_, element);
+    const std::vector<NodeIndex> firsts = FirstsOf(row ? row->Selector : QString());
+    for (size_t i = 0; i < firsts.size(); ++i) {
+        const NodeIndex read = firsts[i];
+        const bool isMeant = record < 0 || (static_cast<size_t>(record) == i &&
+                                            (page_->Contains(read, element) || page_->Contains(element, read)));
+        if (read != noNode && isMeant && ShownText(*page_, read) == text)
+            return true;
+    }
+    return false;
 }
 
 void TeachSession::Drop(Field column) {

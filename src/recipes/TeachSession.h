@@ -91,6 +91,7 @@ private:
 
     int RecordOf(NodeIndex element) const;
     int RecordNear(NodeIndex element) const;
+    NodeIndex ReadAround(Field column, NodeIndex element) const;
     bool IsReadAs(Field column, NodeIndex element) const;
     NodeIndex FirstOf(const QString& selector, const PageRecord& record) const;
     std::vector<NodeIndex> FirstsOf(const QString& selector) const;

@@ -302,6 +302,9 @@ void TfrmMain::LoadLanguage(const QString& code) {
     if (frmSearches_)
         frmSearches_->ApplyTexts(windowTexts_);
     teaching_.ApplyTexts(windowTexts_, bench_.Leads.Captions);
+    bench_.AnyWebsiteShown = windowTexts_.Text(WindowText::AnyWebsite);
+    if (ready_ && !bench_.Catalogue.WebsiteKeys().isEmpty())
+        DirectoriesChanged({}); // one of them has a name in this language
     if (!form_.cbxWebsites->isEnabled())
         form_.cbxWebsites->setItemText(0, bench_.Texts.Text(Message::LoadingWebsites));
     // The counts stand there until something is counted again, in the language of before.
@@ -317,16 +320,17 @@ void TfrmMain::LoadCatalogue() {
     const bool any = !bench_.Catalogue.WebsiteURLS().isEmpty();
     form_.cbxWebsites->setEnabled(any);
     form_.btnStart->setEnabled(any);
-    SayWhatIsWrongWithSites();
+    SayWhatIsWrongWithDirectories();
     if (any)
         selector_.Open(form_.cbxWebsites->currentText());
 }
 
 // In a line of its own: a panel of the status bar has no room for file, group and reason.
-void TfrmMain::SayWhatIsWrongWithSites() {
+void TfrmMain::SayWhatIsWrongWithDirectories() {
     QStringList lines;
     for (const SitesProblem& problem : bench_.Sites.Problems)
         lines.append(problem.Text);
+    lines += bench_.RecipeProblems;
     if (lines.isEmpty())
         return;
     form_.Status->SetPanel(StatusPanel::Message, lines.first());

@@ -89,7 +89,7 @@ private:
     void SaveSettings();
     void LoadLanguage(const QString& code);
     void LoadCatalogue();
-    void SayWhatIsWrongWithSites();
+    void SayWhatIsWrongWithDirectories();
 
     void cbxLanguageChange(int index);
     void cbxWebsitesChange();

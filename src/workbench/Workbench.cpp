@@ -30,8 +30,12 @@ namespace {
 
 void Offer(SiteCatalogue& catalogue, const RecipeEntry& entry, bool readsDetails) {
     const Recipe& recipe = entry.What;
-    const QString label = recipe.Country.isEmpty() ? recipe.Name : recipe.Name + u", " + recipe.Country;
+    QString label = recipe.Country.isEmpty() ? recipe.Name : recipe.Name + u", " + recipe.Country;
     const QString home = recipe.Home.startsWith(UnknownWebsite) ? QString() : recipe.Home;
+    // Of two that look alike in the selector the second says its code.
+    const QString alike = catalogue.GetCountryID(SiteEntry{.Base = home, .Label = label}.DisplayEntry());
+    if (!alike.isEmpty() && alike != entry.Code)
+        label += u", " + entry.Code;
     catalogue.Add({.Code = entry.Code, .Base = home, .Label = label}, DirectoryOfRecipe(entry, readsDetails));
 }
 
@@ -39,7 +43,8 @@ void Offer(SiteCatalogue& catalogue, const RecipeEntry& entry, bool readsDetails
 
 void Workbench::LoadCatalogue() {
     Catalogue = Sites.Catalogue();
-    Catalogue.Add({.Code = AnyWebsiteCode.toString(), .Label = AnyWebsiteLabel.toString()}, AnyWebsite(ReadsDetails));
+    const QString anyWebsite = AnyWebsiteShown.isEmpty() ? AnyWebsiteLabel.toString() : AnyWebsiteShown;
+    Catalogue.Add({.Code = AnyWebsiteCode.toString(), .Label = anyWebsite}, AnyWebsite(ReadsDetails));
     RecipeProblems.clear();
     const QString ofProgram = ProgramRecipes();
     const QString ofUser = SettingsFolder.isEmpty() ? ofProgram : UserRecipes();

@@ -44,6 +44,7 @@ public:
 
     const SitesFile Sites;
     QString SettingsFolder;    ///< where the user's recipes are looked for; empty: nowhere
+    QString AnyWebsiteShown;   ///< what the selector shows for any website; empty: in English
     bool ReadsDetails = false; ///< any website and recipes: each record's own page is read, too
     SiteCatalogue Catalogue;   ///< empty until it is loaded
     Settings Options;

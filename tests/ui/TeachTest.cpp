@@ -99,6 +99,8 @@ TEST_F(TeachTest, EscapeAtEveryStepLeavesNothingBehind) {
 TEST_F(TeachTest, ThePageIsOnlyLookedAt) {
     OpenDemo();
     const Lead lead = Server.ModernLeads(Site.Code).front();
+    // An advertisement lies over all of it, as pages have it.
+    InPage(u"document.body.insertAdjacentHTML('beforeend', '<a href=/biz style=\"position:fixed;inset:0\"></a>')"_s);
     InPage(u"window.before = 0; window.seen = []; for (const kind of ['mousemove', 'mousedown', 'click', 'keydown'])"
            " document.addEventListener(kind, event => seen.push(event.type), true);"
            "new MutationObserver(() => seen.push('change')).observe(document, {childList: true, subtree: true,"

@@ -262,6 +262,35 @@ TEST(DirectoriesTest, TheUsersRecipesAreManagedAndTheOthersStay) {
     EXPECT_TRUE(verdict.startsWith(u"towns.toml: line 4:"_s)) << verdict.toStdString();
 }
 
+// Any website has a name in each language, a broken recipe says what is wrong with it, and two of one name are told
+// apart.
+TEST_F(TeachTextTest, WhatTheSelectorOffersIsNamed) {
+    Server.Start();
+    const Demo::ModernSite site = Server.ModernSites().front();
+    Open(site.Start);
+    auto* const sites = Run->Control<QComboBox>(u"cbxWebsites");
+    auto* const languages = Run->Control<QComboBox>(u"cbxLanguage");
+    Run->Choose(u"cbxLanguage", languages->findData(u"fr"_s));
+    EXPECT_EQ(sites->currentText(), u"N\u2019importe quel site"_s);
+    EXPECT_EQ(Run->Window->State().CurrID, u"AUTO"_s);
+    Run->Choose(u"cbxLanguage", languages->findData(u"en"_s));
+    EXPECT_EQ(sites->currentText(), u"Any website"_s);
+    for (int i = 0; i < 2; ++i) {
+        Run->Choose(u"cbxWebsites", sites->findText(u"Any website"_s));
+        Run->Window->Lessons().Watch().Look();
+        Run->Click(u"btnTeach");
+        Run->Control<QLineEdit>(u"edtTeachName")->setText(u"Same"_s);
+        Run->Click(u"btnTeachSave");
+    }
+    EXPECT_TRUE(sites->currentText().contains(u"same-2"_s)) << sites->currentText().toStdString();
+    QFile file(Run->System.SettingsFolder() + u"/recipes/same-2.toml"_s);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("name = 1\n") > 0);
+    file.close();
+    Run->Window->Lessons().Watch().Look();
+    const QString said = Run->Control<AnyPageBar>(u"AnyPageBar")->Said();
+    EXPECT_TRUE(said.contains(u"same-2.toml: line 1:"_s)) << said.toStdString();
+}
+
 TEST_F(TeachTextTest, SaysThatItSeesNoListAndOffersTeaching) {
     Server.Start();
     Open(Server.Businesses() + u"/"_s);

@@ -55,8 +55,11 @@ constexpr auto places = uR"((groups => {
     return [window.brindleChanged === true, result];
 })(%1))";
 
+// Pages lay empty links and veils over what they show; one that shows nothing is looked through.
 constexpr auto elementAt = uR"(((x, y) => {
-    let element = document.elementFromPoint(x, y);
+    const shows = each => each.textContent.trim() || each.matches('img,svg,canvas,video,input,button,select,iframe,area');
+    const there = document.elementsFromPoint(x, y);
+    let element = there.find(shows) || there[0];
     while (element && !(window.brindleNumbers && window.brindleNumbers.has(element))) element = element.parentElement;
     return element ? window.brindleNumbers.get(element) : -1;
 })(%1, %2))";

@@ -108,6 +108,8 @@ void AnyPageWatch::Look() {
         bar_.OfferMending(site.Taught.has_value());
         if (!page_->Tree())
             bar_.hide();
+        else if (!site.Broken.isEmpty())
+            SayWhatIsBroken(site.Broken);
         else if (site.Taught)
             SayOfTaught(*site.Taught);
         else if (site.AnyWebsite)
@@ -168,6 +170,11 @@ void AnyPageWatch::ShowCandidate() {
         records.clear(); // nothing to frame
     }
     Frame(records);
+}
+
+void AnyPageWatch::SayWhatIsBroken(const QString& reason) {
+    bar_.Show(reason, false);
+    Frame({});
 }
 
 void AnyPageWatch::SayOfTaught(const RecipeEntry& recipe) {

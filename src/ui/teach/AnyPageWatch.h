@@ -20,6 +20,7 @@ struct ChosenSite {
     bool AnyWebsite = false;
     std::optional<RecipeEntry> Taught;        ///< a directory that was taught
     std::shared_ptr<const SiteAdapter> Known; ///< one of the others
+    QString Broken;                           ///< why a directory that was taught cannot be read any more
     QString Label;
 };
 
@@ -48,6 +49,7 @@ Q_SIGNALS:
 private:
     void SayOfAny(const AnyPageReading& reading);
     void SayOfTaught(const RecipeEntry& recipe);
+    void SayWhatIsBroken(const QString& reason);
     void SayOfKnown(const ChosenSite& site);
     void ShowCandidate();
     void Frame(const std::vector<PageRecord>& records);

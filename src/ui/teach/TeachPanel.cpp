@@ -43,7 +43,7 @@ TeachPanel::TeachPanel(QWidget* parent)
       name_(new QLineEdit(this)),
       save_(new QPushButton(this)),
       leave_(new QPushButton(this)),
-      table_(new QTableView) {
+      table_(new LeadTableView) {
     setObjectName(u"TeachPanel");
     const std::pair<QObject*, const char16_t*> names[]{
         {fields_, u"TeachFields"},        {forget_, u"btnTeachForget"},   {texts_, u"TeachTexts"},
@@ -71,11 +71,7 @@ TeachPanel::TeachPanel(QWidget* parent)
     texts_->setUniformItemSizes(true);
     textsLabel_->setBuddy(texts_);
     nameLabel_->setBuddy(name_);
-    table_->setModel(&model_);
-    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
-    table_->setTabKeyNavigation(false);
+    table_->ShowLeads(model_);
 
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(8, 6, 8, 6);

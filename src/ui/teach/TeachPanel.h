@@ -4,6 +4,7 @@
 #include "i18n/WindowTexts.h"
 #include "recipes/TeachSession.h"
 #include "ui/LeadTableModel.h"
+#include "ui/LeadTableView.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,7 +13,6 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
-#include <QTableView>
 #include <QTreeWidget>
 #include <QWidget>
 
@@ -37,7 +37,7 @@ public:
     void SetName(const QString& name);
     QString Name() const { return name_->text().trimmed(); }
     /// The table of all businesses, which lies elsewhere in the window.
-    QTableView* Table() const { return table_; }
+    LeadTableView* Table() const { return table_; }
     const LeadList& Leads() const { return leads_; }
 
 Q_SIGNALS:
@@ -89,7 +89,7 @@ private:
     QPushButton* leave_;
     LeadList leads_;
     LeadTableModel model_{leads_};
-    QPointer<QTableView> table_; // belongs to the window where it lies
+    QPointer<LeadTableView> table_; // belongs to the window where it lies
     QStringList captions_ = EnglishCaptions();
     QString proposed_;
     QString countText_;

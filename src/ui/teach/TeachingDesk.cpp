@@ -31,6 +31,8 @@ TeachingDesk::TeachingDesk(EmbeddedBrowser& browser, QWidget* view, MainForm& fo
 
 void TeachingDesk::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {
     texts_ = texts;
+    results_ = form_.panResultsHeader->text();
+    ShowHeading();
     teaching_.ApplyTexts(texts, captions);
     watch_.ApplyTexts(texts, captions);
 }
@@ -45,7 +47,16 @@ ChosenSite TeachingDesk::Chosen() const {
     const std::vector<RecipeEntry> recipes = LoadRecipes(bench_.ProgramRecipes(), bench_.UserRecipes(), problems);
     if (const RecipeEntry* const entry = FindRecipe(recipes, code))
         site.Taught = *entry;
+    else
+        for (const QString& problem : problems)
+            if (problem.contains(u'/' + code + u".toml:") || problem.contains(u'\\' + code + u".toml:"))
+                site.Broken = problem;
     return site;
+}
+
+// What the table below the page shows.
+void TeachingDesk::ShowHeading() {
+    form_.panResultsHeader->setText(teaching_.Active() ? texts_.Text(WindowText::TeachTableName) : results_);
 }
 
 void TeachingDesk::ShowTeaching(bool teaching) {
@@ -54,6 +65,7 @@ void TeachingDesk::ShowTeaching(bool teaching) {
     form_.Teach->setVisible(teaching);
     form_.Teach->Table()->setVisible(teaching);
     form_.lvwItems->setVisible(!teaching);
+    ShowHeading();
     // The commands are for the results, which are not shown meanwhile; the page and the panel need the room.
     for (QPushButton* const button : form_.Results->findChildren<QPushButton*>(Qt::FindDirectChildrenOnly))
         button->setVisible(!teaching);

@@ -38,11 +38,13 @@ Q_SIGNALS:
 private:
     ChosenSite Chosen() const;
     void ShowTeaching(bool teaching);
+    void ShowHeading();
 
     MainForm& form_;
     Workbench& bench_;
     Dialogs& notices_;
     WindowTexts texts_;
+    QString results_; // the heading of the results
     Teaching teaching_;
     AnyPageWatch watch_;
     QList<int> sizes_; // of page and results, before teaching

@@ -159,6 +159,19 @@ TEST(TeachSession, WhatIsReadRightAlreadyIsNotReadWorseForBeingPointedAt) {
     EXPECT_FALSE(session.IsProposed(Field::Phone));
     EXPECT_EQ(Value(session, Field::Phone, 1), u"416-555-0111"_s);
     EXPECT_EQ(Value(session, Field::Phone, 4), u"416-555-0114"_s);
+    // The heading of one that has several offices repeats its name above it.
+    html.replace(u"<li class=hit><h3 class=who><a href=\"/biz/2\">"_s,
+                 u"<li class=of><h2>Plumber Number 2</h2></li><li class=hit><h3 class=who><a href=\"/biz/2\">"_s);
+    TeachSession again(Tree(html), address);
+    ASSERT_EQ(again.Reading().Records.size(), 8U);
+    ASSERT_TRUE(again.Say(Field::BusinessName, Showing(again.Page(), u"Plumber Number 2")));
+    EXPECT_EQ(again.Reading().Records.size(), 8U);
+    // An address of several elements is pointed at by any of them.
+    html.replace(u"Main Street, "_s, u"Main Street, <b>"_s).replace(u"2T6</p>"_s, u"2T6</b></p>"_s);
+    TeachSession parts(Tree(html), address);
+    ASSERT_EQ(Value(parts, Field::City, 4), u"Toronto"_s);
+    ASSERT_TRUE(parts.Say(Field::FullAddress, Showing(parts.Page(), u"Toronto")));
+    EXPECT_EQ(Value(parts, Field::FullAddress, 4), u"4 Main Street, Toronto, ON M5V 2T6"_s);
     // Another text than the one that was read is what holds, also where it fills fewer.
     ASSERT_TRUE(session.Say(Field::Category, Showing(session.Page(), u"Pipes since 1910")));
     EXPECT_EQ(Value(session, Field::Category, 3), u"Pipes since 1913"_s);
