@@ -70,7 +70,8 @@ QString FoldedForKey(QStringView text) {
 }
 
 QString BusinessKey(const Lead& lead) {
-    return BusinessKeys(lead).value(0);
+    const QString link = FoldedLink(lead.DetailsLink);
+    return link.isEmpty() ? BusinessKeys(lead).value(0) : QString(u"link:"_s + link);
 }
 
 QStringList BusinessKeys(const Lead& lead, bool linkTellsApart) {

@@ -130,7 +130,9 @@ PageAnnotations::PageAnnotations(const PageTree& page, const PageLines& lines, c
       IsCodeLine(lines.Lines.size(), false),
       IsStreetLine(lines.Lines.size(), false),
       IsDateLine(lines.Lines.size(), false),
-      IsPriceLine(lines.Lines.size(), false) {
+      IsPriceLine(lines.Lines.size(), false),
+      baseSite_(SiteOf(Base)),
+      ownPage_(WithoutFragment(Url)) {
     // Every address of the page asks for it.
     if (!Region.isEmpty())
         Country.Country = Region;
@@ -269,8 +271,14 @@ void PageAnnotations::ReadLink(NodeIndex node, QStringView href) {
     } else if (!trimmed.isEmpty() && !trimmed.startsWith(u'#') &&
                (scheme.isEmpty() || scheme == u"http" || scheme == u"https")) {
         link.Address = WithoutDotSegments(ResolveAddress(Base, trimmed));
-        link.Host = SiteOf(link.Address);
-        const bool own = link.Host == Site || link.Host.endsWith(u'.' + Site) || Site.endsWith(u'.' + link.Host);
+        // A path of this server; browsers mend what could make a host of its first part.
+        const bool ofBase = trimmed.startsWith(u'/') &&
+                            (trimmed.size() == 1 || (trimmed[1] > u' ' && trimmed[1] != u'/' && trimmed[1] != u'\\'));
+        link.Host = ofBase ? baseSite_ : SiteOf(link.Address);
+        const auto isPart = [](const QString& host, const QString& of) {
+            return of.size() > host.size() && of[of.size() - host.size() - 1] == u'.' && of.endsWith(host);
+        };
+        const bool own = link.Host == Site || isPart(Site, link.Host) || isPart(link.Host, Site);
         if (link.Host.isEmpty())
             link.Kind = LinkKind::None;
         else if (!own && IsMapAddress(link.Host, link.Address))
@@ -279,7 +287,7 @@ void PageAnnotations::ReadLink(NodeIndex node, QStringView href) {
             link.Kind = LinkKind::Social;
         else if (!own)
             link.Kind = LinkKind::Outside;
-        else if (WithoutFragment(link.Address) != WithoutFragment(Url))
+        else if (WithoutFragment(link.Address) != ownPage_)
             link.Kind = LinkKind::Own;
         if (link.Kind == LinkKind::Map)
             Count(facts.Maps);

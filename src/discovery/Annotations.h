@@ -123,6 +123,8 @@ private:
     NodeIndex NodeAt(int line, qsizetype position) const;
     void CountUpward();
 
+    QString baseSite_;                                      // host of `Base`
+    QStringView ownPage_;                                   // `Url` without its fragment
     std::vector<std::pair<NodeIndex, QString>> dataPhones_; // of attributes
 };
 

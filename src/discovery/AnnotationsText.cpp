@@ -1,5 +1,6 @@
 #include "discovery/Annotations.h"
 #include "toolkit/Ascii.h"
+#include "toolkit/Text.h"
 
 #include <QSet>
 
@@ -172,9 +173,11 @@ bool HasPrice(QStringView text) {
     };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
+        if (c != u'$' && (c < 0xA0 || !IsAmong(text[i], signs)))
+            continue;
         // "$$" tells how dear a place is.
         const bool range = (i > 0 && text[i - 1] == text[i]) || (i + 1 < text.size() && text[i + 1] == text[i]);
-        if ((c == u'$' || c >= 0xA0) && !range && signs.contains(text[i]) && digitBeside(i, i + 1))
+        if (!range && digitBeside(i, i + 1))
             return true;
     }
     // A name of money stands beside its amount.

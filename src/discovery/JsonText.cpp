@@ -2,6 +2,8 @@
 
 #include "toolkit/Ascii.h"
 
+#include <array>
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -143,7 +145,7 @@ private:
             QString key;
             if (named) {
                 if (QuoteLength() > 0)
-                    key = ReadText();
+                    key = ReadName();
                 else
                     key = ReadBareWord();
                 SkipBlanks();
@@ -204,9 +206,21 @@ private:
 
     // Whether what stands here can follow a text: otherwise the quotation mark before it belongs to the text.
     bool EndsText(qsizetype at) const {
+        if (at < text_.size() && (text_[at] == u',' || text_[at] == u':' || text_[at] == u'}'))
+            return true;
         while (at < text_.size() && IsBlank(text_[at]))
             ++at;
         return at >= text_.size() || QStringView(u",:}]/\"'<&;\u201c").contains(text_[at]);
+    }
+
+    // The names of values are few: equal ones share their characters.
+    QString ReadName() {
+        QString name = ReadText();
+        QString& known =
+            names_[static_cast<size_t>(name.size() * 7 + (name.isEmpty() ? 0 : name.back().unicode())) % names_.size()];
+        if (known != name)
+            known = std::move(name);
+        return known;
     }
 
     QString ReadText() {
@@ -219,12 +233,14 @@ private:
         qsizetype copied = at_;
         while (at_ < text_.size()) {
             const QChar c = text_[at_];
-            if (c == u'\\' && at_ + 1 < text_.size()) {
+            if (c != u'\\' && c != quote[0]) {
+                ++at_;
+            } else if (c == u'\\' && at_ + 1 < text_.size()) {
                 read.append(text_.sliced(copied, at_ - copied));
                 ++at_;
                 AppendEscape(read);
                 copied = at_;
-            } else if (c == quote[0] && Is(quote) && EndsText(at_ + quote.size())) {
+            } else if (c == quote[0] && (quote.size() == 1 || Is(quote)) && EndsText(at_ + quote.size())) {
                 read.append(text_.sliced(copied, at_ - copied));
                 at_ += quote.size();
                 return read;
@@ -304,6 +320,7 @@ private:
     JsonText& json_;
     QStringView text_;
     qsizetype at_ = 0;
+    std::array<QString, 64> names_;
 };
 
 std::vector<int> JsonText::Read(QStringView text) {

@@ -1,11 +1,13 @@
 #include "discovery/Labels.h"
 
 #include "discovery/AnyPageText.h"
+#include "discovery/WordTable.h"
 #include "toolkit/Ascii.h"
 
-#include <QHash>
-#include <QSet>
 #include <QString>
+#include <QStringList>
+
+#include <array>
 
 namespace Brindle {
 
@@ -300,18 +302,18 @@ constexpr auto buttonWords =
     u"전화";
 
 // The keys are parts of the literals above.
-QHash<QStringView, HintSet> TableOf(std::span<const Row> rows, QChar separator) {
-    QHash<QStringView, HintSet> table;
+WordTable<HintSet> TableOf(std::span<const Row> rows, QChar separator) {
+    WordTable<HintSet> table;
     for (const Row& row : rows)
         for (const QStringView word : QStringView(row.Words).split(separator, Qt::SkipEmptyParts))
             table[word] |= row.Hints;
     return table;
 }
 
-QSet<QStringView> SetOf(const char16_t* words, QChar separator) {
-    QSet<QStringView> set;
+WordTable<bool> SetOf(const char16_t* words, QChar separator) {
+    WordTable<bool> set;
     for (const QStringView word : QStringView(words).split(separator, Qt::SkipEmptyParts))
-        set.insert(word);
+        set[word] = true;
     return set;
 }
 
@@ -321,8 +323,6 @@ public:
     StemSearch(const char16_t* stems, const char16_t* marks) : stems_(SetOf(stems, u' ')) {
         for (const QStringView mark : QStringView(marks).split(u'|'))
             marks_ << mark.toString();
-        for (const QStringView stem : std::as_const(stems_))
-            longest_ = std::max(longest_, stem.size());
     }
 
     bool FindsIn(QStringView words) const {
@@ -332,11 +332,12 @@ public:
                 continue;
             }
             qsizetype end = at;
-            while (end < words.size() && (words[end].isLetter() || words[end].isMark()))
+            while (end < words.size() &&
+                   (words[end].isLetter() || (words[end].unicode() >= 0x300 && words[end].isMark())))
                 ++end;
             // Short stems are whole words; longer ones may be followed by an ending.
-            for (qsizetype length = std::min(end - at, longest_); length >= 3; --length)
-                if ((length >= 5 || length == end - at) && stems_.contains(words.sliced(at, length)))
+            for (qsizetype length = std::min(end - at, stems_.Longest()); length >= 3; --length)
+                if ((length >= 5 || length == end - at) && stems_.Contains(words.sliced(at, length)))
                     return true;
             at = end;
         }
@@ -347,15 +348,14 @@ public:
     }
 
 private:
-    QSet<QStringView> stems_;
+    WordTable<bool> stems_;
     QStringList marks_;
-    qsizetype longest_ = 0;
 };
 
 } // namespace
 
 HintSet HintsOfName(QStringView name) {
-    static const QHash<QStringView, HintSet> table = TableOf(nameParts, u' ');
+    static const WordTable<HintSet> table = TableOf(nameParts, u' ');
     HintSet hints = 0;
     HintSet last = 0;   // what the last part of a name says that says anything
     bool named = false; // whether an earlier part of it said "name"
@@ -372,7 +372,7 @@ HintSet HintsOfName(QStringView name) {
         ended = hints;
     };
     const auto look = [&](const QString& part) {
-        const HintSet says = part.size() >= 2 ? table.value(part, 0) : 0;
+        const HintSet says = part.size() >= 2 ? table.ValueOf(part) : 0;
         if (says == 0)
             return;
         named = named || Has(last, Hint::Name);
@@ -423,15 +423,15 @@ HintSet HintsOfName(QStringView name) {
 }
 
 HintSet HintsOfLabel(QStringView text) {
-    static const QHash<QStringView, HintSet> table = TableOf(labels, u'|');
-    if (text.size() > 40)
-        return 0;
-    const BareView words(text);
-    return words.View().isEmpty() ? 0 : table.value(words.View(), 0);
+    static const WordTable<HintSet> table = TableOf(labels, u'|');
+    return text.size() > 40 ? 0 : table.ValueOf(BareView(text).View());
 }
 
 LeadingLabel LabelAtBegin(QStringView text) {
-    const auto isEnd = [](QChar c) { return c == u':' || c == u'=' || c == u'|' || c == u'\uFF1A' || c == u'\u2013'; };
+    const auto isEnd = [](QChar c) {
+        const char16_t u = c.unicode();
+        return u == u':' || u == u'=' || u == u'|' || (u >= 0x2013 && (u == 0x2013 || u == 0xFF1A));
+    };
     for (qsizetype i = 1; i < text.size() && i < 40; ++i) {
         if (!isEnd(text[i]))
             continue;
@@ -494,8 +494,8 @@ bool NamesOneFirm(QStringView words) {
 }
 
 bool IsButtonText(QStringView words) {
-    static const QSet<QStringView> table = SetOf(buttonWords, u'|');
-    return words.size() <= 40 && table.contains(words);
+    static const WordTable<bool> table = SetOf(buttonWords, u'|');
+    return table.Contains(words);
 }
 
 } // namespace Brindle

@@ -274,12 +274,12 @@ private:
         return false;
     }
 
-    QString PictureText(NodeIndex node) const {
+    QStringView PictureText(NodeIndex node) const {
         for (NodeIndex inner = node + 1; inner < page_.End(node) && inner < node + 12; ++inner)
             if (page_.Is(inner, u"img") || page_.Is(inner, u"svg"))
                 for (const QStringView name : {u"alt", u"title", u"aria-label"})
                     if (const QStringView text = page_.Attribute(inner, name); !text.isEmpty())
-                        return text.toString();
+                        return text;
         return {};
     }
 
@@ -291,29 +291,27 @@ private:
         };
         const bool inHead = page_.Is(link.Node, u"link");
         const bool relNext = HasToken(page_.Attribute(link.Node, u"rel"), std::to_array<QStringView>({u"next"}));
-        const QString title = page_.Attribute(link.Node, u"title").toString();
-        const QString label = page_.Attribute(link.Node, u"aria-label").toString();
-        const QString picture = link.Text.isEmpty() ? PictureText(link.Node) : QString();
+        const QStringView title = page_.Attribute(link.Node, u"title");
+        const QStringView label = page_.Attribute(link.Node, u"aria-label");
+        const QStringView picture = link.Text.isEmpty() ? PictureText(link.Node) : QStringView();
+        const std::array<QStringView, 4> texts{link.Text, label, title, picture};
 
         NextWord word = NextWord::None;
-        QStringList otherTexts;
-        for (const QString& text : {link.Text, label, title, picture}) {
+        for (const QStringView text : texts) {
             if (text.isEmpty() || text.size() > 100)
                 continue;
-            const QString words = BareWords(text);
-            const NextWord here = NextWordIn(words);
+            const BareView words(text);
+            const NextWord here = NextWordIn(words.View());
             if (here > word) {
                 word = here;
                 if (here == NextWord::Strong)
-                    link.Why << u"says “%1”"_s.arg(text.simplified().left(40));
+                    link.Why << u"says “%1”"_s.arg(text.toString().simplified().left(40));
             }
-            if (here == NextWord::None && words.size() <= 60)
-                otherTexts << words;
         }
         const bool arrow = IsArrow(TrimmedView(link.Text)) || (word == NextWord::None && IsArrow(TrimmedView(picture)));
         const bool classNext = SaysNextInClass(link.Node);
         const bool says = word != NextWord::None || arrow || relNext || classNext;
-        if ((!says && !MayBeWitnessed(link)) || AddressOf(link).isEmpty())
+        if ((!says && (witnesses_.isEmpty() || !MayBeWitnessed(link))) || AddressOf(link).isEmpty())
             return;
         const auto witness = witnesses_.constFind(link.Address);
         const bool hasWitness = witness != witnesses_.cend();
@@ -347,8 +345,13 @@ private:
             add(10, {});
         if (backwards)
             add(-80, {});
-        const bool otherThing = std::any_of(otherTexts.begin(), otherTexts.end(),
-                                            [](const QString& words) { return NamesOtherNext(words); });
+        const bool otherThing = std::any_of(texts.begin(), texts.end(), [](QStringView text) {
+            if (text.isEmpty() || text.size() > 100)
+                return false;
+            const BareView words(text);
+            return words.View().size() <= 60 && NextWordIn(words.View()) == NextWord::None &&
+                   NamesOtherNext(words.View());
+        });
         if (otherThing && !hasWitness && !step.SameList)
             add(-60, {});
         if (!hasWitness && !step.SameList && AncestorHas(link.Node, otherNextParts, 6))

@@ -1,6 +1,7 @@
 #include "discovery/NextPage.h"
 #include "toolkit/Ascii.h"
 #include "toolkit/PageAddress.h"
+#include "toolkit/Text.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -161,13 +162,13 @@ PageStep StepBetween(const QString& own, const QString& other) {
 }
 
 QString SiteOf(QStringView address) {
-    const QString scheme = SchemeOf(address);
-    if (scheme != u"http" && scheme != u"https")
+    QStringView rest = address;
+    if (StartsWithFolded(rest, u"https://"))
+        rest = rest.sliced(8);
+    else if (StartsWithFolded(rest, u"http://"))
+        rest = rest.sliced(7);
+    else
         return {};
-    QStringView rest = address.sliced(scheme.size() + 1);
-    if (!rest.startsWith(u"//"))
-        return {};
-    rest = rest.sliced(2);
     for (qsizetype i = 0; i < rest.size(); ++i)
         if (rest[i] == u'/' || rest[i] == u'?' || rest[i] == u'#' || rest[i] == u'\\') {
             rest = rest.first(i);
@@ -177,15 +178,16 @@ QString SiteOf(QStringView address) {
         rest = rest.sliced(user + 1);
     if (const qsizetype port = rest.lastIndexOf(u':'); port >= 0 && !rest.endsWith(u']'))
         rest = rest.first(port);
-    QString host = rest.toString().toLower();
-    if (host.endsWith(u'.'))
-        host.chop(1);
-    if (host.startsWith(u"www."))
-        host.remove(0, 4);
-    return host;
+    if (rest.endsWith(u'.'))
+        rest.chop(1);
+    if (StartsWithFolded(rest, u"www."))
+        rest = rest.sliced(4);
+    return rest.toString().toLower();
 }
 
 QString WithoutDotSegments(const QString& address) {
+    if (!address.contains(u"/."))
+        return address;
     const qsizetype host = address.indexOf(u"://");
     const qsizetype path = host < 0 ? -1 : address.indexOf(u'/', host + 3);
     qsizetype end = address.size();

@@ -1,8 +1,11 @@
 #include "discovery/NextPageWords.h"
 
-#include <QSet>
+#include "discovery/WordTable.h"
+
+#include <QList>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 
 namespace Brindle {
@@ -100,40 +103,38 @@ constexpr auto otherThings = std::to_array<QStringView>(
      u"статья",  u"тема",    u"запись",  u"記事",      u"月",      u"翌月",  u"篇",      u"章",       u"主题",
      u"集",      u"subject", u"message"});
 
-QSet<QString> Split(QStringView list) {
-    QSet<QString> words;
-    for (const QStringView word : QStringView(list).split(u'|'))
-        words.insert(word.toString());
+WordTable<bool> Split(QStringView list) {
+    WordTable<bool> words;
+    for (const QStringView word : list.split(u'|', Qt::SkipEmptyParts))
+        words[word] = true;
     return words;
 }
 
 // "next 20 results": the number and what is counted say nothing more.
-QString WithoutCount(const QString& words) {
-    qsizetype at = 0;
-    while (at < words.size() && !words[at].isDigit())
-        ++at;
-    return at == words.size() ? QString() : words.first(at).simplified();
+QStringView WithoutCount(QStringView words) {
+    const auto digit = std::find_if(words.begin(), words.end(), [](QChar c) { return c.isDigit(); });
+    return digit == words.end() ? QStringView() : words.first(digit - words.begin()).trimmed();
 }
 
 } // namespace
 
-NextWord NextWordIn(const QString& words) {
-    static const QSet<QString> strong = Split(strongWords);
-    static const QSet<QString> weak = Split(weakWords);
+NextWord NextWordIn(QStringView words) {
+    static const WordTable<bool> strong = Split(strongWords);
+    static const WordTable<bool> weak = Split(weakWords);
     if (words.isEmpty() || words.size() > 60)
         return NextWord::None;
-    if (strong.contains(words))
+    if (strong.Contains(words))
         return NextWord::Strong;
-    if (weak.contains(words))
+    if (weak.Contains(words))
         return NextWord::Weak;
-    const QString begin = WithoutCount(words);
-    if (words.size() <= 30 && strong.contains(begin))
+    const QStringView begin = words.size() <= 30 ? WithoutCount(words) : QStringView();
+    if (strong.Contains(begin))
         return NextWord::Strong;
-    if (words.size() <= 30 && weak.contains(begin))
+    if (weak.Contains(begin))
         return NextWord::Weak;
     // "Load more restaurants": what is loaded says nothing more.
     const qsizetype last = words.lastIndexOf(u' ');
-    if (last > 0 && words.first(last).contains(u' ') && weak.contains(words.first(last)) && !NamesOtherNext(words))
+    if (last > 0 && weak.Contains(words.first(last)) && words.first(last).contains(u' ') && !NamesOtherNext(words))
         return NextWord::Weak;
     // "Next page: 3 of 10", "Next page of restaurants"
     if ((words.startsWith(u"next page ") || words.startsWith(u"next results ")) && !NamesOtherNext(words))
@@ -141,7 +142,7 @@ NextWord NextWordIn(const QString& words) {
     return NextWord::None;
 }
 
-bool NamesOtherNext(const QString& words) {
+bool NamesOtherNext(QStringView words) {
     for (const QStringView thing : otherThings) {
         const qsizetype at = words.indexOf(thing);
         if (at < 0)

@@ -12,9 +12,9 @@ enum class NextWord : quint8 {
 };
 
 /// `words`: as `BareWords` gives them.
-NextWord NextWordIn(const QString& words);
+NextWord NextWordIn(QStringView words);
 
 /// Whether the words name the next of something that is no page: an article, a month, a picture.
-bool NamesOtherNext(const QString& words);
+bool NamesOtherNext(QStringView words);
 
 } // namespace Brindle

@@ -2,6 +2,7 @@
 
 #include "discovery/Labels.h"
 #include "discovery/PostalAddressWords.h"
+#include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
@@ -15,36 +16,44 @@ namespace {
 
 constexpr QStringView edges = u" ,;|•·\n、，-–—/";
 
+// Most texts begin and end with one: a letter or digit of ASCII.
+bool IsPlainWord(QChar c) {
+    return Ascii::IsLetterOrDigit(c);
+}
+
 QStringView Stripped(QStringView text, QStringView marks = edges) {
-    while (!text.isEmpty() && marks.contains(text.front()))
+    const auto isMark = [marks](QChar c) { return !IsPlainWord(c) && IsAmong(c, marks); };
+    while (!text.isEmpty() && isMark(text.front()))
         text = text.sliced(1);
-    while (!text.isEmpty() && marks.contains(text.back()))
+    while (!text.isEmpty() && isMark(text.back()))
         text.chop(1);
     return text;
 }
 
 // One line break or blank for any run of them.
 QString Levelled(QStringView text) {
-    QString level;
-    level.reserve(text.size());
+    QString level(text.size(), Qt::Uninitialized);
+    QChar* const begin = level.data();
+    QChar* end = begin;
     for (const QChar c : text) {
         const char16_t u = c.unicode();
         if (u == 0x200B || u == 0x200E || u == 0x200F || u == 0xFEFF || u == 0xAD)
             continue;
         const bool line = u == u'\n' || u == u'\r' || u == 0x2028;
         if (!line && !c.isSpace())
-            level += c;
-        else if (level.isEmpty() || level.back() == u'\n')
+            *end++ = c;
+        else if (end == begin || end[-1] == u'\n')
             continue;
-        else if (line && level.back() == u' ')
-            level.back() = u'\n';
+        else if (line && end[-1] == u' ')
+            end[-1] = u'\n';
         else if (line)
-            level += u'\n';
-        else if (level.back() != u' ')
-            level += u' ';
+            *end++ = u'\n';
+        else if (end[-1] != u' ')
+            *end++ = u' ';
     }
-    while (level.endsWith(u' ') || level.endsWith(u'\n'))
-        level.chop(1);
+    while (end != begin && (end[-1] == u' ' || end[-1] == u'\n'))
+        --end;
+    level.truncate(end - begin);
     return level;
 }
 
@@ -108,8 +117,8 @@ private:
             }
         }
         for (const QStringView first : {u"日本", u"中国", u"대한민국", u"台灣"})
-            if (text_.startsWith(first) && text_.size() > first.size() + 2 &&
-                Stripped(text_.sliced(first.size())) != text_.sliced(first.size())) {
+            if (!text_.isEmpty() && text_.front() == first.front() && text_.startsWith(first) &&
+                text_.size() > first.size() + 2 && Stripped(text_.sliced(first.size())) != text_.sliced(first.size())) {
                 parts_.Country = first.toString();
                 region_ = RegionOfCountryName(first);
                 text_ = Stripped(text_.sliced(first.size()));
@@ -157,8 +166,10 @@ private:
         const QChar* const begin = segments.front().data();
         const QChar* const end = segments.back().data() + segments.back().size();
         QString text = QStringView(begin, end - begin).toString();
-        text.replace(u",\n"_s, u", "_s);
-        text.replace(u"\n"_s, u", "_s);
+        if (text.contains(u'\n')) {
+            text.replace(u",\n"_s, u", "_s);
+            text.replace(u"\n"_s, u", "_s);
+        }
         return text;
     }
 
@@ -178,7 +189,8 @@ private:
     QStringView BeforeCode(const Code& code) const {
         QStringView before = segments_[code.Segment].first(code.Span.Begin);
         const AddressCountry* const country = AddressCountryOf(region_);
-        if (country && (before.endsWith(u'-') || before.endsWith(u'.') || before.endsWith(u' ')))
+        if (country && !country->CodePrefixes.isEmpty() &&
+            (before.endsWith(u'-') || before.endsWith(u'.') || before.endsWith(u' ')))
             for (const QStringView prefix : country->CodePrefixes.split(u'|'))
                 if (const QStringView bare = before.chopped(1);
                     !prefix.isEmpty() && bare.endsWith(prefix) &&

@@ -3,6 +3,7 @@
 #include "discovery/PostalAddressWords.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
 namespace Brindle {
@@ -56,17 +57,22 @@ bool IsEastern(QChar c) {
     return c.unicode() >= 0x2E80 && c.unicode() < 0xFF00;
 }
 
-// Whether a code may begin at `at`; a letter and hyphen of the country may stand before it.
-bool MayBegin(QStringView text, qsizetype at, std::span<const QStringView> prefixes) {
+// Whether a code may begin at `at`.
+bool MayBegin(QStringView text, qsizetype at) {
     if (at == 0)
         return true;
     const QChar before = text[at - 1];
-    if (before == u'-' || before == u'.' || before == u' ')
-        for (const QStringView prefix : prefixes)
-            if (at > prefix.size() && text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
-                (at == prefix.size() + 1 || !text[at - 2 - prefix.size()].isLetterOrNumber()))
-                return true;
     return (!before.isLetterOrNumber() || IsEastern(before)) && !Joins(before);
+}
+
+// Whether one may because a letter and hyphen of the country stand before it.
+bool MayFollow(QStringView text, qsizetype at, std::span<const QStringView> prefixes) {
+    if (at == 0 || (text[at - 1] != u'-' && text[at - 1] != u'.'))
+        return false;
+    return std::any_of(prefixes.begin(), prefixes.end(), [text, at](QStringView prefix) {
+        return at > prefix.size() && text.sliced(at - 1 - prefix.size(), prefix.size()) == prefix &&
+               (at == prefix.size() + 1 || !text[at - 2 - prefix.size()].isLetterOrNumber());
+    });
 }
 
 bool MayEnd(QStringView text, qsizetype at) {
@@ -81,43 +87,86 @@ bool MayEnd(QStringView text, qsizetype at) {
            behind != u'%' && behind != u'€';
 }
 
-void FindShape(QStringView text, QStringView shape, std::span<const QStringView> prefixes,
-               std::vector<TextSpan>& spans) {
-    if (text.size() < shape.size() - shape.count(u' '))
-        return;
+// A shape of postal codes, with what tells without looking closer that none of it can be there.
+struct CodeShape {
+    QStringView Text;
+    std::vector<QStringView> Prefixes;
+    bool Digit = false;     ///< begins with a digit
+    bool HasDigit = false;  ///< one stands before its first blank or hyphen
+    qsizetype Longest = 0;  ///< letters and digits that may follow each other at its beginning
+    qsizetype Shortest = 0; ///< as a whole
+
+    explicit CodeShape(QStringView text, std::vector<QStringView> prefixes = {})
+        : Text(text),
+          Prefixes(std::move(prefixes)),
+          Digit(text.front() == u'9'),
+          HasDigit(text.first(std::find_if(text.begin(), text.end(), [](QChar c) { return c == u' ' || c == u'-'; }) -
+                              text.begin())
+                       .contains(u'9')),
+          Longest(std::find(text.begin(), text.end(), u'-') - text.begin() - text.count(u' ')),
+          Shortest(text.size() - text.count(u' ')) {}
+};
+
+// Every place where the text has one of the shapes, in one pass over the text.
+void FindShapes(QStringView text, std::span<const CodeShape> shapes, std::vector<TextSpan>& spans) {
+    std::array<qsizetype, 20> done{}; // behind the last place of each
     for (qsizetype at = 0; at < text.size(); ++at) {
-        const QChar c = text[at];
-        const bool digit = shape[0] == u'9';
-        if (digit ? !IsCodeDigit(c) : !IsLatinLetter(c))
+        const bool digit = IsCodeDigit(text[at]);
+        if (!digit && !IsLatinLetter(text[at]))
             continue;
-        const qsizetype end = MayBegin(text, at, prefixes) ? MatchShape(text, at, shape) : -1;
-        if (end >= 0 && MayEnd(text, end)) {
-            spans.push_back({at, end});
-            at = end - 1;
-            continue;
+        qsizetype end = at + 1; // of the run of letters and digits
+        bool hasDigit = digit;
+        for (; end < text.size() && (IsCodeDigit(text[end]) || IsLatinLetter(text[end])); ++end)
+            hasDigit = hasDigit || IsCodeDigit(text[end]);
+        const bool begins = MayBegin(text, at);
+        for (std::size_t i = 0; i < shapes.size() && i < done.size(); ++i) {
+            const CodeShape& shape = shapes[i];
+            if (shape.Digit != digit || (shape.HasDigit && !hasDigit) || at < done[i] || end - at > shape.Longest ||
+                text.size() - at < shape.Shortest || (!begins && !MayFollow(text, at, shape.Prefixes)))
+                continue;
+            const qsizetype stop = MatchShape(text, at, shape.Text);
+            if (stop >= 0 && MayEnd(text, stop)) {
+                spans.push_back({at, stop});
+                done[i] = stop;
+            }
         }
-        while (at + 1 < text.size() && (IsCodeDigit(text[at + 1]) || IsLatinLetter(text[at + 1])))
-            ++at;
+        at = end - 1;
     }
 }
 
-// A country's shapes and prefixes, taken apart.
-struct CodeTable {
-    std::vector<QStringView> Shapes;
-    std::vector<QStringView> Prefixes;
-};
+using CodeShapes = std::vector<CodeShape>;
 
-const CodeTable& CodesOf(const AddressCountry& country) {
-    static const std::vector<CodeTable> tables = [] {
-        std::vector<CodeTable> all;
-        for (const AddressCountry& one : addressCountries) {
-            const auto shapes = one.Codes.split(u'|', Qt::SkipEmptyParts);
-            const auto prefixes = one.CodePrefixes.split(u'|', Qt::SkipEmptyParts);
-            all.push_back({{shapes.begin(), shapes.end()}, {prefixes.begin(), prefixes.end()}});
-        }
+CodeShapes ShapesIn(const AddressCountry& country) {
+    const auto prefixes = country.CodePrefixes.split(u'|', Qt::SkipEmptyParts);
+    CodeShapes shapes;
+    for (const QStringView shape : country.Codes.split(u'|', Qt::SkipEmptyParts))
+        shapes.emplace_back(shape, std::vector<QStringView>(prefixes.begin(), prefixes.end()));
+    return shapes;
+}
+
+const CodeShapes& ShapesOf(const AddressCountry& country) {
+    static const std::vector<CodeShapes> tables = [] {
+        std::vector<CodeShapes> all;
+        for (const AddressCountry& one : addressCountries)
+            all.push_back(ShapesIn(one));
         return all;
     }();
     return tables[static_cast<std::size_t>(&country - std::begin(addressCountries))];
+}
+
+// Those that can be told without knowing the country.
+const CodeShapes& UnmistakableShapes() {
+    static const CodeShapes shapes = [] {
+        CodeShapes all;
+        for (const QStringView region : {u"CA", u"GB", u"NL", u"PL"})
+            for (CodeShape& shape : ShapesIn(*AddressCountryOf(region)))
+                all.push_back(std::move(shape));
+        all.emplace_back(u"9999-999");
+        all.emplace_back(u"99999-999");
+        all.emplace_back(u"999-9999"); // Japan, told from half a phone number by its mark
+        return all;
+    }();
+    return shapes;
 }
 
 } // namespace
@@ -126,24 +175,16 @@ std::vector<TextSpan> PostalCodesIn(QStringView text, QStringView region) {
     std::vector<TextSpan> spans;
     if (std::none_of(text.begin(), text.end(), IsCodeDigit))
         return spans;
-    const auto add = [&](const AddressCountry& country) {
-        const CodeTable& table = CodesOf(country);
-        for (const QStringView shape : table.Shapes)
-            FindShape(text, shape, table.Prefixes, spans);
-    };
     if (const AddressCountry* const country = AddressCountryOf(region))
-        add(*country);
-    else if (region.isEmpty())
-        for (const QStringView unmistakable : {u"CA", u"GB", u"NL", u"PL"})
-            add(*AddressCountryOf(unmistakable));
+        FindShapes(text, ShapesOf(*country), spans);
     if (region.isEmpty()) {
-        FindShape(text, u"9999-999", {}, spans);
-        FindShape(text, u"99999-999", {}, spans);
-        FindShape(text, u"999-9999", {}, spans); // Japan, told from half a phone number by its mark
+        FindShapes(text, UnmistakableShapes(), spans);
         std::erase_if(spans, [text](const TextSpan& s) {
             return s.End - s.Begin == 8 && text[s.Begin + 3] == u'-' && (s.Begin == 0 || text[s.Begin - 1] != u'〒');
         });
     }
+    if (spans.size() < 2)
+        return spans;
     // Two shapes may fit at one place: the longer one holds.
     std::sort(spans.begin(), spans.end(), [](const TextSpan& a, const TextSpan& b) {
         return a.Begin != b.Begin ? a.Begin < b.Begin : a.End > b.End;

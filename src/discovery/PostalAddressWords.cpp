@@ -1,9 +1,11 @@
 #include "discovery/PostalAddressWords.h"
 
-#include <QHash>
+#include "discovery/WordTable.h"
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -70,11 +72,11 @@ enum Role : int { None = 0, Before = 1, Behind = 2, Unit = 4 };
 
 constexpr qsizetype longestWord = 24;
 
-const QHash<QStringView, int>& Roles() {
+const WordTable<int>& Roles() {
     static const auto roles = [] {
-        QHash<QStringView, int> all;
+        WordTable<int> all;
         const auto add = [&all](QStringView words, Role role) {
-            for (const QStringView word : words.split(u'|'))
+            for (const QStringView word : words.split(u'|', Qt::SkipEmptyParts))
                 all[word] |= role;
         };
         add(streetPrefixes, Before);
@@ -99,6 +101,26 @@ bool IsJoin(QChar c) {
     return c == u'-' || c == u'\'' || c == u'’' || c == u'/' || c == u'.' || c == u'º' || c == u'ª';
 }
 
+QChar Lower(QChar c) {
+    const char16_t u = c.unicode();
+    return u < 0x80 ? QChar(u >= u'A' && u <= u'Z' ? static_cast<char16_t>(u + 0x20) : u) : c.toLower();
+}
+
+bool IsInWord(QChar c) {
+    return c.isLetterOrNumber() || (c.unicode() >= 0x300 && c.isMark());
+}
+
+// The endings of street names by the last letter: a word that ends in another one has none.
+const std::vector<QStringView>& StreetEndingsOf(QChar last) {
+    static const auto all = [] {
+        std::array<std::vector<QStringView>, 256> endings;
+        for (const QStringView ending : streetEndings)
+            endings[ending.back().unicode() % endings.size()].push_back(ending);
+        return endings;
+    }();
+    return all[last.unicode() % all.size()];
+}
+
 // The next word from `at` on; its end is `at` when there is none.
 Word NextWord(QStringView text, qsizetype at) {
     Word word;
@@ -107,8 +129,7 @@ Word NextWord(QStringView text, qsizetype at) {
     word.Begin = at;
     const bool ideographs = at < text.size() && IsIdeograph(text[at]);
     while (at < text.size() &&
-           (text[at].isLetterOrNumber() || text[at].isMark() || (IsJoin(text[at]) && at > word.Begin) ||
-            (text[at] == u'#' && at == word.Begin)) &&
+           (IsInWord(text[at]) || (IsJoin(text[at]) && at > word.Begin) || (text[at] == u'#' && at == word.Begin)) &&
            (ideographs || !IsIdeograph(text[at])))
         ++at;
     // Joins at the end do not belong to it, but for one full stop or the slash of "C/".
@@ -126,28 +147,35 @@ Word NextWord(QStringView text, qsizetype at) {
         word.Named = text[word.Begin + 2].isUpper();
     if (word.End - word.Begin > longestWord)
         return word;
-    std::array<QChar, longestWord> folded;
     const qsizetype size = word.End - word.Begin;
-    std::transform(text.begin() + word.Begin, text.begin() + word.End, folded.begin(),
-                   [](QChar c) { return c.toLower(); });
+    const QChar last = Lower(text[word.End - 1]);
+    const bool joined = last == u'-' || last == u'/';
+    const bool mayEnd = size > 4 && first.unicode() < 0x250 && !StreetEndingsOf(last).empty();
+    const bool thai = first.unicode() >= 0x0E00 && first.unicode() < 0x0E80;
+    const QChar lowerFirst = Lower(first);
+    if (!ideographs && !thai && !mayEnd && !Roles().MayHave(lowerFirst, size) &&
+        !(joined && Roles().MayHave(lowerFirst, size - 1)))
+        return word;
+    std::array<QChar, longestWord> folded;
+    std::transform(text.begin() + word.Begin, text.begin() + word.End, folded.begin(), Lower);
     const QStringView lower(folded.data(), size);
-    word.Roles = Roles().value(lower);
-    if (word.Roles == None && (lower.back() == u'-' || lower.back() == u',' || lower.back() == u'/'))
-        word.Roles = Roles().value(lower.chopped(1));
+    word.Roles = Roles().ValueOf(lower);
+    if (word.Roles == None && joined)
+        word.Roles = Roles().ValueOf(lower.chopped(1));
     if (ideographs) {
         word.Compound = std::any_of(std::begin(bareEndings), std::end(bareEndings),
                                     [lower](QStringView ending) { return lower.contains(ending); });
         return word;
     }
-    if (first.unicode() >= 0x0E00 && first.unicode() < 0x0E80)
+    if (thai)
         word.Compound = std::any_of(std::begin(thaiBeginnings), std::end(thaiBeginnings),
                                     [lower](QStringView beginning) { return lower.startsWith(beginning); });
-    if (size > 4 && first.unicode() < 0x250)
-        for (const QStringView ending : streetEndings)
-            if (lower.back() == ending.back() && size > ending.size() + 1 && lower.endsWith(ending)) {
-                word.Compound = true;
-                break;
-            }
+    if (mayEnd)
+        word.Compound =
+            std::any_of(StreetEndingsOf(last).begin(), StreetEndingsOf(last).end(), [&](QStringView ending) {
+                return size > ending.size() + 1 &&
+                       std::equal(ending.begin(), ending.end(), lower.end() - ending.size(), lower.end());
+            });
     return word;
 }
 
@@ -216,53 +244,95 @@ bool IsStreetWord(QStringView text, const Word& before, const Word& word, const 
 }
 
 QString Folded(QStringView text) {
-    QString folded;
-    folded.reserve(text.size());
-    for (const QChar c : text)
-        folded += c.isSpace() ? QChar(u' ') : c.toLower();
+    QString folded(text.size(), Qt::Uninitialized);
+    std::transform(text.begin(), text.end(), folded.begin(),
+                   [](QChar c) { return c.isSpace() ? QChar(u' ') : Lower(c); });
     return folded;
 }
 
+// The same of a text that is only looked up, and of at most 40 characters.
+class FoldedName {
+public:
+    explicit FoldedName(QStringView text) : size_(std::min<qsizetype>(text.size(), 40)) {
+        std::transform(text.begin(), text.begin() + size_, folded_.begin(),
+                       [](QChar c) { return c.isSpace() ? QChar(u' ') : Lower(c); });
+    }
+    QStringView View() const { return {folded_.data(), size_}; }
+
+private:
+    std::array<QChar, 40> folded_;
+    qsizetype size_;
+};
+
+// Names that are made, with what they stand for.
+template <typename Value>
+class NameTable {
+public:
+    void Add(QString name, Value value) {
+        names_.push_back(std::move(name)); // what a view of a text shows stays where it is when the text is moved
+        table_[names_.back()] = value;
+    }
+    const Value* Find(QStringView name) const { return table_.Find(name); }
+    // The value of a name that is still to be folded.
+    const Value* FindFolded(QStringView name) const {
+        if (name.isEmpty() || name.size() > 40 || !table_.MayHave(Lower(name.front()), name.size()))
+            return nullptr;
+        return table_.Find(FoldedName(name).View());
+    }
+
+private:
+    std::vector<QString> names_;
+    WordTable<Value> table_;
+};
+
 // Names as they are compared, to what they stand for.
-const QHash<QString, QStringView>& CountryNames() {
+const NameTable<QStringView>& CountryNames() {
     static const auto names = [] {
-        QHash<QString, QStringView> all;
+        NameTable<QStringView> all;
         for (const AddressCountry& country : addressCountries)
-            for (const QStringView name : country.Names.split(u'|'))
-                all.insert(Folded(name), country.Region);
+            for (const QStringView name : country.Names.split(u'|', Qt::SkipEmptyParts))
+                all.Add(Folded(name), country.Region);
         return all;
     }();
     return names;
 }
 
 struct StateNames {
-    QHash<QString, int> Folded;   ///< names of more than three letters, in lower case
-    QHash<QString, int> Verbatim; ///< abbreviations as they are written
+    NameTable<bool> Folded;   ///< names of more than three letters, in lower case
+    NameTable<bool> Verbatim; ///< abbreviations as they are written
 };
 
-const StateNames& StatesOf(QStringView region) {
+constexpr std::size_t regionSlots = 26 * 26 + 1;
+
+// A region by its two letters, as each line of a page asks for it; the last slot is for all that are none.
+std::size_t SlotOf(QStringView region) {
+    const auto letter = [region](qsizetype at) { return static_cast<std::size_t>(region[at].unicode() - u'A'); };
+    return region.size() == 2 && letter(0) < 26 && letter(1) < 26 ? letter(0) * 26 + letter(1) : regionSlots - 1;
+}
+
+// Null where a region's addresses name none.
+const StateNames* StatesOf(QStringView region) {
     static const auto all = [] {
-        QHash<QStringView, StateNames> tables;
+        std::vector<std::unique_ptr<StateNames>> tables(regionSlots);
         for (const AddressStates& row : addressStates) {
-            StateNames& names = tables[row.Region];
+            tables[SlotOf(row.Region)] = std::make_unique<StateNames>();
+            StateNames& names = *tables[SlotOf(row.Region)];
             for (const QStringView entry : row.States.split(u'|'))
                 for (const QStringView name : entry.split(u'='))
                     if (name.size() > 3 && !name.endsWith(u'.'))
-                        names.Folded.insert(Folded(name), 1);
+                        names.Folded.Add(Folded(name), true);
                     else if (!name.isEmpty())
-                        names.Verbatim.insert(name.toString(), 1);
+                        names.Verbatim.Add(name.toString(), true);
             if (row.Region == u"IE")
                 for (const QStringView entry : row.States.split(u'|')) {
-                    names.Folded.insert(Folded(entry), 1);
-                    names.Folded.insert(u"county" + Folded(entry.sliced(3)), 1);
-                    names.Folded.insert(u"co" + Folded(entry.sliced(3)), 1);
+                    names.Folded.Add(Folded(entry), true);
+                    names.Folded.Add(u"county" + Folded(entry.sliced(3)), true);
+                    names.Folded.Add(u"co" + Folded(entry.sliced(3)), true);
                 }
         }
         return tables;
     }();
-    static const StateNames none;
-    const auto found = all.constFind(region);
-    return found != all.constEnd() ? *found : none;
+    return all[SlotOf(region)].get();
 }
 
 bool IsWordBoundary(QStringView text, qsizetype at) {
@@ -272,19 +342,14 @@ bool IsWordBoundary(QStringView text, qsizetype at) {
 } // namespace
 
 const AddressCountry* AddressCountryOf(QStringView region) {
-    // By its two letters: each line of a page asks.
-    const auto slotOf = [](QStringView name) -> std::size_t {
-        const auto letter = [name](qsizetype at) { return static_cast<std::size_t>(name[at].unicode() - u'A'); };
-        return name.size() == 2 && letter(0) < 26 && letter(1) < 26 ? letter(0) * 26 + letter(1) : std::size_t{26 * 26};
-    };
-    static const auto rows = [slotOf] {
-        std::array<const AddressCountry*, 26 * 26 + 1> all{};
+    static const auto rows = [] {
+        std::array<const AddressCountry*, regionSlots> all{};
         for (const AddressCountry& country : addressCountries)
-            all[slotOf(country.Region)] = &country;
+            all[SlotOf(country.Region)] = &country;
         all.back() = nullptr;
         return all;
     }();
-    return rows[slotOf(region)];
+    return rows[SlotOf(region)];
 }
 
 bool HasDigit(QStringView text) {
@@ -357,13 +422,15 @@ qsizetype EndOfNumberIn(QStringView text) {
 bool IsStateOf(QStringView region, QStringView text) {
     if (text.isEmpty() || text.size() > 32)
         return false;
-    const StateNames& names = StatesOf(region);
-    return names.Folded.contains(Folded(text)) || names.Verbatim.contains(text.toString());
+    const StateNames* const names = StatesOf(region);
+    return names && (names->Folded.FindFolded(text) || names->Verbatim.Find(text));
 }
 
 qsizetype StateAtEnd(QStringView region, QStringView text) {
     qsizetype longest = 0;
     int words = 0;
+    if (!StatesOf(region))
+        return 0;
     for (qsizetype at = text.size(); at > 0 && words < 4;) {
         --at;
         const bool start = IsWordBoundary(text, at) && text[at].isLetter();
@@ -387,7 +454,7 @@ qsizetype CountryAtEnd(QStringView text, QString& region) {
         ++words;
         const QString found = RegionOfCountryName(tail.sliced(at));
         // The ISO code of a country may be a state's: "San Diego, CA". "UK" and "US" are names.
-        if (!found.isEmpty() && (tail.size() - at > 2 || CountryNames().contains(Folded(tail.sliced(at))))) {
+        if (!found.isEmpty() && (tail.size() - at > 2 || CountryNames().FindFolded(tail.sliced(at)))) {
             longest = tail.size() - at;
             region = found;
         }
@@ -398,11 +465,12 @@ qsizetype CountryAtEnd(QStringView text, QString& region) {
 QString RegionOfCountryName(QStringView name) {
     if (name.size() < 2 || name.size() > 40)
         return {};
-    if (name.size() == 2)
-        return (name[0].isUpper() && name[1].isUpper()) || IsIdeograph(name[0])
-                   ? CountryNames().value(Folded(name), AddressCountryOf(name) ? name : QStringView()).toString()
-                   : QString();
-    return CountryNames().value(Folded(name)).toString();
+    const QStringView* const region = CountryNames().FindFolded(name);
+    if (name.size() > 2)
+        return region ? region->toString() : QString();
+    if (!(name[0].isUpper() && name[1].isUpper()) && !IsIdeograph(name[0]))
+        return {};
+    return region ? region->toString() : AddressCountryOf(name) ? name.toString() : QString();
 }
 
 QString CountryNameOf(QStringView region) {

@@ -47,7 +47,7 @@ QStringView RecordColumns::TextOf(const RecordLine& line) const {
     return QStringView(Page.Lines.Text).sliced(first.Begin, last.Begin + last.Length - first.Begin);
 }
 
-QString RecordColumns::TextOf(NodeIndex node) const {
+QStringView RecordColumns::ViewOf(NodeIndex node) const {
     const NodeIndex end = Page.Page.End(node);
     const auto first = static_cast<size_t>(Page.Lines.PieceFrom(node));
     size_t last = first;
@@ -58,7 +58,7 @@ QString RecordColumns::TextOf(NodeIndex node) const {
         return {};
     const TextPiece& begin = Page.Lines.Pieces[first];
     const TextPiece& back = Page.Lines.Pieces[last - 1];
-    return Page.Lines.Text.sliced(begin.Begin, back.Begin + back.Length - begin.Begin);
+    return QStringView(Page.Lines.Text).sliced(begin.Begin, back.Begin + back.Length - begin.Begin);
 }
 
 quint64 RecordColumns::PathOf(NodeIndex node, const RecordRange& record) const {
@@ -177,7 +177,6 @@ void RecordColumns::ReadLabelElement(RecordLine& line) const {
 void RecordColumns::ReadColumns(size_t record) {
     const RecordRange& range = List.Records[record];
     const std::vector<TextPiece>& pieces = Page.Lines.Pieces;
-    std::unordered_map<quint64, int> ordinals;
     NodeIndex lastElement = noNode;
     int place = 0;
     for (const RecordLine& line : Lines[record]) {
@@ -194,8 +193,10 @@ void RecordColumns::ReadColumns(size_t record) {
                                      (hints & (Hint::Name | Hint::Category | Hint::City | Hint::Address)) != 0;
                 if (matters) {
                     const quint64 path = PlaceOf(element, range);
-                    int& ordinal = ordinals[path];
-                    const quint64 key = Mixed(path, static_cast<quint64>(std::min(ordinal++, mostOrdinals)));
+                    Ordinal& ordinal = ordinals_[path];
+                    if (ordinal.Record != record)
+                        ordinal = {record, 0};
+                    const quint64 key = Mixed(path, static_cast<quint64>(std::min(ordinal.Next++, mostOrdinals)));
                     auto found = numbers_.find(key);
                     if (found == numbers_.end()) {
                         if (Columns.size() >= mostColumns)
@@ -251,13 +252,13 @@ void RecordColumns::Measure(RecordColumn& column) const {
         ++seen;
         const auto piece = static_cast<size_t>(Page.Lines.PieceFrom(node));
         const auto line = static_cast<size_t>(Page.Lines.Pieces[piece].Line);
-        const QString text = TextOf(node);
+        const QStringView text = ViewOf(node);
         characters += text.size();
         for (size_t i = piece; i < Page.Lines.Pieces.size() && Page.Lines.Pieces[i].Node < Page.Page.End(node) &&
                                Page.Lines.Pieces[i].Line == static_cast<int>(line) && i < piece + 6;
              ++i)
             ++pieces;
-        const QString words = BareWords(QStringView(text).left(200));
+        const QString words = BareWords(text.left(200));
         texts.insert(words);
         const bool wholeLine = text.size() * 2 > Page.Lines.Lines[line].Length;
         phones += wholeLine && text.size() < 80 && Page.FactsOf(node).Phones > 0;

@@ -60,7 +60,8 @@ public:
     /// Without its label.
     QStringView ValueOf(const RecordLine& line) const { return TextOf(line).sliced(line.LabelLength); }
     /// What an element of a column says: its first line.
-    QString TextOf(NodeIndex node) const;
+    QString TextOf(NodeIndex node) const { return ViewOf(node).toString(); }
+    QStringView ViewOf(NodeIndex node) const;
     /// The columns' path of an element within a record.
     quint64 PathOf(NodeIndex node, const RecordRange& record) const;
     /// The same with its cell, where the record is the row of a table.
@@ -80,6 +81,12 @@ private:
     const Signatures& signatures_;
     std::vector<HintSet> header_;                 // by cell
     std::unordered_map<quint64, size_t> numbers_; // of columns by key
+    // How often a path stands in the record at hand.
+    struct Ordinal {
+        size_t Record = 0;
+        int Next = 0;
+    };
+    std::unordered_map<quint64, Ordinal> ordinals_;
 };
 
 } // namespace Brindle

@@ -8,6 +8,7 @@
 #include <QUrlQuery>
 
 #include <algorithm>
+#include <array>
 
 namespace Brindle {
 
@@ -29,7 +30,7 @@ void Within(const List& list, const RecordRange& range, Use use) {
 
 QString RedirectTarget(const QString& address) {
     const qsizetype query = address.indexOf(u'?');
-    if (query < 0 || !address.contains(u"=http"))
+    if (query < 0 || address.indexOf(u"=http", query) < 0)
         return {};
     for (const QStringView pair : QStringView(address).sliced(query + 1).split(u'&')) {
         const qsizetype equals = pair.indexOf(u'=');
@@ -46,7 +47,8 @@ QString WebAddressIn(QStringView text) {
     QStringView word = text.trimmed();
     while (!word.isEmpty() && (word.back() == u'/' || word.back() == u'.' || word.back() == u','))
         word.chop(1);
-    if (word.size() < 4 || word.size() > 200 || word.contains(u' ') || word.contains(u'@') || !word.contains(u'.'))
+    if (word.size() < 4 || word.size() > 200 ||
+        std::any_of(word.begin(), word.end(), [](QChar c) { return c == u' ' || c == u'@'; }) || !word.contains(u'.'))
         return {};
     const QString scheme = SchemeOf(word);
     const bool hasScheme = scheme == u"http" || scheme == u"https";
@@ -182,26 +184,29 @@ void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex,
     const bool plain = std::any_of(found.begin(), found.end(), [](const Found& one) { return !one.InProse; });
     const auto count = static_cast<int>(columns_.Count());
     QSet<QString> seen;
-    QStringList phones;
-    QStringList faxes;
+    std::array<int, 2> taken{}; // phones, faxes
     for (const Found& one : found) {
         const QString& key = one.Phone->Key;
         // The directory's own number stands in every record.
         const bool shared = count >= 4 && phones_.value(key).Records * 5 > count * 3;
-        if ((one.InProse && plain) || shared || seen.contains(key) || Has(one.Kind, Hint::Register))
+        if ((one.InProse && plain) || shared || Has(one.Kind, Hint::Register) ||
+            (found.size() > 1 && seen.contains(key)))
             continue;
         const bool fax = Has(one.Kind, Hint::Fax) && !Has(one.Kind, Hint::Phone);
-        if ((fax ? faxes : phones).size() >= 4)
+        if (taken[fax] >= 4)
             continue;
-        seen.insert(key);
+        if (found.size() > 1)
+            seen.insert(key);
+        QString& value = fax ? lead.Fax : lead.Phone;
+        if (taken[fax]++ == 0)
+            value = one.Phone->Shown;
+        else
+            value += u';' + one.Phone->Shown;
         const auto field = static_cast<size_t>(fax ? Field::Fax : Field::Phone);
-        (fax ? faxes : phones) << one.Phone->Shown;
         if (nodes[field] == noNode)
             nodes[field] = one.Phone->Node;
     }
-    lead.Phone = phones.join(u';');
-    lead.Fax = faxes.join(u';');
-    if (phones.isEmpty() && phonePath_ != 0)
+    if (taken[0] == 0 && phonePath_ != 0)
         ReadPhoneOfColumn(record, lead, nodes);
 }
 
@@ -238,16 +243,15 @@ void RecordContacts::ReadMails(size_t record, Lead& lead, std::array<NodeIndex, 
     lead.Email = mails.join(u';');
 }
 
-bool RecordContacts::SaysWebsite(const PageLink& link, const RecordRange& range) const {
+bool RecordContacts::SaysWebsite(const PageLink& link, const QString& text, const RecordRange& range) const {
     int levels = 0;
     for (NodeIndex at = link.Node; at >= range.Begin && levels < 3; at = page_.Page.Parent(at), ++levels)
         if (Has(page_.HintsOf(at), Hint::Website))
             return true;
-    const QString text = page_.TextWithin(link.Node);
     if (Has(HintsOfLabel(text), Hint::Website) || !WebAddressIn(text).isEmpty())
         return true;
-    const QString words = BareWords(text);
-    return words.contains(u"website") || words.contains(u"homepage");
+    const BareView words(text);
+    return words.View().size() >= 7 && (words.View().contains(u"website") || words.View().contains(u"homepage"));
 }
 
 void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
@@ -265,7 +269,7 @@ void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
         int score = 0;
         if (link.Kind == LinkKind::Outside) {
             const int records = hosts_.value(link.Host).Records;
-            const bool says = SaysWebsite(link, range);
+            const bool says = SaysWebsite(link, page_.TextWithin(link.Node), range);
             const bool rare = records == 1 || (records <= 3 && count >= 8);
             if (!rare && !says)
                 return;
@@ -286,7 +290,7 @@ void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
         } else if (link.Kind == LinkKind::Own || link.Kind == LinkKind::None) {
             const QString text = page_.TextWithin(link.Node);
             target = WebAddressIn(text);
-            if (target.isEmpty() && SaysWebsite(link, range))
+            if (target.isEmpty() && SaysWebsite(link, text, range))
                 target = RedirectTarget(link.Address);
             if (target.isEmpty() || SiteOf(target) == page_.Site)
                 return;

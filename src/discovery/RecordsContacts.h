@@ -24,7 +24,7 @@ private:
     void ReadPhoneOfColumn(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     HintSet KindOf(const PagePhone& phone, qsizetype from, size_t record) const;
     HintSet IconsBefore(NodeIndex node, NodeIndex from) const;
-    bool SaysWebsite(const PageLink& link, const RecordRange& range) const;
+    bool SaysWebsite(const PageLink& link, const QString& text, const RecordRange& range) const;
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;

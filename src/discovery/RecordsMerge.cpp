@@ -2,6 +2,7 @@
 
 #include "core/BusinessKey.h"
 #include "toolkit/PageAddress.h"
+#include "toolkit/Text.h"
 
 #include <QHash>
 #include <QSet>
@@ -15,11 +16,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString LinkKey(const QString& link) {
-    QString key = WithoutFragment(link).toString();
+QStringView LinkKey(QStringView link) {
+    QStringView key = WithoutFragment(link);
     while (key.endsWith(u'/'))
         key.chop(1);
-    return key.sliced(SchemeOf(key).size());
+    return key.sliced(StartsWithFolded(key, u"https:")  ? 5
+                      : StartsWithFolded(key, u"http:") ? 4
+                                                        : SchemeOf(key).size());
 }
 
 // What the page says in so many words goes before what its look suggests, but never a part for the whole.
@@ -44,21 +47,27 @@ RecordsMerge::RecordsMerge(const PageTree& page, std::vector<StructuredRecord> s
     for (StructuredRecord& record : structured)
         if (record.Role == RecordRole::Plain || record.Role == RecordRole::Listed)
             structured_.push_back(std::move(record));
+    names_.reserve(structured_.size());
+    for (const StructuredRecord& said : structured_)
+        names_.push_back(FoldedForKey(said.Fields.Name));
 }
 
 // By record of the list: the structured records that speak of it.
 std::vector<std::vector<size_t>> RecordsMerge::Matches(const RecordsReading& list) const {
     std::vector<std::vector<size_t>> matches(list.Records.size());
-    QHash<QString, size_t> links;
-    QHash<QString, size_t> names;
-    QSet<QString> twice;
+    struct Named {
+        size_t Last = 0;
+        int Times = 0;
+    };
+    QHash<QStringView, size_t> links;
+    QHash<QString, Named> names;
+    links.reserve(std::ssize(list.Records));
+    names.reserve(std::ssize(list.Records));
     for (size_t i = 0; i < list.Records.size(); ++i) {
         if (const QString& link = list.Records[i].Fields.DetailsLink; !link.isEmpty())
             links.insert(LinkKey(link), i);
-        const QString name = FoldedForKey(list.Records[i].Fields.Name);
-        if (names.contains(name))
-            twice.insert(name);
-        names.insert(name, i);
+        Named& named = names[FoldedForKey(list.Records[i].Fields.Name)];
+        named = {i, named.Times + 1};
     }
     for (size_t i = 0; i < structured_.size(); ++i) {
         const StructuredRecord& said = structured_[i];
@@ -79,34 +88,34 @@ std::vector<std::vector<size_t>> RecordsMerge::Matches(const RecordsReading& lis
         }
         const auto link =
             said.Fields.DetailsLink.isEmpty() ? links.cend() : links.constFind(LinkKey(said.Fields.DetailsLink));
-        const QString name = FoldedForKey(said.Fields.Name);
+        const QString& name = names_[i];
         if (link != links.cend())
             matches[*link].push_back(i);
-        else if (!name.isEmpty() && names.contains(name) && !twice.contains(name))
-            matches[names.value(name)].push_back(i);
+        else if (const Named named = name.isEmpty() ? Named() : names.value(name); named.Times == 1)
+            matches[named.Last].push_back(i);
     }
     return matches;
 }
 
-double RecordsMerge::WitnessFor(const RecordsReading& list) const {
+double RecordsMerge::WitnessFor(RecordsReading& list) const {
     if (structured_.size() < 2 || list.Records.empty())
         return 0;
-    const auto matches = Matches(list);
+    list.Said = Matches(list);
     const auto matched =
-        std::count_if(matches.begin(), matches.end(), [](const auto& said) { return said.size() == 1; });
+        std::count_if(list.Said.begin(), list.Said.end(), [](const auto& said) { return said.size() == 1; });
     return static_cast<double>(matched) / static_cast<double>(std::max(list.Records.size(), structured_.size() / 2));
 }
 
 void RecordsMerge::AddTo(RecordsReading& list) const {
-    const auto matches = Matches(list);
+    const auto matches = std::move(list.Said);
     std::vector<PageRecord> merged;
+    merged.reserve(list.Records.size());
     for (size_t i = 0; i < list.Records.size(); ++i) {
         // Several different businesses in one record, or the same one in several notations.
         QStringList keys;
-        for (const size_t said : matches[i]) {
+        for (const size_t said : matches[i].size() < 2 ? std::vector<size_t>() : matches[i]) {
             const Lead& lead = structured_[said].Fields;
-            const QString key =
-                FoldedForKey(lead.Name) + u'|' + FoldedForKey(lead.FullAddress) + u'|' + LinkKey(lead.DetailsLink);
+            const QString key = names_[said] + u'|' + FoldedForKey(lead.FullAddress) + u'|' + LinkKey(lead.DetailsLink);
             if (structured_[said].Node != noNode && !lead.Name.isEmpty() && IsReachable(lead) && !keys.contains(key))
                 keys << key;
         }

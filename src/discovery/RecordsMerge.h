@@ -13,8 +13,9 @@ public:
     RecordsMerge(const PageTree& page, std::vector<StructuredRecord> structured);
 
     /// The share of a list's records that structured data speaks of.
-    double WitnessFor(const RecordsReading& list) const;
-    /// Adds what structured data says of the list's records; a record that holds several businesses becomes several.
+    double WitnessFor(RecordsReading& list) const;
+    /// Adds what structured data says of the list's records, of a list that `WitnessFor` was asked about; a record that
+    /// holds several businesses becomes several.
     void AddTo(RecordsReading& list) const;
     /// The records of structured data alone; empty when they are not sure enough.
     std::vector<PageRecord> Alone() const;
@@ -26,6 +27,7 @@ private:
 
     const PageTree& page_;
     std::vector<StructuredRecord> structured_;
+    std::vector<QString> names_; // of these, folded
 };
 
 } // namespace Brindle

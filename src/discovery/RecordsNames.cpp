@@ -112,7 +112,7 @@ void RecordNames::ChooseNames() {
             continue;
         for (size_t record = 0; record < columns_.Count(); ++record)
             if (nodes_[record] == noNode && column->Nodes[record] != noNode &&
-                !IsButtonText(BareWords(columns_.TextOf(column->Nodes[record]))))
+                !IsButtonText(BareView(columns_.ViewOf(column->Nodes[record])).View()))
                 nodes_[record] = column->Nodes[record];
     }
 }

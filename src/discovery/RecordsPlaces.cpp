@@ -2,6 +2,7 @@
 
 #include "discovery/PostalAddressWords.h"
 #include "discovery/RecordsAddress.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -44,14 +45,28 @@ void FillPart(QString& part, const QString& value) {
         part = value;
 }
 
+// Whether no white space but single blanks between words stands in it.
+bool IsSimple(QStringView text) {
+    bool blank = true;
+    for (const QChar c : text) {
+        if (c.isSpace() && (c != u' ' || blank))
+            return false;
+        blank = c == u' ';
+    }
+    return text.isEmpty() || !blank;
+}
+
 QString Tidy(QString text) {
     constexpr QStringView marks = u",;\u2022\u00B7|-\u2013 ";
-    text = text.simplified();
-    while (!text.isEmpty() && marks.contains(text.back()))
-        text.chop(1);
-    while (!text.isEmpty() && marks.contains(text.front()))
-        text.remove(0, 1);
-    return text;
+    if (!IsSimple(text))
+        text = text.simplified();
+    qsizetype end = text.size();
+    while (end > 0 && IsAmong(text[end - 1], marks))
+        --end;
+    qsizetype begin = 0;
+    while (begin < end && IsAmong(text[begin], marks))
+        ++begin;
+    return end - begin == text.size() ? text : text.sliced(begin, end - begin);
 }
 
 } // namespace
@@ -112,7 +127,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
     const PageTree& page = page_.Page;
     const RecordRange& range = columns_.List.Records[record];
     const NodeIndex nameEnd = name == noNode ? noNode : page.End(name);
-    const QString nameText = name == noNode ? called : columns_.TextOf(name);
+    const QStringView nameText = name == noNode ? QStringView(called) : columns_.ViewOf(name);
     std::vector<Segment> segments;
     for (const RecordLine& line : columns_.Lines[record]) {
         const size_t before = segments.size();
@@ -167,19 +182,20 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             }
             FindValue(segment, i == before ? line.LabelLength : 0, nameText);
             const QStringView value = ValueOf(segment);
+            const auto number = static_cast<size_t>(segment.Line);
+            const bool whole = value.size() == page_.Lines.Lines[number].Length;
+            const bool digit = HasDigit(value);
             const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node;
             const bool inName = name != noNode && node >= name && node < nameEnd && value == nameText;
             segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
-            segment.Excluded =
-                inName || segment.IsLabel || other || otherLabel || value.size() > 220 || value.contains(u'@') ||
-                (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
-                (HasDigit(value) && (HasPrice(value) || IsHours(value) || PageAnnotations::BeginsWithRating(value)));
-            if (segment.Excluded || !HasDigit(value))
+            segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
+                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
+                               (digit && ((whole ? page_.IsPriceLine[number] : HasPrice(value)) || IsHours(value) ||
+                                          PageAnnotations::BeginsWithRating(value)));
+            if (segment.Excluded || !digit)
                 continue;
-            const auto number = static_cast<size_t>(segment.Line);
-            const bool whole = value.size() == page_.Lines.Lines[number].Length;
             const AddressSigns signs = whole ? AddressSigns{page_.IsCodeLine[number], page_.IsStreetLine[number]}
                                              : AddressSignsIn(value, page_.Region);
             segment.PostalCode = signs.PostalCode;
@@ -394,7 +410,7 @@ QString RecordPlaces::PartedValue(const Segment& segment) const {
         value += QStringView(page_.Lines.Text).sliced(begin, end - begin);
         before = parent;
     }
-    if (!value.contains(u','))
+    if (!value.contains(u" ,") && !value.contains(u",,") && !value.contains(u", ,"))
         return value;
     return value.replace(u" ,"_s, u","_s).replace(u",,"_s, u","_s).replace(u", ,"_s, u","_s);
 }
@@ -433,8 +449,9 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
             }
     };
     for (const Segment& segment : segments)
-        if (!segment.Excluded)
-            set((segment.Hints & partHints) != 0 ? segment.Hints : segment.Label, Tidy(ValueOf(segment).toString()));
+        if (const HintSet says = (segment.Hints & partHints) != 0 ? segment.Hints : segment.Label;
+            !segment.Excluded && (says & partHints) != 0)
+            set(says, Tidy(ValueOf(segment).toString()));
     // Where town and code have places of their own, what else calls itself an address is the street.
     if (lead.Street.isEmpty() && !lead.City.isEmpty() && !lead.PostalCode.isEmpty())
         for (const Segment& segment : segments)
@@ -442,13 +459,14 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
                 Has(segment.Hints | segment.Label, Hint::Address) && !segment.PostalCode && HasDigit(ValueOf(segment)))
                 set(static_cast<HintSet>(Hint::Street), Tidy(ValueOf(segment).toString()));
     // What stands in the page for machines only.
-    for (NodeIndex node = range.Begin; node < range.End; ++node)
+    for (NodeIndex node = range.Begin; hasMeta_ && node < range.End; ++node)
         if (page_.Page.Is(node, u"meta") && page_.Page.HasAttribute(node, u"itemprop"))
             set(page_.HintsOf(node), Tidy(page_.Page.Attribute(node, u"content").toString()));
     if (lead.FullAddress.isEmpty())
         return;
     QString full = parted;
-    full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
+    if (std::any_of(full.cbegin(), full.cend(), [](QChar c) { return IsAmong(c, u"\u2022\u00B7|"); }))
+        full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
     const AddressParts parts = SplitAddress(full, page_.Country);
     const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();
     FillPart(lead.Street, parts.Street);
@@ -458,7 +476,8 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     if (lead.Country.isEmpty() && !known)
         lead.Country = parts.Country;
     // Where each part has a column of its own, the town's is the last one.
-    if (!lead.City.isEmpty() && !lead.FullAddress.contains(lead.City, Qt::CaseInsensitive))
+    if (!lead.City.isEmpty() && !lead.FullAddress.contains(lead.City) &&
+        !lead.FullAddress.contains(lead.City, Qt::CaseInsensitive))
         lead.FullAddress += (lead.FullAddress.endsWith(lead.PostalCode) ? u" "_s : u", "_s) + lead.City;
 }
 
@@ -549,8 +568,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             if (node == noNode || seen >= 60)
                 continue;
             ++seen;
-            const QString text = columns_.TextOf(node);
-            const QString words = BareWords(text);
+            const QStringView text = columns_.ViewOf(node);
+            const BareView bare(text);
+            const QStringView words = bare.View();
             places += text == leads[record].Name || (!text.isEmpty() && leads[record].FullAddress.contains(text));
             labels += HintsOfLabel(text) != 0;
             const auto piece = static_cast<size_t>(page_.Lines.PieceFrom(node));

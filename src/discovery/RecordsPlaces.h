@@ -10,7 +10,8 @@ namespace Brindle {
 /// Where the businesses of a list's records are, and their trades.
 class RecordPlaces {
 public:
-    explicit RecordPlaces(const RecordColumns& columns) : columns_(columns), page_(columns.Page) {}
+    explicit RecordPlaces(const RecordColumns& columns)
+        : columns_(columns), page_(columns.Page), hasMeta_(page_.Page.NameIdOf(u"meta") >= 0) {}
 
     /// Fills the address of one record; `nodes` gets the element that it was taken from.
     void ReadAddress(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
@@ -44,7 +45,7 @@ private:
         bool Strong() const;
         bool Weak() const;
     };
-    void FindValue(Segment& segment, qsizetype label, const QString& name) const;
+    void FindValue(Segment& segment, qsizetype label, QStringView name) const;
     void LeaveOutTradeAndDistance(Segment& segment) const;
     static bool IsHours(QStringView text);
     bool IsControl(const TextPiece& piece, const RecordRange& range) const;
@@ -71,6 +72,7 @@ private:
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
+    bool hasMeta_;  // some value may stand in the page for machines only
     int town_ = -1; // of the columns
     int category_ = -1;
     std::vector<size_t> categoryElsewhere_; // columns of records that have none in that one

@@ -176,7 +176,7 @@ private:
             places.ReadTown(record, names_.NodeOf(record), lead, nodes_[record]);
             places.ReadCategory(record, names_.NodeOf(record), lead, nodes_[record]);
             const RecordRange& range = columns_.List.Records[record];
-            if (!lead.Name.isEmpty() && !IsButtonText(BareWords(lead.Name)))
+            if (!lead.Name.isEmpty() && !IsButtonText(BareView(lead.Name).View()))
                 reading_.Records.push_back({std::move(lead), range.Begin, range.End});
         }
         LeaveOutBareEnds();
@@ -218,14 +218,15 @@ private:
             shares.Mail += !lead.Email.isEmpty();
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
-            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareWords(lead.Category));
-            shares.House += lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site);
+            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareView(lead.Category).View());
+            shares.House += !lead.Email.isEmpty() &&
+                            (lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site));
             shares.Details += !lead.DetailsLink.isEmpty();
             shares.Questions += lead.Name.endsWith(u'?') || lead.Name.endsWith(u'\uFF1F');
             shares.Towns += IsTownOfItsAddress(record);
             shares.Rating += facts.Ratings > 0;
             HintSet here = page_.HintsOf(record.Begin);
-            shares.Jobs += NamesJobs(BareWords(lead.Name));
+            shares.Jobs += NamesJobs(BareView(lead.Name).View());
             bool price = false;
             bool date = false;
             CountOthers(record, price, date, here);
@@ -347,9 +348,10 @@ private:
         const double count = static_cast<double>(reading_.Records.size());
         const double contact =
             3 * shares.Phone + 3 * shares.Address + 1.5 * shares.Website + 1.5 * shares.Mail + 0.5 * shares.Map;
+        const double distinct = names_.DistinctNames();
         const double quality = contact + shares.Place + 0.5 * shares.Category + 0.5 * shares.Details +
                                0.25 * shares.Rating + std::min(names_.Score(), 6.0) / 3;
-        reading_.Score = quality * std::min(count, 1000.0) * (names_.IsOneName() ? 0.5 : names_.DistinctNames());
+        reading_.Score = quality * std::min(count, 1000.0) * (names_.IsOneName() ? 0.5 : distinct);
         const auto no = [this](const QString& why) {
             reading_.Sure = false;
             reading_.Verdict = why;
@@ -358,7 +360,7 @@ private:
         const bool directory = subject_.Businesses && !subject_.OtherThings && !subject_.OneFirm;
         const auto often = [&shares](Hint hint) { return Has(shares.Often, hint); };
         const bool stores = names_.IsOneName() && shares.Street >= 0.8 && DistinctAddresses() >= 0.8;
-        if (names_.DistinctNames() < 0.5 && !stores)
+        if (distinct < 0.5 && !stores)
             return no(u"its names repeat"_s);
         const bool hosts = directory && subject_.Hosts && shares.Details >= 0.5;
         if (shares.Price > 0.5 && shares.Phone < 0.5 && !hosts)

@@ -2,6 +2,7 @@
 #include "discovery/PostalAddressWords.h"
 #include "discovery/RecordsAddress.h"
 #include "discovery/RecordsPlaces.h"
+#include "toolkit/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -60,6 +61,8 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
 // other texts.
 QStringView RecordPlaces::TradeBesideRange(QStringView text) {
     constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9";
+    if (std::none_of(text.begin(), text.end(), [](QChar c) { return IsAmong(c, signs); }))
+        return {};
     bool ranged = false;
     for (qsizetype begin = 0; begin < text.size() && text.size() <= 150;) {
         qsizetype end = begin;
@@ -82,9 +85,8 @@ void RecordPlaces::ChooseTradeBesideRange() {
         const RecordColumn& column = columns_.Columns[i];
         bool known = column.Distinct * column.Filled >= 1.5; // one text in all records may be the town as well
         const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
-            const QString text = node == noNode ? QString() : columns_.TextOf(node);
-            const QStringView trade = TradeBesideRange(text);
-            known = known || NamesBusinesses(BareWords(trade));
+            const QStringView trade = node == noNode ? QStringView() : TradeBesideRange(columns_.ViewOf(node));
+            known = known || (!trade.isEmpty() && NamesBusinesses(BareView(trade).View()));
             return !trade.isEmpty();
         });
         besideRange_ = !column.IsHeading && known && trades * 5 >= std::ssize(column.Nodes) * 3;
@@ -96,7 +98,7 @@ void RecordPlaces::ChooseTradeBesideRange() {
 }
 
 // What is left of a segment without its label, the record's name, phones, and addresses of the web and of mail.
-void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& name) const {
+void RecordPlaces::FindValue(Segment& segment, qsizetype label, QStringView name) const {
     const TextPiece& first = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)];
     const TextPiece& last = page_.Lines.Pieces[static_cast<size_t>(segment.EndPiece) - 1];
     const QStringView all(page_.Lines.Text);
@@ -104,9 +106,9 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
     segment.Begin = std::min(first.Begin + label, segment.End);
     const auto trim = [&] {
         constexpr QStringView marks = u",;|\u22C5\u2022\u00B7-\u2013\u2014 /";
-        while (segment.Begin < segment.End && marks.contains(all[segment.Begin]))
+        while (segment.Begin < segment.End && IsAmong(all[segment.Begin], marks))
             ++segment.Begin;
-        while (segment.End > segment.Begin && marks.contains(all[segment.End - 1]))
+        while (segment.End > segment.Begin && IsAmong(all[segment.End - 1], marks))
             --segment.End;
     };
     if (!name.isEmpty() && all.sliced(segment.Begin, segment.End - segment.Begin).startsWith(name) &&
@@ -145,7 +147,9 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, const QString& n
         trim();
     }
     const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
-    const bool mayBeWeb = rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www");
+    const bool mayBeWeb =
+        std::any_of(rest.begin(), rest.end(), [](QChar c) { return c == u'@' || c == u'/' || c == u'w'; }) &&
+        (rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www"));
     for (const QStringView sign :
          {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
         if (!mayBeWeb)

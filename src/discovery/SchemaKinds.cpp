@@ -1,5 +1,7 @@
 #include "discovery/SchemaKinds.h"
 
+#include "toolkit/Ascii.h"
+
 #include <QHash>
 
 namespace Brindle {
@@ -48,11 +50,12 @@ constexpr QStringView tradeTypes =
 enum class TypeSort : quint8 { Unknown, General, Trade, Person, List, ListEntry, Trail };
 
 QString Folded(QStringView name) {
-    QString folded;
-    folded.reserve(name.size());
+    QString folded(name.size(), Qt::Uninitialized);
+    QChar* end = folded.data();
     for (const QChar c : name)
         if (c != u'-' && c != u'_' && c != u' ')
-            folded.append(c.toLower());
+            *end++ = c.unicode() < 0x80 ? Ascii::Lower(c) : c.toLower();
+    folded.truncate(end - folded.constData());
     return folded;
 }
 

@@ -37,7 +37,9 @@ public:
         NoteHolds();
         for (size_t i = 0; i < items_.Items.size(); ++i)
             AddRecord(static_cast<int>(i));
-        std::stable_sort(found_.begin(), found_.end(), [](const Found& a, const Found& b) { return a.At < b.At; });
+        const auto before = [](const Found& a, const Found& b) { return a.At < b.At; };
+        if (!std::is_sorted(found_.begin(), found_.end(), before))
+            std::stable_sort(found_.begin(), found_.end(), before);
         std::vector<StructuredRecord> records;
         records.reserve(found_.size());
         for (Found& found : found_)
@@ -53,6 +55,8 @@ private:
 
     void NoteHolds() {
         holds_.resize(items_.Items.size());
+        for (const StructuredItem& item : items_.Items)
+            kinds_.push_back(KindOf(item.Types));
         for (size_t i = 0; i < items_.Items.size(); ++i) {
             int entries = 0;
             for (const StructuredProperty& property : items_.Items[i].Properties) {
@@ -69,7 +73,7 @@ private:
     }
 
     const Hold& HoldOf(int item) const { return holds_[static_cast<size_t>(item)]; }
-    SchemaKind KindAt(int item) const { return KindOf(items_.At(item).Types); }
+    SchemaKind KindAt(int item) const { return kinds_[static_cast<size_t>(item)]; }
 
     // Whether an entry of a list is one of the path from the home page.
     bool IsOfTrail(int item) const {
@@ -192,6 +196,7 @@ private:
     const QString& url_;
     StructuredItems items_;
     StructuredLead leads_;
+    std::vector<SchemaKind> kinds_; // by item, as the holds
     std::vector<Hold> holds_;
     QHash<int, int> lists_; // number of each list that has entries, by its item
     std::vector<Found> found_;

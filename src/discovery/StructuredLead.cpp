@@ -85,7 +85,7 @@ QString ComposedAddress(const Lead& lead) {
 }
 
 StructuredLead::StructuredLead(const PageTree& page, const QString& url, const StructuredItems& items)
-    : page_(page), url_(url), base_(BaseAddressOf(page, url)), items_(items), text_(page) {}
+    : page_(page), url_(url), base_(BaseAddressOf(page, url)), host_(HostOfAddress(url)), items_(items), text_(page) {}
 
 SchemaProperty StructuredLead::Meaning(const QString& name) {
     const auto known = meanings_.constFind(name);
@@ -101,7 +101,7 @@ StructuredLead::Meanings StructuredLead::MeaningsOf(int item) {
         if (!values.empty() && items_.At(item).In != Notation::JsonLd && values.back()->Node != property.Node &&
             page_.Contains(values.back()->Node, property.Node))
             values.back() = &property;
-        else if (values.size() < mostValues)
+        else if (static_cast<size_t>(values.size()) < mostValues)
             values.push_back(&property);
     }
     return says;
@@ -251,7 +251,7 @@ void StructuredLead::AddLink(QStringView href, Lead& lead) const {
     const QString address = WebAddress(base_, href);
     if (address.isEmpty() || address.size() > 2 * longestValue)
         return;
-    if (!IsSameSite(address, url_)) {
+    if (!IsSameHost(HostOfAddress(address), host_)) {
         if (lead.Website.isEmpty())
             lead.Website = address;
     } else if (lead.DetailsLink.isEmpty() && WithoutFragment(address) != WithoutFragment(url_)) {
@@ -264,12 +264,14 @@ void StructuredLead::AddLinks(int item, const Meanings& says, Lead& lead) {
         AddLink(value->Item < 0 ? value->Text : items_.At(value->Item).Id, lead);
     const QString& id = items_.At(item).Id;
     // A name that is an address of the site is often that of the details; elsewhere it is only a name.
-    if (const QString address = id.contains(u'/') ? WebAddress(base_, id) : QString(); IsSameSite(address, url_))
+    if (const QString address = id.contains(u'/') ? WebAddress(base_, id) : QString();
+        IsSameHost(HostOfAddress(address), host_))
         AddLink(WithoutFragment(address), lead);
     if (lead.Website.isEmpty()) {
         for (const StructuredProperty* value : Of(says, SchemaProperty::SameAs)) {
             const QString address = WebAddress(base_, value->Text);
-            if (lead.Website.isEmpty() && !address.isEmpty() && !IsSameSite(address, url_) && !IsNetwork(address))
+            if (lead.Website.isEmpty() && !address.isEmpty() && !IsSameHost(HostOfAddress(address), host_) &&
+                !IsNetwork(address))
                 lead.Website = address;
         }
     }

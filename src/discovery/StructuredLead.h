@@ -6,9 +6,9 @@
 #include "discovery/StructuredText.h"
 
 #include <QHash>
+#include <QVarLengthArray>
 
 #include <array>
-#include <vector>
 
 namespace Brindle {
 
@@ -39,7 +39,7 @@ public:
     bool IsLocal(int item) const;
 
 private:
-    using Values = std::vector<const StructuredProperty*>;
+    using Values = QVarLengthArray<const StructuredProperty*, 1>;
     using Meanings = std::array<Values, static_cast<size_t>(SchemaProperty::Owner) + 1>;
 
     Meanings MeaningsOf(int item);
@@ -60,6 +60,7 @@ private:
     const PageTree& page_;
     const QString& url_;
     QString base_;
+    QString host_; // of the page
     const StructuredItems& items_;
     StructuredText text_;
     QHash<QString, SchemaProperty> meanings_;

@@ -51,25 +51,31 @@ QStringView RegisteredName(QStringView host) {
     return host.sliced(third + 1);
 }
 
-} // namespace
-
-QString HostOfAddress(QStringView address) {
+// The host as it is written, without "www." and a port that goes without saying.
+QStringView HostWithin(QStringView address) {
     if (!IsWeb(address))
         return {};
     QStringView host = address.first(EndOfHost(address)).sliced(address.indexOf(u"://") + 3);
     host = host.sliced(host.lastIndexOf(u'@') + 1);
-    QString folded = host.toString().toLower();
-    if (folded.startsWith(u"www."))
-        folded.remove(0, 4);
+    if (StartsWithFolded(host, u"www."))
+        host = host.sliced(4);
     for (const QStringView usual : {u":80", u":443"})
-        if (folded.endsWith(usual))
-            folded.chop(usual.size());
-    return folded;
+        if (host.endsWith(usual))
+            host.chop(usual.size());
+    return host;
+}
+
+} // namespace
+
+QString HostOfAddress(QStringView address) {
+    return HostWithin(address).toString().toLower();
 }
 
 bool IsSameSite(QStringView one, QStringView other) {
-    const QString first = HostOfAddress(one);
-    const QString second = HostOfAddress(other);
+    return IsSameHost(HostOfAddress(one), HostOfAddress(other));
+}
+
+bool IsSameHost(const QString& first, const QString& second) {
     if (first.isEmpty() || second.isEmpty())
         return false;
     if (first == second)
@@ -93,7 +99,7 @@ QString WebAddress(const QString& base, QStringView href) {
         return {};
     const QString address =
         StartsWithFolded(trimmed, u"www.") ? QString(u"http://"_s + trimmed) : ResolveAddress(base, trimmed.toString());
-    return HostOfAddress(address).isEmpty() || address.contains(u' ') ? QString() : address;
+    return HostWithin(address).isEmpty() || address.contains(u' ') ? QString() : address;
 }
 
 QString MailAddress(QStringView text) {

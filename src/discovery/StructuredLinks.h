@@ -12,6 +12,9 @@ QString HostOfAddress(QStringView address);
 /// ("m.dir.example.co.uk" and "example.co.uk"); of numeric hosts and of localhost the port must be the same too.
 bool IsSameSite(QStringView one, QStringView other);
 
+/// The same of what `HostOfAddress` gives.
+bool IsSameHost(const QString& one, const QString& other);
+
 /// Whether an address leads to the home page of its host.
 bool IsHomeAddress(QStringView address);
 

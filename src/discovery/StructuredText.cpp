@@ -49,6 +49,20 @@ private:
 
 } // namespace
 
+QString WithLevelBlanks(const QString& text) {
+    bool blank = true;
+    for (const QChar c : text) {
+        const bool other = (c.unicode() < u' ') || (c != u' ' && c.isSpace()) || HasNoWidth(c.unicode());
+        if (other || (c == u' ' && blank)) {
+            Levelled levelled;
+            levelled.Add(text);
+            return levelled.Take();
+        }
+        blank = c == u' ';
+    }
+    return blank && !text.isEmpty() ? text.chopped(1) : text;
+}
+
 QString WithLevelBlanks(QStringView text) {
     Levelled levelled;
     levelled.Add(text);

@@ -11,6 +11,7 @@ namespace Brindle {
 /// Blanks of any kind and line ends levelled to one blank, none at the ends; soft hyphens and characters without width
 /// are left out.
 QString WithLevelBlanks(QStringView text);
+QString WithLevelBlanks(const QString& text);
 
 /// The texts of a page's elements as values: scripts and styles left out, a line break or a new block is a blank,
 /// blanks levelled. All calls together cost a bounded number of passes over the page; past that the texts are empty.

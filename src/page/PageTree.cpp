@@ -10,11 +10,6 @@ PageTree::PageTree(QString html, const PageBounds& bounds) {
     ParseHtml(std::move(html), bounds, *this);
 }
 
-QStringView PageTree::Name(NodeIndex node) const {
-    const Node& made = nodes_[At(node)];
-    return made.Kind == NodeKind::Element ? QStringView(names_[made.NameId]) : QStringView();
-}
-
 int PageTree::NameIdOf(QStringView name) const {
     for (size_t i = 0; i < names_.size(); ++i)
         if (names_[i] == name)

@@ -48,7 +48,10 @@ public:
         return IsElement(node) && Space(node) == NodeSpace::Html && Name(node) == name;
     }
     /// An element's name, in lower case for HTML; empty for other nodes.
-    QStringView Name(NodeIndex node) const;
+    QStringView Name(NodeIndex node) const {
+        const Node& made = nodes_[At(node)];
+        return made.Kind == NodeKind::Element ? QStringView(names_[made.NameId]) : QStringView();
+    }
     /// Equal for elements of one name and different for others, 0 to `NameCount()` - 1; -1 for other nodes.
     int NameId(NodeIndex node) const { return IsElement(node) ? nodes_[At(node)].NameId : -1; }
     int NameCount() const { return static_cast<int>(names_.size()); }

@@ -4,6 +4,8 @@
 #include "toolkit/PhoneText.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -39,12 +41,36 @@ const OtherCode* FindOther(int code) {
     return other != std::end(otherCodes) ? other : nullptr;
 }
 
+// Digits in a row, without an allocation.
+class DigitRow {
+public:
+    void Add(int digit) {
+        if (size_ < std::ssize(digits_))
+            digits_[static_cast<size_t>(size_++)] = QChar(static_cast<char16_t>(u'0' + digit));
+    }
+    void Add(QStringView digits) {
+        for (const QChar c : digits)
+            Add(c.unicode() - u'0');
+    }
+    qsizetype Size() const { return size_; }
+    QStringView View() const { return {digits_.data(), size_}; }
+
+private:
+    std::array<QChar, 40> digits_;
+    qsizetype size_ = 0;
+};
+
 // The number that the text writes: its digits, and what it says of them.
 struct Written {
     bool Plus = false;
-    QString Digits;
+    DigitRow Digits;
     QString Extension;
 };
+
+// A text of the tables, which outlive all numbers: it needs no copy.
+QString Fixed(QStringView text) {
+    return QString::fromRawData(text.data(), text.size());
+}
 
 constexpr QStringView extensionWords[] = {
     u"extension", u"extn", u"ext", u"x",   u"durchwahl", u"dw",   u"interno", u"int",   u"poste", u"anexo",
@@ -57,6 +83,9 @@ QString ExtensionAt(QStringView rest, qsizetype& end) {
     qsizetype at = 0;
     while (at < rest.size() && (IsPhoneBlank(rest[at]) || rest[at] == u',' || rest[at] == u';' || rest[at] == u'('))
         ++at;
+    // Most of what stands behind digits is no word.
+    if (at == rest.size() || !(rest[at].isLetter() || rest[at] == u'#'))
+        return {};
     for (const QStringView word : extensionWords) {
         if (!rest.sliced(at).startsWith(word, Qt::CaseInsensitive))
             continue;
@@ -82,23 +111,23 @@ int KeyOf(QChar c) {
 }
 
 // Letters from `at` on are part of the number when nothing but letters, digits and hyphens follow.
-bool ReadVanity(QStringView rest, QString& digits) {
+bool ReadVanity(QStringView rest, DigitRow& digits) {
     int letters = 0;
     bool mask = true; // "849-XX-XX" hides digits
-    QString keys;
+    DigitRow keys;
     for (const QChar c : rest) {
         if (const int key = KeyOf(c); key >= 0) {
-            keys += QChar(u'0' + key);
+            keys.Add(key);
             mask = mask && (c == u'X' || c == u'x');
             ++letters;
         } else if (const int digit = DigitOf(c); digit >= 0)
-            keys += QChar(u'0' + digit);
+            keys.Add(digit);
         else if (!IsPhoneBlank(c) && !IsPhoneDash(c) && c != u'.')
             return false;
     }
-    if (letters < 3 || mask || keys.size() > 12)
+    if (letters < 3 || mask || keys.Size() > 12)
         return false;
-    digits += keys;
+    digits.Add(keys.View());
     return true;
 }
 
@@ -117,19 +146,19 @@ std::optional<Written> ReadWriting(QStringView text) {
         const QChar c = text[at];
         if (const int digit = DigitOf(c); digit >= 0) {
             read = at + 1;
-            written.Digits += QChar(u'0' + digit);
-            if (written.Digits.size() > 22)
+            written.Digits.Add(digit);
+            if (written.Digits.Size() > 22)
                 return {};
             continue;
         }
         qsizetype end = -1;
-        if (written.Digits.size() >= 3)
+        if (written.Digits.Size() >= 3)
             written.Extension = ExtensionAt(text.sliced(at), end);
         if (end >= 0) {
             read = at + end;
             break;
         }
-        if (written.Digits.size() >= 3 && KeyOf(c) >= 0) {
+        if (written.Digits.Size() >= 3 && KeyOf(c) >= 0) {
             if (ReadVanity(text.sliced(at), written.Digits))
                 return written;
             break;
@@ -137,7 +166,7 @@ std::optional<Written> ReadWriting(QStringView text) {
         if (!IsPhoneSeparator(c))
             break;
     }
-    if (written.Digits.isEmpty())
+    if (written.Digits.Size() == 0)
         return {};
     // What follows may be a remark in brackets; anything else makes a running text of it.
     const QStringView behind = text.sliced(read);
@@ -147,6 +176,18 @@ std::optional<Written> ReadWriting(QStringView text) {
         else if (c.isLetterOrNumber())
             return {};
     return written;
+}
+
+// Takes the country code from the front.
+bool WithoutCode(QStringView& digits, int code) {
+    const qsizetype size = code < 10 ? 1 : code < 100 ? 2 : 3;
+    int begins = 0;
+    for (qsizetype i = 0; i < size && i < digits.size(); ++i)
+        begins = begins * 10 + (digits[i].unicode() - u'0');
+    if (digits.size() <= size || begins != code)
+        return false;
+    digits = digits.sliced(size);
+    return true;
 }
 
 bool WithoutPrefix(QStringView& digits, QStringView prefix) {
@@ -177,16 +218,24 @@ QString WithIslandCode(const PhonePlan& plan, QStringView digits) {
 }
 
 // What people dial before a national number inside the country; the first that fits is the one that counts.
-std::vector<QStringView> TrunkPrefixes(const PhonePlan& plan) {
-    if (plan.Region == u"BY")
-        return {u"80", u"8", u"0"};
-    if (plan.Region == u"LT")
-        return {u"8", u"0"};
-    if (plan.Region == u"MX")
-        return {u"044", u"045", u"01", u"02", u"1"};
-    if (plan.Region == u"CO") // with the company that carries the call
-        return {u"0444", u"0414", u"0456", u"05", u"07", u"09", u"0"};
-    return {plan.Trunk};
+std::span<const QStringView> TrunkPrefixes(const PhonePlan& plan) {
+    static constexpr QStringView belarus[] = {u"80", u"8", u"0"};
+    static constexpr QStringView lithuania[] = {u"8", u"0"};
+    static constexpr QStringView mexico[] = {u"044", u"045", u"01", u"02", u"1"};
+    // with the company that carries the call
+    static constexpr QStringView colombia[] = {u"0444", u"0414", u"0456", u"05", u"07", u"09", u"0"};
+    switch (plan.Code) {
+    case 375:
+        return belarus;
+    case 370:
+        return lithuania;
+    case 52:
+        return mexico;
+    case 57:
+        return colombia;
+    default:
+        return {&plan.Trunk, 1};
+    }
 }
 
 // Whether the number keeps what looks like a trunk prefix: it is one of the country with it and none without it.
@@ -198,52 +247,54 @@ bool KeepsPrefix(const PhonePlan& plan, QStringView digits, QStringView stripped
     return IsInUse(plan, digits) || (IsLikeOne(plan, digits) && !IsLikeOne(plan, stripped));
 }
 
-// The national number without what is only dialled inside the country.
-QString NationalOf(const PhonePlan& plan, QStringView digits) {
+// The national number without what is only dialled inside the country; `made` holds it where it is no part of the
+// digits.
+QStringView NationalOf(const PhonePlan& plan, QStringView digits, QString& made) {
     if (plan.Code == 1)
-        if (QString local = WithIslandCode(plan, digits); !local.isEmpty())
-            return local;
+        if (made = WithIslandCode(plan, digits); !made.isEmpty())
+            return made;
     for (const QStringView prefix : TrunkPrefixes(plan)) {
         QStringView stripped = digits;
         if (!WithoutPrefix(stripped, prefix))
             continue;
         if (plan.Region == u"AR")
-            if (QString mobile = ArgentineMobile(plan, stripped); !mobile.isEmpty())
-                return mobile;
+            if (made = ArgentineMobile(plan, stripped); !made.isEmpty())
+                return made;
         // Brazil: between the zero and the area code stand two digits of the company that carries the call.
         if (plan.Region == u"BR" && stripped.size() >= 12 && IsInUse(plan, stripped.sliced(2)))
-            return stripped.sliced(2).toString();
+            return stripped.sliced(2);
         if (IsInUse(plan, stripped))
-            return stripped.toString();
+            return stripped;
         // What is too short without it keeps it.
         const bool fits = IsPossibleLength(plan, stripped.size()) || stripped.size() > LongestOf(plan);
-        return fits && !KeepsPrefix(plan, digits, stripped) ? stripped.toString() : digits.toString();
+        return fits && !KeepsPrefix(plan, digits, stripped) ? stripped : digits;
     }
     if (plan.Region == u"AR")
-        if (QString mobile = ArgentineMobile(plan, digits); !mobile.isEmpty())
-            return mobile;
-    return digits.toString();
+        if (made = ArgentineMobile(plan, digits); !made.isEmpty())
+            return made;
+    return digits;
 }
 
-std::optional<PhoneNumber> Judge(const PhonePlan& plan, const QString& national) {
+std::optional<PhoneNumber> Judge(const PhonePlan& plan, QStringView national) {
     if (!IsPossibleLength(plan, national.size()))
         return {};
     PhoneNumber number;
     number.CountryCode = plan.Code;
     number.E164 = u'+' + QString::number(plan.Code) + national;
     const PhonePlan* const own = plan.Code == 1 || plan.Code == 7 ? PlanOfCode(plan.Code, national) : &plan;
-    number.Region = own->Region.toString();
+    number.Region = Fixed(own->Region);
     number.Verdict = IsInUse(*own, national) ? PhoneVerdict::Valid : PhoneVerdict::Possible;
     return number;
 }
 
 // A number that begins with its country code.
 std::optional<PhoneNumber> ReadInternational(QStringView digits) {
+    QString made;
     for (qsizetype length = 1; length <= 3 && length < digits.size(); ++length) {
         const int code = digits.first(length).toInt();
         const QStringView rest = digits.sliced(length);
         if (const PhonePlan* const plan = PlanOfCode(code, rest))
-            return Judge(*plan, NationalOf(*plan, rest));
+            return Judge(*plan, NationalOf(*plan, rest, made));
         if (const OtherCode* const other = FindOther(code)) {
             // Numbers are this short on islands and in the smallest states alone.
             const bool small = (code >= 670 && code < 700) || code == 298 || code == 299 || code == 376 || code == 378;
@@ -252,7 +303,7 @@ std::optional<PhoneNumber> ReadInternational(QStringView digits) {
             PhoneNumber number;
             number.CountryCode = code;
             number.E164 = u'+' + digits;
-            number.Region = other->Region.toString();
+            number.Region = Fixed(other->Region);
             return number;
         }
     }
@@ -260,7 +311,9 @@ std::optional<PhoneNumber> ReadInternational(QStringView digits) {
 }
 
 std::optional<PhoneNumber> ReadDigits(const Written& written, QStringView region) {
-    QStringView digits = written.Digits;
+    QStringView digits = written.Digits.View();
+    QString made;
+    QString madeBare;
     if (written.Plus) {
         WithoutPrefix(digits, u"00"); // "+0049" is seen
         return ReadInternational(digits);
@@ -271,16 +324,15 @@ std::optional<PhoneNumber> ReadDigits(const Written& written, QStringView region
     if (const qsizetype abroad = AbroadPrefixOf(*plan, digits); abroad > 0)
         return ReadInternational(digits.sliced(abroad));
     // Where companies have prefixes of their own, the world's 00 stands before the country's own code all the same.
-    if (QStringView own = digits;
-        WithoutPrefix(own, QString(u"00"_s + QString::number(plan->Code))) && IsInUse(*plan, own))
-        return Judge(*plan, own.toString());
+    if (QStringView own = digits; WithoutPrefix(own, u"00") && WithoutCode(own, plan->Code) && IsInUse(*plan, own))
+        return Judge(*plan, own);
     if (plan->Code == 1 && digits.size() == 11 && digits.startsWith(u"11"))
         return {}; // no area code begins with a 1
-    const QString national = NationalOf(*plan, digits);
+    const QStringView national = NationalOf(*plan, digits, made);
     // The country code without its plus.
     QStringView stripped = digits;
-    if (!IsInUse(*plan, national) && WithoutPrefix(stripped, QString::number(plan->Code)))
-        if (const QString bare = NationalOf(*plan, stripped);
+    if (!IsInUse(*plan, national) && WithoutCode(stripped, plan->Code))
+        if (const QStringView bare = NationalOf(*plan, stripped, madeBare);
             IsInUse(*plan, bare) || national.size() > LongestOf(*plan))
             return Judge(*plan, bare);
     return Judge(*plan, national);

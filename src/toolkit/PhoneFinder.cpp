@@ -114,8 +114,12 @@ constexpr QStringView otherWords[] = {
 };
 
 bool Among(std::span<const QStringView> words, QStringView word) {
-    return std::any_of(words.begin(), words.end(), [word](QStringView w) {
-        return w.size() == word.size() && w.compare(word, Qt::CaseInsensitive) == 0;
+    // Most words begin with another letter than that of the list; letters of Latin fold as ASCII's do or not at all.
+    const char16_t first = word.front().unicode();
+    const bool ascii = first < 0x80;
+    return std::any_of(words.begin(), words.end(), [word, first, ascii](QStringView w) {
+        return w.size() == word.size() && (!ascii || w.front().unicode() == (first | 0x20)) &&
+               w.compare(word, Qt::CaseInsensitive) == 0;
     });
 }
 
@@ -135,13 +139,18 @@ QStringView LastWord(QStringView text, bool& punctuated) {
         }
     };
     skip(u":.=|([：）)/");
-    for (const QStringView filler : {u"no", u"nr", u"n°", u"nº", u"number", u"us", u"#"})
-        if (text.endsWith(filler, Qt::CaseInsensitive) && text.size() > filler.size() &&
-            !text[text.size() - filler.size() - 1].isLetter()) {
-            text.chop(filler.size());
-            skip(u":.(/");
-            break;
-        }
+    const auto mayFill = [](QChar c) {
+        const char16_t u = c.unicode();
+        return u >= 0x80 || u == u'#' || QStringView(u"orsORS").contains(c);
+    };
+    if (text.isEmpty() || mayFill(text.back()))
+        for (const QStringView filler : {u"no", u"nr", u"n°", u"nº", u"number", u"us", u"#"})
+            if (text.endsWith(filler, Qt::CaseInsensitive) && text.size() > filler.size() &&
+                !text[text.size() - filler.size() - 1].isLetter()) {
+                text.chop(filler.size());
+                skip(u":.(/");
+                break;
+            }
     qsizetype begin = text.size();
     while (begin > 0 && (text[begin - 1].isLetter() || text[begin - 1] == u'-' || text[begin - 1].isMark() ||
                          text[begin - 1] == u'©'))
@@ -295,7 +304,7 @@ private:
         if (!before.isEmpty() && QStringView(u"$€£¥₹₽₺₩#№").contains(before.back()))
             return true;
         for (const QStringView money : {u"EUR", u"USD", u"CHF", u"PLN", u"CAD", u"Rs", u"kr"})
-            if (before.endsWith(money))
+            if (!before.isEmpty() && before.back() == money.back() && before.endsWith(money))
                 return true;
         QStringView behind = text_.sliced(end);
         if (behind.size() > 1 && (behind[0] == u',' || behind[0] == u':') && DigitOf(behind[1]) >= 0)
@@ -308,7 +317,7 @@ private:
             behind = behind.sliced(1);
         for (const QStringView unit : {u"€", u"£", u"EUR", u"zł", u"Kč", u"km", u"m²", u"kg", u"円", u"USD", u"CHF",
                                        u"元", u"₽", u"руб", u"Ft", u"%", u"reviews", u"Bewertungen", u"avis"})
-            if (behind.startsWith(unit))
+            if (!behind.isEmpty() && behind.front() == unit.front() && behind.startsWith(unit))
                 return true;
         return false;
     }

@@ -139,16 +139,65 @@ const ReadPlan& Read(const PhonePlan& plan) {
 } // namespace
 
 const PhonePlan* PlanOfRegion(QStringView region) {
-    const auto plan = std::lower_bound(std::begin(phonePlans), std::end(phonePlans), region,
-                                       [](const PhonePlan& p, QStringView r) { return p.Region < r; });
-    return plan != std::end(phonePlans) && plan->Region == region ? plan : nullptr;
+    // By its two letters: each text of a page is looked through with the plan of the page's region.
+    constexpr std::size_t none = 26 * 26;
+    const auto slotOf = [](QStringView name) -> std::size_t {
+        const auto letter = [name](qsizetype at) { return static_cast<std::size_t>(name[at].unicode() - u'A'); };
+        return name.size() == 2 && letter(0) < 26 && letter(1) < 26 ? letter(0) * 26 + letter(1) : none;
+    };
+    static const auto plans = [slotOf] {
+        std::array<const PhonePlan*, none + 1> all{};
+        for (const PhonePlan& plan : phonePlans)
+            all[slotOf(plan.Region)] = &plan;
+        all[none] = nullptr;
+        return all;
+    }();
+    return plans[slotOf(region)];
 }
 
 namespace {
 
-// Whether a country of the North American plan has an area code of its own or among what all share.
-bool HasArea(const PhonePlan& plan, QStringView area) {
-    return plan.Numbers.size() > 400 || plan.Numbers.first(plan.Numbers.indexOf(u'+')).contains(area);
+bool IsAsciiDigit(QChar c) {
+    return c >= u'0' && c <= u'9';
+}
+
+std::size_t AreaNumber(QStringView area) {
+    const auto digit = [area](qsizetype at) { return static_cast<std::size_t>(area[at].unicode() - u'0') % 10; };
+    return digit(0) * 100 + digit(1) * 10 + digit(2);
+}
+
+// The countries of the North American plan that have an area code of their own or among what all share.
+const std::vector<const PhonePlan*>& PlansOfArea(QStringView area) {
+    static const auto all = [] {
+        std::array<std::vector<const PhonePlan*>, 1000> plans;
+        for (const PhonePlan& plan : phonePlans) {
+            if (plan.Code != 1)
+                continue;
+            if (plan.Numbers.size() > 400) { // of a country with many
+                for (auto& ofArea : plans)
+                    ofArea.push_back(&plan);
+                continue;
+            }
+            const QStringView own = plan.Numbers.first(std::max<qsizetype>(0, plan.Numbers.indexOf(u'+')));
+            for (qsizetype at = 0; at + 3 <= own.size(); ++at)
+                if (const QStringView three = own.sliced(at, 3); std::all_of(three.begin(), three.end(), IsAsciiDigit))
+                    if (auto& ofArea = plans[AreaNumber(three)]; ofArea.empty() || ofArea.back() != &plan)
+                        ofArea.push_back(&plan);
+        }
+        return plans;
+    }();
+    return all[AreaNumber(area)];
+}
+
+// The plan of each country code; of several that share one the first by region.
+const PhonePlan* FirstPlanOf(int code) {
+    static const auto all = [] {
+        std::array<const PhonePlan*, 1000> plans{};
+        for (auto plan = std::rbegin(phonePlans); plan != std::rend(phonePlans); ++plan)
+            plans[static_cast<std::size_t>(plan->Code) % plans.size()] = &*plan;
+        return plans;
+    }();
+    return code > 0 && code < static_cast<int>(all.size()) ? all[static_cast<std::size_t>(code)] : nullptr;
 }
 
 } // namespace
@@ -160,14 +209,12 @@ const PhonePlan* PlanOfCode(int code, QStringView national) {
         const PhonePlan* const us = PlanOfRegion(u"US");
         if (national.size() != 10 || IsInUse(*us, national))
             return us;
-        const auto own = std::find_if(std::begin(phonePlans), std::end(phonePlans), [national](const PhonePlan& plan) {
-            return plan.Code == 1 && HasArea(plan, national.first(3)) && IsInUse(plan, national);
-        });
-        return own != std::end(phonePlans) ? own : us;
+        const std::vector<const PhonePlan*>& plans = PlansOfArea(national.first(3));
+        const auto own = std::find_if(plans.begin(), plans.end(),
+                                      [national](const PhonePlan* plan) { return IsInUse(*plan, national); });
+        return own != plans.end() ? *own : us;
     }
-    const auto plan = std::find_if(std::begin(phonePlans), std::end(phonePlans),
-                                   [code](const PhonePlan& p) { return p.Code == code; });
-    return plan != std::end(phonePlans) ? plan : nullptr;
+    return FirstPlanOf(code);
 }
 
 qsizetype AbroadPrefixOf(const PhonePlan& plan, QStringView digits) {

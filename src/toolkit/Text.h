@@ -5,6 +5,14 @@
 
 namespace Brindle {
 
+/// Whether the character is one of a few.
+inline bool IsAmong(QChar c, QStringView few) {
+    for (const QChar one : few)
+        if (one == c)
+            return true;
+    return false;
+}
+
 /// The view without the characters up to U+0020 at both ends, and nothing else: U+00A0 and its kin stay.
 QStringView TrimmedView(QStringView text);
 
