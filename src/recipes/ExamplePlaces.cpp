@@ -105,9 +105,38 @@ QStringList BetweenCommas(const QString& around, const QString& example) {
     return patterns;
 }
 
+// A value between two labels of one line: "Address: 1 Main St, Ulm Phone: 0731 …".
+QStringList BetweenLabels(const QString& around, const QString& example) {
+    const qsizetype at = around.indexOf(example);
+    const QStringView before = at < 0 ? QStringView() : QStringView(around).first(at).trimmed();
+    if (before.size() < 2 || before.back() != u':')
+        return {};
+    const QString label = before.sliced(before.chopped(1).lastIndexOf(u' ') + 1).toString();
+    const QStringView behind = QStringView(around).sliced(at + example.size()).trimmed();
+    const qsizetype end = behind.indexOf(u':') + 1;
+    const QString start = u"(?:^|\\s)"_s + QRegularExpression::escape(label) + u"\\s*"_s;
+    if (end < 2 || end > 25 || behind.first(end).contains(u'\n'))
+        return behind.isEmpty() ? QStringList{start + u"(.+)$"_s} : QStringList();
+    return {start + u"(.+?)\\s*(?:[^\\s:]{2,20}:|$)"_s};
+}
+
+// A value before a word that does something: "1 Main St, Ulm [map]". It may be missing elsewhere.
+QStringList BeforeControl(const QString& around, const QString& example) {
+    if (example.isEmpty() || !around.startsWith(example))
+        return {};
+    const QString behind = around.sliced(example.size()).trimmed();
+    const bool bracketed = behind.size() > 2 && behind.size() <= 20 && QStringView(u"[(").contains(behind.front()) &&
+                           QStringView(u"])").contains(behind.back());
+    if (!bracketed && !Has(HintsOfLabel(behind), Hint::Map))
+        return {};
+    return {u"^(.+?)\\s*(?:%1)?$"_s.arg(QRegularExpression::escape(behind))};
+}
+
 // Patterns that cut a value out of a longer text, those for the column first.
 QStringList PatternsFor(Field column, const QString& around, const QString& example) {
-    QStringList patterns;
+    QStringList patterns = BeforeControl(around, example);
+    if (!IsPhone(column))
+        patterns += BetweenLabels(around, example);
     if (IsPhone(column))
         patterns.append(phonePattern);
     if (column == Field::Email)

@@ -107,6 +107,11 @@ private:
                 found.Places.push_back(place);
             } else {
                 found.Places = places_.Find(example.Column, example.Text);
+                // "416-555-0100;416-555-0101" as leads have them: the first one stands for all.
+                if (const qsizetype first = example.Text.indexOf(u';'); found.Places.empty() && first > 0) {
+                    found.Text = found.What.Text = example.Text.first(first).trimmed();
+                    found.Places = places_.Find(example.Column, found.Text);
+                }
             }
             if (found.Places.empty() || found.Text.isEmpty())
                 throw Failure(u"%1=%2: not found on the page"_s.arg(CaptionOf(example.Column), example.Text));
