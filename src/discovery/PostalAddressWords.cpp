@@ -408,14 +408,18 @@ bool AreNames(QStringView text) {
 }
 
 qsizetype EndOfNumberIn(QStringView text) {
-    if (text.isEmpty() || text.front().isDigit() || !HasStreetWord(text))
+    // Scripts without capitals have streets without a word for them: "הרצל 107 חיפה".
+    const bool caseless =
+        !text.isEmpty() && text.front().isLetter() && !text.front().isUpper() && !text.front().isLower();
+    if (text.isEmpty() || text.front().isDigit() || !(caseless || HasStreetWord(text)))
         return -1;
     qsizetype end = text.size();
     while (end > 0 && !text[end - 1].isDigit())
         --end;
     const QStringView behind = text.sliced(end);
     // A letter of the number's own, a comma: what follows is another matter.
-    const bool town = behind.size() > 3 && behind.front() == u' ' && behind[1].isUpper() && AreNames(behind.sliced(1));
+    const bool town = behind.size() > 3 && behind.front() == u' ' && behind[1].isLetter() && !behind[1].isLower() &&
+                      AreNames(behind.sliced(1));
     return end > 0 && town ? end : -1;
 }
 

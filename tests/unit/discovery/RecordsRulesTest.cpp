@@ -53,6 +53,25 @@ INSTANTIATE_TEST_SUITE_P(
              Field::Phone, u"0221 55512{i}"_s},
         Rule{"MailOfAButton", call + place + u"<button data-email='a{i}@b.example'>Schreiben</button>"_s, Field::Email,
              u"a{i}@b.example"_s},
+        Rule{"NameOfAPicture", u"<p><i class=material-icons>place</i> Ringweg {i}, 50667 Köln</p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"HiddenDigits", place + u"<span data-phone='0221 55512{i}'>0221 55X XX</span>"_s, Field::Phone,
+             u"0221 55512{i}"_s},
+        Rule{"ALabelledFaxAmongNumbers",
+             place + u"<dl class=phones><dt>Büro<dd>0221 55512{i}<dt>Fax<dd>0221 55599{i}</dl>"_s, Field::Phone,
+             u"0221 55512{i}"_s},
+        Rule{"ANumberOfARegister", place + call + u"<dl><dt>Handelsregister<dd>0221 44412{i}</dl>"_s, Field::Phone,
+             u"0221 55512{i}"_s},
+        Rule{"ManyNumbersBehindTheAddress",
+             u"<div><b>Adresse:</b> Ringweg {i}, 50667 Köln <b>Tel:</b> 0221 55512{i} <b>Fax:</b> 0221 55599{i} "
+             u"<b>Mobil:</b> 0151 2345678{i}</div>"_s,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"AnOpenSign", u"<p>Ringweg {i}<br>50667 Köln<br>Jetzt geöffnet</p>"_s + call, Field::FullAddress,
+             u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"ALabelledTradeOfAll", call + place + u"<p><b>Branche:</b> <a href='/x'>Sanitär</a></p>"_s,
+             Field::Category, u"Sanitär"_s},
+        Rule{"ATagIsNoTrade", call + place + u"<span class=tag>Aktiv</span>"_s, Field::Category, {}},
+        Rule{"ASentenceIsNoTrade", call + place + u"<p>Sehr gute Elektriker in der Nähe.</p>"_s, Field::Category, {}},
         Rule{"ADateIsNoNumber", place + u"<div>Tel. 0221 55512{i} <i>06.02.2005</i></div>"_s, Field::Phone,
              u"0221 55512{i}"_s},
         Rule{"AnotherCellIsNoNumber", call + place + u"<div>06.02.201{i}</div>"_s, Field::Phone, u"0221 55512{i}"_s},
@@ -319,10 +338,62 @@ TEST(Rules, ListsThatOnlyLookLikeBusinesses) {
             u"Übersicht"_s, 12)
             .size(),
         0U);
+    // Staff with numbers of their own; what readers wrote.
+    EXPECT_EQ(
+        Read(u"<section><h3>Anna {c}</h3><p>0221 5551{i}</p><a href='mailto:p{i}@uni.example'>Mail</a></section>"_s,
+             u"Ärzte der Klinik"_s, 12)
+            .size(),
+        0U);
+    EXPECT_EQ(Read(u"<li class=comment><b class='comment-author fn'><a href='https://b{i}.example/'>Anna "
+                   u"{c}</a></b><p>Wir wohnen am "
+                   u"Ringweg {i}, 50667 Köln, und kennen Elektriker.</p></li>"_s,
+                   u"Elektriker in Köln"_s, 12)
+                  .size(),
+              0U);
     EXPECT_EQ(Read(u"<li><a href='/w/{i}'>Haus {c}</a>, 192{i}, Theater und Museum</li>"_s, u"Restaurants"_s, 9, {},
                    u"https://www.wiki.example.at/"_s)
                   .size(),
               0U);
+}
+
+TEST(Rules, StoresOfAChainBearOneName) {
+    const auto records = Read(u"<section><h3>Blumen Weiß</h3><p>Ringweg {i}<br>50667 Köln</p><p>0221 55512{i}</p>"
+                              u"<a href='/f/{i}'>Details</a></section>"_s,
+                              u"Unsere Geschäfte"_s, 6);
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[4].Fields.Name, u"Blumen Weiß"_s);
+    EXPECT_EQ(records[4].Fields.Street, u"Ringweg 5"_s);
+}
+
+TEST(Rules, NamesThatLinesBeginWithNeedNoElement) {
+    const QString linked =
+        u"<li><a href='http://www.h{i}.example/'>Haus {c}</a>, Ringweg {i}, 50667 Köln, Tel. 0221 55512{i}</li>"_s;
+    const QString bare = u"<li>Garten {c}, Ringweg {i}, 50667 Köln, Tel. 0221 44412{i}</li>"_s;
+    const auto records = Read(linked + bare, u"Elektriker in Köln"_s, 5);
+    ASSERT_EQ(records.size(), 10U);
+    EXPECT_EQ(records[3].Fields.Name, u"Garten C"_s);
+    EXPECT_EQ(records[3].Fields.FullAddress, u"Ringweg 2, 50667 Köln"_s);
+}
+
+TEST(Rules, PaidEntriesOfAnotherMakeAreEntriesToo) {
+    const auto records = Read(
+        u"<div class=entry><a href='/b/{i}'>Haus {c}</a><p>Ringweg {i}, 50667 Köln</p><p>0221 55512{i}</p></div>"_s,
+        u"Elektriker in Köln"_s, 6,
+        u"<section class=premium><span>Anzeige</span><h2><a href='/b/90'>Goldhaus</a></h2><ul><li>Ringweg 90<li>50667 "
+        u"Köln</ul><a href='tel:+49221777888'>0221 777888</a></section><aside><h2><a href='/b/91'>Silber</a></h2>"
+        u"Ringweg 91, 50667 Köln, 0221 777999</aside>"_s);
+    ASSERT_EQ(records.size(), 7U);
+    EXPECT_EQ(records[6].Fields.Name, u"Goldhaus"_s);
+}
+
+TEST(Rules, ExhibitorsHaveTownAndCountry) {
+    const auto records =
+        Read(u"<div class=item><a class=exhibitor-name href='/e/{i}'>Haus {c}</a><div>Porto, Portugal</div><div>"
+             u"<span>Halle 4</span> <span>Stand B{i}</span></div></div>"_s,
+             u"Aussteller 2026"_s, 8);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[2].Fields.City, u"Porto"_s);
+    EXPECT_EQ(records[2].Fields.Country, u"Portugal"_s);
 }
 
 } // namespace
