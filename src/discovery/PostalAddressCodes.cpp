@@ -225,8 +225,9 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
         while (!place.isEmpty() && (place.back().isSpace() || QStringView(u"-\u2013,").contains(place.back())))
             place.chop(1);
         const qsizetype word = place.lastIndexOf(u' ') + 1;
-        return place.size() - word >= 3 && !HasDigit(place) && place[word].isLetter() && !place[word].isLower() &&
-               code.Begin > place.size() && HintsOfLabel(place) == 0 && HintsOfLabel(place.sliced(word)) == 0;
+        return place.size() - word >= 3 && (!HasDigit(place) || !place[word].isUpper()) && place[word].isLetter() &&
+               !place[word].isLower() && code.Begin > place.size() && HintsOfLabel(place) == 0 &&
+               HintsOfLabel(place.sliced(word)) == 0;
     };
     for (const TextSpan& code : codes) {
         const bool letters = text.sliced(code.Begin, code.End - code.Begin).contains(u' ') ||
