@@ -561,6 +561,8 @@ Outcome Feed(QString& html, PagePieces pieces, Parsing& parsing) {
 void ParseHtml(QString html, const PageBounds& bounds, PageTree& tree) {
     if (html.size() > bounds.Size)
         throw Failure(u"the page has more than %1 characters, so it was not read"_s.arg(bounds.Size));
+    if (html.contains(QChar(u'\0')))
+        html = WithoutNuls(html);
     static constexpr Marker emptyEndTag = u"</>";
     if (emptyEndTag.FindExact(html, 0) >= 0)
         html = WithoutEmptyEndTags(html);

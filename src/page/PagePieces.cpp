@@ -7,6 +7,8 @@
 
 namespace Brindle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool BeginsTag(QStringView text) {
@@ -123,6 +125,52 @@ QByteArray EncodedPiece(QStringView text) {
             mended[i] = QChar(QChar::ReplacementCharacter);
     }
     return mended.toUtf8();
+}
+
+QString WithoutNuls(const QString& html) {
+    QString without;
+    without.reserve(html.size());
+    const QStringView all(html);
+    // Within tags, comments and raw texts a mark stands in their place.
+    const auto addMarked = [&](qsizetype begin, qsizetype end) {
+        for (const QChar c : all.sliced(begin, end - begin))
+            without += c.isNull() ? QChar(QChar::ReplacementCharacter) : c;
+    };
+    // In texts they are nothing; what follows one begins no tag.
+    const auto addText = [&](qsizetype begin, qsizetype end) {
+        for (qsizetype at = begin; at < end; ++at)
+            if (!all[at].isNull())
+                without += all[at];
+            else if (at > begin && all[at - 1] == u'<')
+                without.replace(without.size() - 1, 1, u"&lt;"_s);
+    };
+    MarkupScanner scanner(html, MarkupScanner::Reading::Page);
+    bool raw = false;
+    qsizetype done = 0;
+    for (bool tag = true; tag;) {
+        tag = scanner.NextTag();
+        const qsizetype end = tag ? scanner.TagBegin() : html.size();
+        for (qsizetype at = done; !raw && at < end; ++at) {
+            const QStringView rest = all.sliced(at, std::min<qsizetype>(4, end - at));
+            const bool comment = rest.startsWith(u"<!") || rest.startsWith(u"<?") || rest.startsWith(u"</");
+            if (!comment)
+                continue;
+            addText(done, at);
+            done = std::min(end, BehindNext(html, rest == u"<!--" ? u"-->" : u">", at + 2));
+            addMarked(at, done);
+            at = done - 1;
+        }
+        if (raw)
+            addMarked(done, end);
+        else
+            addText(done, end);
+        while (tag && scanner.NextAttribute()) {
+        }
+        done = tag ? scanner.Position() : html.size();
+        addMarked(end, done);
+        raw = tag && !scanner.Closing() && HoldsText(scanner.Name());
+    }
+    return without;
 }
 
 QString WithoutEmptyEndTags(const QString& html) {

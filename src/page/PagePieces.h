@@ -35,6 +35,10 @@ private:
 /// A piece as UTF-8, with what is no UTF-16 mended.
 QByteArray EncodedPiece(QStringView text);
 
+/// The page without its NUL characters, as the parsing of HTML leaves them out (section 13.2.5): in texts they are
+/// dropped, elsewhere U+FFFD stands in their place. The parser's library cannot be given them.
+QString WithoutNuls(const QString& html);
+
 /// The page without its end tags without a name ("</>"), which are nothing.
 QString WithoutEmptyEndTags(const QString& html);
 
