@@ -34,20 +34,24 @@ QStringView WithoutEndMarks(QStringView text) {
 
 // Lower-cases a text of Latin-1 letters with single blanks into `folded`, which has room for it; false for other texts.
 bool FoldWestern(QStringView text, QChar* folded) {
-    // Without a way out of the loops the compiler handles eight characters at a time.
-    unsigned odd = 0;
-    const char16_t* const units = text.utf16();
-    const qsizetype size = text.size();
-    for (qsizetype i = 0; i < size; ++i) {
-        const unsigned u = units[i];
-        const bool upper = (u >= u'A' && u <= u'Z') || (u >= 0xC0 && u <= 0xDE && u != 0xD7);
-        folded[i] = QChar(static_cast<char16_t>(u + (upper ? 0x20U : 0U)));
-        odd |= static_cast<unsigned>(u >= 0x100) | static_cast<unsigned>(u < u' ') | static_cast<unsigned>(u == 0x85) |
-               static_cast<unsigned>(u == 0xA0);
+    // What each character becomes; 0: it is none that stands for itself.
+    static constexpr auto lower = [] {
+        std::array<char16_t, 256> table{};
+        for (char16_t u = u' '; u < 256; ++u) {
+            const bool upper = (u >= u'A' && u <= u'Z') || (u >= 0xC0 && u <= 0xDE && u != 0xD7);
+            table[u] = u == 0x85 || u == 0xA0 ? char16_t(0) : static_cast<char16_t>(upper ? u + 0x20 : u);
+        }
+        return table;
+    }();
+    char16_t before = 0;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode() < lower.size() ? lower[c.unicode()] : char16_t(0);
+        if (u == 0 || (u == u' ' && before == u' '))
+            return false;
+        *folded++ = QChar(u);
+        before = u;
     }
-    for (qsizetype i = 1; i < size; ++i)
-        odd |= static_cast<unsigned>(units[i] == u' ') & static_cast<unsigned>(units[i - 1] == u' ');
-    return odd == 0;
+    return true;
 }
 
 // Fonts of pictures draw the name of a picture as the picture: "<i class=material-icons>place</i>".

@@ -432,7 +432,10 @@ LeadingLabel LabelAtBegin(QStringView text) {
         const char16_t u = c.unicode();
         return u == u':' || u == u'=' || u == u'|' || (u >= 0x2013 && (u == 0x2013 || u == 0xFF1A));
     };
+    qsizetype number = 0; // where one begins
     for (qsizetype i = 1; i < text.size() && i < 40; ++i) {
+        if (number == 0 && i < 24 && (text[i].isDigit() || text[i] == u'+' || text[i] == u'('))
+            number = i;
         if (!isEnd(text[i]))
             continue;
         const HintSet hints = HintsOfLabel(text.first(i));
@@ -445,19 +448,18 @@ LeadingLabel LabelAtBegin(QStringView text) {
             ++i;
         return {hints, i};
     }
-    // "Tel. 030 123", "Fax 030 124": the label ends where the number begins.
-    for (qsizetype i = 1; i < text.size() && i < 24; ++i)
-        if (text[i].isDigit() || text[i] == u'+' || text[i] == u'(') {
-            // "T12 X4K8" is a postal code.
-            HintSet hints = i > 1 || text[i] == u'+' || text[i] == u'(' ? HintsOfLabel(text.first(i)) : 0;
-            // "Office 346, Al Moosa Tower" is none.
-            const auto letters = std::count_if(text.begin() + i, text.end(), [](QChar c) { return c.isLetter(); });
-            const auto digits = std::count_if(text.begin() + i, text.end(), [](QChar c) { return c.isDigit(); });
-            if (digits < 6 && letters > 3)
-                hints = 0;
-            return Has(hints, Hint::Phone) || Has(hints, Hint::Fax) ? LeadingLabel{hints, i} : LeadingLabel{};
-        }
-    return {};
+    // "Tel. 030 123", "Fax 030 124": the label ends where the number begins. "T12 X4K8" is a postal code.
+    if (number == 0 || (number == 1 && text[number] != u'+' && text[number] != u'('))
+        return {};
+    const HintSet hints = HintsOfLabel(text.first(number));
+    if (hints == 0)
+        return {};
+    // "Office 346, Al Moosa Tower" is none.
+    const auto letters = std::count_if(text.begin() + number, text.end(), [](QChar c) { return c.isLetter(); });
+    const auto digits = std::count_if(text.begin() + number, text.end(), [](QChar c) { return c.isDigit(); });
+    if (digits < 6 && letters > 3)
+        return {};
+    return Has(hints, Hint::Phone) || Has(hints, Hint::Fax) ? LeadingLabel{hints, number} : LeadingLabel{};
 }
 
 bool NamesBusinesses(QStringView words) {

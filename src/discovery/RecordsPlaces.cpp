@@ -552,7 +552,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
                            ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||
                            column.AddressLines > 0.2 || column.Dates > 0.2 || column.Prices > 0.2 ||
                            column.Buttons > 0.3 || column.Wordless > 0.3 || column.Length > 150 || column.Length < 2;
-        if (other)
+        // Nothing below would take it.
+        const bool unlike = !says && (column.Filled < count * 0.5 || column.Digits >= 0.2 || column.Length > 60);
+        if (other || unlike)
             continue;
         int labels = 0;
         int kinds = 0;
