@@ -179,7 +179,7 @@ QWidget* MainForm::BuildBrowserPage(QWidget* browserView) {
 }
 
 QWidget* MainForm::BuildResults(QWidget* parent) {
-    Results = new QWidget(parent);
+    Results = new PaneOfRows(parent);
     auto* const column = new QVBoxLayout(Results);
     column->setContentsMargins(8, 4, 8, 4);
     column->setSpacing(5);

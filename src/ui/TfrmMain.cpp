@@ -359,8 +359,10 @@ void TfrmMain::cbxWebsitesChange() {
 // The directories that were taught, imported or deleted, in the selector; the page that is shown stays.
 void TfrmMain::DirectoriesChanged(const QString& code) {
     bench_.LoadCatalogue();
-    const QString chosen = code.isEmpty() ? bench_.State.CurrID : code;
     const QStringList& codes = bench_.Catalogue.WebsiteKeys();
+    QString chosen = code.isEmpty() ? bench_.State.CurrID : code;
+    if (!codes.contains(chosen))
+        chosen = AnyWebsiteCode.toString(); // which needs no other page
     form_.cbxWebsites->clear();
     form_.cbxWebsites->addItems(bench_.Catalogue.WebsiteURLS());
     const qsizetype index = std::max<qsizetype>(codes.indexOf(chosen), 0);

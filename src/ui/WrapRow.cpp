@@ -1,5 +1,6 @@
 #include "ui/WrapRow.h"
 
+#include <QEvent>
 #include <QSpacerItem>
 
 #include <algorithm>
@@ -112,6 +113,13 @@ void WrapRow::PlaceLine(size_t from, size_t to, const QRect& line) const {
         items_[i]->setGeometry({x, line.top() + (line.height() - hint.height()) / 2, width, hint.height()});
         x += width + spacing();
     }
+}
+
+bool PaneOfRows::event(QEvent* event) {
+    const bool done = QWidget::event(event);
+    if (layout() && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
+        setMinimumHeight(layout()->minimumHeightForWidth(width()));
+    return done;
 }
 
 } // namespace Brindle

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLayout>
+#include <QWidget>
 
 #include <vector>
 
@@ -32,6 +33,15 @@ private:
     void PlaceLine(size_t from, size_t to, const QRect& line) const;
 
     std::vector<QLayoutItem*> items_;
+};
+
+/// As high at least as its rows need in the width that it has: a splitter asks for heights without a width.
+class PaneOfRows : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    bool event(QEvent* event) override;
 };
 
 } // namespace Brindle

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QMenu>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -245,6 +246,37 @@ TEST_F(TeachTest, StopAnotherSiteGetDataAndClosingEndALessonCleanly) {
     ASSERT_TRUE(PointAt(Server.ModernLeads(Site.Code).front().Name, Field::BusinessName));
     Run->Window->close();
     Run->Window.reset();
+}
+
+// On a page from disk. Where nothing is sure, the lists that may be one are stepped through, and teaching begins with
+// the one that is shown.
+TEST_F(TeachTest, ListsThatMayBeOneAreSteppedThrough) {
+    Server.Start();
+    QString html = u"<html lang=en><body><h1>Our friends</h1><ul>"_s;
+    for (const QString& name : {u"Harbour Rowing"_s, u"Old Mill Players"_s, u"Green Lane Choir"_s, u"Hilltop Runners"_s,
+                                u"Riverside Chess"_s, u"Station Gardeners"_s})
+        html += u"<li><a href=\"/c/%1\">%1</a> <span>since 1952</span></li>"_s.arg(name);
+    html += u"</ul><h2>News</h2>"_s;
+    for (const QString& name : {u"Summer fair"_s, u"New roof"_s, u"Harvest supper"_s, u"Winter walk"_s})
+        html +=
+            u"<div class=n><h3><a href=\"/n/%1\">%1</a></h3><p>All are welcome to it this year.</p></div>"_s.arg(name);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"page.html"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(html.toUtf8()) > 0);
+    file.close();
+    Open(QUrl::fromLocalFile(file.fileName()).toString());
+    EXPECT_TRUE(BarSays(u"Perhaps a list of 4 businesses (list 1 of 3)"_s)) << Bar().toStdString();
+    EXPECT_TRUE(Run->Until([this] { return Overlay().Records().size() == 4; }, 10));
+    EXPECT_FALSE(Run->Control<QPushButton>(u"btnAnyHarvest")->isVisible());
+    Run->Click(u"btnPreviousList");
+    EXPECT_TRUE(Bar().endsWith(u"(list 3 of 3)"_s)) << Bar().toStdString();
+    Run->Click(u"btnNextList");
+    Run->Click(u"btnNextList");
+    EXPECT_TRUE(Run->Until([this] { return Overlay().Records().size() == 6; }, 10));
+    EXPECT_EQ(Bar(), u"Perhaps a list of 6 businesses (list 2 of 3)"_s);
+    Teach();
+    ASSERT_EQ(Session().Reading().Records.size(), 6U);
+    EXPECT_EQ(Session().Reading().Records[2].Fields.Name, u"Green Lane Choir"_s);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/SiteCatalogue.h"
-#include "page/Selector.h"
+#include "recipes/TeachTexts.h"
 
 #include <algorithm>
 
@@ -45,6 +45,7 @@ AnyPageWatch::AnyPageWatch(EmbeddedBrowser& browser, AnyPageBar& bar, Teaching& 
         if (count > 0) {
             candidate_ = (candidate_ + count + static_cast<size_t>(by + static_cast<int>(count))) % count;
             ShowCandidate();
+            ScrollToCandidate();
         }
     });
     connect(&teaching_, &Teaching::Begun, this, [this] { bar_.hide(); });
@@ -148,7 +149,9 @@ void AnyPageWatch::SayOfAny(const AnyPageReading& reading) {
             true);
         return Frame(reading.Records);
     }
-    for (const ListCandidate& candidate : reading.Candidates)
+    // With the selectors that tell where they are, which takes longer than seeing that nothing is sure.
+    const AnyPageReading whole = ReadAnyPage(*page_->Tree(), browser_.LocationAddress(), Selectors::Made);
+    for (const ListCandidate& candidate : whole.Candidates)
         if (candidates_.size() < mostCandidates && candidate.Records >= fewestRecords && !candidate.Selector.isEmpty())
             candidates_.push_back(candidate);
     if (!candidates_.empty())
@@ -163,13 +166,18 @@ void AnyPageWatch::ShowCandidate() {
                                                   QString::number(candidates_.size())}),
               false, static_cast<int>(candidates_.size()));
     std::vector<PageRecord> records;
-    try {
-        for (const NodeIndex node : Selector::Parse(candidate.Selector).SelectAll(*page_->Tree()))
-            records.push_back({{}, node, page_->Tree()->End(node)});
-    } catch (const Failure&) {
-        records.clear(); // nothing to frame
-    }
+    for (const NodeIndex node : Selected(*page_->Tree(), candidate.Selector))
+        records.push_back({{}, node, page_->Tree()->End(node)});
     Frame(records);
+}
+
+// The list that is stepped to may be anywhere on the page.
+void AnyPageWatch::ScrollToCandidate() {
+    PagePointing* const pointing = browser_.Pointing();
+    const std::vector<NodeIndex> records = Selected(*page_->Tree(), candidates_[candidate_].Selector);
+    const int number = records.empty() ? -1 : page_->NumberOf(records.front());
+    if (pointing && number >= 0)
+        pointing->ScrollTo(number);
 }
 
 void AnyPageWatch::SayWhatIsBroken(const QString& reason) {

@@ -52,6 +52,7 @@ private:
     void SayWhatIsBroken(const QString& reason);
     void SayOfKnown(const ChosenSite& site);
     void ShowCandidate();
+    void ScrollToCandidate();
     void Frame(const std::vector<PageRecord>& records);
     QString DriftText(const RecipeCounts& taught, const RecipeCounts& seen) const;
     QString FieldsOf(const std::vector<PageRecord>& records) const;

@@ -1,10 +1,10 @@
 #include "ui/teach/TeachPanel.h"
 
 #include "discovery/SavedPage.h"
-#include "ui/WrapRow.h"
 
 #include <QFormLayout>
 #include <QHeaderView>
+#include <QPainter>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -19,11 +19,27 @@ constexpr int nodeRole = Qt::UserRole;
 // What can be said of a text beside the fourteen fields.
 constexpr int nextPage = FieldCount;
 constexpr int detailsPage = FieldCount + 1;
+constexpr int fewestLines = 4; // of the fields that are in sight
+
+/// A text in one line, with dots where it does not fit; the whole of it is then the tooltip.
+class OneLine : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+        setToolTip(shown == text() ? QString() : text());
+        painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, shown);
+    }
+};
 
 } // namespace
 
 TeachPanel::TeachPanel(QWidget* parent)
-    : QWidget(parent),
+    : PaneOfRows(parent),
       title_(new QLabel(this)),
       hint_(new QLabel(this)),
       fields_(new QTreeWidget(this)),
@@ -32,7 +48,7 @@ TeachPanel::TeachPanel(QWidget* parent)
       texts_(new QListWidget(this)),
       field_(new QComboBox(this)),
       use_(new QPushButton(this)),
-      next_(new QLabel(this)),
+      next_(new OneLine(this)),
       pointNext_(new QPushButton(this)),
       forgetNext_(new QPushButton(this)),
       details_(new QCheckBox(this)),
@@ -56,7 +72,8 @@ TeachPanel::TeachPanel(QWidget* parent)
     QFont bold = title_->font();
     bold.setBold(true);
     title_->setFont(bold);
-    for (QLabel* const label : {hint_, next_, said_}) {
+    next_->setTextFormat(Qt::PlainText);
+    for (QLabel* const label : {hint_, said_}) {
         label->setWordWrap(true);
         label->setTextFormat(Qt::PlainText);
     }
@@ -68,7 +85,10 @@ TeachPanel::TeachPanel(QWidget* parent)
     fields_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     fields_->header()->setSectionResizeMode(1, QHeaderView::Stretch);
     fields_->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+    fields_->setMinimumHeight(fields_->header()->sizeHint().height() + fewestLines * fields_->fontMetrics().height() +
+                              2 * fields_->frameWidth());
     texts_->setUniformItemSizes(true);
+    texts_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the room is for lines; the hints have the rest
     textsLabel_->setBuddy(texts_);
     nameLabel_->setBuddy(name_);
     table_->ShowLeads(model_);
@@ -89,10 +109,9 @@ TeachPanel::TeachPanel(QWidget* parent)
     useRow->addWidget(use_);
     column->addLayout(useRow);
     column->addWidget(next_);
-    auto* const nextRow = new QHBoxLayout;
+    auto* const nextRow = new WrapRow(column->spacing());
     nextRow->addWidget(pointNext_);
     nextRow->addWidget(forgetNext_);
-    nextRow->addStretch(1);
     column->addLayout(nextRow);
     auto* const detailsRow = new WrapRow(column->spacing());
     detailsRow->addWidget(details_);

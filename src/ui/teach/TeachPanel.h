@@ -5,6 +5,7 @@
 #include "recipes/TeachSession.h"
 #include "ui/LeadTableModel.h"
 #include "ui/LeadTableView.h"
+#include "ui/WrapRow.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,7 +22,7 @@ namespace Brindle {
 /// The side panel of teaching: the fields with what is read of them, the texts of the first business to choose from,
 /// and a live table of all businesses below. It shows a session and says what the user wants; it changes nothing
 /// itself.
-class TeachPanel : public QWidget {
+class TeachPanel : public PaneOfRows {
     Q_OBJECT
 
 public:

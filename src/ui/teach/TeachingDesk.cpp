@@ -93,6 +93,7 @@ void TeachingDesk::ShowDirectories(QWidget* window) {
             site && !site->Layouts.empty())
             builtIn.append(bench_.Catalogue.WebsiteURLS()[i]);
     TfrmDirectories dialog({builtIn, bench_.ProgramRecipes(), bench_.UserRecipes(), notices_, texts_}, window);
+    dialog.Select(bench_.State.CurrID);
     dialog.exec();
     if (dialog.Changed())
         Q_EMIT DirectoriesChanged({});

@@ -218,9 +218,12 @@ void TfrmDirectories::Export() {
     if (!entry)
         return;
     const QString from = entry->FileName;
-    const QString to = QFileDialog::getSaveFileName(this, windowTitle(), entry->Code + u".toml", u"TOML (*.toml)"_s);
-    if (to.isEmpty())
+    QFileDialog ask(this, windowTitle(), entry->Code + u".toml", u"TOML (*.toml)"_s);
+    ask.setAcceptMode(QFileDialog::AcceptSave);
+    ask.setDefaultSuffix(u"toml"_s); // else it is not among those that can be taken in
+    if (ask.exec() != QDialog::Accepted || ask.selectedFiles().isEmpty())
         return;
+    const QString to = ask.selectedFiles().first();
     try {
         SaveRecipe(LoadRecipe(from), to);
     } catch (const Failure& failure) {
