@@ -63,8 +63,10 @@ private:
         item.Parent = parent;
         int graph = -1;
         bool says = false;
+        size_t children = 0;
         for (int child = json_.At(object).First; child >= 0; child = json_.At(child).Next) {
             const JsonValue& value = json_.At(child);
+            ++children;
             if (value.Key == u"@type")
                 AddTexts(child, item.Types);
             else if (value.Key == u"@id")
@@ -76,6 +78,7 @@ private:
         }
         int index = -1;
         if (says || !item.Types.isEmpty() || graph < 0) {
+            item.Properties.reserve(children);
             index = items_.Add(std::move(item));
             for (int child = json_.At(object).First; child >= 0; child = json_.At(child).Next)
                 if (!json_.At(child).Key.startsWith(u'@'))

@@ -43,18 +43,19 @@ bool IsReachable(const Lead& lead) {
 
 } // namespace
 
-RecordsMerge::RecordsMerge(const PageTree& page, std::vector<StructuredRecord> structured) : page_(page) {
-    for (StructuredRecord& record : structured)
-        if (record.Role == RecordRole::Plain || record.Role == RecordRole::Listed)
-            structured_.push_back(std::move(record));
+RecordsMerge::RecordsMerge(const PageTree& page, std::vector<StructuredRecord> structured)
+    : page_(page), structured_(std::move(structured)) {
+    std::erase_if(structured_, [](const StructuredRecord& record) {
+        return record.Role != RecordRole::Plain && record.Role != RecordRole::Listed;
+    });
     names_.reserve(structured_.size());
     for (const StructuredRecord& said : structured_)
         names_.push_back(FoldedForKey(said.Fields.Name));
 }
 
 // By record of the list: the structured records that speak of it.
-std::vector<std::vector<size_t>> RecordsMerge::Matches(const RecordsReading& list) const {
-    std::vector<std::vector<size_t>> matches(list.Records.size());
+std::vector<QVarLengthArray<size_t, 1>> RecordsMerge::Matches(const RecordsReading& list) const {
+    std::vector<QVarLengthArray<size_t, 1>> matches(list.Records.size());
     struct Named {
         size_t Last = 0;
         int Times = 0;
@@ -113,13 +114,15 @@ void RecordsMerge::AddTo(RecordsReading& list) const {
     for (size_t i = 0; i < list.Records.size(); ++i) {
         // Several different businesses in one record, or the same one in several notations.
         QStringList keys;
-        for (const size_t said : matches[i].size() < 2 ? std::vector<size_t>() : matches[i]) {
+        for (const size_t said : matches[i]) {
+            if (matches[i].size() < 2)
+                break;
             const Lead& lead = structured_[said].Fields;
             const QString key = names_[said] + u'|' + FoldedForKey(lead.FullAddress) + u'|' + LinkKey(lead.DetailsLink);
             if (structured_[said].Node != noNode && !lead.Name.isEmpty() && IsReachable(lead) && !keys.contains(key))
                 keys << key;
         }
-        if (keys.size() >= 2 && matches[i].size() == static_cast<size_t>(keys.size())) {
+        if (keys.size() >= 2 && matches[i].size() == keys.size()) {
             for (const size_t said : matches[i]) {
                 merged.push_back({structured_[said].Fields, list.Records[i].Begin, list.Records[i].End});
                 if (merged.back().Fields.Category.isEmpty())

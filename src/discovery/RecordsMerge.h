@@ -23,7 +23,7 @@ public:
     QString Source() const;
 
 private:
-    std::vector<std::vector<size_t>> Matches(const RecordsReading& list) const;
+    std::vector<QVarLengthArray<size_t, 1>> Matches(const RecordsReading& list) const;
 
     const PageTree& page_;
     std::vector<StructuredRecord> structured_;

@@ -3,6 +3,10 @@
 #include "discovery/AnyPage.h"
 #include "discovery/RecordsColumns.h"
 
+#include <QVarLengthArray>
+
+#include <vector>
+
 namespace Brindle {
 
 /// What a page is about, by its title, its first headings and its address.
@@ -21,9 +25,9 @@ struct RecordsReading {
     std::vector<PageRecord> Records;
     std::vector<FieldReading> Fields;
     QString Selector;
-    double Score = 0;                      ///< to compare lists of one page
-    double Witness = 0;                    ///< share of the records that structured data names
-    std::vector<std::vector<size_t>> Said; ///< by record: the numbers of what structured data says of it
+    double Score = 0;                             ///< to compare lists of one page
+    double Witness = 0;                           ///< share of the records that structured data names
+    std::vector<QVarLengthArray<size_t, 1>> Said; ///< by record: the numbers of what structured data says of it
     bool Sure = false;
     bool Late = false; ///< read for the sake of explaining alone
     QString Verdict;   ///< why it is not, or what speaks for it

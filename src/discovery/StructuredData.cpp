@@ -8,6 +8,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <numeric>
 
 namespace Brindle {
 
@@ -37,22 +38,19 @@ public:
         NoteHolds();
         for (size_t i = 0; i < items_.Items.size(); ++i)
             AddRecord(static_cast<int>(i));
-        const auto before = [](const Found& a, const Found& b) { return a.At < b.At; };
-        if (!std::is_sorted(found_.begin(), found_.end(), before))
-            std::stable_sort(found_.begin(), found_.end(), before);
+        if (std::is_sorted(places_.begin(), places_.end()))
+            return std::move(found_);
+        std::vector<size_t> order(found_.size());
+        std::iota(order.begin(), order.end(), size_t{0});
+        std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) { return places_[a] < places_[b]; });
         std::vector<StructuredRecord> records;
         records.reserve(found_.size());
-        for (Found& found : found_)
-            records.push_back(std::move(found.Record));
+        for (const size_t i : order)
+            records.push_back(std::move(found_[i]));
         return records;
     }
 
 private:
-    struct Found {
-        NodeIndex At; // where on the page it is said
-        StructuredRecord Record;
-    };
-
     void NoteHolds() {
         holds_.resize(items_.Items.size());
         for (const StructuredItem& item : items_.Items)
@@ -164,7 +162,12 @@ private:
             leads_.AddLinkOfEntry(hold.By, record.Fields);
         // What has no name is no business that anybody could call.
         if (record.Kind == RecordKind::Link || !record.Fields.Name.isEmpty())
-            found_.push_back({items_.At(item).Node, std::move(record)});
+            Add(items_.At(item).Node, std::move(record));
+    }
+
+    void Add(NodeIndex place, StructuredRecord record) {
+        found_.push_back(std::move(record));
+        places_.push_back(place);
     }
 
     // The entries of a list that are nothing but addresses.
@@ -188,7 +191,7 @@ private:
             lists_.insert(list, record.List);
             record.Position = order;
             record.Node = record.In == Notation::JsonLd ? noNode : property.Node;
-            found_.push_back({property.Node, std::move(record)});
+            Add(property.Node, std::move(record));
         }
     }
 
@@ -199,7 +202,8 @@ private:
     std::vector<SchemaKind> kinds_; // by item, as the holds
     std::vector<Hold> holds_;
     QHash<int, int> lists_; // number of each list that has entries, by its item
-    std::vector<Found> found_;
+    std::vector<StructuredRecord> found_;
+    std::vector<NodeIndex> places_; // of these: where on the page they are said
 };
 
 } // namespace

@@ -247,11 +247,21 @@ void StructuredLead::AddContacts(const Meanings& says, Lead& lead) {
     }
 }
 
+bool StructuredLead::IsOfPageSite(const QString& address) const {
+    // Mostly the very same host.
+    const qsizetype host = address.indexOf(u"://") + 3;
+    if (const QStringView begin = QStringView(address).sliced(std::min(host, address.size()));
+        host > 3 && !host_.isEmpty() && begin.startsWith(host_) && begin.size() > host_.size() &&
+        begin[host_.size()] == u'/')
+        return true;
+    return IsSameHost(HostOfAddress(address), host_);
+}
+
 void StructuredLead::AddLink(QStringView href, Lead& lead) const {
     const QString address = WebAddress(base_, href);
     if (address.isEmpty() || address.size() > 2 * longestValue)
         return;
-    if (!IsSameHost(HostOfAddress(address), host_)) {
+    if (!IsOfPageSite(address)) {
         if (lead.Website.isEmpty())
             lead.Website = address;
     } else if (lead.DetailsLink.isEmpty() && WithoutFragment(address) != WithoutFragment(url_)) {
@@ -265,7 +275,7 @@ void StructuredLead::AddLinks(int item, const Meanings& says, Lead& lead) {
     const QString& id = items_.At(item).Id;
     // A name that is an address of the site is often that of the details; elsewhere it is only a name.
     if (const QString address = id.contains(u'/') ? WebAddress(base_, id) : QString();
-        IsSameHost(HostOfAddress(address), host_))
+        !address.isEmpty() && IsOfPageSite(address))
         AddLink(WithoutFragment(address), lead);
     if (lead.Website.isEmpty()) {
         for (const StructuredProperty* value : Of(says, SchemaProperty::SameAs)) {

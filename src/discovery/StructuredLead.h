@@ -54,6 +54,7 @@ private:
     void AddAddress(const Values& values, Lead& lead);
     void AddAddressParts(const Meanings& says, Lead& lead);
     void AddContacts(const Meanings& says, Lead& lead);
+    bool IsOfPageSite(const QString& address) const;
     void AddLinks(int item, const Meanings& says, Lead& lead);
     void AddLinkOfName(int item, const Meanings& says, Lead& lead) const;
 

@@ -112,6 +112,10 @@ QString ResolveAddress(const QString& base, const QString& href) {
         const QStringView path = PathAndQueryEnd(base);
         return path.first(PathBegin(path)) + href;
     }
+    // Or a whole address of the web.
+    if ((StartsWithFolded(href, u"https://") || StartsWithFolded(href, u"http://")) &&
+        std::all_of(href.begin(), href.end(), [](QChar c) { return c > u' ' && c < u'\x7F' && c != u'\\'; }))
+        return href;
     const QString scheme = SchemeOf(Trim(href));
     if (!scheme.isEmpty() && !IsWeb(scheme))
         return Trim(href);

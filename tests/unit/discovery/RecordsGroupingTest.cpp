@@ -111,12 +111,37 @@ TEST(Grouping, LinesBeforeATownAreItsStreetOnlyWhereNoneStandsBesideIt) {
             Entries(u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + lines + call + u"</section>"_s, 1, 6));
         return reading.Records.size() == 6 ? reading.Records[2].Fields.FullAddress : QString();
     };
-    EXPECT_EQ(address(u"<p>Anna Berg<br>Unter Sachsen {i}, 50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
-    EXPECT_EQ(address(u"<p>Seit 1998<br>Unter Sachsen {i}, 50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
-    EXPECT_EQ(address(u"<p>Seit 1998<br>50667 Köln, Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);
-    EXPECT_EQ(address(u"<p>Anna Berg<br>50667 Köln, Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);
-    EXPECT_EQ(address(u"<p>Unter Sachsen {i}<br>50667 Köln</p>"_s), u"Unter Sachsen 3, 50667 Köln"_s);
-    EXPECT_EQ(address(u"<p>50667 Köln<br>Unter Sachsen {i}</p>"_s), u"50667 Köln, Unter Sachsen 3"_s);
+    // No word of it says that it is a street.
+    EXPECT_EQ(address(u"<p>Anna Berg<br>Sieben Linden {i}, 50667 Köln</p>"_s), u"Sieben Linden 3, 50667 Köln"_s);
+    EXPECT_EQ(address(u"<p>Seit 1998<br>Sieben Linden {i}, 50667 Köln</p>"_s), u"Sieben Linden 3, 50667 Köln"_s);
+    EXPECT_EQ(address(u"<p>Seit 1998<br>50667 Köln, Sieben Linden {i}</p>"_s), u"50667 Köln, Sieben Linden 3"_s);
+    EXPECT_EQ(address(u"<p>Anna Berg<br>50667 Köln, Sieben Linden {i}</p>"_s), u"50667 Köln, Sieben Linden 3"_s);
+    EXPECT_EQ(address(u"<p>Sieben Linden {i}<br>50667 Köln</p>"_s), u"Sieben Linden 3, 50667 Köln"_s);
+    EXPECT_EQ(address(u"<p>50667 Köln<br>Sieben Linden {i}</p>"_s), u"50667 Köln, Sieben Linden 3"_s);
+}
+
+TEST(Grouping, WholeRecordsGoBeforeTheManyPartsOfThem) {
+    QString people;
+    for (const QChar one : u"12345"_s)
+        people += u"<li><b>Anna {c}"_s + one + u"</b> 0221 %1512{i}</li>"_s.arg(one);
+    const QString office = u"<article><h2><a href='/b/{i}'>Haus {c}</a></h2><p>Ringweg {i}, 50667 Köln</p><a "
+                           "href='https://www.h{i}.example'>Webseite</a><ul>"_s +
+                           people + u"</ul></article>"_s;
+    EXPECT_EQ(NamesOf(ReadBody(Entries(office, 1, 6))).toStdString(), "B C D E F G");
+}
+
+TEST(Grouping, AListThatThePageNamesItselfGoesBeforeALongerOne) {
+    const QString named = u"<div class=card itemscope itemtype='https://schema.org/Electrician'><h3><a itemprop=url "
+                          "href='/b/{i}'><b itemprop=name>Haus {c}</b></a></h3>"_s +
+                          place + call + u"</div>"_s;
+    const AnyPageReading reading =
+        ReadBody(u"<ul>"_s +
+                 Entries(u"<li><h3><a href='/n/{i}'>Notdienst {c}</a></h3><p>Am Ring {i}, 50667 Köln</p><p>0221 "
+                         "77712{i}</p><a href='https://www.n{i}.example'>Webseite</a></li>"_s,
+                         1, 9) +
+                 u"</ul>"_s + Entries(named, 1, 8));
+    EXPECT_EQ(NamesOf(reading).toStdString(), "B C D E F G H I");
+    EXPECT_EQ(reading.Source, u"microdata"_s);
 }
 
 TEST(Grouping, AListThatPromisesLittleIsExplainedAndNeverTaken) {

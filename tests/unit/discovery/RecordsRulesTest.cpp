@@ -133,6 +133,19 @@ INSTANTIATE_TEST_SUITE_P(
              Field::Phone, u"0221 55512{i}"_s},
         Rule{"TheNameIsNoTrade", u"<p class=firma-branche>Lampen {i}</p>"_s + place + call, Field::BusinessName,
              u"Haus D"_s},
+        Rule{"TheDirectorysOwnNumber", call + u"<p>0221 999888</p>"_s + place, Field::Phone, u"0221 55512{i}"_s},
+        Rule{"OneSiteForAllIsNobodysWebsite",
+             place + call + u"<a href='https://partner.example/r/{i}'>Webseite</a>"_s,
+             Field::Website,
+             {}},
+        Rule{"OneCounterForAllWithTheirWebsitesAsTexts",
+             place + call + u"<a href='https://partner.example/r/{i}'>www.h{i}.example</a>"_s, Field::Website,
+             u"http://www.h{i}.example"_s},
+        Rule{"ANumberInADescription",
+             u"<p>Wir sind seit vielen Jahren in der Stadt und ihrer Umgebung für unsere Kunden da, auch nachts und an "
+             "Sonntagen. Unser Vorgänger im Ringweg war unter 0221 88812{i} zu erreichen.</p>"_s +
+                 place + call,
+             Field::Phone, u"0221 55512{i}"_s},
         Rule{"DirectionsAreNotDetails",
              u"<a href='/weg?id={i}'>Route</a>"_s + place + call + u"<a href='/f/{i}'>Bild</a>"_s, Field::DetailsLink,
              site + u"/b/{i}"_s}),
@@ -234,11 +247,14 @@ TEST(Rules, CardsWithoutLinesTellTheCountryToo) {
 }
 
 TEST(Rules, TownsBeforeTheStreetInRussia) {
-    const QString entry = u"<ul><li class=n>Кафе {c}</li><li>Москва</li><li>ул. Ленина, {i}</li>"
-                          "<li>+7 495 123-45-6{i}</li></ul>"_s;
-    const auto records = Read(entry, u"Кафе"_s, 6, {}, u"https://www.gid.example.ru/x"_s, u"ru"_s);
-    ASSERT_EQ(records.size(), 6U);
-    EXPECT_EQ(records[2].Fields.FullAddress.toStdString(), "Москва, ул. Ленина, 3");
+    const auto address = [](const QString& before) {
+        const QString entry = u"<ul><li class=n>Дом {c}</li><li>"_s + before +
+                              u"</li><li>ул. Ленина, {i}</li><li>+7 495 123-45-6{i}</li></ul>"_s;
+        const auto records = Read(entry, u"Кафе"_s, 6, {}, u"https://www.gid.example.ru/x"_s, u"ru"_s);
+        return records.size() == 6 ? records[2].Fields.FullAddress.toStdString() : std::string();
+    };
+    EXPECT_EQ(address(u"Москва"_s), "Москва, ул. Ленина, 3");
+    EXPECT_EQ(address(u"Рестораны"_s), "ул. Ленина, 3");
 }
 
 TEST(Rules, StarsBeforeANameWithoutAnyMark) {

@@ -35,9 +35,15 @@ TEST(RecipeReader, FieldsAreReadAsTheRecipeSays) {
          u"5550100"_s},
         {"Website = 'p'", Field::Website, u"<p><a href='//joes.example/#x'>web</a></p>"_s,
          u"https://joes.example/#x"_s},
+        {"Website = 'a'", Field::Website, u"<a href='/out?u=https%3A%2F%2Fjoes.example%2Fx'>web</a>"_s,
+         u"https://joes.example/x"_s},
         {"Website = 'a'", Field::Website, u"<a href='javascript:go()'>web</a><a href='ftp://x.example'>f</a>"_s, u""_s},
         {"\"Details Link\" = 'a'", Field::DetailsLink, u"<a href='/biz/1'>web</a>"_s,
          u"https://www.dir.example/biz/1"_s},
+        {"Phone = 'b'", Field::Phone, u"<b>416 555 0100<br>416 555 0101</b>"_s, u"416 555 0100;416 555 0101"_s},
+        {"Phone = 'b'", Field::Phone, u"<b>416 555 0100<br>day and night</b>"_s, u"416 555 0100 day and night"_s},
+        {"\"Full Address\" = 'p'", Field::FullAddress, u"<p>Ringweg 5,<br>10115<br> Berlin</p>"_s,
+         u"Ringweg 5, 10115 Berlin"_s},
         {"Email = { selector = 'a', attribute = 'href' }", Field::Email, u"<a href='mailto:a@b.example?x'>m</a>"_s,
          u"a@b.example"_s},
         {"Email = 'a'", Field::Email, u"<a href='mailto:a@b.example'>write</a>"_s, u""_s},
@@ -143,6 +149,9 @@ TEST(RecipeReader, DetailsComeFromRowsOrFromStructuredData) {
         .ReadDetails(page, url, lead, problems);
     EXPECT_EQ(lead.Fax, u"555-0199");
     EXPECT_EQ(lead.Phone, u"555-0111");
+    Lead stranger{.Name = u"Ann"_s}; // the page is about others
+    RecipeReader(RecipeOf(list)).ReadDetails(page, url, stranger, problems);
+    EXPECT_EQ(stranger.Email, QString());
     EXPECT_TRUE(problems.isEmpty());
 }
 
