@@ -31,6 +31,8 @@ VIAddVersionKey "LegalCopyright" "Norvane Software"
 !define MUI_FINISHPAGE_RUN "$INSTDIR\brindle.exe"
 
 ; The notices of the libraries are for reading, not an agreement.
+!define MUI_PAGE_HEADER_TEXT "The libraries"
+!define MUI_PAGE_HEADER_SUBTEXT "What Brindle is built with, and under which terms."
 !define MUI_LICENSEPAGE_TEXT_TOP "The libraries that Brindle is built with, and their notices:"
 !define MUI_LICENSEPAGE_TEXT_BOTTOM "No licence has been granted for Brindle itself yet."
 !define MUI_LICENSEPAGE_BUTTON "$(^NextBtn)"
