@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype pieceSize = 128 * 1024;
+constexpr qsizetype pieceSize = qsizetype{128} * 1024;
 
 } // namespace
 
@@ -81,7 +81,7 @@ QString LeadOutput::Finish() {
     } catch (const SaveError& error) {
         error_ = error.Message();
     }
-    const QString losses = workbook_->Losses().Text();
+    QString losses = workbook_->Losses().Text();
     workbook_.reset();
     return losses;
 }

@@ -60,8 +60,7 @@ QString FoldedForKey(QStringView text) {
     folded.reserve(text.size());
     // Upper case first: it is what makes two letters of "ß", as those who write in capitals do.
     const QString dissolved = text.toString().normalized(QString::NormalizationForm_KD).toUpper().toLower();
-    for (qsizetype i = 0; i < dissolved.size(); ++i) {
-        const QChar c = dissolved[i];
+    for (const QChar c : dissolved) {
         // Characters beyond the basic plane are kept whole: letters of rare scripts are.
         if (c.isSurrogate() || c.isLetterOrNumber())
             folded += c;

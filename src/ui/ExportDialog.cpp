@@ -165,7 +165,7 @@ std::vector<ExtraColumn> TfrmExport::Chosen() const {
     return columns;
 }
 
-ExtraColumns TfrmExport::Extra(std::function<bool()> waiting) const {
+ExtraColumns TfrmExport::Extra(const std::function<bool()>& waiting) const {
     if (!chkMailDomains->isChecked() || !chkMailDomains->isEnabled())
         return ExtraColumns(Chosen());
     const auto goesOn = std::make_shared<bool>(true);

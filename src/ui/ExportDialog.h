@@ -40,7 +40,7 @@ public:
     OfferedFormat Format() const;
     /// The same as columns to be written. `waiting` is called over and over while a name server is asked; when it
     /// returns false, nothing more is asked.
-    ExtraColumns Extra(std::function<bool()> waiting) const;
+    ExtraColumns Extra(const std::function<bool()>& waiting) const;
 
     QComboBox* cbxFormat;
     std::vector<QCheckBox*> Columns; ///< in the order of the further columns

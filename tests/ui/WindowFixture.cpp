@@ -81,7 +81,7 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
                 return Window->State().CurrID == code && !Window->ewbMain().Busy() &&
                        Window->ewbMain().LocationAddress().startsWith(base);
             },
-            20))
+            60)) // of a machine that is busy with other things, too
         throw std::runtime_error(u"the home page %1 has not come up: at %2, %3, %4"_s
                                      .arg(base, Window->ewbMain().LocationAddress(),
                                           Window->ewbMain().Busy() ? u"busy" : u"idle", Window->ewbMain().LastError())
