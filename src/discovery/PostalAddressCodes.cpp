@@ -232,7 +232,9 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
     for (const TextSpan& code : codes) {
         const bool letters = text.sliced(code.Begin, code.End - code.Begin).contains(u' ') ||
                              text.sliced(code.Begin, code.End - code.Begin).contains(u'-');
-        const bool start = code.Begin == 0 || text.first(code.Begin).endsWith(u'\n') ||
+        // "D-10115 Berlin": a hyphen stands before a code behind the letters of its country alone.
+        const bool prefixed = code.Begin > 1 && code.Begin <= 4 && text[code.Begin - 1] == u'-';
+        const bool start = code.Begin == 0 || prefixed || text.first(code.Begin).endsWith(u'\n') ||
                            text.first(code.Begin).trimmed().endsWith(u',') || text[code.Begin - 1] == u'〒';
         const bool state = StateAtEnd(region, text.first(code.Begin).trimmed()) > 0;
         // "1925, Museum": a year and what happened.

@@ -61,7 +61,7 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
 // other texts.
 QStringView RecordPlaces::TradeBesideRange(QStringView text) {
     constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9";
-    if (std::none_of(text.begin(), text.end(), [](QChar c) { return IsAmong(c, signs); }))
+    if (std::none_of(text.begin(), text.end(), [&](QChar c) { return IsAmong(c, signs); }))
         return {};
     bool ranged = false;
     for (qsizetype begin = 0; begin < text.size() && text.size() <= 150;) {

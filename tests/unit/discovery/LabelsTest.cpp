@@ -234,5 +234,50 @@ TEST(RecordsMerge, StructuredDataCompletesTheRecordsItNames) {
     EXPECT_EQ(RecordsMerge(page, {}).WitnessFor(list), 0);
 }
 
+TEST(RecordsMerge, SeveralBusinessesInOneRecordAreSeveralAndTheSameOneTwiceIsOne) {
+    const PageTree page(u"<ul><li><p>A</p><p>B</p></li><li>C</li></ul>"_s);
+    std::vector<NodeIndex> items;
+    for (NodeIndex node = 0; node < page.Count(); ++node)
+        if (page.Is(node, u"li") || page.Is(node, u"p"))
+            items.push_back(node);
+    const auto namesAfter = [&](const QString& second) {
+        RecordsReading list;
+        list.Records = {{Lead{.Category = u"Pizza"_s, .Name = u"Hall"_s}, items[0], page.End(items[0])},
+                        {Lead{.Name = u"Kim"_s}, items[3], page.End(items[3])}};
+        std::vector<StructuredRecord> structured(2);
+        structured[0].Fields = Lead{.Name = u"Anna"_s, .Phone = u"416-555-0100"_s};
+        structured[1].Fields = Lead{.Name = second, .Phone = u"416-555-0100"_s};
+        structured[0].Node = items[1];
+        structured[1].Node = items[2];
+        const RecordsMerge merge(page, structured);
+        merge.WitnessFor(list);
+        merge.AddTo(list);
+        QStringList names;
+        for (const PageRecord& record : list.Records)
+            names << record.Fields.Name + u'/' + record.Fields.Category;
+        return names.join(u' ').toStdString();
+    };
+    EXPECT_EQ(namesAfter(u"Bert"_s), "Anna/Pizza Bert/Pizza Kim/");
+    EXPECT_EQ(namesAfter(u"ANNA"_s), "ANNA/Pizza Kim/");
+}
+
+TEST(RecordsMerge, StructuredDataAloneMakesLeadsOfBusinessesThatCanBeReached) {
+    const PageTree page(u"<p>A</p>"_s);
+    const auto count = [&](int persons, int businesses, bool phones) {
+        std::vector<StructuredRecord> structured(static_cast<size_t>(persons + businesses));
+        for (size_t i = 0; i < structured.size(); ++i) {
+            structured[i].Types = {i < static_cast<size_t>(persons) ? u"Person"_s : u"Plumber"_s};
+            structured[i].Fields.Name = u"Name %1"_s.arg(i);
+            structured[i].Fields.Phone = phones ? u"416-555-010%1"_s.arg(i) : QString();
+        }
+        return RecordsMerge(page, structured).Alone().size();
+    };
+    EXPECT_EQ(count(0, 3, true), 3U);
+    EXPECT_EQ(count(1, 3, true), 4U);
+    EXPECT_EQ(count(2, 2, true), 0U); // a team
+    EXPECT_EQ(count(0, 3, false), 0U);
+    EXPECT_EQ(count(0, 1, true), 0U); // who is behind the page
+}
+
 } // namespace
 } // namespace Brindle

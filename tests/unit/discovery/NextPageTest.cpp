@@ -89,6 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
              {},
              list},
         Case{"BackwardsIsNotNext", u"<a href='?what=pizza&amp;page=1'>»</a>"_s, u""_s},
+        Case{"AWordThatLeadsBack", u"<a href='?what=pizza&amp;page=1'>Next page</a>"_s, u""_s},
         Case{"MoreOfSomethingElse", u"<a href='/about'>more</a><a href='/news'>Read more</a>"_s, u""_s, {}, list},
         Case{"MoreByThePagesNumber",
              u"<a href='?page=2' class=load-next>Load more</a>"_s,

@@ -127,6 +127,7 @@ TEST(SplitAddress, CodeBehindTheCityOrNone) {
         {u"AR", u"Av. Colón N° 338 (M5500) Mendoza, Mendoza", u"Av. Colón N° 338|Mendoza|Mendoza|M5500|"},
         {u"CO", u"Cra. 7 No. 17 - 16, Bogotá, Cundinamarca", u"Cra. 7 No. 17 - 16|Bogotá|Cundinamarca||"},
         {u"LU", u"12, place d'Armes, L-1136 Luxembourg", u"12, place d'Armes|Luxembourg||1136|"},
+        {u"MX", u"Av. Juárez 5, 06050 Ciudad de México", u"Av. Juárez 5|Ciudad de México||06050|"},
         {u"NZ", u"12 Queen Street, Auckland 1010", u"12 Queen Street|Auckland||1010|"},
         {u"IN", u"5th Floor, Rose Towers, MG Road, Mumbai, Maharashtra 400069",
          u"5th Floor, Rose Towers, MG Road|Mumbai|Maharashtra|400069|"},
