@@ -228,6 +228,8 @@ constexpr std::array<Row, count> rows{{
     {WindowText::SearchesNoSearchAddress, u"SearchesNoSearchAddress",
      u"[VAR1]: no search address is known of this directory; give a start address"},
     {WindowText::AnyWebsite, u"AnyWebsite", u"Any website"},
+    {WindowText::TeachChooseHint, u"TeachChooseHint",
+     u"Choose a text of the first business below, and say what it is."},
 }};
 
 const Row& RowOf(WindowText text) {

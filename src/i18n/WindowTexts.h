@@ -188,6 +188,7 @@ enum class WindowText {
     SearchesUnknownDirectory,
     SearchesNoSearchAddress,
     AnyWebsite,
+    TeachChooseHint,
     Count
 };
 

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBrowser>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,13 @@ TEST_F(TeachTextTest, ADirectoryIsTaughtFromTheListsOfTextsAndHarvested) {
     Run->Click(u"btnTeach");
     ASSERT_TRUE(Run->Window->Lessons().Lesson().Active());
     EXPECT_EQ(Run->Control<PageOverlay>(u"PageOverlay"), nullptr);
+    auto* const page = Run->Window->findChild<QTextBrowser*>();
+    ASSERT_TRUE(page);
+    QTextCursor link = page->textCursor();
+    link.setPosition(static_cast<int>(page->toPlainText().indexOf(planted.front().Name)) + 2);
+    QTest::mouseClick(page->viewport(), Qt::LeftButton, {}, page->cursorRect(link).center());
+    EXPECT_TRUE(Run->Window->Lessons().Lesson().Active()) << "the page's links do nothing";
+    EXPECT_FALSE(Run->Window->ewbMain().Busy());
     // A wrong field is taken away and said anew; the likely field is offered first.
     auto* const fields = Run->Control<QTreeWidget>(u"TeachFields");
     fields->setCurrentItem(fields->topLevelItem(static_cast<int>(Field::Phone)));

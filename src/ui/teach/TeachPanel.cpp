@@ -232,7 +232,7 @@ void TeachPanel::ShowPlace(const TeachSession& session) {
     const bool own = session.OnOwnPage();
     const QString name = leads_.Count() > 0 ? leads_.At(0).Name : QString();
     hint_->setText(own ? windowTexts_.With(WindowText::TeachOwnPageHint, {name})
-                       : windowTexts_.Text(WindowText::TeachPointHint));
+                       : windowTexts_.Text(pointing_ ? WindowText::TeachPointHint : WindowText::TeachChooseHint));
     ownPage_->setText(windowTexts_.Text(own ? WindowText::TeachBackToList : WindowText::TeachOwnPage));
     ownPage_->setEnabled(own || !session.OwnPages(1).isEmpty());
     pointNext_->setEnabled(!own);

@@ -35,6 +35,8 @@ public:
     void Detach();
     /// A line below the fields; empty: none.
     void Say(const QString& line);
+    /// Whether the page can be pointed at, as it can until somebody says that it cannot.
+    void SetPointing(bool pointing) { pointing_ = pointing; }
     void SetName(const QString& name);
     QString Name() const { return name_->text().trimmed(); }
     /// The table of all businesses, which lies elsewhere in the window.
@@ -102,6 +104,7 @@ private:
     QString ownTextsText_;
     QString linksText_;
     WindowTexts windowTexts_;
+    bool pointing_ = true;
     bool choosingNext_ = false; // the list shows the page's links
     const TeachSession* session_ = nullptr;
 };

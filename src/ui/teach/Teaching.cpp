@@ -10,6 +10,7 @@
 #include <QCursor>
 #include <QDir>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QUrl>
 
@@ -47,6 +48,12 @@ Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, s
             hovered_ = noNode;
             likes_.clear();
         });
+    }
+    panel_.SetPointing(overlay_ != nullptr);
+    if (!overlay_) {
+        view->installEventFilter(this);
+        for (QWidget* const part : view->findChildren<QWidget*>())
+            part->installEventFilter(this);
     }
     tmrFollow_.setInterval(followInterval);
     connect(&tmrFollow_, &QTimer::timeout, this, &Teaching::Follow);
@@ -88,6 +95,15 @@ Teaching::Teaching(EmbeddedBrowser& browser, QWidget* view, TeachPanel& panel, s
     connect(&panel_, &TeachPanel::OwnPageWanted, this, [this](bool wanted) { wanted ? ShowOwnPage() : BackToList(); });
     connect(&panel_, &TeachPanel::AboutClicked, this, &Teaching::AskAbout);
     connect(&browser_, &EmbeddedBrowser::NavigateComplete, this, &Teaching::Navigated);
+}
+
+// A page that is shown as text alone: its links do nothing meanwhile.
+bool Teaching::eventFilter(QObject* watched, QEvent* event) {
+    const auto* const key = event->type() == QEvent::KeyPress ? static_cast<const QKeyEvent*>(event) : nullptr;
+    const bool opens = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
+                       event->type() == QEvent::MouseButtonDblClick ||
+                       (key && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter));
+    return (session_ && opens) || QObject::eventFilter(watched, event);
 }
 
 void Teaching::ApplyTexts(const WindowTexts& texts, const QStringList& captions) {

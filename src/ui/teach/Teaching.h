@@ -59,6 +59,9 @@ Q_SIGNALS:
     /// The page whose records are framed has changed.
     void PageChanged();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     // What the browser shows, or is about to show.
     enum class Place : quint8 { List, ToOwnPage, OwnPage, ToList };
