@@ -86,8 +86,10 @@ HintSet RecordColumns::HintsAround(NodeIndex node, const RecordRange& record, in
 int RecordColumns::CellOf(NodeIndex node, const RecordRange& record) const {
     NodeIndex cell = node;
     int levels = 0;
-    while (cell != noNode && cell > record.Begin && !Page.Page.Is(cell, u"td") && !Page.Page.Is(cell, u"th") &&
-           ++levels < mostLevels)
+    const auto isCell = [&](NodeIndex at) {
+        return rows_ ? Page.Page.Parent(at) == record.Begin : Page.Page.Is(at, u"td") || Page.Page.Is(at, u"th");
+    };
+    while (cell != noNode && cell > record.Begin && !isCell(cell) && ++levels < mostLevels)
         cell = Page.Page.Parent(cell);
     if (cell == noNode || cell <= record.Begin || levels >= mostLevels)
         return -1;
@@ -101,8 +103,10 @@ int RecordColumns::CellOf(NodeIndex node, const RecordRange& record) const {
 void RecordColumns::ReadHeader() {
     const PageTree& page = Page.Page;
     NodeIndex table = List.Records.front().Begin;
-    if (!page.Is(table, u"tr"))
+    if (!page.Is(table, u"tr")) {
+        ReadHeaderOfRows();
         return;
+    }
     for (int i = 0; i < 4 && table != noNode && !page.Is(table, u"table"); ++i)
         table = page.Parent(table);
     if (table == noNode || !page.Is(table, u"table"))
@@ -117,6 +121,43 @@ void RecordColumns::ReadHeader() {
     for (NodeIndex cell = page.FirstChild(row); cell != noNode && header_.size() < 60; cell = page.NextSibling(cell))
         if (page.IsElement(cell))
             header_.push_back(HintsOfLabel(Page.TextWithin(cell)));
+}
+
+// Rows and cells that only their style makes a table: what stands right above the first one has as many cells, which
+// are labels.
+void RecordColumns::ReadHeaderOfRows() {
+    const PageTree& page = Page.Page;
+    const NodeIndex first = List.Records.front().Begin;
+    const NodeIndex parent = page.Parent(first);
+    if (List.Flat || parent == noNode)
+        return;
+    NodeIndex above = noNode;
+    int steps = 0;
+    for (NodeIndex node = page.FirstChild(parent); node != noNode && node < first && ++steps < 200;
+         node = page.NextSibling(node))
+        if (page.IsElement(node))
+            above = node;
+    // A row of labels can look as the others do, and is the first of them then.
+    for (const NodeIndex row : {above, first}) {
+        std::vector<HintSet> header;
+        for (NodeIndex cell = row == noNode ? noNode : page.FirstChild(row); cell != noNode && header.size() < 60;
+             cell = page.NextSibling(cell))
+            if (page.IsElement(cell))
+                header.push_back(HintsOfLabel(Page.TextWithin(cell)));
+        NodeIndex second = page.NextSibling(row == first ? first : above == noNode ? first : above);
+        while (second != noNode && !page.IsElement(second))
+            second = page.NextSibling(second);
+        size_t cells = 0;
+        for (NodeIndex cell = second == noNode ? noNode : page.FirstChild(second); cell != noNode;
+             cell = page.NextSibling(cell))
+            cells += page.IsElement(cell);
+        const auto labels = std::count_if(header.begin(), header.end(), [](HintSet hints) { return hints != 0; });
+        rows_ = header.size() >= 3 && header.size() == cells && labels >= 3 && labels * 2 >= std::ssize(header);
+        if (rows_) {
+            header_ = std::move(header);
+            return;
+        }
+    }
 }
 
 void RecordColumns::ReadLines(size_t record) {

@@ -71,6 +71,7 @@ public:
 
 private:
     void ReadHeader();
+    void ReadHeaderOfRows();
     void ReadLines(size_t record);
     void ReadLabelElement(RecordLine& line) const;
     void ReadColumns(size_t record);
@@ -80,6 +81,7 @@ private:
 
     const Signatures& signatures_;
     std::vector<HintSet> header_;                 // by cell
+    bool rows_ = false;                           // the children of the records are its cells
     std::unordered_map<quint64, size_t> numbers_; // of columns by key
     // How often a path stands in the record at hand.
     struct Ordinal {

@@ -208,6 +208,25 @@ void RecordContacts::ReadPhones(size_t record, Lead& lead, std::array<NodeIndex,
     }
     if (taken[0] == 0 && phonePath_ != 0)
         ReadPhoneOfColumn(record, lead, nodes);
+    if (lead.Phone.isEmpty())
+        ReadLabelledPhone(record, lead, nodes);
+}
+
+// Numbers of a small country are short: they count below or behind a label.
+void RecordContacts::ReadLabelledPhone(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    for (const RecordLine& line : columns_.Lines[record]) {
+        const QStringView value = columns_.ValueOf(line).trimmed();
+        if (!Has(line.Label, Hint::Phone) || value.size() < 6 || value.size() > 24)
+            continue;
+        const bool marks = std::all_of(value.begin(), value.end(), [](QChar c) {
+            return c.isDigit() || QStringView(u" ()+-./\u00A0\u2011\u2013").contains(c);
+        });
+        if (!marks || std::count_if(value.begin(), value.end(), [](QChar c) { return c.isDigit(); }) < 5)
+            continue;
+        lead.Phone = value.toString();
+        nodes[static_cast<size_t>(Field::Phone)] = page_.Lines.Pieces[static_cast<size_t>(line.FirstPiece)].Node;
+        return;
+    }
 }
 
 // A number of a form that is not known counts where the other records have theirs.

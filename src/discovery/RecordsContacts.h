@@ -21,6 +21,7 @@ private:
     void ReadPhones(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void ReadMails(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void ReadLinks(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    void ReadLabelledPhone(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void ReadPhoneOfColumn(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     HintSet KindOf(const PagePhone& phone, qsizetype from, size_t record) const;
     HintSet IconsBefore(NodeIndex node, NodeIndex from) const;
