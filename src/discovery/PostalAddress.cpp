@@ -14,7 +14,7 @@ namespace Brindle {
 
 namespace {
 
-constexpr QStringView edges = u" ,;|•·\n、，-–—/";
+constexpr QStringView edges = u" ,;|•·\n、，،-–—/";
 
 // Most texts begin and end with one: a letter or digit of ASCII.
 bool IsPlainWord(QChar c) {
@@ -151,7 +151,8 @@ private:
             // A comma between digits separates a number from its suffix: "12,5".
             const bool comma = (c == u',' || c == u';') &&
                                !(at > 0 && at + 1 < text_.size() && text_[at - 1].isDigit() && text_[at + 1].isDigit());
-            if (c == u'\n' || comma || c == u'|' || c == u'•' || c == u'·' || c == u'，' || c == u'、' || dash) {
+            if (c == u'\n' || comma || c == u'|' || c == u'•' || c == u'·' || c == u'，' || c == u'、' || c == u'،' ||
+                dash) {
                 add(at);
                 from = at + 1;
             }

@@ -213,7 +213,7 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
         return false;
     // A code alone may be any number; a place stands beside it.
     const auto named = [text](qsizetype at) {
-        while (at < text.size() && (text[at].isSpace() || text[at] == u',' || text[at] == u'-'))
+        while (at < text.size() && (text[at].isSpace() || text[at] == u',' || text[at] == u'-' || text[at] == u')'))
             ++at;
         return at < text.size() && (text[at].isUpper() || (text[at].isLetter() && !text[at].isLower()));
     };

@@ -33,6 +33,8 @@ constexpr QStringView streetPrefixes =
     u"οδός|οδ.|λεωφόρος|λεωφ.|λ.|πλατεία|πλ.|"
     u"jalan|jl|jl.|jln|jln.|lorong|gang|persiaran|lebuh|"
     u"đường|phố|đ.|ngõ|ถนน|ถ.|ซอย|ซ.|شارع|طريق|רחוב|רח'|שדרות|שד'|triq|sráid|"
+    u"phường|quận|huyện|ruta|km|"
+    u"postfach|postbus|postboks|apartado|apdo|apdo.|casilla|p.m.b.|pmb|bp|b.p.|box|"
     u"straße|strasse|am|an|im|zum|zur|auf|unter";
 // Words behind it.
 constexpr QStringView streetSuffixes =
@@ -216,6 +218,16 @@ bool IsStreetWord(QStringView text, const Word& before, const Word& word, const 
         const QStringView self = text.sliced(word.Begin, word.End - word.Begin);
         static const QStringView weak[] = {u"am", u"an", u"im",   u"zum",  u"zur",   u"auf", u"unter",
                                            u"c.", u"a",  u"zone", u"parc", u"place", u"voie"};
+        // "P.O. Box 123" and nothing else that is a box; "BP 120", "Km 29".
+        if (self.compare(u"box", Qt::CaseInsensitive) == 0) {
+            const QStringView office = text.sliced(before.Begin, before.End - before.Begin);
+            return behind.Number && hasBefore &&
+                   (office.startsWith(u"P", Qt::CaseInsensitive) || office.startsWith(u"O.", Qt::CaseInsensitive)) &&
+                   office.size() <= 7;
+        }
+        for (const QStringView numbered : {u"bp", u"b.p.", u"km", u"pmb", u"p.m.b.", u"casilla", u"ruta"})
+            if (self.compare(numbered, Qt::CaseInsensitive) == 0)
+                return behind.Number && word.Named;
         const bool isWeak = std::any_of(std::begin(weak), std::end(weak),
                                         [self](QStringView w) { return self.compare(w, Qt::CaseInsensitive) == 0; });
         if (isWeak) {

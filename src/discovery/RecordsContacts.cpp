@@ -150,6 +150,14 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
             break;
         before = before.trimmed().sliced(blank + 1);
     }
+    // "030 124 (Fax)"
+    const TextLine& whole = page_.Lines.Lines[static_cast<size_t>(phone.Line)];
+    QStringView behind =
+        QStringView(page_.Lines.Text).sliced(phone.End, whole.Begin + whole.Length - phone.End).trimmed();
+    if (behind.startsWith(u'('))
+        if (const qsizetype close = behind.indexOf(u')'); close > 1 && close < 20)
+            if (const HintSet hints = HintsOfLabel(behind.sliced(1, close - 1)) & kinds; hints != 0)
+                return hints;
     // "<dl class=phones><dt>Fax<dd>030 124": what is written beside a number goes before what holds all of them.
     const bool labelled = line != lines.end() && line->Line == phone.Line;
     if (labelled && (line->Label & (Hint::Fax | Hint::Register)) != 0 && !Has(line->Label, Hint::Phone))

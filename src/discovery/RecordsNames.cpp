@@ -17,6 +17,13 @@ constexpr double nameEnough = 1.2; // what RecordsReader takes for names
 
 // "12. Joe's Pizza": the number is the page's.
 QString WithoutNumber(const QString& text) {
+    if (text.startsWith(u'#')) { // "#1 Joe's Pizza"
+        qsizetype end = 1;
+        while (end < text.size() && text[end].isDigit())
+            ++end;
+        const bool rank = end > 1 && end < 5 && end + 1 < text.size() && text[end].isSpace();
+        return rank ? text.sliced(end).trimmed() : text;
+    }
     qsizetype at = 0;
     while (at < text.size() && at < 4 && text[at].isDigit())
         ++at;
@@ -82,7 +89,7 @@ double RecordNames::ScoreOf(const RecordColumn& column) const {
         score -= 3;
     else if (column.Length > 60)
         score -= 1;
-    score -= std::min(4.5, 1.5 * (column.Pieces - 1)) + 3 * column.Colons;
+    score -= std::min(column.IsHeading ? 2.0 : 4.5, 1.5 * (column.Pieces - 1)) + 3 * column.Colons;
     if (column.Length < 3)
         score -= 2;
     const double filled = column.Filled / count;
