@@ -38,7 +38,7 @@ constexpr Row nameParts[] = {
     {Of(Hint::Street), u"street streetaddress strasse str rue calle via ulica straat thoroughfare addressline address1 "
                        u"gatuadress logradouro gade"},
     {Of(Hint::City), u"city locality addresslocality town ort stadt ville ciudad citta cidade plaats miasto mesto obec "
-                     u"neighborhood neighbourhood woonplaats municipio postort localita district suburb commune"},
+                     u"neighborhood neighbourhood loc woonplaats municipio postort localita district suburb commune"},
     {Of(Hint::State), u"region addressregion province state bundesland provincia county estado"},
     {Of(Hint::PostalCode), u"postalcode postcode zip zipcode plz cap cep cp codepostal psc"},
     {Of(Hint::Country), u"country addresscountry countryname land pays pais"},
@@ -424,7 +424,12 @@ HintSet HintsOfName(QStringView name) {
 
 HintSet HintsOfLabel(QStringView text) {
     static const WordTable<HintSet> table = TableOf(labels, u'|');
-    return text.size() > 40 ? 0 : table.ValueOf(BareView(text).View());
+    if (text.size() > 40)
+        return 0;
+    const HintSet hints = table.ValueOf(BareView(text).View());
+    // "Address / العنوان": a label in two languages.
+    const qsizetype slash = hints == 0 ? text.indexOf(u" / ") : -1;
+    return slash > 0 ? HintsOfLabel(text.first(slash)) & HintsOfLabel(text.sliced(slash + 3)) : hints;
 }
 
 LeadingLabel LabelAtBegin(QStringView text) {

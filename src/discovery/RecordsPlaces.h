@@ -68,6 +68,8 @@ private:
     void ChooseTradeBesideRange();
     void FindCategoryElsewhere();
     static qsizetype CommaBeforeCountry(QStringView text);
+    bool IsTownWithRegion(QStringView text) const;
+    void ReadDataAttributes(const RecordRange& range, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;
