@@ -217,7 +217,8 @@ private:
     bool IsCityBehind(const Code& code) const {
         return code.Segment + 1 < segments_.size() && StartsLikePlace(segments_[code.Segment + 1]) &&
                !HasDigit(segments_[code.Segment + 1]) &&
-               (code.Segment == 0 || HasDigit(segments_[code.Segment - 1]) || code.Segment + 2 == segments_.size());
+               (code.Segment == 0 || HasDigit(segments_[code.Segment - 1]) || code.Segment + 2 == segments_.size() ||
+                (code.Segment + 3 == segments_.size() && IsStateOf(region_, segments_.back())));
     }
 
     void SetCode(const Code& code) {

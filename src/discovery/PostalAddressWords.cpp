@@ -399,6 +399,11 @@ bool IsPartOfHouse(QStringView text) {
     static const QStringView parts[] = {u"sc", u"bl",   u"et",      u"ap",   u"of",   u"корп",     u"кв",    u"оф",
                                         u"эт", u"стр",  u"lok",     u"piso", u"dpto", u"ste",      u"unit",  u"apt",
                                         u"od", u"ofic", u"oficina", u"буд",  u"офіс", u"building", u"floor", u"suite"};
+    // "n.º 80", "Nº 12"
+    const bool numero = text.size() > 2 && (text.front() == u'n' || text.front() == u'N') &&
+                        QStringView(u".º°o").contains(text[1]) && HasDigit(text) && text.size() <= 12;
+    if (numero && std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); }) <= 3)
+        return true;
     qsizetype end = 0;
     while (end < text.size() && text[end].isLetter())
         ++end;

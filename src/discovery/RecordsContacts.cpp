@@ -139,6 +139,12 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
                                        [](const RecordLine& one, int number) { return one.Line < number; });
     // Right before the number: "… | Fax: 030 124".
     QStringView before = QStringView(page_.Lines.Text).sliced(from, phone.Begin - from);
+    // "Phone/Fax: 030 124" is a phone too.
+    if (const qsizetype slash = before.lastIndexOf(u'/'); slash > 1 && before.size() - slash < 12) {
+        const qsizetype word = before.first(slash).trimmed().lastIndexOf(u' ') + 1;
+        if (Has(HintsOfLabel(before.sliced(word, slash - word)), Hint::Phone))
+            return static_cast<HintSet>(Hint::Phone);
+    }
     for (const QChar mark : {QChar(u'|'), QChar(u';'), QChar(u'\u00B7'), QChar(u'\u2022'), QChar(u'/'), QChar(u',')})
         if (const qsizetype at = before.lastIndexOf(mark); at >= 0)
             before = before.sliced(at + 1);

@@ -25,6 +25,10 @@ bool IsVolatile(QStringView token) {
     return token.startsWith(u"is-") || token.startsWith(u"has-") || words.contains(token.toString().toLower());
 }
 
+bool IsHeadingName(QStringView name) {
+    return name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6';
+}
+
 // Elements that hold nothing which could be a record or a part of one that matters.
 bool IsBare(const PageAnnotations& page, NodeIndex node) {
     const NodeFacts& facts = page.FactsOf(node);
@@ -43,6 +47,9 @@ public:
         GroupByPath(body, true);
         GroupByPath(body, false);
         SplitFlatLists(body);
+        for (FlatGroup& group : flatGroups_)
+            if (group.Parents >= 2)
+                Add(std::move(group.List));
         return Best(most);
     }
 
@@ -147,7 +154,7 @@ private:
             int elements = 0;
             for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child))
                 elements += page.IsElement(child);
-            if (elements >= 4)
+            if (elements >= 4 || (elements >= 2 && page.Is(parent, u"dl")))
                 SplitAtNames(parent);
         }
     }
@@ -171,7 +178,7 @@ private:
         int tried = 0;
         if (kinds.size() >= 2 || HasTextOfItsOwn(children))
             for (const auto& kind : kinds)
-                if (kind.second >= 2 && tried++ < 6)
+                if ((kind.second >= 2 || (page.Is(parent, u"dl") && kind.first == kinds.front().first)) && tried++ < 6)
                     SplitAt(parent, children,
                             [this, look = kind.first](NodeIndex child) { return signatures_.Of(child) == look; });
         for (const quint64 shape : NameShapes(children))
@@ -297,7 +304,33 @@ private:
         if (alone > 0.6 * list.Promise)
             return;
         list.Promise *= 0.85;
+        // A heading begins what follows it, and never ends what stands before it.
+        const bool heading = std::any_of(list.Records.begin(), list.Records.end(), [&page](const RecordRange& record) {
+            return IsHeadingName(page.Name(record.Begin));
+        });
+        const bool headings = std::any_of(children.begin(), children.end(), [&page](NodeIndex child) {
+            return page.IsElement(child) && IsHeadingName(page.Name(child));
+        });
+        if (headings && !heading)
+            list.Promise *= 0.9;
+        if (page.Is(parent, u"dl") && !list.Records.empty())
+            AddToGroup(parent, list);
         Add(std::move(list));
+    }
+
+    // "<h3>A</h3><dl>…</dl><h3>B</h3><dl>…</dl>": the lists of the letters are one.
+    void AddToGroup(NodeIndex parent, const RecordList& list) {
+        const quint64 key = Mixed(Mixed(static_cast<quint64>(page_.Page.Parent(parent)), signatures_.Of(parent)),
+                                  signatures_.Of(list.Records.front().Begin));
+        const auto known = std::find_if(flatGroups_.begin(), flatGroups_.end(),
+                                        [key](const FlatGroup& group) { return group.Key == key; });
+        FlatGroup& group = known == flatGroups_.end() ? flatGroups_.emplace_back() : *known;
+        group.Key = key;
+        group.Parents += group.Last != parent;
+        group.Last = parent;
+        group.List.Flat = true;
+        group.List.Promise += list.Promise;
+        group.List.Records.insert(group.List.Records.end(), list.Records.begin(), list.Records.end());
     }
 
     void Add(RecordList list) {
@@ -372,6 +405,13 @@ private:
         list.Records = std::move(all);
     }
 
+    struct FlatGroup {
+        quint64 Key = 0;
+        NodeIndex Last = noNode;
+        int Parents = 0;
+        RecordList List;
+    };
+    std::vector<FlatGroup> flatGroups_;
     const PageAnnotations& page_;
     const Signatures& signatures_;
     std::vector<float> place_;

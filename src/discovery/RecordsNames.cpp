@@ -41,7 +41,9 @@ RecordNames::RecordNames(const RecordColumns& columns)
         ChooseOneName();
     if (score_ < nameEnough)
         ChoosePictures();
-    if (score_ >= nameEnough)
+    if (score_ < nameEnough)
+        ChooseFirstLines();
+    if (score_ >= nameEnough && beginnings_.empty())
         FindBeginnings();
     CountBadges();
     ChooseDetails();
@@ -140,6 +142,30 @@ void RecordNames::ChooseOneName() {
         why_ = u"heading, the same in all records"_s;
         return;
     }
+}
+
+// "<a>Joe's Pizza<br>1 Main St<br>555 0100</a>": the first of the lines of records that nothing parts.
+void RecordNames::ChooseFirstLines() {
+    std::vector<QString> first(columns_.Count());
+    QSet<QString> different;
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        const std::vector<RecordLine>& lines = columns_.Lines[record];
+        if (columns_.List.Flat || !columns_.Page.Page.Is(columns_.List.Records[record].Begin, u"a") || lines.size() < 2)
+            continue;
+        const QStringView text = columns_.TextOf(lines.front());
+        if (text.size() < 2 || text.size() > 80 || lines.front().Label != 0 || HintsOfLabel(text) != 0 ||
+            IsButtonText(BareWords(text)) || text.endsWith(u':') ||
+            std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }) > 4)
+            continue;
+        first[record] = text.toString();
+        different.insert(BareWords(text));
+    }
+    if (static_cast<size_t>(different.size()) * 10 < columns_.Count() * 9)
+        return;
+    std::fill(nodes_.begin(), nodes_.end(), noNode);
+    beginnings_ = std::move(first);
+    score_ = 2;
+    why_ = u"first line, which differs from record to record"_s;
 }
 
 // "<li><a>Joe's Pizza</a>, 1 Main St</li><li>Ann's Diner, 2 Main St</li>": where names are what lines begin with, up to

@@ -31,6 +31,7 @@ private:
     void ChooseNames();
     void ChooseOneName();
     void ChoosePictures();
+    void ChooseFirstLines();
     void FindBeginnings();
     void ChooseDetails();
     void CountBadges();

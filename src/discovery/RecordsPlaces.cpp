@@ -441,6 +441,15 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
                 FillPart(lead.State, parts.State);
                 return;
             }
+        // "Austin, TX" calls itself a town.
+        if (Has(hints, Hint::City) && !Has(hints, Hint::Street) && lead.City.isEmpty() && IsTownWithRegion(value)) {
+            const qsizetype mark = value.endsWith(u')') ? value.lastIndexOf(u'(') : value.lastIndexOf(u',');
+            const QString region = value.sliced(mark + 1).remove(u')').trimmed();
+            lead.City = value.first(mark).trimmed();
+            (RegionOfCountryName(region).isEmpty() || IsStateOf(page_.Region, region) ? lead.State : lead.Country) =
+                region;
+            return;
+        }
         for (const auto& [hint, part] :
              {std::pair(Hint::Street, &lead.Street), std::pair(Hint::PostalCode, &lead.PostalCode),
               std::pair(Hint::City, &lead.City), std::pair(Hint::State, &lead.State),

@@ -55,9 +55,10 @@ struct Shares {
     double Jobs = 0;
     double Trades = 0; ///< a category that names a kind of business
     double Questions = 0;
-    double Towns = 0;  ///< named as the town of their own address
-    double House = 0;  ///< mail of the page's own site, or numbers of one exchange: the people of one house
-    HintSet Often = 0; ///< what at least half of the records say of themselves
+    double Towns = 0;       ///< named as the town of their own address
+    double StreetNames = 0; ///< names that are a street with a number
+    double House = 0;       ///< mail of the page's own site, or numbers of one exchange: the people of one house
+    HintSet Often = 0;      ///< what at least half of the records say of themselves
 };
 
 bool HasStreetNumber(QStringView street) {
@@ -224,6 +225,7 @@ private:
             shares.Details += !lead.DetailsLink.isEmpty();
             shares.Questions += lead.Name.endsWith(u'?') || lead.Name.endsWith(u'\uFF1F');
             shares.Towns += IsTownOfItsAddress(record);
+            shares.StreetNames += HasStreetNumber(lead.Name) && HasStreetWord(lead.Name);
             shares.Rating += facts.Ratings > 0;
             HintSet here = page_.HintsOf(record.Begin);
             shares.Jobs += NamesJobs(BareView(lead.Name).View());
@@ -238,7 +240,7 @@ private:
         for (double* const share :
              {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
               &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
-              &shares.Jobs, &shares.Trades, &shares.House, &shares.Questions, &shares.Towns})
+              &shares.Jobs, &shares.Trades, &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
@@ -372,8 +374,13 @@ private:
         if (often(Hint::Author) && often(Hint::Article) && shares.Phone < 0.5)
             return no(u"its records are what readers wrote"_s);
         if ((shares.House > 0.6 || MailsOfOneHouse() || (shares.Phone > 0.6 && DistinctPhones() < 0.5)) &&
-            shares.Address < 0.3)
+            (shares.Address < 0.3 || shares.Phone < 0.3))
             return no(u"its records are people of one house"_s);
+        if (count >= 3 && shares.Address > 0.5 && DistinctAddresses() < 0.34 &&
+            (shares.Phone < 0.5 || DistinctPhones() < 0.34))
+            return no(u"its records name the same address again and again"_s);
+        if (shares.StreetNames > 0.6 && shares.Phone < 0.3 && shares.Website < 0.3)
+            return no(u"its names are streets"_s);
         if (shares.Questions > 0.5)
             return no(u"its records are questions"_s);
         if (shares.Towns > 0.6)
