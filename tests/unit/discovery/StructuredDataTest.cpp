@@ -118,6 +118,8 @@ TEST(StructuredData, JsonIsReadAsPagesHaveIt) {
          u"A,B"_s},
         {"another bracket",
          u"{\"@graph\":[{\"@type\":\"Hotel\",\"name\":\"A\"},{\"@type\":\"Hotel\",\"name\":\"B\"}}"_s, u"A,B"_s},
+        {"another bracket within",
+         u"{\"@type\":\"Hotel\",\"address\":{\"streetAddress\":\"1 Ma\"],\"name\":\"A\"}"_s, u"A"_s},
         {"values of other kinds",
          u"{\"@type\":\"Hotel\",\"name\":{\"@value\":\"A\"},\"x\":null,\"y\":-1e5,\"z\":tru}"_s, u"A"_s},
         {"no JSON", u"var x = function() { return 1; }"_s, u""_s},
