@@ -97,7 +97,60 @@ int RecordColumns::CellOf(NodeIndex node, const RecordRange& record) const {
     for (NodeIndex other = Page.Page.FirstChild(Page.Page.Parent(cell)); other != noNode && other < cell && number < 60;
          other = Page.Page.NextSibling(other))
         number += Page.Page.IsElement(other);
+    if (const auto shifted = spans_.find(record.Begin); shifted != spans_.end())
+        for (const auto& reaching : shifted->second)
+            number += reaching.first <= number ? 1 : 0;
     return number;
+}
+
+// Cells that reach down into rows below shift what stands there: the town of several rows is written once.
+void RecordColumns::ReadSpans(NodeIndex table) {
+    const PageTree& page = Page.Page;
+    const auto spanOf = [&page](NodeIndex cell) {
+        return page.HasAttribute(cell, u"rowspan") ? std::clamp(page.Attribute(cell, u"rowspan").toInt(), 1, 1000) : 1;
+    };
+    // Most tables have none: some rows tell.
+    bool spans = false;
+    for (size_t record = 0; record < std::min<size_t>(List.Records.size(), 100) && !spans; ++record)
+        for (NodeIndex cell = page.FirstChild(List.Records[record].Begin); cell != noNode && !spans;
+             cell = page.NextSibling(cell))
+            spans = page.IsElement(cell) && spanOf(cell) > 1;
+    if (!spans)
+        return;
+    std::map<int, std::pair<int, NodeIndex>> carried; // by column: rows left, the cell
+    for (NodeIndex row = table + 1; row < List.Records.back().End; ++row) {
+        if (!page.Is(row, u"tr") || (page.Parent(row) != table && page.Parent(page.Parent(row)) != table))
+            continue;
+        std::vector<std::pair<int, NodeIndex>> reaching;
+        for (auto& [column, one] : carried)
+            reaching.emplace_back(column, one.second);
+        std::map<int, std::pair<int, NodeIndex>> next;
+        for (const auto& [column, one] : carried)
+            if (one.first > 1)
+                next[column] = {one.first - 1, one.second};
+        int column = 0;
+        for (NodeIndex cell = page.FirstChild(row); cell != noNode && column < 60; cell = page.NextSibling(cell)) {
+            if (!page.IsElement(cell))
+                continue;
+            while (carried.contains(column))
+                ++column;
+            if (const int rows = spanOf(cell); rows > 1)
+                next[column] = {rows - 1, cell};
+            ++column;
+        }
+        carried = std::move(next);
+        if (!reaching.empty())
+            spans_[row] = std::move(reaching);
+    }
+}
+
+NodeIndex RecordColumns::ReachingCell(size_t record, Hint hint) const {
+    const auto reaching = spans_.find(List.Records[record].Begin);
+    if (reaching != spans_.end())
+        for (const auto& [column, cell] : reaching->second)
+            if (column < static_cast<int>(header_.size()) && Has(header_[static_cast<size_t>(column)], hint))
+                return cell;
+    return noNode;
 }
 
 void RecordColumns::ReadHeader() {
@@ -109,6 +162,8 @@ void RecordColumns::ReadHeader() {
     }
     for (int i = 0; i < 4 && table != noNode && !page.Is(table, u"table"); ++i)
         table = page.Parent(table);
+    if (table != noNode && page.Is(table, u"table"))
+        ReadSpans(table);
     if (table == noNode || !page.Is(table, u"table"))
         return;
     // The row above the first record.

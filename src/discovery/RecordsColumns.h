@@ -2,6 +2,7 @@
 
 #include "discovery/RecordsLists.h"
 
+#include <map>
 #include <unordered_map>
 #include <vector>
 
@@ -69,7 +70,12 @@ public:
         return Mixed(PathOf(node, record), static_cast<quint64>(CellOf(node, record) + 1));
     }
 
+    /// The cell of a row above that reaches down into the record's row and whose column's head says `hint`; `noNode`
+    /// when there is none.
+    NodeIndex ReachingCell(size_t record, Hint hint) const;
+
 private:
+    void ReadSpans(NodeIndex table);
     void ReadHeader();
     void ReadHeaderOfRows();
     void ReadLines(size_t record);
@@ -80,7 +86,9 @@ private:
     int CellOf(NodeIndex node, const RecordRange& record) const;
 
     const Signatures& signatures_;
-    std::vector<HintSet> header_;                 // by cell
+    std::vector<HintSet> header_; // by cell
+    std::unordered_map<NodeIndex, std::vector<std::pair<int, NodeIndex>>>
+        spans_;                                   // by row: columns that cells above fill
     bool rows_ = false;                           // the children of the records are its cells
     std::unordered_map<quint64, size_t> numbers_; // of columns by key
     // How often a path stands in the record at hand.

@@ -166,6 +166,7 @@ private:
             }
             contacts.Read(record, name, lead, nodes);
             places.ReadAddress(record, name, lead, nodes);
+            ReadReachingTown(record, lead, nodes);
             nodes_.push_back(nodes);
             leads.push_back(std::move(lead));
         }
@@ -181,6 +182,16 @@ private:
                 reading_.Records.push_back({std::move(lead), range.Begin, range.End});
         }
         LeaveOutBareEnds();
+    }
+
+    // The town of several rows of a table stands in the first of them.
+    void ReadReachingTown(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+        const NodeIndex cell = lead.City.isEmpty() ? columns_.ReachingCell(record, Hint::City) : noNode;
+        if (cell == noNode)
+            return;
+        lead.City = page_.TextWithin(cell);
+        lead.FullAddress += (lead.FullAddress.isEmpty() ? QString() : u", "_s) + lead.City;
+        nodes[static_cast<size_t>(Field::City)] = cell;
     }
 
     // A menu above the list or a note below it can be built as its entries are.
