@@ -51,6 +51,24 @@ bool HasToken(QStringView list, std::span<const QStringView> tokens) {
     return false;
 }
 
+// "21-40": the second page of twenty entries each; 0 for other texts.
+int PageOfRange(QStringView text) {
+    qsizetype dash = 0;
+    while (dash < text.size() && text[dash].isDigit())
+        ++dash;
+    qsizetype end = dash;
+    while (end < text.size() && (text[end] == u'-' || text[end] == u'\u2013' || text[end].isSpace()))
+        ++end;
+    bool first = false;
+    bool last = false;
+    const int from = text.first(dash).toInt(&first);
+    const int to = text.sliced(end).toInt(&last);
+    const int size = to - from + 1;
+    return end > dash && first && last && from >= 1 && size >= 5 && size <= 500 && (from - 1) % size == 0
+               ? (from - 1) / size + 1
+               : 0;
+}
+
 bool HasPart(QStringView text, std::span<const QStringView> parts) {
     return std::any_of(parts.begin(), parts.end(),
                        [text](QStringView part) { return text.contains(part, Qt::CaseInsensitive); });
@@ -185,9 +203,15 @@ private:
         for (const TextPiece& piece : lines_.Pieces) {
             bool isNumber = false;
             int number = 0;
-            if (piece.Length <= 10 && HasDigit(lines_.TextOf(piece)))
-                if (const BareView words(lines_.TextOf(piece)); words.View().size() <= 5)
+            if (piece.Length <= 14 && HasDigit(lines_.TextOf(piece))) {
+                const BareView words(lines_.TextOf(piece));
+                if (words.View().size() <= 5)
                     number = words.View().toInt(&isNumber);
+                if (!isNumber) {
+                    number = PageOfRange(words.View());
+                    isNumber = number > 0;
+                }
+            }
             if (isNumber && number >= 0) {
                 if (before != noNode && piece.Node - before > 60)
                     EndRow(row);
@@ -219,6 +243,19 @@ private:
         };
         if (row.size() < 2 || row.size() > 200)
             return;
+        // Pages whose addresses differ by their numbers alone, whatever this page's own is.
+        const RowNumber* one = nullptr;
+        bool counted = false;
+        for (const RowNumber& entry : row) {
+            if (!leads(entry))
+                continue;
+            if (one && one->Number != entry.Number) {
+                const PageStep step = StepBetween(links_[static_cast<size_t>(one->Link)].Address,
+                                                  links_[static_cast<size_t>(entry.Link)].Address);
+                counted = counted || (step.SameList && step.OwnNumber == one->Number && step.Number == entry.Number);
+            }
+            one = &entry;
+        }
         const RowNumber* current = nullptr;
         int links = 0;
         for (const RowNumber& entry : row) {
@@ -240,11 +277,11 @@ private:
             // 2, 3, 4 …: the page that is missing in front is this one.
             const RowNumber* const second = linkTo(2);
             if (second && !linkTo(1) && linkTo(3))
-                Witness(*second, u"the row of page numbers goes on with 2"_s);
+                Witness(*second, counted, u"the row of page numbers goes on with 2"_s);
             return;
         }
         if (const RowNumber* const following = linkTo(current->Number + 1)) {
-            Witness(*following,
+            Witness(*following, counted,
                     u"number %1 behind %2 in a row of page numbers"_s.arg(current->Number + 1).arg(current->Number));
         } else if (std::none_of(
                        row.begin(), row.end(),
@@ -255,11 +292,11 @@ private:
         }
     }
 
-    void Witness(const RowNumber& entry, const QString& why) {
+    void Witness(const RowNumber& entry, bool counted, const QString& why) {
         const Link& link = links_[static_cast<size_t>(entry.Link)];
         const PageStep step = StepBetween(url_, link.Address);
         const bool inPager = IsInPager(link.Node);
-        if (!step.SameList && !inPager && !entry.Current)
+        if (!step.SameList && !inPager && !entry.Current && !counted)
             return;
         witnesses_.insert(link.Address, why);
     }
