@@ -36,6 +36,16 @@ const QString list = u"https://www.guide.example/pizza"_s;
 INSTANTIATE_TEST_SUITE_P(
     Pages, NextPage,
     testing::Values(
+        Case{"RangesOfEntries",
+             u"<p>1-20 | <a href='/l?first=20'>21-40</a> | <a href='/l?first=40'>41-60</a></p>"_s,
+             u"https://www.guide.example/l?first=20"_s,
+             {},
+             u"https://www.guide.example/l"_s},
+        Case{"NumbersOfAnotherFolder",
+             u"<div>1 <a href='/dir/list-2.html'>2</a> <a href='/dir/list-3.html'>3</a></div>"_s,
+             u"https://www.guide.example/dir/list-2.html"_s,
+             {},
+             u"https://www.guide.example/portal/index.php?id=7"_s},
         Case{"RelInTheHead", u"<p>Pizza"_s, third, u"<link rel='prefetch Next' href='?what=pizza&amp;page=3'>"_s},
         Case{"RelOfTheNextArticleIsNone", u"<p>Pizza"_s, u""_s,
              u"<link rel='next' title='Ten pizzas' href='/2021/ten'>"_s, u"https://www.guide.example/2021/nine"_s},

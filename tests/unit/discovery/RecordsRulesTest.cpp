@@ -354,6 +354,23 @@ TEST(Rules, ListsThatOnlyLookLikeBusinesses) {
             u"Übersicht"_s, 12)
             .size(),
         0U);
+    // The same address in every section; candidates of a party; stops of a line.
+    EXPECT_EQ(
+        Read(
+            u"<section><h2>{i}. Absatz {c}</h2><p>Muster GmbH, Ringweg 1, 50667 Köln, Tel. 0221 555120</p></section>"_s,
+            u"Bedingungen"_s, 8)
+            .size(),
+        0U);
+    EXPECT_EQ(
+        Read(
+            u"<div><h3>Anna {c}</h3><p>Tischlerin</p><p>50667 Köln</p><a href='mailto:a{i}@partei.example'>Mail</a></div>"_s,
+            u"Kandidaten"_s, 12)
+            .size(),
+        0U);
+    EXPECT_EQ(Read(u"<li><a href='/h/{i}'>Ringstraße {i}</a> <span>50667 Köln</span> <span>5:0{i}</span></li>"_s,
+                   u"Linie 52"_s, 9)
+                  .size(),
+              0U);
     // Staff with numbers of their own; what readers wrote.
     EXPECT_EQ(
         Read(u"<section><h3>Anna {c}</h3><p>0221 5551{i}</p><a href='mailto:p{i}@uni.example'>Mail</a></section>"_s,
@@ -400,6 +417,75 @@ TEST(Rules, PaidEntriesOfAnotherMakeAreEntriesToo) {
         u"Ringweg 91, 50667 Köln, 0221 777999</aside>"_s);
     ASSERT_EQ(records.size(), 7U);
     EXPECT_EQ(records[6].Fields.Name, u"Goldhaus"_s);
+}
+
+// Lists that are made in ways of their own: what the third record must say.
+TEST(Rules, ListsOfOtherMakes) {
+    const struct {
+        const char* What;
+        QString Html; // "{i}" and "{c}" in the part between "[" and "]" are filled six times
+        size_t Records;
+        Lead Expected; // what is not empty counts
+    } cases[] = {
+        {"a register with a list for each letter",
+         u"[<h3>{c}</h3><dl><dt>Haus {c}<dd>Ringweg {i}, 50667 Köln<dd>0221 55512{i}<dt>Hof {c}<dd>Ringweg 9{i}, 50667 "
+         u"Köln<dd>0221 "
+         u"55599{i}</dl>]"_s,
+         12,
+         {.Name = u"Haus C"_s, .Street = u"Ringweg 2"_s, .Phone = u"0221 555122"_s}},
+        {"cards that are one link",
+         u"[<a class=row href='/b/{i}'>Haus {c}<br>Ringweg {i}, 50667 Köln<br>Telefon: 0221 55512{i}</a>]"_s,
+         6,
+         {.Name = u"Haus D"_s, .Street = u"Ringweg 3"_s, .Phone = u"0221 555123"_s}},
+        {"rows and cells that only their style makes a table",
+         u"<div class=t><div class=r><p>Firma</p><p>Adresse</p><p>Ort</p><p>Telefon</p></div>[<div class=r><p><a "
+         u"href='/b/{i}'>Haus "
+         u"{c}</a></p><p>Ringweg {i}</p><p>50667 Köln</p><p>55 12 1{i}</p></div>]</div>"_s,
+         6,
+         {.Name = u"Haus D"_s, .Street = u"Ringweg 3"_s, .City = u"Köln"_s, .Phone = u"55 12 13"_s}},
+        {"a town for several rows",
+         u"<table><tr><th>Ort<th>Firma<th>Adresse<th>Telefon</tr><tr><td rowspan=7>Köln<td>Hof<td>Ringweg 90<td>0221 "
+         u"555900</tr>[<tr><td>Haus {c}<td>Ringweg {i}<td>0221 55512{i}</tr>]</table>"_s,
+         7,
+         {.Name = u"Haus C"_s, .Street = u"Ringweg 2"_s, .City = u"Köln"_s}},
+        {"cards that keep the address for a map",
+         u"[<div data-street='Ringweg {i}' data-zip=50667 data-city=Köln data-phone='0221 55512{i}'><h3>Haus "
+         u"{c}</h3><a href='/b/{i}'>Mehr</a>"
+         u"</div>]"_s,
+         6,
+         {.Name = u"Haus D"_s, .Street = u"Ringweg 3"_s, .City = u"Köln"_s, .PostalCode = u"50667"_s}},
+        {"a name in several elements behind its rank",
+         u"[<div><h3><i>{i}.</i> <a href='/b/{i}'><span>Haus</span> <span>&amp;</span> <span>Hof</span> "
+         u"<span>{c}</span></a></h3><p>Ringweg "
+         u"{i}, 50667 Köln</p><p>0221 55512{i}</p></div>]"_s,
+         6,
+         {.Name = u"Haus & Hof D"_s}},
+        {"a post box, a fax behind its number",
+         u"[<div><h3>Haus {c}</h3><p>Postfach 12{i}<br>50667 Köln</p><p>0221 55512{i} (Telefon)<br>0221 55599{i} (Fax)</p></div>]"_s,
+         6,
+         {.Name = u"Haus D"_s, .Street = u"Postfach 123"_s, .Phone = u"0221 555123"_s, .Fax = u"0221 555993"_s}},
+        {"a town with its district and no street",
+         u"[<div><h3><a href='/b/{i}'>Haus {c}</a></h3><p class=loc>Köln, Deutschland</p><p>0221 55512{i}</p></div>]"_s,
+         6,
+         {.Name = u"Haus D"_s, .City = u"Köln"_s}},
+    };
+    for (const auto& one : cases) {
+        const qsizetype begin = one.Html.indexOf(u'[');
+        const qsizetype end = one.Html.indexOf(u']');
+        QString html = one.Html.first(begin);
+        for (int i = 1; i <= 6; ++i)
+            html += one.Html.sliced(begin + 1, end - begin - 1)
+                        .replace(u"{i}"_s, QString::number(i))
+                        .replace(u"{c}"_s, QChar(u'A' + i));
+        const PageTree page(
+            u"<html lang=de><title>Elektriker in Köln</title><body><h1>Elektriker in Köln</h1><main>"_s + html +
+            one.Html.sliced(end + 1));
+        const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
+        ASSERT_EQ(records.size(), one.Records) << one.What;
+        for (int column = 0; column < FieldCount; ++column)
+            if (const QString& wanted = one.Expected.At(column); !wanted.isEmpty())
+                EXPECT_EQ(records[2].Fields.At(column).toStdString(), wanted.toStdString()) << one.What;
+    }
 }
 
 TEST(Rules, ExhibitorsHaveTownAndCountry) {
