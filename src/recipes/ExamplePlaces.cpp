@@ -244,7 +244,10 @@ QStringList ExamplePlaces::LinePatterns(Field column, const QString& shown, cons
         const qsizetype count = last - first + 1;
         const qsizetype behind = lines.size() - 1 - last;
         if (label > 0) {
-            const QString word = QRegularExpression::escape(lines[first].left(label).trimmed());
+            const QString name = lines[first].left(label).trimmed();
+            // "T" begins many a word.
+            const QString word =
+                QRegularExpression::escape(name) + (!name.isEmpty() && name.back().isLetter() ? u"\\b"_s : QString());
             patterns.append(u"(?:^|\\n)%1\\s*(%2)"_s.arg(word, LinesPattern(count)));
             continue;
         }
@@ -336,6 +339,9 @@ void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<Exam
     if (folded.isEmpty())
         return;
     AddFolded(column, text, folded, found);
+    // "416-555-0100 ext. 12" stands there with its letters.
+    if (found.empty() && IsPhone(column) && FoldedExample(text) != folded)
+        AddFolded(column, text, FoldedExample(text), found);
     // "info [at] dir.example"
     if (const qsizetype at = text.indexOf(u'@'); column == Field::Email && at > 0)
         AddFolded(column, text, FoldedExample(QStringView(text).first(at)) + u"at" + FoldedExample(text.sliced(at)),
@@ -432,7 +438,10 @@ void ExamplePlaces::AddAttributes(Field column, const QString& text, std::vector
             } else if (column == Field::Email && attribute.Name == u"data-cfemail") {
                 if (IsExample(column, DecodedMail(attribute.Value), text))
                     found.push_back({node, attribute.Name.toString(), {}, 0.0});
-            } else if (!isHref && attribute.Value.size() < longestAround && FoldedExample(attribute.Value) == folded) {
+            } else if (!isHref && attribute.Value.size() < longestAround &&
+                       (FoldedExample(attribute.Value) == folded ||
+                        (IsPhone(column) && attribute.Name.startsWith(u"data-") && DigitsOf(text).size() >= 6 &&
+                         DigitsOf(attribute.Value) == DigitsOf(text)))) {
                 found.push_back({node, attribute.Name.toString(), {}, 0.8});
             }
         }
