@@ -1,5 +1,7 @@
 #include "discovery/AnyPageText.h"
 
+#include "toolkit/Text.h"
+
 #include <algorithm>
 #include <array>
 
@@ -123,15 +125,16 @@ private:
                 ++at;
                 continue;
             }
+            // Words with single blanks between them are taken at once.
             qsizetype end = at + 1;
-            while (end < text.size() && !IsBlank(text[end]))
+            while (end < text.size() &&
+                   (!IsBlank(text[end]) || (text[end] == u' ' && end + 1 < text.size() && !IsBlank(text[end + 1]))))
                 ++end;
             const bool lineBegun = lineBegin_ < lines_.Text.size();
             // Neighbouring elements without a blank are told apart by the page's style: "<b>12345</b><b>Town</b>".
-            const bool apart = tagBefore_ && lineBegun && !QStringView(u"(/[").contains(lines_.Text.back()) &&
-                               !QStringView(u",.;:)/%]\u00BB").contains(text[at]) &&
-                               page_.Parent(node) != lastParent_ && !page_.Contains(lastParent_, node) &&
-                               !page_.Contains(page_.Parent(node), lastNode_);
+            const bool apart = tagBefore_ && lineBegun && !IsAmong(lines_.Text.back(), u"(/[") &&
+                               !IsAmong(text[at], u",.;:)/%]\u00BB") && page_.Parent(node) != lastParent_ &&
+                               !page_.Contains(lastParent_, node) && !page_.Contains(page_.Parent(node), lastNode_);
             if (lineBegun && (blankBefore_ || apart))
                 lines_.Text += u' ';
             if (lines_.Pieces.empty() || lines_.Pieces.back().Node != node)

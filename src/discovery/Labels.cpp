@@ -428,7 +428,8 @@ HintSet HintsOfLabel(QStringView text) {
         return 0;
     const HintSet hints = table.ValueOf(BareView(text).View());
     // "Address / العنوان": a label in two languages.
-    const qsizetype slash = hints == 0 ? text.indexOf(u" / ") : -1;
+    const bool mayBeTwo = hints == 0 && std::find(text.begin(), text.end(), u'/') != text.end();
+    const qsizetype slash = mayBeTwo ? text.indexOf(u" / ") : -1;
     return slash > 0 ? HintsOfLabel(text.first(slash)) & HintsOfLabel(text.sliced(slash + 3)) : hints;
 }
 

@@ -36,8 +36,11 @@ bool RecordPlaces::IsHours(QStringView text) {
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
 void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     const QStringView value = ValueOf(segment);
+    const bool dashed = std::any_of(value.begin(), value.end(), [](QChar c) { return c == u'-' || c == u'\u2013'; });
     for (const QStringView dash : {QStringView(u" - "), QStringView(u" \u2013 ")})
-        if (const qsizetype at = value.lastIndexOf(dash); at > 0 && IsDistance(value.sliced(at + dash.size()))) {
+        if (!dashed)
+            break;
+        else if (const qsizetype at = value.lastIndexOf(dash); at > 0 && IsDistance(value.sliced(at + dash.size()))) {
             segment.End = segment.Begin + at;
             break;
         }
