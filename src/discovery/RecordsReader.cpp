@@ -303,6 +303,18 @@ private:
         return filled == 0 ? 1 : static_cast<double>(phones.size()) / filled;
     }
 
+    // What begins the records of a flat list bears their names, or each has the name of the next one.
+    bool NamesComeFirst() const {
+        size_t first = 0;
+        size_t named = 0;
+        for (size_t record = 0; record < columns_.Count(); ++record)
+            if (const NodeIndex name = names_.NodeOf(record); name != noNode) {
+                ++named;
+                first += name < page_.Page.End(columns_.List.Records[record].Begin);
+            }
+        return first * 2 >= named;
+    }
+
     double DistinctAddresses() const {
         QSet<QString> addresses;
         for (const PageRecord& record : reading_.Records)
@@ -365,6 +377,8 @@ private:
         const double quality = contact + shares.Place + 0.5 * shares.Category + 0.5 * shares.Details +
                                0.25 * shares.Rating + std::min(names_.Score(), 6.0) / 3;
         reading_.Score = quality * std::min(count, 1000.0) * (names_.IsOneName() ? 0.5 : distinct);
+        if (columns_.List.Flat && !NamesComeFirst())
+            reading_.Score *= 0.85;
         const auto no = [this](const QString& why) {
             reading_.Sure = false;
             reading_.Verdict = why;
