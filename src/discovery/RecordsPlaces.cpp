@@ -88,7 +88,7 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     for (auto other = categoryElsewhere_.begin(); node == noNode && other != categoryElsewhere_.end(); ++other)
         node = columns_.Columns[*other].Nodes[record];
-    if (node == noNode || node == name)
+    if (node == noNode || (name != noNode && node >= name && node < page_.Page.End(name)))
         return;
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
                                           : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);

@@ -133,7 +133,7 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, QStringView name
         bool labelled = true;
         while (labelled) {
             QStringView text = all.sliced(segment.Begin, before - segment.Begin);
-            while (!text.isEmpty() && !text.back().isLetterOrNumber())
+            while (!text.isEmpty() && !text.back().isLetterOrNumber() && text.back() != u')')
                 text.chop(1);
             const qsizetype word =
                 std::max({text.lastIndexOf(u' '), text.lastIndexOf(u','), text.lastIndexOf(u'|')}) + 1;
