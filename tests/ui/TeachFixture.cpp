@@ -26,7 +26,8 @@ constexpr auto placeOf = uR"((what => {
     const range = document.createRange();
     range.selectNodeContents(found);
     const box = range.getClientRects()[0] || found.getBoundingClientRect();
-    return [box.left + box.width / 2, box.top + box.height / 2];
+    const zoom = devicePixelRatio / %2;
+    return [(box.left + box.width / 2) * zoom, (box.top + box.height / 2) * zoom];
 })(%1))";
 
 QString Quoted(QString text) {
@@ -91,10 +92,11 @@ QVariant TeachFixture::InPage(const QString& script) {
 }
 
 QPointF TeachFixture::PlaceOf(const QString& textOrLink) {
-    const QVariantList place = InPage(QString::fromUtf16(placeOf).arg(Quoted(textOrLink))).toList();
+    const QVariantList place =
+        InPage(QString::fromUtf16(placeOf).arg(Quoted(textOrLink)).arg(Run->Window->devicePixelRatioF())).toList();
     if (place.size() != 2)
         throw std::runtime_error("the page does not show " + textOrLink.toStdString());
-    return QPointF(place[0].toDouble(), place[1].toDouble()) * Run->Window->findChild<QWebEngineView*>()->zoomFactor();
+    return {place[0].toDouble(), place[1].toDouble()};
 }
 
 bool TeachFixture::PointAt(const QString& textOrLink, int what) {

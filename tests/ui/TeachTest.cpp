@@ -130,9 +130,15 @@ TEST_F(TeachTest, ThePageIsOnlyLookedAt) {
                        Qt::NoScrollPhase, false);
     QApplication::sendEvent(&Overlay(), &turned);
     EXPECT_TRUE(Run->Until([&] { return InPage(u"scrollY"_s).toInt() > 20; }, 10)) << "the wheel scrolls the page";
-    Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1.5);
+    // With the wheel, as people zoom.
+    const double before = InPage(u"devicePixelRatio"_s).toDouble();
+    QWheelEvent zoomed(middle, Overlay().mapToGlobal(middle), {}, {0, 240}, Qt::NoButton, Qt::ControlModifier,
+                       Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Overlay(), &zoomed);
+    ASSERT_TRUE(Run->Until([&] { return InPage(u"devicePixelRatio"_s).toDouble() > before * 1.1; }, 10));
     EXPECT_TRUE(markAt(lead.Phone)) << "follows zoom";
-    Run->Window->findChild<QWebEngineView*>()->setZoomFactor(1);
+    ASSERT_TRUE(PointAt(lead.Phone, Field::Phone));
+    EXPECT_FALSE(Session().IsProposed(Field::Phone)) << "and is pointed at there";
     // It is built anew, with other elements.
     const size_t records = Session().Reading().Records.size();
     InPage(u"document.querySelector('main').outerHTML += ''"_s);

@@ -2,6 +2,7 @@
 
 #include <QWebEnginePage>
 #include <QWebEngineScript>
+#include <QWebEngineView>
 
 namespace Brindle {
 
@@ -27,8 +28,10 @@ constexpr auto snapshot = uR"((() => {
     return [html, copy.outerHTML];
 })())";
 
-// What takes no room of its own is where its contents are.
-constexpr auto places = uR"((groups => {
+// What takes no room of its own is where its contents are. Whoever zooms with the wheel changes what the page takes for
+// a pixel, which the engine's zoom factor does not know.
+constexpr auto places = uR"(((groups, scale) => {
+    const zoom = devicePixelRatio / scale;
     const known = window.brindleElements;
     if (!known) return [true, []];
     const placeOf = element => {
@@ -50,19 +53,20 @@ constexpr auto places = uR"((groups => {
             left = Math.min(left, box.left); top = Math.min(top, box.top);
             right = Math.max(right, box.right); bottom = Math.max(bottom, box.bottom);
         }
-        return right > left ? [left, top, right - left, bottom - top] : [0, 0, 0, 0];
+        return right > left ? [left, top, right - left, bottom - top].map(length => length * zoom) : [0, 0, 0, 0];
     });
     return [window.brindleChanged === true, result];
-})(%1))";
+})(%1, %2))";
 
 // Pages lay empty links and veils over what they show; one that shows nothing is looked through.
-constexpr auto elementAt = uR"(((x, y) => {
+constexpr auto elementAt = uR"(((x, y, scale) => {
+    const zoom = devicePixelRatio / scale;
     const shows = each => each.textContent.trim() || each.matches('img,svg,canvas,video,input,button,select,iframe,area');
-    const there = document.elementsFromPoint(x, y);
+    const there = document.elementsFromPoint(x / zoom, y / zoom);
     let element = there.find(shows) || there[0];
     while (element && !(window.brindleNumbers && window.brindleNumbers.has(element))) element = element.parentElement;
     return element ? window.brindleNumbers.get(element) : -1;
-})(%1, %2))";
+})(%1, %2, %3))";
 
 constexpr auto scrollTo = uR"((number => {
     const element = window.brindleElements && window.brindleElements[number];
@@ -88,30 +92,35 @@ void WebEnginePointing::AskPlaces(const std::vector<std::vector<int>>& groups,
             list += (i > 0 ? u"," : u"") + QString::number(group[i]);
         list += u']';
     }
-    Ask(QString::fromUtf16(places).arg(u'[' + list + u']'), [this, answer = std::move(answer)](const QVariant& value) {
-        const QVariantList both = value.toList();
-        if (both.size() != 2)
-            return;
-        ShownPlaces shown;
-        shown.Changed = both[0].toBool();
-        const double zoom = page_.zoomFactor();
-        for (const QVariant& place : both[1].toList()) {
-            const QVariantList box = place.toList();
-            shown.Places.emplace_back(box.value(0).toDouble() * zoom, box.value(1).toDouble() * zoom,
-                                      box.value(2).toDouble() * zoom, box.value(3).toDouble() * zoom);
-        }
-        answer(shown);
-    });
+    Ask(QString::fromUtf16(places).arg(u'[' + list + u']').arg(ScaleOfView()),
+        [answer = std::move(answer)](const QVariant& value) {
+            const QVariantList both = value.toList();
+            if (both.size() != 2)
+                return;
+            ShownPlaces shown;
+            shown.Changed = both[0].toBool();
+            for (const QVariant& place : both[1].toList()) {
+                const QVariantList box = place.toList();
+                shown.Places.emplace_back(box.value(0).toDouble(), box.value(1).toDouble(), box.value(2).toDouble(),
+                                          box.value(3).toDouble());
+            }
+            answer(shown);
+        });
 }
 
 void WebEnginePointing::AskElementAt(QPointF place, std::function<void(int)> answer) {
-    const QPointF inPage = place / page_.zoomFactor();
-    Ask(QString::fromUtf16(elementAt).arg(inPage.x()).arg(inPage.y()),
+    Ask(QString::fromUtf16(elementAt).arg(place.x()).arg(place.y()).arg(ScaleOfView()),
         [answer = std::move(answer)](const QVariant& number) {
             bool isNumber = false;
             const int element = number.toInt(&isNumber);
             answer(isNumber ? element : -1);
         });
+}
+
+// Device pixels to one of the view's.
+double WebEnginePointing::ScaleOfView() const {
+    const QWebEngineView* const view = QWebEngineView::forPage(&page_);
+    return view ? view->devicePixelRatioF() : 1;
 }
 
 void WebEnginePointing::ScrollTo(int element) {

@@ -23,6 +23,7 @@ public:
     void ScrollTo(int element) override;
 
 private:
+    double ScaleOfView() const;
     void Ask(const QString& script, std::function<void(const QVariant&)> answer);
 
     QWebEnginePage& page_;
