@@ -67,7 +67,6 @@ std::vector<Command> TreeCommands() {
     std::vector<Command> commands;
     for (const Written& line : code) {
         QString text = line.Text;
-        text.remove(QRegularExpression(u"^time \\(|\\)$"_s));
         for (const QString& part : text.split(u" && "_s)) {
             QStringList words = ArgumentsOf(part);
             while (!words.isEmpty() && assignment.match(words.first()).hasMatch())
