@@ -277,15 +277,19 @@ QString RecordNames::ReadName(size_t record) const {
     if (const TextPiece* const badge = badges_.isEmpty() ? nullptr : BadgeOf(node))
         if (const QStringView text = columns_.Page.Lines.TextOf(*badge); badges_.contains(BareWords(text)))
             name = name.chopped(text.size()).trimmed();
-    // A name that is cut off may stand whole in the title.
-    const bool cut = name.endsWith(u"...") || name.endsWith(u'\u2026');
-    if (cut)
-        for (NodeIndex at = node; at != noNode && at >= node - 2; at = page.Parent(at)) {
+    // A name that is cut off may stand whole in the title, of its element, one around it or its link.
+    if (name.endsWith(u"...") || name.endsWith(u'\u2026')) {
+        const QString kept = name.chopped(name.endsWith(u'\u2026') ? 1 : 3).trimmed();
+        const auto take = [&](NodeIndex at) {
             const QString title = page.Attribute(at, u"title").toString().simplified();
-            const qsizetype kept = name.size() - (name.endsWith(u'\u2026') ? 1 : 3);
-            if (title.size() > kept && title.startsWith(QStringView(name).first(kept).trimmed()))
+            if (title.size() > kept.size() && title.startsWith(kept) && title != name)
                 name = title;
-        }
+        };
+        for (NodeIndex at = std::min(page.End(node), node + 4) - 1; at > node; --at)
+            take(at);
+        for (NodeIndex at = node; at != noNode && at >= node - 2; at = page.Parent(at))
+            take(at);
+    }
     name = WithoutNumber(name);
     if (const LeadingLabel label = LabelAtBegin(name); Has(label.Hints, Hint::Name))
         name = name.sliced(label.Length);

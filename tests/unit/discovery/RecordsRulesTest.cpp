@@ -257,6 +257,14 @@ TEST(Rules, TownsBeforeTheStreetInRussia) {
     EXPECT_EQ(address(u"Рестораны"_s), "ул. Ленина, 3");
 }
 
+TEST(Rules, NamesThatAreCutOffStandInTheirTitles) {
+    const QString entry = u"<section><h3><a href='/b/{i}' title='Haus {c} am Ring'>Haus {c} …</a></h3>"_s + place +
+                          call + u"</section>"_s;
+    const auto records = Read(entry, u"Elektriker"_s, 6);
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[2].Fields.Name.toStdString(), "Haus D am Ring");
+}
+
 TEST(Rules, StarsBeforeANameWithoutAnyMark) {
     const auto records = Read(u"<a href='/b/{i}'><div><img> <span>★ 4.{i} (1{i})</span></div><div>Haus {c}</div>"
                               u"<div>Ringweg {i}, 50667 Köln</div><div>0221 55512{i}</div></a>"_s,

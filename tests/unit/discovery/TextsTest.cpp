@@ -185,6 +185,26 @@ TEST(Texts, PartsOfAnAddressInOneLine) {
         EXPECT_EQ(ComposedAddress(row.Parts).toStdString(), row.Whole.toStdString());
 }
 
+TEST(Texts, LinesAsAPageShowsThem) {
+    const struct {
+        QString Html, Lines;
+    } cases[] = {
+        {u"<p>a  b\n c<p>d"_s, u"a b c|d"_s},
+        {u"<p><b>12345</b><b>Town</b>"_s, u"12345 Town"_s},
+        {u"<p><b>Haupt</b>straße <b>(</b><i>x</i><b>)</b>"_s, u"Hauptstraße (x)"_s},
+        {u"<p>a<br>b<script>c</script><i> d </i>e"_s, u"a|b d e"_s},
+        {u"<p>a &nbsp; b\u200b"_s, u"a b"_s},
+    };
+    for (const auto& row : cases) {
+        const PageTree page(row.Html);
+        const PageLines lines(page);
+        QStringList texts;
+        for (const TextLine& line : lines.Lines)
+            texts << lines.TextOf(line).toString();
+        EXPECT_EQ(texts.join(u'|').toStdString(), row.Lines.toStdString()) << row.Html.toStdString();
+    }
+}
+
 TEST(Texts, BlanksAreLevelledInCopiesAndInPlace) {
     const struct {
         QString Text, Level;
