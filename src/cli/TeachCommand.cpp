@@ -1,12 +1,12 @@
 #include "cli/AnyPageCommands.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
+#include "core/OutputFile.h"
 #include "recipes/LearnRecipe.h"
 #include "recipes/RecipeFile.h"
 
 #include <QDir>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 namespace Brindle {
 
@@ -61,9 +61,9 @@ int RunTeach(const CommandLine& line, Console& console) {
     if (line.OutFileName.isEmpty()) {
         WriteToStandardOutput(text);
     } else {
-        QSaveFile file(line.OutFileName);
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-            throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(line.OutFileName), file.errorString()));
+        OutputFile file(line.OutFileName);
+        if (!file.Open() || !file.Write(text) || !file.Commit())
+            throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(line.OutFileName), file.ErrorString()));
     }
     QStringList counts;
     for (const RecipeField& field : learned.What.Fields)

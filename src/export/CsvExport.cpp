@@ -1,10 +1,10 @@
 #include "export/CsvExport.h"
 
 #include "core/Errors.h"
+#include "core/OutputFile.h"
 #include "export/CsvFormat.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 namespace Brindle {
 
@@ -15,9 +15,9 @@ namespace {
 constexpr qsizetype bufferSize = 1 << 18; // stays in the processor's cache
 constexpr qsizetype rowsPerReport = 5000;
 
-void WriteOut(QSaveFile& file, QByteArray& buffer) {
-    if (file.write(buffer) != buffer.size())
-        throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(file.fileName()), file.errorString()));
+void WriteOut(OutputFile& file, const QString& fileName, QByteArray& buffer) {
+    if (!file.Write(buffer))
+        throw SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.ErrorString()));
     buffer.resize(0); // keeps its memory
 }
 
@@ -25,11 +25,11 @@ void WriteOut(QSaveFile& file, QByteArray& buffer) {
 
 bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows rows, const Settings& settings,
                  const ExportProgress& progress) {
-    QSaveFile file(fileName);
+    OutputFile file(fileName);
     const auto failed = [&] {
-        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.ErrorString()));
     };
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!file.Open())
         throw failed();
     CsvFormat format(settings);
     QByteArray buffer;
@@ -43,12 +43,12 @@ bool SaveRecords(const QString& fileName, const LeadList& leads, ExportedRows ro
             break;
         format.AppendLead(buffer, leads.StoredAt(row));
         if (buffer.size() >= bufferSize)
-            WriteOut(file, buffer);
+            WriteOut(file, fileName, buffer);
         if (progress && (i + 1) % rowsPerReport == 0 && !progress(i + 1, count))
             return false;
     }
-    WriteOut(file, buffer);
-    if (!file.commit())
+    WriteOut(file, fileName, buffer);
+    if (!file.Commit())
         throw failed();
     return true;
 }

@@ -1,10 +1,10 @@
 #include "export/SaveLeads.h"
 
 #include "core/Errors.h"
+#include "core/OutputFile.h"
 #include "export/Workbook.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 namespace Brindle {
 
@@ -46,15 +46,15 @@ bool SaveLeads(const QString& fileName, LeadFormat format, const ExportShape& sh
     }
     if (format == LeadFormat::Csv && shape.Extra.IsEmpty())
         return SaveRecords(fileName, leads, rows, shape.Options, progress);
-    QSaveFile file(fileName);
+    OutputFile file(fileName);
     const auto failed = [&] {
-        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        return SaveError(u"%1: %2"_s.arg(QDir::toNativeSeparators(fileName), file.ErrorString()));
     };
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (!file.Open())
         throw failed();
     QByteArray buffer;
     const auto writeOut = [&] {
-        if (file.write(buffer) != buffer.size())
+        if (!file.Write(buffer))
             throw failed();
         buffer.resize(0); // keeps its memory
     };
@@ -69,7 +69,7 @@ bool SaveLeads(const QString& fileName, LeadFormat format, const ExportShape& sh
     if (!whole)
         return false;
     writeOut();
-    if (!file.commit())
+    if (!file.Commit())
         throw failed();
     return true;
 }

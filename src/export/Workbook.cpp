@@ -1,13 +1,13 @@
 #include "export/Workbook.h"
 
 #include "core/Errors.h"
+#include "core/OutputFile.h"
 #include "export/CsvFormat.h"
 #include "export/XlsxWriter.h"
 #include "toolkit/Ascii.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <array>
@@ -175,18 +175,18 @@ void Workbook::Finish() {
     if (error != LXW_NO_ERROR)
         Fail(QString::fromLocal8Bit(XlsxWriter().lxw_strerror(error)));
     QFile made(work_.filePath(u"leads.xlsx"_s));
-    QSaveFile file(fileName_);
+    OutputFile file(fileName_);
     if (!made.open(QIODevice::ReadOnly))
         Fail(made.errorString());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        Fail(file.errorString());
+    if (!file.Open())
+        Fail(file.ErrorString());
     for (QByteArray piece = made.read(pieceSize); !piece.isEmpty(); piece = made.read(pieceSize))
-        if (file.write(piece) != piece.size())
-            Fail(file.errorString());
+        if (!file.Write(piece))
+            Fail(file.ErrorString());
     if (made.error() != QFileDevice::NoError)
         Fail(made.errorString());
-    if (!file.commit())
-        Fail(file.errorString());
+    if (!file.Commit())
+        Fail(file.ErrorString());
 }
 
 void Workbook::Fail(const QString& reason) const {

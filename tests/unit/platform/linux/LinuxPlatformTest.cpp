@@ -1,14 +1,18 @@
+#include "core/OutputFile.h"
 #include "platform/CreatePlatform.h"
 #include "platform/StandardStreams.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Brindle {
@@ -120,6 +124,34 @@ TEST(StandardStreams, KnowsWhetherAnybodySeesItsErrors) {
     EXPECT_FALSE(seen(journal[0]));
     for (const int descriptor : {ends[0], ends[1], journal[0], journal[1]})
         close(descriptor);
+}
+
+// "--out /dev/null" as the administrator must not put a file there.
+TEST(OutputFile, APipeStaysAPipeAndAFileIsWrittenWhole) {
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath(u"pipe"_s);
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const int end = open(QFile::encodeName(pipe).constData(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(end, 0);
+    OutputFile file(pipe);
+    ASSERT_TRUE(file.Open());
+    EXPECT_TRUE(file.Write("a lead\n"));
+    EXPECT_TRUE(file.Commit());
+    char bytes[16];
+    EXPECT_EQ(read(end, bytes, sizeof bytes), 7);
+    close(end);
+    EXPECT_FALSE(QFileInfo(pipe).isFile());
+
+    const QString plain = folder.filePath(u"leads.csv"_s);
+    for (const bool whole : {true, false}) {
+        OutputFile next(plain);
+        ASSERT_TRUE(next.Open());
+        EXPECT_TRUE(next.Write(whole ? "first" : "second"));
+        EXPECT_TRUE(!whole || next.Commit());
+    }
+    QFile written(plain);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(), "first");
 }
 
 } // namespace
