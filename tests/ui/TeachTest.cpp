@@ -157,6 +157,16 @@ TEST_F(TeachTest, ThePageIsOnlyLookedAt) {
     QTest::mouseClick(&Overlay(), Qt::LeftButton, {}, Overlay().CrossOf(wrong).center().toPoint());
     EXPECT_FALSE(MarkOf(u"Phone"_s).isValid() && !Session().ElementsOf(Field::Phone).empty());
     EXPECT_TRUE(Session().Reading().Records.front().Fields.Phone.isEmpty());
+
+    // Asked for the next page, a click says which it is, without a question.
+    Lesson().AskField = [](const std::vector<Field>&) { return -1; };
+    Run->Click(u"btnTeachNoNext");
+    EXPECT_TRUE(Session().Reading().Next.isEmpty());
+    Run->Click(u"btnTeachNext");
+    const QPointF next = PlaceOf(u"Next"_s);
+    QTest::qWait(200);
+    QTest::mouseClick(&Overlay(), Qt::LeftButton, {}, next.toPoint());
+    EXPECT_TRUE(Run->Until([this] { return !Session().Reading().Next.isEmpty(); }, 10));
 }
 
 TEST_F(TeachTest, ThePagesOfTheBusinessesAreReadWhereTheyArePointedAt) {
