@@ -137,7 +137,8 @@ TEST(RecipeReader, TheNextPageIsOnTheSameSiteAndAnotherOne) {
 TEST(RecipeReader, DetailsComeFromRowsOrFromStructuredData) {
     const PageTree page(
         u"<h1>Joe</h1><p class=fax>555-0199</p><script type='application/ld+json'>[{\"@type\":\"Hotel\","
-        u"\"name\":\"Joe\",\"url\":\"/other\",\"telephone\":\"555-0100\",\"email\":\"j@x.example\"},{\"@type\":\"Hotel\",\"name\":"
+        u"\"name\":\"Joe\",\"url\":\"/"
+        u"other\",\"telephone\":\"555-0100\",\"email\":\"j@x.example\"},{\"@type\":\"Hotel\",\"name\":"
         u"\"Other\",\"telephone\":\"1\"}]</script>"_s);
     const QByteArray list = "[list]\nrecords = 'li'\n[fields]\n\"Business Name\" = 'b'\n[details]\nlink = 'a'\n";
     Lead lead{.Name = u"JOE"_s, .Phone = u"555-0111"_s};
