@@ -1,0 +1,190 @@
+// The trades of records.
+#include "discovery/PostalAddressWords.h"
+#include "discovery/RecordsPlaceText.h"
+#include "discovery/RecordsPlaces.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
+                                std::array<NodeIndex, FieldCount>& nodes) const {
+    if (category_ < 0)
+        return;
+    NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
+    for (auto other = categoryElsewhere_.begin(); node == noNode && other != categoryElsewhere_.end(); ++other)
+        node = columns_.Columns[*other].Nodes[record];
+    if (node == noNode || (name != noNode && node >= name && node < page_.Page.End(name)))
+        return;
+    const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
+                                          : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
+    if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
+        LabelAtBegin(category).Hints != 0)
+        return;
+    lead.Category = category;
+    nodes[static_cast<size_t>(Field::Category)] = node;
+}
+
+// The trades beside the first one, each in an element that looks like its: "<a>Plumbers</a> <a>Heating</a>".
+QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) const {
+    const PageTree& page = page_.Page;
+    QString further;
+    if (first <= range.Begin || page.Is(first, u"p") || page.Is(first, u"td"))
+        return further;
+    const QString look = page.Attribute(first, u"class").toString();
+    int most = 12;
+    for (NodeIndex next = page.NextSibling(first); next != noNode && next < range.End; next = page.NextSibling(next)) {
+        if (!page.IsElement(next)) {
+            if (!IsMarksOnly(page_.TextWithin(next)))
+                break;
+            continue;
+        }
+        const QString text = ListText(next);
+        if (page.Name(next) != page.Name(first) || page.Attribute(next, u"class") != look || text.isEmpty() ||
+            text.size() > 60 || HasDigit(text) || IsButtonText(BareWords(text)) || --most < 0)
+            break;
+        further += u", "_s + text;
+    }
+    return further;
+}
+
+void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {
+    double best = 0;
+    const double count = static_cast<double>(columns_.Count());
+    for (size_t i = 0; i < columns_.Columns.size(); ++i) {
+        const RecordColumn& column = columns_.Columns[i];
+        if (static_cast<int>(i) == town_)
+            continue;
+        const bool says = Has(column.Own, Hint::Category) || Has(column.Label, Hint::Category);
+        const bool other = column.IsHeading || Has(column.Own, Hint::Name) ||
+                           ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||
+                           column.AddressLines > 0.2 || column.Dates > 0.2 || column.Prices > 0.2 ||
+                           column.Buttons > 0.3 || column.Wordless > 0.3 || column.Length > 150 || column.Length < 2;
+        // Nothing below would take it.
+        const bool unlike = !says && (column.Filled < count * 0.5 || column.Digits >= 0.2 || column.Length > 60);
+        if (other || unlike)
+            continue;
+        int labels = 0;
+        int kinds = 0;
+        int ofSubject = 0;
+        int seen = 0;
+        int places = 0;
+        int ranged = 0;
+        int sentences = 0;
+        bool onLinks = false;
+        qsizetype wordsOfOne = 0;
+        for (size_t record = 0; record < column.Nodes.size(); ++record) {
+            const NodeIndex node = column.Nodes[record];
+            if (node == noNode || seen >= 60)
+                continue;
+            ++seen;
+            const QStringView text = columns_.ViewOf(node);
+            const BareView bare(text);
+            const QStringView words = bare.View();
+            places += text == leads[record].Name || (!text.isEmpty() && leads[record].FullAddress.contains(text));
+            labels += HintsOfLabel(text) != 0;
+            const auto piece = static_cast<size_t>(page_.Lines.PieceFrom(node));
+            onLinks = onLinks || page_.LinkAt(page_.Page.Parent(page_.Lines.Pieces[piece].Node)) != nullptr;
+            wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
+            ranged += !TradeBesideRange(text).isEmpty();
+            sentences += text.endsWith(u'.') && words.count(u' ') > 0;
+            kinds += NamesBusinesses(words);
+            ofSubject += words.size() >= 4 && subject.contains(words);
+        }
+        if (places * 2 > seen || ranged * 2 > seen || (!says && sentences * 2 > seen))
+            continue;
+        if (labels * 2 > seen && !Has(column.Own, Hint::Category))
+            continue;
+        if (labels * 4 > seen * 3)
+            continue;
+        // What is the same in all records is part of the page's furniture, unless the page is about it.
+        const bool constant = column.Distinct * column.Filled < 1.5;
+        const bool labelled = Has(column.Label, Hint::Category);
+        const bool trade = kinds == seen && seen >= 3 && !onLinks && wordsOfOne == 1;
+        // "<span class=tag>Open</span>": what only calls itself a tag must name a trade.
+        const auto first =
+            std::find_if(column.Nodes.begin(), column.Nodes.end(), [](NodeIndex node) { return node != noNode; });
+        const QString look =
+            first == column.Nodes.end() ? QString() : page_.Page.Attribute(*first, u"class").toString().toLower();
+        const bool tag = look.contains(u"tag") || look.contains(u"service") || look.contains(u"status");
+        const bool furniture = !says || (column.IsLink && !labelled) || (!labelled && tag && kinds < seen);
+        if (constant && furniture && ofSubject * 2 <= seen && !trade)
+            continue;
+        double score = 0;
+        if (says)
+            score = 3;
+        else if (column.Filled >= count * 0.5 && column.Digits < 0.2 && column.Length <= 60 && column.Distinct < 0.9 &&
+                 (kinds * 2 > seen || ofSubject * 2 > seen))
+            score = 1.5;
+        else if (column.Filled >= count * 0.5 && column.Digits < 0.1 && column.Length <= 40 && column.Distinct < 0.5 &&
+                 column.Distinct * column.Filled > 2.5 && std::max(kinds, ofSubject) * 4 >= seen)
+            score = 1.2; // what is said again and again is a trade when some of it is known to be one
+        // A few entries may all be of different trades.
+        else if (column.Filled >= count * 0.8 && column.Digits == 0 && column.Length <= 30 && wordsOfOne <= 4 &&
+                 kinds == seen && seen >= 3)
+            score = 1.1;
+        score *= 0.3 + 0.7 * column.Filled / count;
+        if (score > best) {
+            best = score;
+            category_ = static_cast<int>(i);
+            categoryWhy_ =
+                says ? u"calls itself a category"_s : u"short texts that name trades or the page’s subject"_s;
+        }
+    }
+    if (category_ < 0)
+        ChooseTradeBesideRange();
+    else
+        FindCategoryElsewhere();
+}
+
+// Paid entries may have their category at another place: it is an element of the same name and class.
+void RecordPlaces::FindCategoryElsewhere() {
+    const auto first = [](const RecordColumn& column) {
+        return *std::find_if(column.Nodes.begin(), column.Nodes.end(), [](NodeIndex node) { return node != noNode; });
+    };
+    const RecordColumn& chosen = columns_.Columns[static_cast<size_t>(category_)];
+    const NodeIndex node = first(chosen);
+    const QStringView look = page_.Page.Attribute(node, u"class");
+    if (look.isEmpty() || static_cast<size_t>(chosen.Filled) == columns_.Count())
+        return;
+    for (size_t i = 0; i < columns_.Columns.size(); ++i) {
+        const NodeIndex other = static_cast<int>(i) == category_ ? noNode : first(columns_.Columns[i]);
+        if (other != noNode && page_.Page.Name(other) == page_.Page.Name(node) &&
+            page_.Page.Attribute(other, u"class") == look)
+            categoryElsewhere_.push_back(i);
+    }
+}
+
+// The texts of an element's parts, parted by commas where the page parts them by its style.
+QString RecordPlaces::ListText(NodeIndex node) const {
+    constexpr QStringView marks = u",;/|\u203A\u2022\u00B7>-\u2013&(";
+    QString text;
+    NodeIndex parent = noNode;
+    qsizetype behind = -1;
+    const NodeIndex end = page_.Page.End(node);
+    for (auto i = static_cast<size_t>(page_.Lines.PieceFrom(node));
+         i < page_.Lines.Pieces.size() && page_.Lines.Pieces[i].Node < end && text.size() < 300; ++i) {
+        const TextPiece& piece = page_.Lines.Pieces[i];
+        const QStringView part = page_.Lines.TextOf(piece);
+        if (text.isEmpty() && Has(HintsOfLabel(part), Hint::Category))
+            continue;
+        if (!text.isEmpty()) {
+            const NodeIndex element = page_.Page.Parent(piece.Node);
+            const bool parted = marks.contains(text.back()) || marks.contains(part.front());
+            if (!parted && element != parent && element != node && parent != node)
+                text += u", ";
+            else if (piece.Begin > behind && part.front() != u',')
+                text += u' ';
+        }
+        text += part;
+        behind = piece.Begin + piece.Length;
+        parent = page_.Page.Parent(piece.Node);
+    }
+    if (const LeadingLabel label = LabelAtBegin(text); Has(label.Hints, Hint::Category))
+        text = text.sliced(label.Length);
+    return Tidy(text);
+}
+
+} // namespace Brindle
