@@ -16,7 +16,13 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     for (auto other = categoryElsewhere_.begin(); node == noNode && other != categoryElsewhere_.end(); ++other)
         node = columns_.Columns[*other].Nodes[record];
-    if (node == noNode || (name != noNode && node >= name && node < page_.Page.End(name)))
+    if (node == noNode || node == name)
+        return;
+    // A part of the name's own line is a part of the name; a heading may hold more lines.
+    const auto lineOf = [this](NodeIndex at) {
+        return page_.Lines.Pieces[static_cast<size_t>(page_.Lines.PieceFrom(at))].Line;
+    };
+    if (name != noNode && node > name && node < page_.Page.End(name) && lineOf(node) == lineOf(name))
         return;
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
                                           : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
