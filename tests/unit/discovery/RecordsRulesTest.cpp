@@ -494,9 +494,11 @@ TEST(Rules, ListsOfOtherMakes) {
             one.Html.sliced(end + 1));
         const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
         ASSERT_EQ(records.size(), one.Records) << one.What;
-        for (int column = 0; column < FieldCount; ++column)
-            if (const QString& wanted = one.Expected.At(column); !wanted.isEmpty())
+        for (int column = 0; column < FieldCount; ++column) {
+            if (const QString& wanted = one.Expected.At(column); !wanted.isEmpty()) {
                 EXPECT_EQ(records[2].Fields.At(column).toStdString(), wanted.toStdString()) << one.What;
+            }
+        }
     }
 }
 
