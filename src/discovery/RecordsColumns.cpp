@@ -122,6 +122,7 @@ void RecordColumns::ReadSpans(NodeIndex table) {
         if (!page.Is(row, u"tr") || (page.Parent(row) != table && page.Parent(page.Parent(row)) != table))
             continue;
         std::vector<std::pair<int, NodeIndex>> reaching;
+        reaching.reserve(carried.size());
         for (auto& [column, one] : carried)
             reaching.emplace_back(column, one.second);
         std::map<int, std::pair<int, NodeIndex>> next;

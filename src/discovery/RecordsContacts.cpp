@@ -36,7 +36,7 @@ QString RedirectTarget(const QString& address) {
         const qsizetype equals = pair.indexOf(u'=');
         if (equals < 0)
             continue;
-        const QString value = QUrl::fromPercentEncoding(pair.sliced(equals + 1).toUtf8());
+        QString value = QUrl::fromPercentEncoding(pair.sliced(equals + 1).toUtf8());
         if (value.startsWith(u"http://") || value.startsWith(u"https://"))
             return value;
     }

@@ -171,7 +171,7 @@ QWidget* MainForm::BuildBrowserPage(QWidget* browserView) {
     beside->addWidget(browserView);
     Teach = new TeachPanel(beside);
     Teach->hide();
-    beside->addWidget(Teach);
+    beside->addWidget(new ScrolledPane(Teach, beside));
     beside->setStretchFactor(0, 1);
     beside->setSizes({900, 340});
     column->addWidget(beside, 1);

@@ -1,6 +1,8 @@
 #include "ui/WrapRow.h"
 
 #include <QEvent>
+#include <QScreen>
+#include <QScrollBar>
 #include <QSpacerItem>
 
 #include <algorithm>
@@ -115,10 +117,57 @@ void WrapRow::PlaceLine(size_t from, size_t to, const QRect& line) const {
     }
 }
 
+namespace {
+
+// What a layout needs at least in a width.
+int HeightFor(const QLayout& layout, int width) {
+    return layout.hasHeightForWidth() ? layout.minimumHeightForWidth(width) : layout.minimumSize().height();
+}
+
+} // namespace
+
 bool PaneOfRows::event(QEvent* event) {
     const bool done = QWidget::event(event);
     if (layout() && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
-        setMinimumHeight(layout()->minimumHeightForWidth(width()));
+        setMinimumHeight(HeightFor(*layout(), width()));
+    return done;
+}
+
+ScrolledPane::ScrolledPane(QWidget* pane, QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    const bool visible = !pane->isHidden();
+    setWidget(pane); // shows it
+    pane->setVisible(visible);
+    setVisible(visible);
+    setMinimumWidth(pane->minimumWidth());
+    pane->installEventFilter(this);
+}
+
+// As high as the pane needs where the screen has that room; on a smaller one the pane is scrolled.
+void ScrolledPane::Fit() {
+    constexpr int others = 290;                // what the window has above and below
+    const QSize whole = maximumViewportSize(); // without a scroll bar
+    const auto neededFor = [this](int width) { return HeightFor(*widget()->layout(), width); };
+    const int needed = neededFor(whole.width());
+    setMinimumHeight(std::min(needed, std::max(120, screen()->availableGeometry().height() - others)));
+    const int narrow = whole.width() - verticalScrollBar()->sizeHint().width();
+    widget()->resize(whole.height() >= needed ? whole : QSize(narrow, neededFor(narrow)));
+}
+
+void ScrolledPane::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    Fit();
+}
+
+bool ScrolledPane::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == widget() && (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent))
+        setVisible(event->type() == QEvent::ShowToParent);
+    const bool done = QScrollArea::eventFilter(watched, event);
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        QMetaObject::invokeMethod(
+            this, [this] { Fit(); }, Qt::QueuedConnection);
     return done;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLayout>
+#include <QScrollArea>
 #include <QWidget>
 
 #include <vector>
@@ -42,6 +43,20 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+};
+
+/// Scrolls a pane up and down where the window has less height than the pane's rows need; it is there while the pane
+/// is.
+class ScrolledPane : public QScrollArea {
+public:
+    ScrolledPane(QWidget* pane, QWidget* parent);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Fit();
 };
 
 } // namespace Brindle

@@ -9,8 +9,12 @@
 #include "ui/ProgramOptions.h"
 #include "ui/StatusBarView.h"
 #include "ui/UpdateCheck.h"
+#include "ui/WrapRow.h"
 
+#include <QPushButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +36,31 @@ TEST(BrowserEmulationTest, FollowsTheStartOfTheVersion) {
     SetIERegistryKey(u"8.0"_s, u"brindle.exe"_s, system, browser);
     EXPECT_EQ(browser.Calls, QStringList{u"agent Mozilla/4.0 (compatible; MSIE 8.0; Windows NT 6.0)"_s});
     EXPECT_EQ(system.Written[0], u"FEATURE_BROWSER_EMULATION|brindle.exe|8888"_s);
+}
+
+// A screen can be lower than the rows of a pane: they are scrolled then, and none of them is cut off.
+TEST(ScrolledPaneTest, KeepsARowWithinReachAndFollowsItsPane) {
+    QWidget window;
+    auto* const pane = new PaneOfRows;
+    auto* const column = new QVBoxLayout(pane);
+    for (int row = 0; row < 40; ++row)
+        column->addWidget(new QPushButton(u"Row %1"_s.arg(row), pane));
+    pane->hide();
+    auto* const area = new ScrolledPane(pane, &window);
+    auto* const around = new QVBoxLayout(&window);
+    around->addWidget(area);
+    window.resize(300, 300);
+    window.show();
+    EXPECT_FALSE(area->isVisible());
+    pane->show();
+    EXPECT_TRUE(area->isVisible());
+    area->setMinimumHeight(0);
+    area->resize(300, 250);
+    EXPECT_GE(pane->height(), column->minimumSize().height());
+    EXPECT_EQ(area->verticalScrollBar()->maximum(), pane->height() - area->viewport()->height());
+    EXPECT_LE(pane->width(), area->viewport()->width());
+    pane->hide();
+    EXPECT_FALSE(area->isVisible());
 }
 
 TEST(LeadTableModelTest, GivesTheLeadsOfAPageToTheViewTogether) {
