@@ -71,6 +71,7 @@ struct Opened {
                   .Sites = sites,
                   .SettingsFolder = Folder.path(),
                   .SettingsFileName = Folder.filePath(u"settings.dat"_s),
+                  .SitesFileName = {},
                   .CreateBrowser = CreateWebEngineBrowser}) {}
 };
 
