@@ -110,6 +110,48 @@ void AddPaidEntries(const PageAnnotations& page, const Signatures& signatures, c
             }));
 }
 
+void CountFields(AnyPageReading& reading, const QString& why);
+
+// What an element and those around it are called, as far as it is the same on all pages of a list.
+QString LookOf(const PageTree& page, NodeIndex node) {
+    QString look;
+    for (int level = 0; level < 4 && node != noNode; ++level, node = page.Parent(node))
+        look += page.Name(node) + u'.' + SturdyClasses(page.Attribute(node, u"class")).join(u'.') + u'<';
+    return look;
+}
+
+// The last page of a list has one or two records, which prove nothing by themselves.
+void GoOn(const PageAnnotations& page, const Signatures& signatures, const PageSubject& subject,
+          const QStringList& before, AnyPageReading& reading) {
+    if (before.isEmpty())
+        return;
+    const PageTree& tree = page.Page;
+    RecordList list;
+    for (NodeIndex node = tree.Body(); node != noNode && node < tree.End(tree.Body()); ++node) {
+        const bool named = tree.IsElement(node) && std::any_of(before.begin(), before.end(), [&](const QString& look) {
+                               return look.startsWith(tree.Name(node)) && look == LookOf(tree, node);
+                           });
+        if (named && page.FactsOf(node).Characters > 0 && (list.Records.empty() || node >= list.Records.back().End))
+            list.Records.push_back({node, tree.End(node)});
+    }
+    if (list.Records.empty())
+        return;
+    RecordsReading records = ReadRecords(page, signatures, list, subject, Selectors::Left);
+    std::erase_if(records.Records, [](const PageRecord& record) {
+        return record.Fields.Phone.isEmpty() && record.Fields.FullAddress.isEmpty() &&
+               record.Fields.DetailsLink.isEmpty();
+    });
+    if (records.Records.empty())
+        return;
+    reading.Looks = before;
+    reading.Source = u"shape"_s;
+    records.Verdict = u"taken: it goes on with the list of the page before"_s;
+    reading.Candidates.insert(reading.Candidates.begin(), {records.Selector, static_cast<int>(records.Records.size()),
+                                                           records.Score, records.Verdict});
+    Take(reading, records);
+    CountFields(reading, {});
+}
+
 void CountFields(AnyPageReading& reading, const QString& why) {
     for (int column = 0; column < FieldCount; ++column) {
         const auto field = static_cast<Field>(column);
@@ -128,7 +170,7 @@ void CountFields(AnyPageReading& reading, const QString& why) {
     }
 }
 
-AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors selectors) {
+AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors selectors, const QStringList& before) {
     AnyPageReading reading;
     const PageLines lines(page);
     reading.Next = FindNextPage(page, lines, url);
@@ -183,14 +225,20 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
         const bool witnessed = best.Witness >= wellWitnessed;
         if (best.Witness > 0)
             merge.AddTo(best);
+        for (const PageRecord& record : best.Records)
+            if (const QString look = LookOf(page, record.Begin);
+                record.End == page.End(record.Begin) && reading.Looks.size() < 4 && !reading.Looks.contains(look))
+                reading.Looks.push_back(look);
         Take(reading, best);
         reading.Source = witnessed ? merge.Source() : u"shape"_s;
         CountFields(reading, merge.Source());
         return reading;
     }
     std::vector<PageRecord> alone = merge.Alone();
-    if (alone.empty())
+    if (alone.empty()) {
+        GoOn(annotations, signatures, subject, before, reading);
         return reading;
+    }
     reading.Source = merge.Source();
     // A list that is not sure by its look alone still adds to what is said of its records.
     const auto witnessed = std::find_if(lists.begin(), lists.end(),
@@ -209,9 +257,9 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
 
 } // namespace
 
-AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors) {
+AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors, const QStringList& before) {
     const QString address = WebAddressOfPage(page, url);
-    AnyPageReading reading = ReadPageAt(page, address, selectors);
+    AnyPageReading reading = ReadPageAt(page, address, selectors, before);
     if (address != UnknownWebsite)
         return reading;
     for (PageRecord& record : reading.Records)

@@ -5,6 +5,7 @@
 #include "page/PageTree.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -42,6 +43,7 @@ struct AnyPageReading {
     std::vector<FieldReading> Fields;
     NextPageLink Next;
     std::vector<ListCandidate> Candidates; ///< the best first
+    QStringList Looks; ///< of the records' elements: the list is known again by them on its next page
 };
 
 /// Whether a reading says with which selectors its records and fields are found; they take longer than the rest.
@@ -50,7 +52,9 @@ enum class Selectors : quint8 { Left, Made };
 /// Reads the businesses that a page lists, whoever made it, and where the list goes on: by what the page says of itself
 /// and by the shape of its lists. `url` is the page's address; a page that was opened from disk is read as the one on
 /// the web that it says it is. The same page gives the same reading. Linear in the page; never throws for what a page
-/// holds. Where nothing is sure enough there are no records.
-AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors = Selectors::Left);
+/// holds. Where nothing is sure enough there are no records. `before`: the looks of the records on the page before, if
+/// there was one; the last page of a list may have too few of them to be sure of by itself.
+AnyPageReading ReadAnyPage(const PageTree& page, const QString& url, Selectors selectors = Selectors::Left,
+                           const QStringList& before = {});
 
 } // namespace Brindle

@@ -346,9 +346,11 @@ bool TeachSession::IsReadAs(Field column, NodeIndex element) const {
     const std::vector<NodeIndex> firsts = FirstsOf(row ? row->Selector : QString());
     for (size_t i = 0; i < firsts.size(); ++i) {
         const NodeIndex read = firsts[i];
+        if (read == noNode)
+            continue;
         const bool isMeant = record < 0 || (static_cast<size_t>(record) == i &&
                                             (page_->Contains(read, element) || page_->Contains(element, read)));
-        if (read != noNode && isMeant && ShownText(*page_, read) == text)
+        if (isMeant && ShownText(*page_, read) == text)
             return true;
     }
     return false;

@@ -6,20 +6,39 @@
 #include "discovery/StructuredLinks.h"
 #include "recipes/RecipeReader.h"
 
+#include <QHash>
+
+#include <memory>
+
 namespace Brindle {
 
 namespace {
 
-DocumentRecords ReadAnyDocument(const QString& html, const QString& address) {
-    const PageTree page(html);
-    AnyPageReading reading = ReadAnyPage(page, address);
-    DocumentRecords found;
-    found.Leads.reserve(reading.Records.size());
-    for (PageRecord& record : reading.Records)
-        found.Leads.push_back(std::move(record.Fields));
-    found.NextPage = reading.Next.Address;
-    return found;
-}
+// Reads one page after the other, and remembers of each site what its list looks like.
+class AnyDocuments {
+public:
+    DocumentRecords Read(const QString& html, const QString& address) {
+        const PageTree page(html);
+        const QString site = SiteOf(address);
+        AnyPageReading reading = ReadAnyPage(page, address, Selectors::Left, looks_.value(site));
+        if (!reading.Looks.isEmpty()) {
+            if (looks_.size() >= mostSites)
+                looks_.clear();
+            looks_.insert(site, reading.Looks);
+        }
+        DocumentRecords found;
+        found.Leads.reserve(reading.Records.size());
+        for (PageRecord& record : reading.Records)
+            found.Leads.push_back(std::move(record.Fields));
+        found.NextPage = reading.Next.Address;
+        return found;
+    }
+
+private:
+    static constexpr qsizetype mostSites = 200;
+
+    QHash<QString, QStringList> looks_;
+};
 
 } // namespace
 
@@ -27,7 +46,9 @@ SiteAdapter AnyWebsite(bool readsDetails) {
     SiteAdapter site;
     site.Code = AnyWebsiteCode.toString();
     site.Links = Way::Modern;
-    site.ReadDocument = ReadAnyDocument;
+    site.ReadDocument = [documents = std::make_shared<AnyDocuments>()](const QString& html, const QString& address) {
+        return documents->Read(html, address);
+    };
     if (readsDetails)
         site.ReadDetails = [](const QString& html, const QString& address, Lead& lead) {
             AddOwnPage(PageTree(html), address, lead);

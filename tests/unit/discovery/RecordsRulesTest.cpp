@@ -502,6 +502,30 @@ TEST(Rules, ListsOfOtherMakes) {
     }
 }
 
+TEST(Rules, TheLastPageOfAListMayHaveOneEntry) {
+    const auto pageOf = [](int first, int count, const QString& look) {
+        QString list;
+        for (int i = first; i < first + count; ++i)
+            list += u"<div class='%3 odd'><b>Haus %1</b><br>Ringweg %2, 50667 Köln<br>0221 5551%2</div>"_s
+                        .arg(QChar(u'A' + i))
+                        .arg(20 + i)
+                        .arg(look);
+        return u"<html lang=de><title>Treffer</title><body><h1>Treffer</h1><div class=list>"_s + list;
+    };
+    const AnyPageReading first = ReadAnyPage(PageTree(pageOf(0, 10, u"hit"_s)), site + u"/x"_s);
+    ASSERT_EQ(first.Records.size(), 10U);
+    for (const int count : {1, 2, 4}) {
+        const PageTree last(pageOf(10, count, u"hit"_s));
+        EXPECT_TRUE(count > 2 || ReadAnyPage(last, site + u"/x?p=2"_s).Records.empty());
+        const auto records = ReadAnyPage(last, site + u"/x?p=2"_s, Selectors::Left, first.Looks).Records;
+        ASSERT_EQ(records.size(), static_cast<size_t>(count));
+        EXPECT_EQ(records[0].Fields.Name, u"Haus K"_s);
+        EXPECT_EQ(records[0].Fields.Street, u"Ringweg 30"_s);
+    }
+    const PageTree other(pageOf(10, 2, u"advice"_s));
+    EXPECT_EQ(ReadAnyPage(other, site + u"/x?p=2"_s, Selectors::Left, first.Looks).Records.size(), 0U);
+}
+
 TEST(Rules, ExhibitorsHaveTownAndCountry) {
     const auto records =
         Read(u"<div class=item><a class=exhibitor-name href='/e/{i}'>Haus {c}</a><div>Porto, Portugal</div><div>"
