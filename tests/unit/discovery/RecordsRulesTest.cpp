@@ -503,7 +503,7 @@ TEST(Rules, ListsOfOtherMakes) {
 }
 
 TEST(Rules, TheLastPageOfAListMayHaveOneEntry) {
-    const auto pageOf = [](int first, int count, const QString& look) {
+    const auto pageOf = [](int first, int count, const QString& look) -> QString {
         QString list;
         for (int i = first; i < first + count; ++i)
             list += u"<div class='%3 odd'><b>Haus %1</b><br>Ringweg %2, 50667 Köln<br>0221 5551%2</div>"_s
