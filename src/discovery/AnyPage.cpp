@@ -120,9 +120,18 @@ QString LookOf(const PageTree& page, NodeIndex node) {
     return look;
 }
 
+QStringList LooksOf(const PageTree& page, const std::vector<PageRecord>& records) {
+    QStringList looks;
+    for (const PageRecord& record : records)
+        if (record.Begin != noNode && record.End == page.End(record.Begin) && looks.size() < 4)
+            if (const QString look = LookOf(page, record.Begin); !looks.contains(look))
+                looks.push_back(look);
+    return looks;
+}
+
 // The last page of a list has one or two records, which prove nothing by themselves.
 void GoOn(const PageAnnotations& page, const Signatures& signatures, const PageSubject& subject,
-          const QStringList& before, AnyPageReading& reading) {
+          const RecordsMerge& merge, const QStringList& before, AnyPageReading& reading) {
     if (before.isEmpty())
         return;
     const PageTree& tree = page.Page;
@@ -137,6 +146,8 @@ void GoOn(const PageAnnotations& page, const Signatures& signatures, const PageS
     if (list.Records.empty())
         return;
     RecordsReading records = ReadRecords(page, signatures, list, subject, Selectors::Left);
+    if (!records.Records.empty() && merge.WitnessFor(records) > 0)
+        merge.AddTo(records);
     std::erase_if(records.Records, [](const PageRecord& record) {
         return record.Fields.Phone.isEmpty() && record.Fields.FullAddress.isEmpty() &&
                record.Fields.DetailsLink.isEmpty();
@@ -225,10 +236,7 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
         const bool witnessed = best.Witness >= wellWitnessed;
         if (best.Witness > 0)
             merge.AddTo(best);
-        for (const PageRecord& record : best.Records)
-            if (const QString look = LookOf(page, record.Begin);
-                record.End == page.End(record.Begin) && reading.Looks.size() < 4 && !reading.Looks.contains(look))
-                reading.Looks.push_back(look);
+        reading.Looks = LooksOf(page, best.Records);
         Take(reading, best);
         reading.Source = witnessed ? merge.Source() : u"shape"_s;
         CountFields(reading, merge.Source());
@@ -236,7 +244,7 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
     }
     std::vector<PageRecord> alone = merge.Alone();
     if (alone.empty()) {
-        GoOn(annotations, signatures, subject, before, reading);
+        GoOn(annotations, signatures, subject, merge, before, reading);
         return reading;
     }
     reading.Source = merge.Source();
@@ -247,6 +255,7 @@ AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors se
         merge.AddTo(*witnessed);
         reading.Candidates[static_cast<size_t>(witnessed - lists.begin())].Verdict =
             u"taken: "_s + reading.Source + u" names its records"_s;
+        reading.Looks = LooksOf(page, witnessed->Records);
         Take(reading, *witnessed);
     } else {
         reading.Records = std::move(alone);

@@ -288,8 +288,8 @@ private:
                 ++filled;
             }
         const auto most = std::max_element(hosts.cbegin(), hosts.cend());
-        return filled >= 4 && *most * 5 >= filled * 4 && std::ptrdiff_t{5} * filled >= std::ssize(reading_.Records) * 4 &&
-               !IsMailForEverybody(most.key());
+        return filled >= 4 && *most * 5 >= filled * 4 &&
+               std::ptrdiff_t{5} * filled >= std::ssize(reading_.Records) * 4 && !IsMailForEverybody(most.key());
     }
 
     double DistinctPhones() const {
