@@ -59,6 +59,28 @@ void PreferWhole(std::vector<RecordsReading>& lists) {
                         lists.begin() + static_cast<std::ptrdiff_t>(i) + 1);
 }
 
+int FilledIn(const std::vector<PageRecord>& records, Field field) {
+    return static_cast<int>(std::count_if(records.begin(), records.end(), [field](const PageRecord& record) {
+        return !record.Fields.At(static_cast<int>(field)).isEmpty();
+    }));
+}
+
+void CountFields(AnyPageReading& reading, const QString& why) {
+    for (int column = 0; column < FieldCount; ++column) {
+        const auto field = static_cast<Field>(column);
+        const auto filled = FilledIn(reading.Records, field);
+        const auto known = std::find_if(reading.Fields.begin(), reading.Fields.end(),
+                                        [&](const FieldReading& one) { return one.Column == field; });
+        if (known != reading.Fields.end()) {
+            if (!why.isEmpty() && known->Filled != filled)
+                known->Why += u"; also in "_s + why;
+            known->Filled = filled;
+        } else if (filled > 0) {
+            reading.Fields.push_back({field, {}, filled, u"in "_s + why});
+        }
+    }
+}
+
 // Entries of another make between those of the list or above them: paid ones. Each has a phone and an address, as few
 // other things in the same place have.
 void AddPaidEntries(const PageAnnotations& page, const Signatures& signatures, const PageSubject& subject,
@@ -104,13 +126,8 @@ void AddPaidEntries(const PageAnnotations& page, const Signatures& signatures, c
                      [](const PageRecord& one, const PageRecord& other) { return one.Begin < other.Begin; });
     best.Verdict += u"; with %1 of another make between them"_s.arg(added);
     for (FieldReading& field : best.Fields)
-        field.Filled =
-            static_cast<int>(std::count_if(best.Records.begin(), best.Records.end(), [&](const PageRecord& record) {
-                return !record.Fields.At(static_cast<int>(field.Column)).isEmpty();
-            }));
+        field.Filled = FilledIn(best.Records, field.Column);
 }
-
-void CountFields(AnyPageReading& reading, const QString& why);
 
 // What an element and those around it are called, as far as it is the same on all pages of a list.
 QString LookOf(const PageTree& page, NodeIndex node) {
@@ -161,24 +178,6 @@ void GoOn(const PageAnnotations& page, const Signatures& signatures, const PageS
                                                            records.Score, records.Verdict});
     Take(reading, records);
     CountFields(reading, {});
-}
-
-void CountFields(AnyPageReading& reading, const QString& why) {
-    for (int column = 0; column < FieldCount; ++column) {
-        const auto field = static_cast<Field>(column);
-        const auto filled = static_cast<int>(
-            std::count_if(reading.Records.begin(), reading.Records.end(),
-                          [&](const PageRecord& record) { return !record.Fields.At(column).isEmpty(); }));
-        const auto known = std::find_if(reading.Fields.begin(), reading.Fields.end(),
-                                        [&](const FieldReading& one) { return one.Column == field; });
-        if (known != reading.Fields.end()) {
-            if (!why.isEmpty() && known->Filled != filled)
-                known->Why += u"; also in "_s + why;
-            known->Filled = filled;
-        } else if (filled > 0) {
-            reading.Fields.push_back({field, {}, filled, u"in "_s + why});
-        }
-    }
 }
 
 AnyPageReading ReadPageAt(const PageTree& page, const QString& url, Selectors selectors, const QStringList& before) {

@@ -14,22 +14,6 @@ namespace Brindle {
 
 namespace {
 
-constexpr QStringView edges = u" ,;|•·\n、，،-–—/";
-
-// Most texts begin and end with one: a letter or digit of ASCII.
-bool IsPlainWord(QChar c) {
-    return Ascii::IsLetterOrDigit(c);
-}
-
-QStringView Stripped(QStringView text, QStringView marks = edges) {
-    const auto isMark = [marks](QChar c) { return !IsPlainWord(c) && IsAmong(c, marks); };
-    while (!text.isEmpty() && isMark(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && isMark(text.back()))
-        text.chop(1);
-    return text;
-}
-
 // One line break or blank for any run of them.
 QString Levelled(QStringView text) {
     QString level(text.size(), Qt::Uninitialized);
@@ -77,7 +61,7 @@ public:
         const AddressOrder order = country ? country->Order : AddressOrder::CityCode;
         const bool ideographs = std::any_of(text_.begin(), text_.end(), IsIdeograph);
         if (order == AddressOrder::LargeToSmall && ideographs)
-            ReadLargeToSmall();
+            ReadLargeToSmall(segments_, region_, parts_);
         else if (order == AddressOrder::CodeCity)
             ReadCodeCity();
         else
@@ -546,63 +530,6 @@ private:
         parts_.City = WithoutTownMark(city).toString();
         rest.pop_back();
         parts_.Street = Verbatim(rest);
-    }
-
-    // East Asia: 〒530-0001 大阪府大阪市北区梅田1-2-3.
-    void ReadLargeToSmall() {
-        QString body;
-        for (const QStringView segment : segments_) {
-            QStringView rest = segment;
-            if (parts_.PostalCode.isEmpty())
-                if (const auto codes = PostalCodesIn(rest, region_);
-                    !codes.empty() && (codes.front().Begin <= 1 || codes.front().End == rest.size())) {
-                    const TextSpan code = codes.front();
-                    parts_.PostalCode = rest.sliced(code.Begin, code.End - code.Begin).toString();
-                    rest = code.Begin <= 1 ? rest.sliced(code.End) : rest.first(code.Begin);
-                    rest = Stripped(rest, u" ,;|•·\n、，-–—/〒");
-                }
-            if (rest.isEmpty())
-                continue;
-            if (!body.isEmpty())
-                body += u' ';
-            body += rest;
-        }
-        QStringView rest = body;
-        rest = Stripped(rest, u" 〒");
-        if (region_ == u"KR") {
-            ReadKorean(rest);
-            return;
-        }
-        for (qsizetype size = qMin<qsizetype>(8, rest.size()); size > 1; --size)
-            if (IsStateOf(region_, rest.first(size))) {
-                parts_.State = rest.first(size).toString();
-                rest = Stripped(rest.sliced(size), u" ");
-                break;
-            }
-        const qsizetype city = EndOfEastAsianCity(rest);
-        if (city <= 0) {
-            parts_.State.clear();
-            return;
-        }
-        parts_.City = rest.first(city).toString();
-        parts_.Street = Stripped(rest.sliced(city), u" ").toString();
-    }
-
-    void ReadKorean(QStringView rest) {
-        qsizetype blank = rest.indexOf(u' ');
-        if (blank < 0)
-            return;
-        QStringView city = rest.first(blank);
-        if (city.endsWith(u'도')) {
-            parts_.State = city.toString();
-            rest = Stripped(rest.sliced(blank), u" ");
-            blank = rest.indexOf(u' ');
-            if (blank < 0)
-                return;
-            city = rest.first(blank);
-        }
-        parts_.City = city.toString();
-        parts_.Street = Stripped(rest.sliced(blank), u" ").toString();
     }
 
     QStringView text_;

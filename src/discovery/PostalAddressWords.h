@@ -2,10 +2,14 @@
 
 #include "discovery/PostalAddress.h"
 #include "discovery/PostalAddressTable.h"
+#include "toolkit/Ascii.h"
+#include "toolkit/Text.h"
 
 #include <QList>
 #include <QString>
 #include <QStringView>
+
+#include <vector>
 
 namespace Brindle {
 
@@ -37,6 +41,28 @@ qsizetype CountryAtEnd(QStringView text, QString& region);
 /// Behind the city at the beginning of an address of East Asia, 大阪市北区, 千代田区, 神埼郡吉野ヶ里町; -1 when there
 /// is none.
 qsizetype EndOfEastAsianCity(QStringView text);
+
+/// Marks that part the pieces of an address.
+inline constexpr QStringView addressMarks = u" ,;|•·\n、，،-–—/";
+
+// Most texts begin and end with one: a letter or digit of ASCII.
+inline bool IsPlainWord(QChar c) {
+    return Ascii::IsLetterOrDigit(c);
+}
+
+/// A text without marks at its ends.
+inline QStringView Stripped(QStringView text, QStringView marks = addressMarks) {
+    const auto isMark = [marks](QChar c) { return !IsPlainWord(c) && IsAmong(c, marks); };
+    while (!text.isEmpty() && isMark(text.front()))
+        text = text.sliced(1);
+    while (!text.isEmpty() && isMark(text.back()))
+        text.chop(1);
+    return text;
+}
+
+/// Takes apart what goes from the large to the small in a script without capitals: 〒530-0001
+/// 大阪府大阪市北区梅田1-2-3. `segments`: the address at its marks; `region`: ISO 3166 alpha-2.
+void ReadLargeToSmall(const std::vector<QStringView>& segments, QStringView region, AddressParts& parts);
 
 /// The region of an address by what only its own have, the shape of a postal code or a state beside one; empty when
 /// nothing tells.

@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 
 namespace Brindle {

@@ -2,7 +2,6 @@
 
 #include "discovery/RecordsLists.h"
 
-#include <map>
 #include <unordered_map>
 #include <vector>
 

@@ -1,7 +1,8 @@
 #include "ui/StatusBarView.h"
 
+#include "ui/ElidedLabel.h"
+
 #include <QEvent>
-#include <QPainter>
 
 #include <algorithm>
 
@@ -16,33 +17,16 @@ constexpr int gaugeSteps = 1'000'000;
 
 constexpr int widestActivity = 460;
 
-/// A label whose text ends in dots where it does not fit; the whole of it is then the tooltip.
-class PanelLabel : public QLabel {
-public:
-    using QLabel::QLabel;
-
-    // A text that comes and goes must not make the window wider.
-    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-        setToolTip(shown == text() ? QString() : text());
-        painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
-    }
-};
-
 } // namespace
 
 StatusBarView::StatusBarView(QWidget* parent)
-    : QStatusBar(parent), activity_(new PanelLabel(this)), mainGauge_(new QProgressBar(this)) {
+    : QStatusBar(parent), activity_(new ElidedLabel(Qt::ElideRight, this)), mainGauge_(new QProgressBar(this)) {
     setObjectName(u"StatusBar");
     setContentsMargins(6, 0, 0, 0);
     for (int panel = 0; panel < PanelCount; ++panel) {
         QLabel*& label = panels_.at(static_cast<size_t>(panel));
         const bool fitsItsText = panel == 3;
-        label = fitsItsText ? new QLabel(this) : new PanelLabel(this);
+        label = fitsItsText ? new QLabel(this) : new ElidedLabel(Qt::ElideRight, this);
         label->setObjectName(u"StatusPanel%1"_s.arg(panel));
         label->setTextFormat(Qt::PlainText);
         const int width = widths.at(static_cast<size_t>(panel));

@@ -1,10 +1,10 @@
 #include "ui/teach/TeachPanel.h"
 
 #include "discovery/SavedPage.h"
+#include "ui/ElidedLabel.h"
 
 #include <QFormLayout>
 #include <QHeaderView>
-#include <QPainter>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -21,21 +21,6 @@ constexpr int nextPage = FieldCount;
 constexpr int detailsPage = FieldCount + 1;
 constexpr int fewestLines = 4; // of the fields that are in sight
 
-/// A text in one line, with dots where it does not fit; the whole of it is then the tooltip.
-class OneLine : public QLabel {
-public:
-    using QLabel::QLabel;
-    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-        setToolTip(shown == text() ? QString() : text());
-        painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, shown);
-    }
-};
-
 } // namespace
 
 TeachPanel::TeachPanel(QWidget* parent)
@@ -48,7 +33,7 @@ TeachPanel::TeachPanel(QWidget* parent)
       texts_(new QListWidget(this)),
       field_(new QComboBox(this)),
       use_(new QPushButton(this)),
-      next_(new OneLine(this)),
+      next_(new ElidedLabel(Qt::ElideMiddle, this)),
       pointNext_(new QPushButton(this)),
       forgetNext_(new QPushButton(this)),
       details_(new QCheckBox(this)),
