@@ -86,12 +86,16 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
                                      .arg(base, Window->ewbMain().LocationAddress(),
                                           Window->ewbMain().Busy() ? u"busy" : u"idle", Window->ewbMain().LastError())
                                      .toStdString());
+    Loop.ProcessMessages(); // that a page has come is told after it has
 }
 
 bool WindowRun::GoTo(const QString& address) {
     Control<QLineEdit>(u"edtAddress")->setText(address);
     Click(u"btnGo");
-    return Until([&] { return !Window->ewbMain().Busy() && Window->ewbMain().LocationAddress() == address; });
+    const bool come =
+        Until([&] { return !Window->ewbMain().Busy() && Window->ewbMain().LocationAddress() == address; });
+    Loop.ProcessMessages(); // that a page has come is told after it has
+    return come;
 }
 
 std::vector<Lead> WindowRun::ShownLeads() const {
