@@ -78,17 +78,6 @@ bool IsSocialHost(QStringView host) {
     return IsHost(host, hosts);
 }
 
-bool IsMapAddress(const QString& host, const QString& address) {
-    static const QSet<QStringView> mapHosts({u"openstreetmap.org", u"mapy.cz", u"goo.gl", u"mapquest.com", u"waze.com",
-                                             u"here.com", u"2gis.ru", u"map.qq.com", u"map.baidu.com", u"map.naver.com",
-                                             u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
-    if (host.startsWith(u"maps.") || host.startsWith(u"map.") || IsHost(host, mapHosts))
-        return true;
-    const bool engine = host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
-                        host.contains(u"yahoo.") || host.contains(u"apple.");
-    return engine && address.contains(u"/map", Qt::CaseInsensitive);
-}
-
 void Count(quint8& number) {
     if (number < std::numeric_limits<quint8>::max())
         ++number;
@@ -99,6 +88,17 @@ quint8 Sum(quint8 one, quint8 other) {
 }
 
 } // namespace
+
+bool IsMapAddress(const QString& host, const QString& address) {
+    static const QSet<QStringView> mapHosts({u"openstreetmap.org", u"mapy.cz", u"goo.gl", u"mapquest.com", u"waze.com",
+                                             u"here.com", u"2gis.ru", u"map.qq.com", u"map.baidu.com", u"map.naver.com",
+                                             u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
+    if (host.startsWith(u"maps.") || host.startsWith(u"map.") || IsHost(host, mapHosts))
+        return true;
+    const bool engine = host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
+                        host.contains(u"yahoo.") || host.contains(u"apple.");
+    return engine && address.contains(u"/map", Qt::CaseInsensitive);
+}
 
 NodeFacts& NodeFacts::operator+=(const NodeFacts& other) {
     // The counts lie side by side: all of them are added at once.

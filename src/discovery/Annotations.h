@@ -24,6 +24,9 @@ enum class LinkKind : quint8 {
     Mail
 };
 
+/// Whether an address is one of a map service.
+bool IsMapAddress(const QString& host, const QString& address);
+
 /// A link or a click target of the page.
 struct PageLink {
     NodeIndex Node = noNode;

@@ -1,6 +1,6 @@
 #include "recipes/AnyPageWitness.h"
 
-#include "recipes/ExamplePlaces.h"
+#include "recipes/ExampleText.h"
 
 #include <algorithm>
 

@@ -3,6 +3,7 @@
 #include "discovery/Annotations.h"
 #include "discovery/Labels.h"
 #include "discovery/StructuredLinks.h"
+#include "recipes/ExampleText.h"
 #include "recipes/RecipePattern.h"
 #include "toolkit/Text.h"
 
@@ -17,37 +18,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t mostPlaces = 200;
+constexpr int mostPatterns = 3;          // of one place
 constexpr double unreadable = 20;        // cost of where a text stands among others that no pattern tells it from
 constexpr qsizetype longestAround = 500; // characters of the text of which an example may be a part
-
-bool IsPhone(Field column) {
-    return column == Field::Phone || column == Field::Fax;
-}
-
-QString DigitsOf(QStringView text) {
-    QString digits;
-    for (const QChar c : text)
-        if (c.isDigit())
-            digits += c;
-    return digits;
-}
-
-// An address without what differs between ways of writing it.
-QString FoldedAddress(QStringView address) {
-    QString text = Trim(address);
-    const qsizetype scheme = text.indexOf(u"://");
-    if (scheme >= 0)
-        text.remove(0, scheme + 3);
-    else if (text.startsWith(u"//"))
-        text.remove(0, 2);
-    if (StartsWithFolded(text, u"www."))
-        text.remove(0, 4);
-    while (text.endsWith(u'/'))
-        text.chop(1);
-    const qsizetype slash = text.indexOf(u'/');
-    const qsizetype host = slash < 0 ? text.size() : slash;
-    return text.left(host).toLower() + text.sliced(host);
-}
 
 // The shape of a postal code as a pattern: digits and letters where the example has them.
 QString PatternOfShape(QStringView example) {
@@ -83,7 +56,7 @@ QStringList BehindLabel(Field column, const QString& around, const QString& exam
     if (label.size() < 3 || HintsOfLabel(label) == 0)
         return {};
     return {QRegularExpression::escape(label) + u"\\s*"_s +
-            (IsPhone(column) ? u'(' + phonePattern + u')' : u"([^,|\u00b7]+)"_s)};
+            (IsPhoneColumn(column) ? u'(' + phonePattern + u')' : u"([^,|\u00b7]+)"_s)};
 }
 
 // An address with commas of its own among other things: from the comma before it to the number or label behind it.
@@ -135,9 +108,9 @@ QStringList BeforeControl(const QString& around, const QString& example) {
 // Patterns that cut a value out of a longer text, those for the column first.
 QStringList PatternsFor(Field column, const QString& around, const QString& example) {
     QStringList patterns = BeforeControl(around, example);
-    if (!IsPhone(column))
+    if (!IsPhoneColumn(column))
         patterns += BetweenLabels(around, example);
-    if (IsPhone(column))
+    if (IsPhoneColumn(column))
         patterns.append(phonePattern);
     if (column == Field::Email)
         patterns.append({mailPattern, hiddenMailPattern});
@@ -157,7 +130,7 @@ QStringList PatternsFor(Field column, const QString& around, const QString& exam
         for (int parts = 4; parts > 0; --parts)
             patterns.append(u"^((?:[^,]*,){%1}[^,]+?)\\s*,"_s.arg(parts));
     patterns.append(labelPattern);
-    if (IsPhone(column))
+    if (IsPhoneColumn(column))
         return patterns;
     patterns.append(u"^\\d+\\s*[.)]\\s*(.+)$"_s);
     for (int part = 0; part < 5; ++part)
@@ -168,31 +141,28 @@ QStringList PatternsFor(Field column, const QString& around, const QString& exam
     return patterns;
 }
 
+// An example as the page writes it, with the marks that it begins and ends with.
+QString WrittenAs(const QString& around, const QString& folded, const QString& example) {
+    if (around.contains(example))
+        return example;
+    QString written = PartOfFold(around, folded);
+    if (written.isEmpty())
+        return example;
+    const qsizetype at = around.indexOf(written);
+    if (!example.front().isLetterOrNumber() && at > 0 && around[at - 1] == example.front())
+        written.prepend(example.front());
+    const qsizetype end = at + written.size();
+    if (!example.back().isLetterOrNumber() && end < around.size() && around[end] == example.back())
+        written.append(example.back());
+    return written;
+}
+
 // Part of a pattern for that many lines or more.
 QString LinesPattern(qsizetype count) {
     return count == 1 ? u"[^\\n]+"_s : u"[^\\n]+(?:\\n[^\\n]+){%1}"_s.arg(count - 1);
 }
 
 } // namespace
-
-QString FoldedExample(QStringView text) {
-    QString folded;
-    folded.reserve(text.size());
-    for (const QChar c : text)
-        if (c.isLetterOrNumber() || c.isSurrogate())
-            folded += c.toLower();
-    return folded;
-}
-
-bool IsExample(Field column, QStringView value, QStringView example) {
-    if (value.isEmpty())
-        return false;
-    if (IsLinkColumn(column))
-        return FoldedAddress(value) == FoldedAddress(example);
-    if (IsPhone(column) && DigitsOf(example).size() >= 5)
-        return DigitsOf(value) == DigitsOf(example);
-    return FoldedExample(value) == FoldedExample(example);
-}
 
 ExamplePlaces::ExamplePlaces(const ValueSource& source) : source_(source) {
     const PageTree& page = source.Page;
@@ -252,7 +222,7 @@ QStringList ExamplePlaces::LinePatterns(Field column, const QString& shown, cons
             continue;
         }
         const QString before = u"^(?:[^\\n]*\\n){%1}"_s.arg(first);
-        if (IsPhone(column))
+        if (IsPhoneColumn(column))
             patterns.append(u"(?:^|\\n)([+(]?\\d[\\d ()./+-]{4,}\\d)\\s*(?:\\n|$)"_s);
         if (column == Field::FullAddress) {
             const QString some = before + u"((?:[^\\n]+\\n)*?[^\\n]+?)"_s;
@@ -314,8 +284,8 @@ ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
         QString text = shown;
         return RecipePattern(pattern).Apply(text) == RecipePattern::Outcome::Matched ? text : QString();
     };
-    if (IsPhone(column) || column == Field::Email) {
-        const QString& pattern = IsPhone(column) ? phonePattern : mailPattern;
+    if (IsPhoneColumn(column) || column == Field::Email) {
+        const QString& pattern = IsPhoneColumn(column) ? phonePattern : mailPattern;
         const QString value = cut(pattern);
         // Beside words it is cut out; several numbers stay together.
         const auto isLetter = [](QChar c) { return c.isLetter(); };
@@ -323,7 +293,7 @@ ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
                                 std::count_if(value.cbegin(), value.cend(), isLetter);
         if (!value.isEmpty())
             return {.Node = node, .Pattern = amongWords ? pattern : QString()};
-        const QStringView scheme = IsPhone(column) ? u"tel:" : u"mailto:";
+        const QStringView scheme = IsPhoneColumn(column) ? u"tel:" : u"mailto:";
         if (link != noNode && StartsWithFolded(TrimmedView(source_.Page.Attribute(link, u"href")), scheme))
             return {.Node = link, .Attribute = u"href"_s};
         return {.Node = node};
@@ -335,17 +305,27 @@ ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
 }
 
 void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const {
-    const QString folded = IsPhone(column) && DigitsOf(text).size() >= 5 ? DigitsOf(text) : FoldedExample(text);
+    const bool isNumber = IsPhoneColumn(column) && DigitsOf(text).size() >= 5;
+    const QString folded = isNumber ? DigitsOf(text) : FoldedExample(text);
     if (folded.isEmpty())
         return;
     AddFolded(column, text, folded, found);
     // "416-555-0100 ext. 12" stands there with its letters.
-    if (found.empty() && IsPhone(column) && FoldedExample(text) != folded)
+    if (found.empty() && isNumber && FoldedExample(text) != folded)
         AddFolded(column, text, FoldedExample(text), found);
-    // "info [at] dir.example"
-    if (const qsizetype at = text.indexOf(u'@'); column == Field::Email && at > 0)
-        AddFolded(column, text, FoldedExample(QStringView(text).first(at)) + u"at" + FoldedExample(text.sliced(at)),
-                  found);
+    // Here or there with the country's code or the zero before an area.
+    for (qsizetype left = 1; found.empty() && isNumber && left <= 5 && folded.size() - left >= 7; ++left)
+        AddFolded(column, text, folded.sliced(left), found);
+    // "www.dir.example" for "https://dir.example/"
+    if (column == Field::Website)
+        for (const QString& start : {QString(), u"www"_s})
+            AddFolded(column, text, start + FoldedExample(FoldedAddress(text)), found);
+    // "info [at] dir [dot] example"
+    if (const qsizetype at = text.indexOf(u'@'); column == Field::Email && at > 0) {
+        const QString name = FoldedExample(QStringView(text).first(at)) + u"at";
+        AddFolded(column, text, name + FoldedExample(text.sliced(at)), found);
+        AddFolded(column, text, name + FoldedExample(text.sliced(at).replace(u"."_s, u"dot"_s)), found);
+    }
 }
 
 void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& folded,
@@ -358,22 +338,14 @@ void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& 
         if (node == noNode)
             continue;
         if (IsLinkColumn(column)) {
-            // The text of a link stands for where it leads.
-            for (int level = 0; level < 3 && node != noNode && !page.Is(node, u"a"); ++level)
-                node = page.Parent(node);
-            if (node != noNode && page.Is(node, u"a") && BeginOf(node) == at && EndOf(node) == end)
-                found.push_back({node, {}, {}, 0.2});
-            else if (const NodeIndex around = ElementAround(at, end);
-                     column == Field::Website && EndOf(around) - BeginOf(around) <= longestAround &&
-                     LinkAround(around) == noNode)
-                AddLines(column, text, around, found);
+            AddLinkText(column, text, at, end, found);
             continue;
         }
         if (BeginOf(node) == at && EndOf(node) == end) {
             for (int level = 0; level < 3 && node != noNode && BeginOf(node) == at && EndOf(node) == end; ++level) {
                 found.push_back({node, {}, {}, 0.0});
                 // Of elements that look alike, the one that is a number.
-                if (IsPhone(column))
+                if (IsPhoneColumn(column))
                     found.push_back({node, {}, numberPattern, 0.8});
                 node = page.Parent(node);
             }
@@ -385,17 +357,54 @@ void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& 
         }
         const size_t before = found.size();
         const QString around = RawFieldValue(source_, node, column, {});
-        for (const QString& pattern : PatternsFor(column, around, text)) {
+        if (column == Field::Email && IsExample(column, FinishedFieldValue(column, source_.Base, around), text))
+            found.push_back({node, {}, {}, 0.6});
+        const QString written = WrittenAs(around, folded, text);
+        int patterns = 0;
+        for (const QString& pattern : PatternsFor(column, around, written)) {
             QString cut = around;
             if (RecipePattern(pattern).Apply(cut) != RecipePattern::Outcome::Matched ||
                 !IsExample(column, FinishedFieldValue(column, source_.Base, cut), text))
                 continue;
-            found.push_back({node, {}, pattern, 1.0});
-            break;
+            found.push_back({node, {}, pattern, 1.0 + 0.1 * patterns});
+            if (++patterns == mostPatterns)
+                break;
         }
         AddLines(column, text, node, found);
         if (found.size() == before)
             found.push_back({node, {}, {}, unreadable});
+    }
+}
+
+// The text of a link stands for where it leads; without a link, an address is one by itself.
+void ExamplePlaces::AddLinkText(Field column, const QString& text, qsizetype begin, qsizetype end,
+                                std::vector<ExamplePlace>& found) const {
+    const PageTree& page = source_.Page;
+    const NodeIndex around = ElementAround(begin, end);
+    NodeIndex node = around;
+    for (int level = 0; level < 3 && node != noNode && !page.Is(node, u"a"); ++level)
+        node = page.Parent(node);
+    if (node != noNode && page.Is(node, u"a") && BeginOf(node) == begin && EndOf(node) == end) {
+        found.push_back({node, {}, {}, 0.2});
+    } else if (column == Field::Website && EndOf(around) - BeginOf(around) <= longestAround &&
+               LinkAround(around) == noNode) {
+        const QString value = RawFieldValue(source_, around, column, {});
+        if (IsExample(column, FinishedFieldValue(column, source_.Base, value), text))
+            found.push_back({around, {}, {}, 0.3});
+        AddLines(column, text, around, found);
+    }
+}
+
+// What holds a link alone is read as the link is, also where other records have the address as a text there.
+void ExamplePlaces::AddHolders(Field column, const QString& text, NodeIndex link,
+                               std::vector<ExamplePlace>& found) const {
+    NodeIndex node = source_.Page.Parent(link);
+    for (int level = 0; level < 2 && node != noNode; ++level, node = source_.Page.Parent(node)) {
+        if (EndOf(node) - BeginOf(node) > longestAround)
+            return;
+        const QString value = FinishedFieldValue(column, source_.Base, RawFieldValue(source_, node, column, {}));
+        if (IsExample(column, value, text))
+            found.push_back({node, {}, {}, 0.6 + 0.2 * level});
     }
 }
 
@@ -430,18 +439,25 @@ void ExamplePlaces::AddAttributes(Field column, const QString& text, std::vector
                     continue;
                 const bool isOwn = isHref && page.Is(node, u"a");
                 found.push_back({node, isOwn ? QString() : attribute.Name.toString(), {}, isOwn ? 0.0 : 0.5});
-            } else if (isHref && (IsPhone(column) || column == Field::Email)) {
+                if (isOwn && column == Field::Website)
+                    AddHolders(column, text, node, found);
+            } else if (isHref && (IsPhoneColumn(column) || column == Field::Email)) {
                 const QString value = FinishedFieldValue(column, source_.Base, Trim(attribute.Value));
-                const bool isCall = IsPhone(column) == StartsWithFolded(TrimmedView(attribute.Value), u"tel:");
-                if (isCall && IsExample(column, value, text))
-                    found.push_back({node, u"href"_s, {}, column == Field::Email ? 0.0 : 0.3});
+                const bool isCall = IsPhoneColumn(column) == StartsWithFolded(TrimmedView(attribute.Value), u"tel:");
+                if (!isCall || !IsExample(column, value, text))
+                    continue;
+                // The number as it is shown goes before the one with the country's code.
+                const bool isShown = column == Field::Email || DigitsOf(value) == DigitsOf(text);
+                found.push_back({node, u"href"_s, {}, column == Field::Email ? 0.0 : isShown ? 0.3 : 1.3});
+                if (column == Field::Email)
+                    AddHolders(column, text, node, found);
             } else if (column == Field::Email && attribute.Name == u"data-cfemail") {
                 if (IsExample(column, DecodedMail(attribute.Value), text))
                     found.push_back({node, attribute.Name.toString(), {}, 0.0});
             } else if (!isHref && attribute.Value.size() < longestAround &&
                        (FoldedExample(attribute.Value) == folded ||
-                        (IsPhone(column) && attribute.Name.startsWith(u"data-") && DigitsOf(text).size() >= 6 &&
-                         DigitsOf(attribute.Value) == DigitsOf(text)))) {
+                        (IsPhoneColumn(column) && attribute.Name.startsWith(u"data-") && DigitsOf(text).size() >= 6 &&
+                         IsSameNumber(attribute.Value, text)))) {
                 found.push_back({node, attribute.Name.toString(), {}, 0.8});
             }
         }

@@ -14,12 +14,6 @@ struct ExamplePlace {
     double Cost = 0;     ///< how little it is to be trusted; 0 is best
 };
 
-/// A text in the form in which an example is compared with what a page shows: letters and digits alone, lower case.
-QString FoldedExample(QStringView text);
-
-/// Whether a value that was read is the example.
-bool IsExample(Field column, QStringView value, QStringView example);
-
 /// Finds examples on a page; made once, asked often.
 class ExamplePlaces {
 public:
@@ -38,6 +32,9 @@ private:
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     void AddFolded(Field column, const QString& text, const QString& folded, std::vector<ExamplePlace>& found) const;
     void AddLines(Field column, const QString& text, NodeIndex node, std::vector<ExamplePlace>& found) const;
+    void AddLinkText(Field column, const QString& text, qsizetype begin, qsizetype end,
+                     std::vector<ExamplePlace>& found) const;
+    void AddHolders(Field column, const QString& text, NodeIndex link, std::vector<ExamplePlace>& found) const;
     void AddAttributes(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     NodeIndex LinkAround(NodeIndex node) const;
     NodeIndex ElementAround(qsizetype begin, qsizetype end) const;

@@ -2,6 +2,7 @@
 
 #include "discovery/NextPage.h"
 #include "recipes/ExamplePlaces.h"
+#include "recipes/ExampleText.h"
 #include "recipes/RecipePattern.h"
 #include "recipes/RecipeTrial.h"
 #include "recipes/SturdySelectors.h"

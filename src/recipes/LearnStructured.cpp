@@ -1,7 +1,7 @@
 #include "recipes/LearnStructured.h"
 
 #include "discovery/StructuredLinks.h"
-#include "recipes/ExamplePlaces.h"
+#include "recipes/ExampleText.h"
 #include "recipes/RecipeReader.h"
 #include "toolkit/PageAddress.h"
 

@@ -60,6 +60,63 @@ NodeIndex LinkIn(const PageTree& page, NodeIndex node) {
     return noNode;
 }
 
+// The one address of the web in a text: alone, or behind a label.
+QString WebAddressAmongWords(const QString& text) {
+    constexpr qsizetype longest = 120;
+    QString found;
+    if (text.size() > longest)
+        return found;
+    for (const QStringView word : QStringView(text).split(u' ', Qt::SkipEmptyParts)) {
+        const QString address = WebAddressIn(word);
+        if (!address.isEmpty() && !found.isEmpty())
+            return {};
+        found = address.isEmpty() ? found : address;
+    }
+    return found;
+}
+
+// Where a link leads; of a website the text of a link that goes round by this site.
+QString LinkOrItsText(const ValueSource& source, NodeIndex link, Field column) {
+    const QString href = Trim(source.Page.Attribute(link, u"href"));
+    if (column != Field::Website)
+        return href;
+    const QString address = WebAddress(source.Base, href);
+    if ((!address.isEmpty() && !IsSameSite(address, source.Base)) || !RedirectTarget(address).isEmpty())
+        return href;
+    const QString text = WebAddressAmongWords(ShownText(source.Lines, link, source.Page.End(link)));
+    return text.isEmpty() || IsSameSite(text, source.Base) ? href : text;
+}
+
+// The text of an element without what its markup hides: words in mail addresses that robots take for part of them.
+QString WithoutHidden(const PageTree& page, NodeIndex node, const QString& shown) {
+    QString text;
+    bool hides = false;
+    for (NodeIndex at = node; at < page.End(node); ++at) {
+        const QString style = page.Attribute(at, u"style").toString().remove(u' ');
+        if (style.contains(u"display:none", Qt::CaseInsensitive)) {
+            hides = true;
+            at = page.End(at) - 1;
+        } else if (page.IsText(at)) {
+            text += page.Text(at);
+        }
+    }
+    return hides ? WithLevelBlanks(text) : shown;
+}
+
+// The address of mail in a text, or else behind a link or out of sight of robots.
+QString MailOrItsLink(const ValueSource& source, NodeIndex node, const QString& shown) {
+    const QString text = WithoutHidden(source.Page, node, shown);
+    if (!MailAddress(text).isEmpty() || !MailsIn(text).isEmpty())
+        return text;
+    for (NodeIndex at = node; at < source.Page.End(node); ++at) {
+        if (const QStringView hidden = source.Page.Attribute(at, u"data-cfemail"); !hidden.isEmpty())
+            return DecodedMail(hidden);
+        if (const QStringView href = source.Page.Attribute(at, u"href"); StartsWithFolded(href, u"mailto:"))
+            return href.toString();
+    }
+    return text;
+}
+
 } // namespace
 
 bool IsLinkColumn(Field column) {
@@ -75,8 +132,11 @@ QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, c
     }
     if (IsLinkColumn(column)) {
         const NodeIndex link = LinkIn(source.Page, node);
-        if (link != noNode || !cut.IsSet())
-            return link == noNode ? QString() : Trim(source.Page.Attribute(link, u"href"));
+        if (link != noNode)
+            return LinkOrItsText(source, link, column);
+        if (!cut.IsSet())
+            return column == Field::Website ? WebAddressAmongWords(ShownText(source.Lines, node, source.Page.End(node)))
+                                            : QString();
     }
     const NodeIndex end = source.Page.End(node);
     if (cut.SeesLines())
@@ -85,7 +145,8 @@ QString RawFieldValue(const ValueSource& source, NodeIndex node, Field column, c
         return WithCommas(ShownText(source.Lines, node, end, u"\n"));
     if (column == Field::Phone || column == Field::Fax)
         return JoinedNumbers(ShownText(source.Lines, node, end, u"\n"));
-    return WithLevelBlanks(ShownText(source.Lines, node, end));
+    const QString text = WithLevelBlanks(ShownText(source.Lines, node, end));
+    return column == Field::Email && !cut.IsSet() ? MailOrItsLink(source, node, text) : text;
 }
 
 bool IsWholeFlatRecord(const RecipeField& row, const RecipePattern& cut, RecordSpan record) {
@@ -99,8 +160,12 @@ QString FlatRecordText(const ValueSource& source, RecordSpan record) {
 QString FinishedFieldValue(Field column, const QString& base, const QString& text) {
     if (IsLinkColumn(column)) {
         const QString address = WebAddress(base, text);
-        const QString target = column == Field::Website ? RedirectTarget(address) : QString();
-        return target.isEmpty() ? address : target;
+        if (column != Field::Website)
+            return address;
+        // The way there is no website.
+        const QString target = RedirectTarget(address);
+        const QString& website = target.isEmpty() ? address : target;
+        return IsMapAddress(HostOfAddress(website), website) ? QString() : website;
     }
     if (column == Field::Email) {
         const QString mail = MailAddress(text);

@@ -1,0 +1,114 @@
+#include "recipes/LearnRows.h"
+
+#include "recipes/ExampleText.h"
+#include "recipes/SturdySelectors.h"
+
+#include <algorithm>
+
+namespace Brindle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr size_t mostRows = 40; // rows that are tried for a column
+constexpr size_t fewRows = 5;   // of each, where two are tried together
+
+} // namespace
+
+std::optional<RecipeField> RowFinder::Row(const FoundExample& example, const RecordSet& set) {
+    std::optional<RecipeField> row = BestRow(example, set);
+    return row ? row : RowOfBoth(example, set);
+}
+
+// Rows that give an example within a record, the best first.
+std::vector<RatedRow> RowFinder::RowsFor(const FoundExample& example, RecordSpan record, size_t most) {
+    // In a flat list, selectors look down from what holds all of it.
+    const bool flat = record.Flat;
+    const NodeIndex holder = flat ? in_.Page.Parent(record.Begin) : record.Begin;
+    std::vector<RatedRow> rows;
+    if (flat)
+        for (const QString& pattern : in_.Places.LinePatterns(example.What.Column, FlatRecordText(in_.Source, record),
+                                                              example.What.Node == noNode ? example.Text : QString()))
+            rows.push_back({{.Column = example.What.Column, .Selector = u":scope"_s, .Pattern = pattern},
+                            4 + 0.1 * static_cast<double>(rows.size())});
+    for (const ExamplePlace& place : example.Places) {
+        if (place.Node < record.Begin || place.Node >= record.End)
+            continue;
+        for (const CandidateSelector& candidate :
+             FieldSelectors(in_.Page, holder, place.Node, flat ? record.Begin : noNode)) {
+            if (flat && candidate.Text.contains(u":scope"))
+                continue;
+            rows.push_back({{.Column = example.What.Column,
+                             .Selector = candidate.Text,
+                             .Attribute = place.Attribute,
+                             .Pattern = place.Pattern},
+                            candidate.Cost + place.Cost});
+        }
+    }
+    std::stable_sort(rows.begin(), rows.end(), [](const RatedRow& a, const RatedRow& b) { return a.Cost < b.Cost; });
+    rows.resize(std::min(rows.size(), 8 * most));
+    std::vector<RatedRow> good;
+    for (RatedRow& row : rows) {
+        const auto same = [&](const RatedRow& other) { return other.Row == row.Row; };
+        if (good.size() < most && std::none_of(good.begin(), good.end(), same) &&
+            IsExample(row.Row.Column, in_.Trial.Read(row.Row, record), example.Text))
+            good.push_back(std::move(row));
+    }
+    return good;
+}
+
+std::optional<RecipeField> RowFinder::BestRow(const FoundExample& example, const RecordSet& set) {
+    std::optional<RecipeField> best;
+    double bestScore = -1;
+    const auto business = static_cast<size_t>(example.What.Business);
+    for (const RatedRow& row : RowsFor(example, set.OfBusiness[business], mostRows)) {
+        if (!HoldsForOthers(row.Row, example, set))
+            continue;
+        const RecipeTrial::Fill fill = in_.Trial.FillOf(row.Row, set.Members);
+        double score = fill.Share - 0.04 * row.Cost + 1.5 * in_.Witness.Agreement(row.Row, set.Members);
+        // The first of several is easily another one tomorrow.
+        if (in_.Trial.CountOf(row.Row.Selector, set.OfBusiness[business]) > 1)
+            score -= 0.03;
+        if (example.What.Column == Field::BusinessName)
+            score -= (fill.Difference < 0.5 ? 0.5 : 0) + 0.3 * in_.Witness.Strangers(row.Row, set.Members);
+        if (score > bestScore) {
+            bestScore = score;
+            best = row.Row;
+        }
+    }
+    return best;
+}
+
+// Where businesses are made in different ways, a row for each.
+std::optional<RecipeField> RowFinder::RowOfBoth(const FoundExample& example, const RecordSet& set) {
+    for (const FoundExample& other : in_.Examples) {
+        if (&other == &example || other.What.Column != example.What.Column)
+            continue;
+        const auto rowsOf = [&](const FoundExample& each) {
+            return RowsFor(each, set.OfBusiness[static_cast<size_t>(each.What.Business)], fewRows);
+        };
+        const std::vector<RatedRow> others = rowsOf(other);
+        for (const RatedRow& one : rowsOf(example))
+            for (const RatedRow& two : others) {
+                RecipeField row = one.Row;
+                row.Selector += u", " + two.Row.Selector;
+                const bool alike = one.Row.Attribute == two.Row.Attribute && one.Row.Pattern == two.Row.Pattern;
+                const QString own = in_.Trial.Read(row, set.OfBusiness[static_cast<size_t>(example.What.Business)]);
+                if (alike && IsExample(row.Column, own, example.Text) && HoldsForOthers(row, example, set))
+                    return row;
+            }
+    }
+    return {};
+}
+
+// Whether a row gives what is said of the column in the other businesses too.
+bool RowFinder::HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set) {
+    return std::all_of(in_.Examples.begin(), in_.Examples.end(), [&](const FoundExample& other) {
+        return &other == &example || other.What.Column != row.Column ||
+               IsExample(row.Column, in_.Trial.Read(row, set.OfBusiness[static_cast<size_t>(other.What.Business)]),
+                         other.Text);
+    });
+}
+
+} // namespace Brindle

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "recipes/LearnPage.h"
+
+#include <optional>
+#include <vector>
+
+namespace Brindle {
+
+struct RatedRow {
+    RecipeField Row;
+    double Cost = 0;
+};
+
+/// Finds the rows of a recipe that give the examples and hold for the other records too.
+class RowFinder {
+public:
+    explicit RowFinder(LearnPage& in) : in_(in) {}
+
+    /// Rows that give an example within a record, the best first.
+    std::vector<RatedRow> RowsFor(const FoundExample& example, RecordSpan record, size_t most);
+    /// The one that holds best for all records; where businesses are made in different ways, one that reads both.
+    std::optional<RecipeField> Row(const FoundExample& example, const RecordSet& set);
+    /// The one of those for one element.
+    std::optional<RecipeField> BestRow(const FoundExample& example, const RecordSet& set);
+
+private:
+    std::optional<RecipeField> RowOfBoth(const FoundExample& example, const RecordSet& set);
+    bool HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set);
+
+    LearnPage& in_;
+};
+
+} // namespace Brindle
