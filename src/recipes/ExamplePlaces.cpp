@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t mostPlaces = 200;
+constexpr size_t mostParts = 6;          // elements of which a value is composed
 constexpr int mostPatterns = 3;          // of one place
 constexpr double unreadable = 20;        // cost of where a text stands among others that no pattern tells it from
 constexpr qsizetype longestAround = 500; // characters of the text of which an example may be a part
@@ -258,9 +259,27 @@ std::vector<ExamplePlace> ExamplePlaces::Find(Field column, const QString& text)
     std::vector<ExamplePlace> found;
     AddAttributes(column, text, found);
     AddTexts(column, text, found);
+    if (found.empty() && column == Field::FullAddress)
+        AddComposed(text, found);
     std::stable_sort(found.begin(), found.end(),
                      [](const ExamplePlace& a, const ExamplePlace& b) { return a.Node < b.Node; });
     return found;
+}
+
+// What holds the parts of an address: it is read from them, not from there.
+void ExamplePlaces::AddComposed(const QString& text, std::vector<ExamplePlace>& found) const {
+    const PageTree& page = source_.Page;
+    for (NodeIndex begin = 0; begin < page.Count() && found.size() < mostPlaces;) {
+        const std::vector<NodeIndex> parts = Composed(text, begin, page.Count());
+        if (parts.empty())
+            return;
+        NodeIndex node = parts.front();
+        while (node != noNode && page.End(node) <= parts.back())
+            node = page.Parent(node);
+        if (node != noNode)
+            found.push_back({node, {}, {}, unreadable});
+        begin = page.End(parts.front());
+    }
 }
 
 NodeIndex ExamplePlaces::LinkAround(NodeIndex node) const {
@@ -302,6 +321,34 @@ ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
     const bool labelled = label.Hints != 0 && label.Length > 0 && column != Field::BusinessName;
     const bool isCut = labelled && cut(labelPattern) == QStringView(shown).sliced(label.Length);
     return {.Node = node, .Pattern = isCut ? labelPattern : QString()};
+}
+
+std::vector<NodeIndex> ExamplePlaces::Composed(const QString& text, NodeIndex begin, NodeIndex end) const {
+    std::vector<NodeIndex> parts;
+    return Compose(FoldedExample(text), begin, end, parts) && parts.size() > 1 ? parts : std::vector<NodeIndex>();
+}
+
+// Goes on with elements that have a text of their own, up to what is left of it.
+bool ExamplePlaces::Compose(const QString& rest, NodeIndex begin, NodeIndex end, std::vector<NodeIndex>& parts) const {
+    if (rest.isEmpty())
+        return true;
+    if (parts.size() == mostParts)
+        return false;
+    // The second part stands not far behind the first one.
+    const qsizetype last = parts.empty() ? folded_.size() : BeginOf(begin) + longestAround;
+    for (auto at = std::lower_bound(texts_.begin(), texts_.end(), begin);
+         at != texts_.end() && *at < end && BeginOf(*at) <= last; ++at) {
+        const NodeIndex element = source_.Page.Parent(*at);
+        const QStringView part = QStringView(folded_).sliced(BeginOf(*at), EndOf(*at) - BeginOf(*at));
+        const bool isWhole = element != noNode && EndOf(element) - BeginOf(element) == part.size();
+        if (!isWhole || !rest.startsWith(part))
+            continue;
+        parts.push_back(element);
+        if (Compose(rest.sliced(part.size()), source_.Page.End(element), end, parts))
+            return true;
+        parts.pop_back();
+    }
+    return false;
 }
 
 void ExamplePlaces::AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const {

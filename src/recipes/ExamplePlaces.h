@@ -21,6 +21,9 @@ public:
 
     /// The places where a text stands as the value of a column, in the page's order; at most some hundred.
     std::vector<ExamplePlace> Find(Field column, const QString& text) const;
+    /// The elements between two nodes whose texts, one after the other, are the text; the first that are, in the page's
+    /// order. Empty where there are none, or one has it all.
+    std::vector<NodeIndex> Composed(const QString& text, NodeIndex begin, NodeIndex end) const;
     /// How the value of a column is taken from an element that somebody pointed at: without the label before it, from
     /// the link that it is in or holds.
     ExamplePlace Pointed(Field column, NodeIndex node) const;
@@ -29,12 +32,14 @@ public:
     static QStringList LinePatterns(Field column, const QString& lines, const QString& example);
 
 private:
+    bool Compose(const QString& rest, NodeIndex begin, NodeIndex end, std::vector<NodeIndex>& parts) const;
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     void AddFolded(Field column, const QString& text, const QString& folded, std::vector<ExamplePlace>& found) const;
     void AddLines(Field column, const QString& text, NodeIndex node, std::vector<ExamplePlace>& found) const;
     void AddLinkText(Field column, const QString& text, qsizetype begin, qsizetype end,
                      std::vector<ExamplePlace>& found) const;
     void AddHolders(Field column, const QString& text, NodeIndex link, std::vector<ExamplePlace>& found) const;
+    void AddComposed(const QString& text, std::vector<ExamplePlace>& found) const;
     void AddAttributes(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     NodeIndex LinkAround(NodeIndex node) const;
     NodeIndex ElementAround(qsizetype begin, qsizetype end) const;

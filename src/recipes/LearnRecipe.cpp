@@ -6,6 +6,7 @@
 #include "discovery/RecordsAddress.h"
 #include "discovery/StructuredLinks.h"
 #include "recipes/ExampleText.h"
+#include "recipes/LearnAddress.h"
 #include "recipes/LearnRecords.h"
 #include "recipes/LearnStructured.h"
 #include "recipes/PageAsides.h"
@@ -54,12 +55,12 @@ public:
         recipe.Records = best->Selector;
         recipe.Flat = best->Flat;
         recipe.Next = automaticNextPage.toString();
+        recipe.Country = CountryOfPage();
         AddRows(*best, recipe);
         AddDetailsLink(*best, recipe);
-        recipe.Country = CountryOfPage();
         std::stable_sort(recipe.Fields.begin(), recipe.Fields.end(),
                          [](const RecipeField& a, const RecipeField& b) { return a.Column < b.Column; });
-        Check(recipe);
+        Check(*best, recipe);
         Propose(*best, learned);
         return learned;
     }
@@ -98,18 +99,25 @@ private:
     }
 
     void AddRows(const RecordSet& set, Recipe& recipe) {
+        std::vector<AddressRows::Part> parts;
         for (const FoundExample& example : in_.Examples) {
-            if (Has(recipe, example.What.Column))
+            const auto isSame = [&](const AddressRows::Part& part) {
+                return part.Example->What.Column == example.What.Column;
+            };
+            if (Has(recipe, example.What.Column) || std::any_of(parts.begin(), parts.end(), isSame))
                 continue;
             const std::optional<RecipeField> row = rows_.Row(example, set);
+            const bool isText = example.What.Node == noNode && AddressRows::IsPart(example.What.Column);
+            if (isText && (!row || !row->Pattern.isEmpty())) {
+                parts.push_back({&example, row});
+                continue;
+            }
             if (!row)
                 throw Failure(u"%1=%2: no selector holds for it and the other records"_s.arg(
                     CaptionOf(example.What.Column), example.Text));
             recipe.Fields.push_back(*row);
         }
-        const bool hasParts = Has(recipe, Field::Address) || Has(recipe, Field::City) || Has(recipe, Field::PostalCode);
-        for (RecipeField& field : recipe.Fields)
-            field.SplitAddress = field.Column == Field::FullAddress && !hasParts;
+        AddressRows(in_, rows_, recipe.Country).Add(parts, set, recipe);
         if (!Has(recipe, Field::BusinessName))
             throw Failure(u"an example of Business Name is missing"_s);
     }
@@ -178,7 +186,7 @@ private:
     // --------------------------------------------------------------------------------------------------- the check
 
     // Reads the page as a harvest would; the examples must come out.
-    void Check(Recipe& recipe) const {
+    void Check(const RecordSet& set, Recipe& recipe) const {
         const RecipeReading reading = RecipeReader(recipe).Read(in_.Page, in_.Url);
         if (reading.Records.size() < 2)
             throw Failure(u"nothing on the page holds for more than one record"_s);
@@ -186,7 +194,8 @@ private:
             const int column = static_cast<int>(example.What.Column);
             const bool comesOut =
                 std::any_of(reading.Records.begin(), reading.Records.end(), [&](const PageRecord& record) {
-                    return IsExample(example.What.Column, record.Fields.At(column), example.Text);
+                    return record.Begin == set.Of(example).Begin &&
+                           IsExample(example.What.Column, record.Fields.At(column), example.Text);
                 });
             if (!comesOut)
                 throw Failure(u"%1=%2: does not come out of what was learned"_s.arg(CaptionOf(example.What.Column),

@@ -1,5 +1,6 @@
 #include "recipes/LearnRows.h"
 
+#include "discovery/StructuredText.h"
 #include "recipes/ExampleText.h"
 #include "recipes/SturdySelectors.h"
 
@@ -11,14 +12,64 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr size_t mostRows = 40; // rows that are tried for a column
-constexpr size_t fewRows = 5;   // of each, where two are tried together
+constexpr size_t mostRows = 40;    // rows that are tried for a column
+constexpr double mostOfName = 1.5; // cost of a selector by name
+constexpr size_t fewRows = 5;      // of each, where two are tried together
 
 } // namespace
 
 std::optional<RecipeField> RowFinder::Row(const FoundExample& example, const RecordSet& set) {
     std::optional<RecipeField> row = BestRow(example, set);
+    if (!row)
+        row = RowOfParts(example, set);
     return row ? row : RowOfBoth(example, set);
+}
+
+// An address whose parts stand in elements of their own, with nothing that holds them alone.
+std::optional<RecipeField> RowFinder::RowOfParts(const FoundExample& example, const RecordSet& set) {
+    const RecordSpan record = set.Of(example);
+    if (example.What.Column != Field::FullAddress || example.What.Node != noNode || record.Flat)
+        return {};
+    const std::vector<NodeIndex> parts = in_.Places.Composed(example.Text, record.Begin, record.End);
+    RecipeField row{.Column = example.What.Column, .Selector = {}, .Join = true};
+    // One name for all of them, also where there is one more or less.
+    if (!parts.empty())
+        for (const CandidateSelector& own : OwnSelectors(in_.Page, parts.front())) {
+            row.Selector = own.Text;
+            if (own.Cost <= mostOfName && IsExample(row.Column, in_.Trial.Read(row, record), example.Text) &&
+                HoldsForOthers(row, example, set))
+                return row;
+        }
+    QStringList selectors;
+    for (const NodeIndex part : parts) {
+        const QString selector = SelectorOfPart(part, record, set);
+        if (selector.isEmpty())
+            return {};
+        selectors.append(selector);
+    }
+    selectors.removeDuplicates();
+    row.Selector = selectors.join(u", ");
+    const bool holds = !parts.empty() && IsExample(row.Column, in_.Trial.Read(row, record), example.Text) &&
+                       HoldsForOthers(row, example, set);
+    return holds ? std::optional(row) : std::nullopt;
+}
+
+// Selects this element alone in its record, and one like it in most others.
+QString RowFinder::SelectorOfPart(NodeIndex part, RecordSpan record, const RecordSet& set) {
+    QString best;
+    double bestScore = 0;
+    for (const CandidateSelector& candidate : FieldSelectors(in_.Page, record.Begin, part)) {
+        const RecipeField row{.Column = Field::FullAddress, .Selector = candidate.Text};
+        if (in_.Trial.CountOf(candidate.Text, record) != 1 ||
+            FoldedExample(in_.Trial.Read(row, record)) != FoldedExample(StructuredText(in_.Page).Of(part)))
+            continue;
+        const double score = in_.Trial.FillOf(row, set.Members).Share - 0.04 * candidate.Cost;
+        if (score > bestScore) {
+            bestScore = score;
+            best = candidate.Text;
+        }
+    }
+    return best;
 }
 
 // Rows that give an example within a record, the best first.

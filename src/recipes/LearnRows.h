@@ -25,6 +25,8 @@ public:
     std::optional<RecipeField> BestRow(const FoundExample& example, const RecordSet& set);
 
 private:
+    std::optional<RecipeField> RowOfParts(const FoundExample& example, const RecordSet& set);
+    QString SelectorOfPart(NodeIndex part, RecordSpan record, const RecordSet& set);
     std::optional<RecipeField> RowOfBoth(const FoundExample& example, const RecordSet& set);
     bool HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set);
 

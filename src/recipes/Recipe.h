@@ -15,6 +15,7 @@ struct RecipeField {
     QString Selector;          ///< CSS, within the record; ":scope" is the record itself
     QString Attribute{};       ///< that holds the value; empty: the text, for links "href"
     QString Pattern{};         ///< regular expression: its first group, or all that it matches; empty: the whole value
+    bool Join = false;         ///< all that the selector selects makes the value, not the first that holds something
     bool SplitAddress = false; ///< of the full address: street, city, state, postal code and country are taken from it
 
     bool operator==(const RecipeField&) const = default;

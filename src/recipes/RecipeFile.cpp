@@ -4,6 +4,7 @@
 #include "discovery/StructuredLinks.h"
 #include "page/Selector.h"
 #include "recipes/RecipePattern.h"
+#include "recipes/RecipeValue.h"
 #include "recipes/SearchAddressOf.h"
 
 #include <QDir>
@@ -239,6 +240,9 @@ private:
         field.Pattern = reader.Text("pattern");
         if (const QString reason = RecipePattern::ProblemOf(field.Pattern); !reason.isEmpty())
             reader.Report(reader.LineOfKey("pattern"), u"%1: %2"_s.arg(reader.NameOf("pattern"), reason));
+        field.Join = reader.Flag("join");
+        if (field.Join && (IsLinkColumn(field.Column) || field.Column == Field::Email))
+            reader.Report(reader.LineOfKey("join"), u"%1: only texts can be joined"_s.arg(reader.NameOf("join")));
         field.SplitAddress = reader.Flag("split_address");
         if (field.SplitAddress && field.Column != Field::FullAddress)
             reader.Report(reader.LineOfKey("split_address"),
@@ -347,6 +351,8 @@ void AppendFields(QString& text, const std::vector<RecipeField>& fields) {
             more.append(u"attribute = "_s + Quoted(field.Attribute));
         if (!field.Pattern.isEmpty())
             more.append(u"pattern = "_s + Quoted(field.Pattern));
+        if (field.Join)
+            more.append(u"join = true"_s);
         if (field.SplitAddress)
             more.append(u"split_address = true"_s);
         if (more.isEmpty())

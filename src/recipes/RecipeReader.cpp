@@ -60,13 +60,21 @@ public:
     QString Read(const Row& row, const SelectorQuery& query, RecordSpan within) {
         if (IsWholeFlatRecord(row.Says, row.Cut, within))
             return Finished(row, FlatRecordText({Page, Lines(), Base}, within));
+        QStringList joined;
+        NodeIndex end = 0; // of the last one that was joined
         for (const NodeIndex node : SelectedIn(query, within)) {
+            if (node < end)
+                continue;
             const QString text =
                 Finished(row, RawFieldValue({Page, Lines(), Base}, node, row.Says.Column, row.Says.Attribute, row.Cut));
-            if (!text.isEmpty())
+            if (text.isEmpty())
+                continue;
+            if (!row.Says.Join)
                 return text;
+            joined.append(text);
+            end = Page.End(node);
         }
-        return {};
+        return JoinedValues(row.Says.Column, joined);
     }
 
     void ReadRows(const std::vector<Row>& rows, const std::vector<std::unique_ptr<SelectorQuery>>& queries,

@@ -79,14 +79,22 @@ QString RecipeTrial::Read(const RecipeField& row, RecordSpan record) {
         cut.Apply(text);
         return FinishedFieldValue(row.Column, source_.Base, text);
     }
+    QStringList joined;
+    NodeIndex end = 0;
     for (const NodeIndex node : SelectedIn(QueryOf(row.Selector), record)) {
+        if (node < end)
+            continue;
         QString text = RawFieldValue(source_, node, row.Column, row.Attribute, cut);
         cut.Apply(text);
         text = FinishedFieldValue(row.Column, source_.Base, text);
-        if (!text.isEmpty())
+        if (text.isEmpty())
+            continue;
+        if (!row.Join)
             return text;
+        joined.append(text);
+        end = source_.Page.End(node);
     }
-    return {};
+    return JoinedValues(row.Column, joined);
 }
 
 RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<RecordSpan>& records) {

@@ -180,6 +180,13 @@ QString FinishedFieldValue(Field column, const QString& base, const QString& tex
     return WithLevelBlanks(text);
 }
 
+QString JoinedValues(Field column, const QStringList& values) {
+    if (IsAddressColumn(column))
+        return WithCommas(values.join(u'\n'));
+    const bool isNumber = column == Field::Phone || column == Field::Fax;
+    return values.join(isNumber ? u";"_s : column == Field::Category ? u", "_s : u" "_s);
+}
+
 void SplitFullAddress(const PageTree& page, const QString& url, const QString& country, Lead& lead) {
     if (lead.FullAddress.isEmpty())
         return;

@@ -8,6 +8,7 @@
 #include "recipes/RecordSpans.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace Brindle {
 
@@ -35,6 +36,10 @@ QString FlatRecordText(const ValueSource& source, RecordSpan record);
 /// The value as it goes into the lead: links absolute and of http or https, of a website what a counter leads to,
 /// "tel:" and "mailto:" taken off; empty when it is nothing of that kind.
 QString FinishedFieldValue(Field column, const QString& base, const QString& text);
+
+/// Several values of a row as one: parts of an address with commas, numbers with ";", others with what parts their
+/// kind.
+QString JoinedValues(Field column, const QStringList& values);
 
 /// Takes the full address of a lead apart, as its country writes addresses; parts that are not sure stay as they are.
 void SplitFullAddress(const PageTree& page, const QString& url, const QString& country, Lead& lead);
