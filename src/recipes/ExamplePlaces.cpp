@@ -91,7 +91,9 @@ QStringList BetweenLabels(const QString& around, const QString& example) {
     const QString start = u"(?:^|\\s)"_s + QRegularExpression::escape(label) + u"\\s*"_s;
     if (end < 2 || end > 25 || behind.first(end).contains(u'\n'))
         return behind.isEmpty() ? QStringList{start + u"(.+)$"_s} : QStringList();
-    return {start + u"(.+?)\\s*(?:[^\\s:]{2,20}:|$)"_s};
+    // The value may have a colon of its own.
+    const QString next = QRegularExpression::escape(behind.first(end).toString());
+    return {start + u"(.+?)\\s*(?:[^\\s:]{2,20}:|$)"_s, start + u"(.+?)\\s*(?:%1|$)"_s.arg(next)};
 }
 
 // A value before a word that does something: "1 Main St, Ulm [map]". It may be missing elsewhere.
@@ -113,6 +115,9 @@ QStringList PatternsFor(Field column, const QString& around, const QString& exam
         patterns += BetweenLabels(around, example);
     if (IsPhoneColumn(column))
         patterns.append(phonePattern);
+    // "416-555-0100 ext. 12"
+    if (IsPhoneColumn(column) && std::any_of(example.cbegin(), example.cend(), [](QChar c) { return c.isLetter(); }))
+        patterns.append(phonePattern + u"(?:\\s+[^\\W\\d]{1,6}\\.?\\s?\\d{1,5}\\b)?"_s);
     if (column == Field::Email)
         patterns.append({mailPattern, hiddenMailPattern});
     if (column == Field::PostalCode)
@@ -133,13 +138,23 @@ QStringList PatternsFor(Field column, const QString& around, const QString& exam
     patterns.append(labelPattern);
     if (IsPhoneColumn(column))
         return patterns;
-    patterns.append(u"^\\d+\\s*[.)]\\s*(.+)$"_s);
+    patterns.append(u"^(?:#\\s*\\d+|\\d+\\s*[.)])\\s*(.+)$"_s);
     for (int part = 0; part < 5; ++part)
         patterns.append(part == 0 ? u"^\\s*([^,]+?)\\s*,"_s : u"^(?:[^,]*,){%1}\\s*([^,]+?)\\s*(?:,|$)"_s.arg(part));
     for (int part = 0; part < 4; ++part)
         patterns.append(u"^(?:.*?\\s[-\u2013|\u00b7\u2022]\\s){%1}(.+?)(?:\\s[-\u2013|\u00b7\u2022]\\s|$)"_s.arg(part));
     patterns.append({u"^(.+?)\\s*\\("_s, u"^(.+?)\\s+[-\u2013|\u00b7]\\s"_s, u"\\s[-\u2013|\u00b7]\\s+(.+)$"_s});
     return patterns;
+}
+
+// The pattern that cuts a number or address out of what happens at a click; empty for none.
+QString CutFromScript(Field column, const PageAttribute& attribute, const QString& example) {
+    if (!attribute.Name.startsWith(u"on") || !(IsPhoneColumn(column) || column == Field::Email))
+        return {};
+    const QString pattern = u"['\"]("_s + (IsPhoneColumn(column) ? phonePattern : mailPattern) + u")['\"]"_s;
+    QString value = attribute.Value.toString();
+    const bool cuts = RecipePattern(pattern).Apply(value) == RecipePattern::Outcome::Matched;
+    return cuts && IsExample(column, value, example) ? pattern : QString();
 }
 
 // An example as the page writes it, with the marks that it begins and ends with.
@@ -388,6 +403,8 @@ void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& 
             AddLinkText(column, text, at, end, found);
             continue;
         }
+        if (IsRunTogether(column, node, folded, text))
+            continue;
         if (BeginOf(node) == at && EndOf(node) == end) {
             for (int level = 0; level < 3 && node != noNode && BeginOf(node) == at && EndOf(node) == end; ++level) {
                 found.push_back({node, {}, {}, 0.0});
@@ -421,6 +438,17 @@ void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& 
         if (found.size() == before)
             found.push_back({node, {}, {}, unreadable});
     }
+}
+
+// Whether the words of an example stand there as one, as names do in addresses of the web and of mail.
+bool ExamplePlaces::IsRunTogether(Field column, NodeIndex node, const QString& folded, const QString& text) const {
+    if (IsPhoneColumn(column) || column == Field::Email || !text.contains(u' ') ||
+        EndOf(node) - BeginOf(node) > longestAround)
+        return false;
+    const QString shown = ShownText(source_.Lines, node, source_.Page.End(node), u"\n");
+    const QString written = PartOfFold(shown, folded);
+    return std::all_of(written.cbegin(), written.cend(), [](QChar c) { return c.isLetterOrNumber(); }) &&
+           (shown.contains(written + u'.') || shown.contains(u'@'));
 }
 
 // The text of a link stands for where it leads; without a link, an address is one by itself.
@@ -501,6 +529,8 @@ void ExamplePlaces::AddAttributes(Field column, const QString& text, std::vector
             } else if (column == Field::Email && attribute.Name == u"data-cfemail") {
                 if (IsExample(column, DecodedMail(attribute.Value), text))
                     found.push_back({node, attribute.Name.toString(), {}, 0.0});
+            } else if (const QString pattern = CutFromScript(column, attribute, text); !pattern.isEmpty()) {
+                found.push_back({node, attribute.Name.toString(), pattern, 1.4});
             } else if (!isHref && attribute.Value.size() < longestAround &&
                        (FoldedExample(attribute.Value) == folded ||
                         (IsPhoneColumn(column) && attribute.Name.startsWith(u"data-") && DigitsOf(text).size() >= 6 &&

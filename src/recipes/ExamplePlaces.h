@@ -36,6 +36,7 @@ private:
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     void AddFolded(Field column, const QString& text, const QString& folded, std::vector<ExamplePlace>& found) const;
     void AddLines(Field column, const QString& text, NodeIndex node, std::vector<ExamplePlace>& found) const;
+    bool IsRunTogether(Field column, NodeIndex node, const QString& folded, const QString& text) const;
     void AddLinkText(Field column, const QString& text, qsizetype begin, qsizetype end,
                      std::vector<ExamplePlace>& found) const;
     void AddHolders(Field column, const QString& text, NodeIndex link, std::vector<ExamplePlace>& found) const;

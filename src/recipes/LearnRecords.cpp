@@ -48,20 +48,22 @@ bool RecordFinder::HoldsAll(int business, RecordSpan record) const {
 
 // The smallest elements in which all examples of the first business stand, the smallest first.
 std::vector<NodeIndex> RecordFinder::Together() const {
-    const FoundExample* anchor = nullptr;
-    for (const FoundExample& example : in_.Examples)
-        if (example.What.Business == 0 && (!anchor || example.Places.size() < anchor->Places.size()))
-            anchor = &example;
+    const FoundExample* rarest = nullptr;
     std::vector<NodeIndex> found;
-    if (!anchor)
-        return found;
-    for (const ExamplePlace& place : anchor->Places) {
-        NodeIndex node = place.Node;
-        while (node != noNode && !HoldsAll(0, SpanOf(node)))
-            node = in_.Page.Parent(node);
-        if (node != noNode && std::find(found.begin(), found.end(), node) == found.end())
-            found.push_back(node);
-    }
+    const auto add = [&](const FoundExample& anchor) {
+        for (const ExamplePlace& place : anchor.Places) {
+            NodeIndex node = place.Node;
+            while (node != noNode && !HoldsAll(0, SpanOf(node)))
+                node = in_.Page.Parent(node);
+            if (node != noNode && std::find(found.begin(), found.end(), node) == found.end())
+                found.push_back(node);
+        }
+    };
+    for (const FoundExample& example : in_.Examples)
+        if (example.What.Business == 0 && (!rarest || example.Places.size() < rarest->Places.size()))
+            rarest = &example;
+    if (rarest)
+        add(*rarest);
     std::stable_sort(found.begin(), found.end(), [this](NodeIndex a, NodeIndex b) {
         const NodeIndex sizeA = in_.Page.End(a) - a;
         const NodeIndex sizeB = in_.Page.End(b) - b;
@@ -204,27 +206,41 @@ double RecordFinder::Alike(const RecordSet& set) {
     return static_cast<double>(count) / static_cast<double>(set.Members.size());
 }
 
+// Branches that bear one name differ in what else is said of them.
+bool RecordFinder::AreToldApart(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
+    for (size_t i = 0; i < in_.Examples.size(); ++i) {
+        const bool isOther = in_.Examples[i].What.Column != Field::BusinessName;
+        if (!isOther || rows[i].empty())
+            continue;
+        const RecipeTrial::Fill fill = in_.Trial.FillOf(rows[i].front().Row, set.Members);
+        if (fill.Share > 0.7 && fill.Difference > 0.7)
+            return true;
+    }
+    return false;
+}
+
 // How many records hold what the examples promise; what does not counts against it.
 double RecordFinder::ScoreOf(RecordSet& set, const std::vector<std::vector<RatedRow>>& rows) {
     double sum = 0;
     double weakest = 1;
     int count = 0;
+    const bool told = AreToldApart(set, rows);
     for (size_t i = 0; i < in_.Examples.size(); ++i) {
         if (in_.Examples[i].What.Business != 0)
             continue;
+        const bool isName = in_.Examples[i].What.Column == Field::BusinessName;
         double best = 0;
         double all = 0;
         for (const RatedRow& row : rows[i]) {
             const RecipeTrial::Fill fill = in_.Trial.FillOf(row.Row, set.Members);
-            const bool isName = row.Row.Column == Field::BusinessName;
-            const double share = isName && fill.Difference < 0.5 ? fill.Share * 0.3 : fill.Share;
+            const double share = isName && fill.Difference < 0.5 && !told ? fill.Share * 0.3 : fill.Share;
             best = std::max(best, share);
             all += share / static_cast<double>(rows[i].size());
         }
         // Records that are of one make can be read in every way in which the example can.
         sum += (best + all) / 2;
         ++count;
-        if (in_.Examples[i].What.Column == Field::BusinessName) {
+        if (isName) {
             weakest = (best + all) / 2;
             set.Named = best;
         }

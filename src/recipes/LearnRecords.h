@@ -32,6 +32,7 @@ private:
     bool FindBusinesses(RecordSet& set) const;
     QString Surroundings(NodeIndex node);
     double Alike(const RecordSet& set);
+    bool AreToldApart(const RecordSet& set, const std::vector<std::vector<RatedRow>>& rows);
     double ScoreOf(RecordSet& set, const std::vector<std::vector<RatedRow>>& rows);
     LearnPage& in_;
     RowFinder& rows_;

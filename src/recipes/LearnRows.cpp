@@ -56,12 +56,15 @@ std::optional<RecipeField> RowFinder::RowOfParts(const FoundExample& example, co
 
 // Selects this element alone in its record, and one like it in most others.
 QString RowFinder::SelectorOfPart(NodeIndex part, RecordSpan record, const RecordSet& set) {
+    const QString shown = StructuredText(in_.Page).Of(part);
+    // A postal code by itself is no line of an address.
+    const Field column = DigitsOf(shown).size() * 2 > shown.size() ? Field::PostalCode : Field::FullAddress;
     QString best;
     double bestScore = 0;
     for (const CandidateSelector& candidate : FieldSelectors(in_.Page, record.Begin, part)) {
-        const RecipeField row{.Column = Field::FullAddress, .Selector = candidate.Text};
+        const RecipeField row{.Column = column, .Selector = candidate.Text};
         if (in_.Trial.CountOf(candidate.Text, record) != 1 ||
-            FoldedExample(in_.Trial.Read(row, record)) != FoldedExample(StructuredText(in_.Page).Of(part)))
+            FoldedExample(in_.Trial.Read(row, record)) != FoldedExample(shown))
             continue;
         const double score = in_.Trial.FillOf(row, set.Members).Share - 0.04 * candidate.Cost;
         if (score > bestScore) {
