@@ -4,6 +4,7 @@
 #include "discovery/AnyPage.h"
 #include "discovery/NextPage.h"
 #include "discovery/RecordsAddress.h"
+#include "discovery/RecordsContacts.h"
 #include "discovery/StructuredLinks.h"
 #include "recipes/ExampleText.h"
 #include "recipes/LearnAddress.h"
@@ -153,7 +154,8 @@ private:
         // "More" at the end of each record, as any page is read.
         for (const PageRecord& known : in_.Any.Records) {
             const QString& address = known.Fields.DetailsLink;
-            if (known.End <= record.Begin || known.Begin >= record.End || address.isEmpty())
+            if (known.End <= record.Begin || known.Begin >= record.End || address.isEmpty() ||
+                !RedirectTarget(address).isEmpty())
                 continue;
             const FoundExample implied{.What = {.Column = Field::DetailsLink},
                                        .Text = address,

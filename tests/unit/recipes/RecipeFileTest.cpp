@@ -84,6 +84,7 @@ TEST(RecipeFile, AMistakeIsOneLineThatNamesItsPlace) {
         {"attribute = \"data-number\"", "atribute = \"data-number\"", u"line 14: fields.Phone.atribute is no key"_s},
         {"\"data-number\"", "\"data number\"", u"line 14: fields.Phone.attribute: "_s},
         {"(.+)$'", "(.+$'", u"line 12: fields.Category.pattern: missing closing parenthesis"_s},
+        {"attribute = \"data-number\"", "join = 1", u"line 14: fields.Phone.join is neither true nor false"_s},
         {"attribute = \"data-number\"", "split_address = true",
          u"line 14: fields.Phone.split_address: only Full Address can be taken apart"_s},
         {"'a[rel~=\"external\"]'", "'a[rel~='", u"line 15: fields.Website: "_s},

@@ -56,6 +56,8 @@ TEST(RecipeReader, FieldsAreReadAsTheRecipeSays) {
          u"http://www.joes.example"_s},
         {"\"Full Address\" = 'p'", Field::FullAddress, u"<p>1 Main St,<br>Toronto<br> ON M5V 1A1</p>"_s,
          u"1 Main St, Toronto, ON M5V 1A1"_s},
+        {"\"Full Address\" = { selector = 'i, u', join = true }", Field::FullAddress,
+         u"<i>Ringweg 5</i> or <u>10115</u><u>Berlin</u>"_s, u"Ringweg 5, 10115 Berlin"_s},
         {"City = 'dt:has-text(\"Town\") + dd'", Field::City, u"<dl><dt>Town<dd>Ulm<dt>x<dd>y</dl>"_s, u"Ulm"_s},
     };
     for (const auto& row : cases) {
