@@ -179,7 +179,8 @@ void PageAnnotations::ReadElement(NodeIndex node) {
         if (name == u"href") {
             href = attribute.Value;
         } else if (name == u"class" || name == u"id" || name == u"itemprop" || name == u"property" ||
-                   name == u"data-testid" || name == u"data-field" || name == u"data-label" || name == u"itemtype") {
+                   name == u"data-testid" || name == u"data-test" || name == u"data-qa" || name == u"data-cy" ||
+                   name == u"data-field" || name == u"data-label" || name == u"slot" || name == u"itemtype") {
             if (attribute.Value.isEmpty() || attribute.Value.size() > 300)
                 continue;
             const QString key = attribute.Value.toString();
@@ -191,6 +192,9 @@ void PageAnnotations::ReadElement(NodeIndex node) {
                 found = known.insert(key, HintsOfName(value));
             }
             hints |= *found;
+        } else if (name == u"aria-label") {
+            if (TellsRating(attribute.Value))
+                hints = hints | Hint::Rating;
         } else if (name == u"data-cfemail") {
             if (const QString mail = DecodedMail(attribute.Value); !mail.isEmpty())
                 Mails.push_back({node, mail});
@@ -205,7 +209,7 @@ void PageAnnotations::ReadElement(NodeIndex node) {
 
     NodeFacts& facts = Facts[static_cast<size_t>(node)];
     const QStringView name = Page.Name(node);
-    if (name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6')
+    if (IsHeading(Page, node))
         Count(facts.Headings);
     else if (name == u"b" || name == u"strong" || name == u"dt")
         Count(facts.Strong);
@@ -223,6 +227,22 @@ void PageAnnotations::ReadElement(NodeIndex node) {
         Count(facts.Dates);
     if (name == u"a" && !href.isNull())
         ReadLink(node, href);
+}
+
+// "4.5 star rating", "4,5 von 5": stars that are drawn are told to those who do not see them.
+bool PageAnnotations::TellsRating(QStringView label) {
+    if (label.size() < 3 || label.size() > 60)
+        return false;
+    const auto first = std::find_if(label.begin(), label.end(), [](QChar c) { return c.isDigit(); });
+    if (first == label.end() || *first > u'5')
+        return false;
+    const QStringView rest = label.sliced(first - label.begin() + 1);
+    const bool fraction = rest.size() > 1 && (rest[0] == u'.' || rest[0] == u',') && rest[1].isDigit();
+    const bool whole = rest.isEmpty() || !rest[0].isDigit();
+    if (!fraction && !whole)
+        return false;
+    return label.contains(u"star", Qt::CaseInsensitive) || label.contains(u"stern", Qt::CaseInsensitive) ||
+           (rest.size() > 1 && rest.size() <= 20 && rest.sliced(1).contains(u'5'));
 }
 
 // Numbers and addresses of mail that a page shows on a click only.

@@ -112,6 +112,7 @@ public:
 
 private:
     void ReadElements();
+    static bool TellsRating(QStringView label);
     void ReadElement(NodeIndex node);
     void ReadData(NodeIndex node, QStringView name, QStringView value);
     void ReadLink(NodeIndex node, QStringView href);

@@ -212,6 +212,12 @@ bool HoldsNoText(const PageTree& page, NodeIndex element) {
            std::find(silentNames.begin(), silentNames.end(), page.Name(element)) != silentNames.end();
 }
 
+bool IsHeading(const PageTree& page, NodeIndex element) {
+    const QStringView name = page.Name(element);
+    return (name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6') ||
+           page.Attribute(element, u"role") == u"heading";
+}
+
 QString BareWords(QStringView text) {
     text = WithoutEndMarks(text);
     QString words(text.size(), Qt::Uninitialized);

@@ -54,6 +54,9 @@ QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStrin
 /// Whether nothing within an element is text that a page shows.
 bool HoldsNoText(const PageTree& page, NodeIndex element);
 
+/// Whether an element is a heading: by its name, or by the role that it gives itself.
+bool IsHeading(const PageTree& page, NodeIndex element);
+
 /// The lower-cased text without marks at its ends ("Next »" is "next"), blanks collapsed.
 QString BareWords(QStringView text);
 

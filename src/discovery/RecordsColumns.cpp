@@ -18,10 +18,6 @@ constexpr size_t mostColumns = 600;
 constexpr int mostOrdinals = 12;
 constexpr size_t mostMeasured = 400;
 
-bool IsHeadingName(QStringView name) {
-    return name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6';
-}
-
 bool HasWord(QStringView text) {
     for (qsizetype i = 0; i + 1 < text.size(); ++i)
         if (text[i].isLetter() && (text[i + 1].isLetter() || text[i].unicode() >= 0x2E80))
@@ -287,7 +283,8 @@ void RecordColumns::ReadColumns(size_t record) {
             for (int level = 0; element >= range.Begin && level < 6; element = Page.Page.Parent(element), ++level) {
                 const QStringView name = Page.Page.Name(element);
                 const HintSet hints = Page.HintsOf(element);
-                const bool matters = level == 0 || IsHeadingName(name) || name == u"a" ||
+                const bool heading = IsHeading(Page.Page, element);
+                const bool matters = level == 0 || heading || name == u"a" ||
                                      (hints & (Hint::Name | Hint::Category | Hint::City | Hint::Address)) != 0;
                 if (matters) {
                     const quint64 path = PlaceOf(element, range);
@@ -310,7 +307,7 @@ void RecordColumns::ReadColumns(size_t record) {
                         column.Own |= hints;
                         column.Around |= HintsAround(Page.Page.Parent(element), range, 2);
                         column.Label |= line.Label;
-                        column.IsHeading = column.IsHeading || IsHeadingName(name);
+                        column.IsHeading = column.IsHeading || heading;
                         column.IsLink = column.IsLink || name == u"a";
                         column.IsStrong =
                             column.IsStrong || name == u"strong" || name == u"b" || name == u"dt" || name == u"th";

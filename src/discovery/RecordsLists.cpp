@@ -25,10 +25,6 @@ bool IsVolatile(QStringView token) {
     return token.startsWith(u"is-") || token.startsWith(u"has-") || words.contains(token.toString().toLower());
 }
 
-bool IsHeadingName(QStringView name) {
-    return name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6';
-}
-
 // Elements that hold nothing which could be a record or a part of one that matters.
 bool IsBare(const PageAnnotations& page, NodeIndex node) {
     const NodeFacts& facts = page.FactsOf(node);
@@ -306,10 +302,10 @@ private:
         list.Promise *= 0.85;
         // A heading begins what follows it, and never ends what stands before it.
         const bool heading = std::any_of(list.Records.begin(), list.Records.end(), [&page](const RecordRange& record) {
-            return IsHeadingName(page.Name(record.Begin));
+            return page.IsElement(record.Begin) && IsHeading(page, record.Begin);
         });
         const bool headings = std::any_of(children.begin(), children.end(), [&page](NodeIndex child) {
-            return page.IsElement(child) && IsHeadingName(page.Name(child));
+            return page.IsElement(child) && IsHeading(page, child);
         });
         if (headings && !heading)
             list.Promise *= 0.9;
@@ -427,26 +423,41 @@ quint64 Mixed(quint64 one, quint64 other) {
     return mixed ^ (mixed >> 29);
 }
 
+namespace {
+
+template <typename Use>
+void ForEachToken(QStringView classes, const Use& use) {
+    for (qsizetype at = 0; at < classes.size();) {
+        while (at < classes.size() && classes[at].isSpace())
+            ++at;
+        qsizetype end = at;
+        while (end < classes.size() && !classes[end].isSpace())
+            ++end;
+        if (end > at)
+            use(classes.sliced(at, end - at));
+        at = end;
+    }
+}
+
+} // namespace
+
 QStringList SturdyClasses(QStringView classes) {
     QStringList kept;
-    for (QStringView rest = classes; !rest.isEmpty() && kept.size() < 20;) {
-        qsizetype begin = 0;
-        while (begin < rest.size() && rest[begin].isSpace())
-            ++begin;
-        qsizetype end = begin;
-        while (end < rest.size() && !rest[end].isSpace())
-            ++end;
-        const QStringView token = rest.sliced(begin, end - begin);
-        if (!token.isEmpty() && !IsVolatile(token))
+    ForEachToken(classes, [&kept](QStringView token) {
+        if (kept.size() < 20 && !IsVolatile(token))
             kept << token.toString();
-        rest = rest.sliced(end);
-    }
+    });
     return kept;
 }
 
 Signatures::Signatures(const PageTree& page)
     : full_(static_cast<size_t>(page.Count()), 0), plain_(static_cast<size_t>(page.Count()), 0) {
     QHash<QString, quint64> known;
+    // Page builders give each element a class of its own beside those that it shares: "column column-c41f0ab".
+    QHash<QStringView, int> uses;
+    for (NodeIndex node = 0; node < page.Count(); ++node)
+        if (const QStringView classes = page.Attribute(node, u"class"); classes.size() <= 1000)
+            ForEachToken(classes, [&uses](QStringView token) { ++uses[token]; });
     for (NodeIndex node = 0; node < page.Count(); ++node) {
         if (!page.IsElement(node))
             continue;
@@ -465,8 +476,13 @@ Signatures::Signatures(const PageTree& page)
             const QString key = classes.toString();
             auto found = known.constFind(key);
             if (found == known.cend()) {
+                const QStringList tokens = SturdyClasses(classes);
+                const bool shares = std::any_of(tokens.begin(), tokens.end(),
+                                                [&uses](const QString& token) { return uses.value(token) > 1; });
                 quint64 hash = 7;
-                for (const QString& token : SturdyClasses(classes)) {
+                for (const QString& token : tokens) {
+                    if (shares && uses.value(token) == 1)
+                        continue;
                     for (const QChar c : token)
                         if (!c.isDigit())
                             hash = Mixed(hash, c.unicode());

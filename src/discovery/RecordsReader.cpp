@@ -271,7 +271,7 @@ private:
              i < pieces.size() && pieces[i].Node < record.End; ++i) {
             const auto line = static_cast<size_t>(pieces[i].Line);
             const QStringView text = page_.Lines.TextOf(page_.Lines.Lines[line]);
-            if (page_.IsCodeLine[line] && text.size() < name.size() + 20 && text.contains(name))
+            if (page_.IsCodeLine[line] && text.size() < name.size() + 20 && text != name && text.contains(name))
                 return true;
         }
         return false;
@@ -389,8 +389,10 @@ private:
         const bool stores = names_.IsOneName() && shares.Street >= 0.8 && DistinctAddresses() >= 0.8;
         if (distinct < 0.5 && !stores)
             return no(u"its names repeat"_s);
-        const bool hosts = directory && subject_.Hosts && shares.Details >= 0.5;
-        if (shares.Price > 0.5 && shares.Phone < 0.5 && !hosts)
+        // Beds, tables and desks have prices, and so have the firms of a list that says what an hour of theirs costs.
+        const bool hosts = directory && shares.Details >= 0.5 &&
+                           (subject_.Hosts || shares.Street >= 0.7 || (shares.Place >= 0.8 && shares.Rating >= 0.5));
+        if (shares.Price > 0.5 && !hosts && (shares.Phone < 0.5 || other))
             return no(u"its records have prices"_s);
         // Dates of reviews or of a membership stand in lists of addresses, too.
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;

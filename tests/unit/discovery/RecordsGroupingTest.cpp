@@ -52,6 +52,11 @@ TEST(Grouping, RecordsAreFoundHoweverTheirElementsStand) {
                                                   u"</div><h2>D-F</h2><div>"_s + Entries(card, 4, 6) + u"</div>"_s},
         {"classes that a build made, other ones for each",
          Entries(u"<div class='c-{i}f9a css-1x{i}'>"_s + inside + u"</div>"_s, 1, 6)},
+        {"in rows, each with a class of its own beside those of all",
+         Entries(u"<section class='row row-x{c}'>"_s + u"<div class='col col-a{c}q'>"_s + inside + u"</div>"_s, 1, 1) +
+             Entries(u"<div class='col col-b{c}q'>"_s + inside + u"</div>"_s, 2, 3) + u"</section>"_s +
+             Entries(u"<section class='row row-y{c}'><div class='col col-c{c}q'>"_s + inside + u"</div>"_s, 4, 4) +
+             Entries(u"<div class='col col-d{c}q'>"_s + inside + u"</div>"_s, 5, 6) + u"</section>"_s},
         {"odd and even ones", Entries(u"<div class='row odd'>"_s + inside + u"</div>"_s, 1, 3) +
                                   Entries(u"<div class='row even'>"_s + inside + u"</div>"_s, 4, 6)},
         {"paid ones of another class between",

@@ -290,8 +290,14 @@ TEST(Rules, PricesTellOffersFromBusinesses) {
     const QString entry =
         u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place + u"<p>Seit 1998 %1</p></section>"_s;
     EXPECT_EQ(Read(entry.arg(u"€€"_s), u"Friseure in Köln"_s, 8).size(), 8U);
-    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Friseure in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Friseure in Köln"_s, 8).size(), 8U);
     EXPECT_EQ(Read(entry.arg(u"€"_s), u"Hotels in Köln"_s, 8).size(), 8U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Wohnungen in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s), u"Fahrzeuge in Köln"_s, 8).size(), 0U);
+    EXPECT_EQ(Read(entry.arg(u"€"_s) + call, u"Gebrauchtwagen in Köln"_s, 8).size(), 0U);
+    const QString firm = u"<section><h3><a href='/b/{i}'>Haus {c}</a></h3><p role=img aria-label='4,5 von 5'></p>"
+                         u"<p>150 € je Stunde</p><p>Berlin</p></section>"_s;
+    EXPECT_EQ(Read(firm, u"Werbeagenturen in Berlin"_s, 8).size(), 8U);
 }
 
 TEST(Rules, FewBusinessesNeedAPageAboutThem) {
@@ -300,6 +306,12 @@ TEST(Rules, FewBusinessesNeedAPageAboutThem) {
     EXPECT_EQ(Read(entry, u"Willkommen"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Kontakt"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Standorte"_s, 3).size(), 0U);
+}
+
+TEST(Rules, ARoleMakesAHeading) {
+    const QString entry = u"<section><div role=heading aria-level=3>Haus {c}</div>"_s + place + call +
+                          u"<a href='/b/{i}'>Details</a></section>"_s;
+    EXPECT_EQ(Read(entry, u"Willkommen"_s, 3).size(), 3U);
 }
 
 TEST(Rules, TheColumnsOfAPageAreNoRecords) {
