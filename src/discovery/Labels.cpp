@@ -208,7 +208,7 @@ constexpr auto businessStems =
     u"отел гостиниц pension hostel caf kaffee kawiarn кафе bistro bar bars pub pubs kneipe bakery bakeries bäcker "
     u"bäckerei boulanger panader padaria panifici piekarni пекарн plumb klempner sanitär plombier fontaner idraulic "
     u"encanador loodgieter hydraulik instalatér vízvezeték сантехник dentist zahnarzt zahnärzt dentiste tandarts "
-    u"dentysta zubař fogorvos стоматолог tandläkar tandlæge lawyer attorney solicitor rechtsanwalt rechtsanwält avocat "
+    u"dentysta zubař fogorvos стоматолог tandläkar tandlæge elektro lawyer attorney solicitor rechtsanwalt rechtsanwält avocat "
     u"abogado avvocat advogad advocat adwokat právník ügyvéd адвокат юрист electrician elektrik électric electric "
     u"elettric электрик doctor arzt ärzte médecin médico medici lekarz lékař orvos врач clinic klinik cliniqu "
     u"clínic pharmac apotheke farmaci apteka lékárna gyógyszertár аптек hairdresser friseur coiffeur peluquer "
@@ -231,7 +231,8 @@ constexpr auto businessStems =
     u"agenzi builder builders roofing dachdecker maler painter tischler schreiner carpenter architect architekt notar "
     u"steuerberater accountant physio optiker optician tierarzt veterinar veterinär vet gym fitness florist blumen "
     u"fleuriste school schule kindergarten church museum venues places nightlife clubs unterkünfte accommodation "
-    u"gasthof gasthaus agriturism weingut winery brewery immobilienmakler realtor estate insurance versicherung "
+    u"wineries vineyard breweries inns lodging breakfast physician hospital jewel butcher eateries dining cottages "
+    u"lettings gasthof gasthaus agriturism weingut winery brewery immobilienmakler realtor estate insurance versicherung "
     u"stomatolog stomatološ zubár zubar зъболек зубн стоматологи tannleg hammaslääk diş odontolog odontoiatr odontó "
     u"οδοντίατρ οδοντιατρ υδραυλικ ηλεκτρολόγ δικηγόρ εστιατόρ ξενοδοχ γιατρ φαρμακ κομμωτήρ συνεργεί instalator "
     u"inštalatér vodoinstalat rörmok rørlegg putkimi putkiliik vvs byggefirm byggfirm gasfitter canalizador serralh "
@@ -422,7 +423,9 @@ HintSet HintsOfName(QStringView name) {
         ended = hints;
     };
     const auto look = [&](const QString& part) {
-        const HintSet says = part.size() >= 2 ? table.ValueOf(part) : 0;
+        // "category-str-list" holds strings.
+        const bool strings = part == u"str" && (hints | last) != 0;
+        const HintSet says = part.size() >= 2 && !strings ? table.ValueOf(part) : 0;
         if (says == 0)
             return;
         named = named || Has(last, Hint::Name);
@@ -525,7 +528,8 @@ bool NamesBusinesses(QStringView words) {
 
 bool NamesHosts(QStringView words) {
     static const StemSearch search(
-        u"hotel hôtel hostel motel albergh отел гостиниц pension gasthof gasthaus guesthouse inns resort lodging "
+        u"hotel hôtel hostel motel albergh отел гостиниц pension gasthof gasthaus guesthouse breakfast inns resort "
+        u"lodging lodge cottages "
         u"accommodation unterkünfte hébergement alojamiento agriturism nocleg ubytování szállás camping campsite "
         u"restaurant restaurang restauracj restaurac ristorant ресторан étterem dining bistro trattori pizzeri",
         u"ホテル|旅館|酒店|宾馆|호텔|餐厅|餐廳|레스토랑");

@@ -73,6 +73,9 @@ LeadingLabel LabelAtBegin(QStringView text);
 /// `words`: as `BareWords` gives them.
 bool NamesBusinesses(QStringView words);
 
+/// Whether a text is a trade, or several of them parted by marks: "Italian", "Nightclub", "Pizza, Seafood".
+bool IsTrade(QStringView text);
+
 /// Whether a text names houses that sleep or feed people. `words`: as `BareWords` gives them.
 bool NamesHosts(QStringView words);
 

@@ -319,10 +319,12 @@ private:
         if (ReadCityFirst(rest))
             return;
         const bool sure = !parts_.PostalCode.isEmpty() || !parts_.Country.isEmpty();
+        bool stateApart = false; // behind a comma
         if (rest.size() > 1 && IsStateOf(region_, rest.back()) &&
             (rest.size() > 2 || !StreetLike(rest.front()) || rest.back().size() <= 3)) {
             parts_.State = rest.back().toString();
             rest.pop_back();
+            stateApart = true;
         } else {
             QStringView& last = rest.back();
             const QStringView bare = TakeStateFrom(last);
@@ -334,7 +336,9 @@ private:
         const bool known = sure || !parts_.State.isEmpty();
         const QStringView last = rest.back();
         if (rest.size() == 1) {
-            if (StreetLike(last)) {
+            if (stateApart && !HasDigit(last)) {
+                parts_.City = last.toString(); // "Cedar Park, TX"
+            } else if (StreetLike(last)) {
                 const qsizetype end = EndOfStreetIn(last);
                 const QStringView city = end < 0 ? QStringView() : Stripped(last.sliced(end));
                 if (known && !city.isEmpty() && !HasDigit(city)) {
@@ -385,9 +389,19 @@ private:
         return true;
     }
 
+    // "Btwn 3rd & 4th St", "At Elm St", "near the station"
+    static bool SaysWhereInStreet(QStringView text) {
+        for (const QStringView word :
+             {u"btwn ", u"between ", u"bet ", u"bet. ", u"at ", u"near ", u"off ", u"corner of ", u"opposite ", u"opp. ",
+              u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "})
+            if (text.startsWith(word, Qt::CaseInsensitive))
+                return true;
+        return false;
+    }
+
     // A city's name, with the number of a district at most.
     static bool IsPlace(QStringView text) {
-        if (IsPartOfHouse(text))
+        if (IsPartOfHouse(text) || SaysWhereInStreet(text))
             return false;
         int digits = 0;
         for (const QChar c : text)
@@ -515,7 +529,7 @@ private:
             if (!place.isEmpty() && !HasDigit(place)) {
                 parts_.Street = Stripped(city.first(end)).toString();
                 parts_.City = place.toString();
-            } else if (end == city.size()) {
+            } else if (end == city.size() && (HasDigit(city) || parts_.State.isEmpty())) {
                 parts_.Street = city.toString();
                 TakeStateForCity();
             } else if (!HasDigit(city)) {

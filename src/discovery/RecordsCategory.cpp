@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
                                 std::array<NodeIndex, FieldCount>& nodes) const {
-    if (category_ < 0)
+    if (ReadLabelledCategory(record, lead, nodes) || category_ < 0)
         return;
     NodeIndex node = columns_.Columns[static_cast<size_t>(category_)].Nodes[record];
     for (auto other = categoryElsewhere_.begin(); node == noNode && other != categoryElsewhere_.end(); ++other)
@@ -25,12 +25,63 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     if (name != noNode && node > name && node < page_.Page.End(name) && lineOf(node) == lineOf(name))
         return;
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
+                             : part_ >= 0 ? PartOf(columns_.ViewOf(node), part_).toString()
                                           : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
     if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
-        LabelAtBegin(category).Hints != 0)
+        LabelAtBegin(category).Hints != 0 || IsHours(category))
         return;
     lead.Category = category;
     nodes[static_cast<size_t>(Field::Category)] = node;
+}
+
+// "Category: Florists", or the label in the cell before: it says of each record where its trade is.
+bool RecordPlaces::ReadLabelledCategory(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
+    for (const RecordLine& line : columns_.Lines[record]) {
+        if (!Has(line.Label, Hint::Category) || line.LabelLength > 0 || line.EndPiece - line.FirstPiece != 1)
+            continue;
+        const QStringView value = columns_.ValueOf(line).trimmed();
+        if (value.size() < 3 || value.size() > 80 || HasDigit(value) || value.contains(u'@') ||
+            HintsOfLabel(value) != 0)
+            continue;
+        lead.Category = Tidy(value.toString());
+        nodes[static_cast<size_t>(Field::Category)] =
+            page_.Page.Parent(page_.Lines.Pieces[static_cast<size_t>(line.FirstPiece)].Node);
+        return true;
+    }
+    return false;
+}
+
+// One of the parts of a text with marks between them: 1 of "Downtown | Italian | $$" is "Italian".
+QStringView RecordPlaces::PartOf(QStringView text, int number) {
+    for (qsizetype begin = 0; begin <= text.size();) {
+        qsizetype end = begin;
+        while (end < text.size() && !IsAmong(text[end], u"|\u00B7\u2022\u22C5"))
+            ++end;
+        if (number-- == 0)
+            return text.sliced(begin, end - begin).trimmed();
+        begin = end + 1;
+    }
+    return {};
+}
+
+// "Downtown | Italian": where a part of a text is a trade in nearly all records, it is the trade.
+void RecordPlaces::ChooseTradeAmongParts() {
+    for (size_t i = 0; i < columns_.Columns.size() && category_ < 0; ++i) {
+        const RecordColumn& column = columns_.Columns[i];
+        if (column.IsHeading || column.Length > 100 || static_cast<size_t>(column.Filled) * 5 < columns_.Count() * 3)
+            continue;
+        for (int part = 0; part < 4 && category_ < 0; ++part) {
+            const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
+                const QStringView text = node == noNode ? QStringView() : columns_.ViewOf(node);
+                return !PartOf(text, 1).isEmpty() && IsTrade(PartOf(text, part));
+            });
+            if (trades < 3 || trades * 5 < std::ssize(column.Nodes) * 3)
+                continue;
+            category_ = static_cast<int>(i);
+            part_ = part;
+            categoryWhy_ = u"part of a text that names trades"_s;
+        }
+    }
 }
 
 // The trades beside the first one, each in an element that looks like its: "<a>Plumbers</a> <a>Heating</a>".
@@ -96,7 +147,7 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
             ranged += !TradeBesideRange(text).isEmpty();
             sentences += text.endsWith(u'.') && words.count(u' ') > 0;
-            kinds += NamesBusinesses(words);
+            kinds += NamesBusinesses(words) || IsTrade(text);
             ofSubject += words.size() >= 4 && subject.contains(words);
         }
         if (places * 2 > seen || ranged * 2 > seen || (!says && sentences * 2 > seen))
@@ -139,10 +190,12 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
                 says ? u"calls itself a category"_s : u"short texts that name trades or the page’s subject"_s;
         }
     }
+    if (category_ >= 0)
+        FindCategoryElsewhere();
     if (category_ < 0)
         ChooseTradeBesideRange();
-    else
-        FindCategoryElsewhere();
+    if (category_ < 0)
+        ChooseTradeAmongParts();
 }
 
 // Paid entries may have their category at another place: it is an element of the same name and class.
@@ -190,6 +243,8 @@ QString RecordPlaces::ListText(NodeIndex node) const {
     }
     if (const LeadingLabel label = LabelAtBegin(text); Has(label.Hints, Hint::Category))
         text = text.sliced(label.Length);
+    if (text.startsWith(u"in ")) // "in Pubs & Bars"
+        text = text.sliced(3);
     return Tidy(text);
 }
 

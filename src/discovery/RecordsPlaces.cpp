@@ -108,14 +108,16 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const bool whole = value.size() == page_.Lines.Lines[number].Length;
             const bool digit = HasDigit(value);
             const NodeIndex node = page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node;
-            const bool inName = name != noNode && node >= name && node < nameEnd && value == nameText;
+            const NodeIndex lastNode = page_.Lines.Pieces[static_cast<size_t>(segment.EndPiece) - 1].Node;
+            const bool inName = name != noNode && node >= name && lastNode < nameEnd &&
+                                (value == nameText || (nameText.size() > value.size() && nameText.contains(value)));
             segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
                                value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
                                (digit && ((whole ? page_.IsPriceLine[number] : HasPrice(value)) || IsHours(value) ||
-                                          PageAnnotations::BeginsWithRating(value)));
+                                          PageAnnotations::BeginsWithRating(value) || IsAside(value)));
             if (segment.Excluded || !digit)
                 continue;
             const AddressSigns signs = whole ? AddressSigns{page_.IsCodeLine[number], page_.IsStreetLine[number]}
@@ -169,9 +171,24 @@ bool RecordPlaces::IsTownWithCode(const Segment& segment) const {
     return words.size() >= 2 && !HasDigit(words) && !rest.trimmed().front().isLower() && HintsOfLabel(words) == 0;
 }
 
-// A line behind the street that may be the town: the first one, or one before a postal code.
+// A line behind the street that may be the town: the first one, or one before a postal code. A trade is none, nor what
+// stands in another place behind a street that has its town: "12 Bank St, Ottawa, ON" and "Pizza".
 bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const {
-    return added == 0 || (at + 1 < segments.size() && IsBareCode(segments[at + 1]));
+    if (at + 1 < segments.size() && IsBareCode(segments[at + 1]))
+        return true;
+    const Segment& before = segments[at - 1];
+    const QStringView street = ValueOf(before);
+    if (added > 0 || IsTrade(ValueOf(segments[at])))
+        return false;
+    const bool apart = before.Line != segments[at].Line && !LooksLike(ParentOf(segments[at]), ParentOf(before));
+    return !apart || !street.contains(u',') || SplitAddress(street, page_.Country).City.isEmpty();
+}
+
+// Whether two elements are one, or of one name and class.
+bool RecordPlaces::LooksLike(NodeIndex one, NodeIndex other) const {
+    const PageTree& page = page_.Page;
+    return one == other || (page.Name(one) == page.Name(other) &&
+                            page.Attribute(one, u"class") == page.Attribute(other, u"class"));
 }
 
 // Whether a text in an element like the street's, just before it, may be the town: it is short and names no trade.
@@ -180,8 +197,7 @@ bool RecordPlaces::IsTownBefore(const Segment& before, const Segment& street) co
     const NodeIndex one = ParentOf(before);
     const NodeIndex other = ParentOf(street);
     const QStringView town = ValueOf(before);
-    return page.Parent(one) == page.Parent(other) && page.Name(one) == page.Name(other) &&
-           page.Attribute(one, u"class") == page.Attribute(other, u"class") && town.size() <= 40 &&
+    return page.Parent(one) == page.Parent(other) && LooksLike(one, other) && town.size() <= 40 &&
            town.front().isUpper() && !NamesBusinesses(BareView(town).View());
 }
 
@@ -197,17 +213,30 @@ bool RecordPlaces::Beside(const Segment& one, const Segment& other, int levels) 
     return false;
 }
 
+// "Gaslamp", then "18 Broadway, Chula Vista, CA 92158": the quarter before a whole address is none of it.
+void RecordPlaces::LeaveOutQuarter(const std::vector<Segment>& segments, Group& group) const {
+    const auto isQuarter = [&](const Segment& segment) {
+        return !segment.Street && !segment.PostalCode && Has(segment.Hints | segment.Label, Hint::City) &&
+               !HasDigit(ValueOf(segment));
+    };
+    if (!group.PostalCode || !group.Street || PutsTownFirst(page_.Region) || !isQuarter(segments[group.Begin]))
+        return;
+    QString rest;
+    size_t first = group.Begin;
+    while (first + 1 < group.End && isQuarter(segments[first]))
+        ++first;
+    for (size_t i = first; i < group.End; ++i)
+        if (!segments[i].IsLabel)
+            rest += (rest.isEmpty() ? QString() : u", "_s) + PartedValue(segments[i]);
+    const AddressParts parts = SplitAddress(rest, page_.Country);
+    if (!parts.Street.isEmpty() && !parts.City.isEmpty())
+        group.Begin = first;
+}
+
 void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                                std::array<NodeIndex, FieldCount>& nodes) const {
     QString parted; // with commas where the page parts the address by its style
     const std::vector<Segment> segments = SegmentsOf(record, name, lead.Name);
-    struct Group {
-        size_t Begin = 0;
-        size_t End = 0;
-        double Score = 0;
-        bool PostalCode = false;
-        bool Street = false;
-    };
     std::vector<Group> groups;
     for (size_t i = 0; i < segments.size(); ++i) {
         const Segment& segment = segments[i];
@@ -279,6 +308,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
         while (parts >= 2 && group.End > group.Begin + 1 && !named(group.End - 1) &&
                !segments[group.End - 1].PostalCode && !segments[group.End - 1].Street)
             --group.End;
+        LeaveOutQuarter(segments, group);
         group.Score = std::min(group.Score, 3.0) + (group.PostalCode ? 2 : 0) + (group.Street ? 2 : 0);
     }
     const auto best = std::max_element(groups.begin(), groups.end(),
@@ -381,9 +411,13 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
                 return;
             }
     };
+    // A quarter somewhere else in the record is not the town of an address that has one.
+    const AddressParts own = lead.FullAddress.isEmpty() ? AddressParts() : SplitAddress(parted, page_.Country);
+    const bool whole = !own.City.isEmpty() && (!own.PostalCode.isEmpty() || !own.State.isEmpty());
     for (const Segment& segment : segments)
         if (const HintSet says = (segment.Hints & partHints) != 0 ? segment.Hints : segment.Label;
-            !segment.Excluded && (says & partHints) != 0)
+            !segment.Excluded && (says & partHints) != 0 &&
+            !(whole && Has(says, Hint::City) && !parted.contains(ValueOf(segment))))
             set(says, Tidy(ValueOf(segment).toString()));
     // Where town and code have places of their own, what else calls itself an address is the street.
     if (lead.Street.isEmpty() && !lead.City.isEmpty() && !lead.PostalCode.isEmpty())

@@ -45,9 +45,18 @@ private:
         bool Strong() const;
         bool Weak() const;
     };
+    /// Segments that are an address together.
+    struct Group {
+        size_t Begin = 0;
+        size_t End = 0;
+        double Score = 0;
+        bool PostalCode = false;
+        bool Street = false;
+    };
     void FindValue(Segment& segment, qsizetype label, QStringView name) const;
     void LeaveOutTradeAndDistance(Segment& segment) const;
     static bool IsHours(QStringView text);
+    static bool IsAside(QStringView text);
     bool IsControl(const TextPiece& piece, const RecordRange& range) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name, const QString& called) const;
     QStringView ValueOf(const Segment& segment) const;
@@ -59,6 +68,8 @@ private:
         return page_.Page.Parent(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node);
     }
     bool IsTownLike(const std::vector<Segment>& segments, size_t at, int added) const;
+    bool LooksLike(NodeIndex one, NodeIndex other) const;
+    void LeaveOutQuarter(const std::vector<Segment>& segments, Group& group) const;
     bool IsTownBefore(const Segment& before, const Segment& street) const;
     bool Beside(const Segment& one, const Segment& other, int levels) const;
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
@@ -66,6 +77,9 @@ private:
     QString ListText(NodeIndex node) const;
     static QStringView TradeBesideRange(QStringView text);
     void ChooseTradeBesideRange();
+    static QStringView PartOf(QStringView text, int number);
+    void ChooseTradeAmongParts();
+    bool ReadLabelledCategory(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void FindCategoryElsewhere();
     static qsizetype CommaBeforeCountry(QStringView text);
     bool IsTownWithRegion(QStringView text) const;
@@ -79,6 +93,7 @@ private:
     int category_ = -1;
     std::vector<size_t> categoryElsewhere_; // columns of records that have none in that one
     bool besideRange_ = false;              // the category is a part of its column's texts
+    int part_ = -1;                         // the same, its number
     QString categoryWhy_;
 };
 

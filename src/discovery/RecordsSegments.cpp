@@ -33,6 +33,22 @@ bool RecordPlaces::IsHours(QStringView text) {
     return times >= 2;
 }
 
+// What stands beside an address and is none: "0.7 miles away", "147 fans".
+bool RecordPlaces::IsAside(QStringView text) {
+    if (IsDistance(text))
+        return true;
+    const BareView bare(text);
+    const QStringView words = bare.View();
+    qsizetype at = 0;
+    while (at < words.size() && (words[at].isDigit() || words[at] == u',' || words[at] == u'.'))
+        ++at;
+    if (at == 0 || at + 3 >= words.size() || words[at] != u' ' || words.count(u' ') > 2 || HasStreetWord(text))
+        return false;
+    // A count of something is written small.
+    const QStringView what = text.sliced(std::min(text.size(), text.indexOf(u' ') + 1));
+    return std::all_of(what.begin(), what.end(), [](QChar c) { return c.isLower() || c == u' '; });
+}
+
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
 void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     const QStringView value = ValueOf(segment);
@@ -175,6 +191,8 @@ bool RecordPlaces::IsControl(const TextPiece& piece, const RecordRange& range) c
     const QStringView text = page_.Lines.TextOf(piece);
     if (text.size() > 30)
         return false;
+    if (text.front().isDigit() && IsAside(text))
+        return true;
     NodeIndex at = page_.Page.Parent(piece.Node);
     for (int level = 0; level < 2 && at > range.Begin; ++level, at = page_.Page.Parent(at))
         if (page_.Page.Is(at, u"a") || page_.Page.Is(at, u"button"))
