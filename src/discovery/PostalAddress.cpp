@@ -167,8 +167,18 @@ private:
         std::vector<Code> codes;
         for (std::size_t i = 0; i < segments_.size(); ++i)
             for (const TextSpan& span : PostalCodesIn(segments_[i], region_))
-                codes.push_back({i, span});
+                if (!IsNumberOfBox(segments_[i].first(span.Begin)))
+                    codes.push_back({i, span});
         return codes;
+    }
+
+    // "PO Box 5801"
+    static bool IsNumberOfBox(QStringView before) {
+        const QStringView words = Stripped(before);
+        for (const QStringView box : {u"box", u"postfach", u"postbus", u"boks", u"casilla", u"apartado", u"apdo."})
+            if (words.endsWith(box, Qt::CaseInsensitive))
+                return true;
+        return false;
     }
 
     QStringView BeforeCode(const Code& code) const {
@@ -365,11 +375,21 @@ private:
         const bool streetLike = std::any_of(street.begin(), street.end(), StreetLike);
         const bool streetWord =
             std::any_of(street.begin(), street.end(), [](QStringView s) { return HasStreetWord(s); });
-        if (!known && !(streetLike && (streetWord || (!region_.isEmpty() && AreNames(last)))))
+        const bool numbered = rest.size() == 2 && EndsInHouseNumber(rest.front());
+        if (!known && !(streetLike && (streetWord || ((numbered || !region_.isEmpty()) && AreNames(last)))))
             return;
         parts_.City = last.toString();
         if (streetLike || !street.empty())
             parts_.Street = Verbatim(street);
+    }
+
+    // "Singel 303-309"
+    static bool EndsInHouseNumber(QStringView text) {
+        const qsizetype blank = text.lastIndexOf(u' ');
+        const QStringView number = text.sliced(blank + 1);
+        return blank > 2 && text.front().isUpper() && number.size() <= 9 && number.front().isDigit() &&
+               !HasDigit(text.first(blank)) && AreNames(text.first(blank)) &&
+               std::count_if(number.begin(), number.end(), [](QChar c) { return c.isLetter(); }) <= 1;
     }
 
     // "350 5th Ave New York" names the city, not the state.

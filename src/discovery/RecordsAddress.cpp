@@ -99,6 +99,18 @@ bool HasNumberOfEntryOnly(QStringView text) {
            std::none_of(text.begin() + at, text.end(), [](QChar c) { return c.isDigit(); });
 }
 
+// "St. Louis Park, MN 55426": the only number is the code's, and what sounds like a street is the town.
+bool IsTownOnly(QStringView text, QStringView region, const std::vector<TextSpan>& codes) {
+    if (codes.size() != 1 || std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }) >
+                                 std::count_if(text.begin() + codes.front().Begin, text.begin() + codes.front().End,
+                                               [](QChar c) { return c.isDigit(); }))
+        return false;
+    AddressHints hints;
+    hints.Country = region.toString();
+    const AddressParts parts = SplitAddress(text, hints);
+    return parts.Street.isEmpty() && !parts.City.isEmpty() && !parts.State.isEmpty();
+}
+
 } // namespace
 
 AddressSigns AddressSignsIn(QStringView text, QStringView region) {
@@ -107,8 +119,8 @@ AddressSigns AddressSignsIn(QStringView text, QStringView region) {
     const bool digits = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     if (!digits || HasNumberOfEntryOnly(text))
         return {};
-    const bool street = HasStreetWord(text);
     const std::vector<TextSpan> codes = PostalCodesIn(text, region);
+    const bool street = HasStreetWord(text) && !IsTownOnly(text, region, codes);
     const bool whole = LooksLikeAddress(text, region, street, codes);
     bool code = whole && !codes.empty();
     // A code that cannot be mistaken needs nothing beside it.

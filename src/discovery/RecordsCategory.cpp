@@ -117,7 +117,7 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         const bool says = Has(column.Own, Hint::Category) || Has(column.Label, Hint::Category);
         const bool other = column.IsHeading || Has(column.Own, Hint::Name) ||
                            ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||
-                           column.AddressLines > 0.2 || column.Dates > 0.2 || column.Prices > 0.2 ||
+                           column.AddressLines > 0.2 || column.Dates > 0.2 || (column.Prices > 0.2 && !says) ||
                            column.Buttons > 0.3 || column.Wordless > 0.3 || column.Length > 150 || column.Length < 2;
         // Nothing below would take it.
         const bool unlike = !says && (column.Filled < count * 0.5 || column.Digits >= 0.2 || column.Length > 60);
@@ -229,6 +229,8 @@ QString RecordPlaces::ListText(NodeIndex node) const {
         const QStringView part = page_.Lines.TextOf(piece);
         if (text.isEmpty() && Has(HintsOfLabel(part), Hint::Category))
             continue;
+        if (!text.isEmpty() && HasDigit(part) && HasPrice(part)) // "Italian <span>12-30 €</span>"
+            break;
         if (!text.isEmpty()) {
             const NodeIndex element = page_.Page.Parent(piece.Node);
             const bool parted = marks.contains(text.back()) || marks.contains(part.front());

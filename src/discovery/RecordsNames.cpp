@@ -46,6 +46,7 @@ RecordNames::RecordNames(const RecordColumns& columns)
     if (score_ >= nameEnough && beginnings_.empty())
         FindBeginnings();
     CountBadges();
+    CountNumbers();
     ChooseDetails();
     names_.reserve(columns_.Count());
     for (size_t record = 0; record < columns_.Count(); ++record)
@@ -266,6 +267,38 @@ void RecordNames::CountBadges() {
     badges_.removeIf([seen](const auto& badge) { return badge.value() < 2 || badge.value() * 10 < seen * 3; });
 }
 
+// "<span>7</span>Joe's Pizza": the length of a number in an element of its own before a name, with marks behind it.
+qsizetype RecordNames::NumberOf(NodeIndex name) const {
+    const std::vector<TextPiece>& pieces = columns_.Page.Lines.Pieces;
+    const auto first = static_cast<size_t>(columns_.Page.Lines.PieceFrom(name));
+    if (first + 1 >= pieces.size() || pieces[first + 1].Node >= columns_.Page.Page.End(name) ||
+        pieces[first + 1].Line != pieces[first].Line)
+        return 0;
+    const QStringView text = columns_.Page.Lines.TextOf(pieces[first]);
+    qsizetype digits = 0;
+    while (digits < text.size() && text[digits].isDigit())
+        ++digits;
+    const bool number = digits > 0 && digits < 5 && text.size() - digits <= 1 &&
+                        std::none_of(text.begin() + digits, text.end(), [](QChar c) { return c.isLetter(); });
+    return number && columns_.Page.Page.Parent(pieces[first].Node) != columns_.Page.Page.Parent(pieces[first + 1].Node)
+               ? text.size()
+               : 0;
+}
+
+// The page counts its entries: nearly all names begin with a number, each with another one.
+void RecordNames::CountNumbers() {
+    QSet<QString> numbers;
+    int named = 0;
+    for (const NodeIndex node : nodes_) {
+        if (node == noNode || columns_.Page.Page.Is(node, u"img"))
+            continue;
+        ++named;
+        if (const qsizetype size = NumberOf(node); size > 0)
+            numbers.insert(columns_.TextOf(node).first(size));
+    }
+    numbered_ = named >= 3 && numbers.size() * 10 >= qsizetype{9} * named;
+}
+
 QString RecordNames::ReadName(size_t record) const {
     const NodeIndex node = nodes_[record];
     if (node == noNode)
@@ -290,6 +323,8 @@ QString RecordNames::ReadName(size_t record) const {
         for (NodeIndex at = node; at != noNode && at >= node - 2; at = page.Parent(at))
             take(at);
     }
+    if (numbered_)
+        name = name.sliced(NumberOf(node)).trimmed();
     name = WithoutNumber(name);
     if (const LeadingLabel label = LabelAtBegin(name); Has(label.Hints, Hint::Name))
         name = name.sliced(label.Length);

@@ -35,12 +35,15 @@ private:
     void FindBeginnings();
     void ChooseDetails();
     void CountBadges();
+    void CountNumbers();
+    qsizetype NumberOf(NodeIndex name) const;
     const TextPiece* BadgeOf(NodeIndex name) const;
     bool LeadsElsewhere(const PageLink& link) const;
 
     const RecordColumns& columns_;
     double score_ = 0;
     bool oneName_ = false;
+    bool numbered_ = false; // the names begin with the numbers of the entries
     QString why_;
     std::vector<NodeIndex> nodes_;
     std::vector<QString> beginnings_; // names without an element, by record; empty: there are none

@@ -178,6 +178,8 @@ bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, i
         return true;
     const Segment& before = segments[at - 1];
     const QStringView street = ValueOf(before);
+    if (added == 0 && street.contains(u',') && StateAtEnd(page_.Region, street) > 0)
+        return false;
     if (added > 0 || IsTrade(ValueOf(segments[at])))
         return false;
     const bool apart = before.Line != segments[at].Line && !LooksLike(ParentOf(segments[at]), ParentOf(before));
@@ -306,10 +308,21 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                                          segments.begin() + static_cast<std::ptrdiff_t>(group.End),
                                          [](const Segment& segment) { return (segment.Hints & partHints) != 0; });
         while (parts >= 2 && group.End > group.Begin + 1 && !named(group.End - 1) &&
-               !segments[group.End - 1].PostalCode && !segments[group.End - 1].Street)
+               !segments[group.End - 1].PostalCode && !segments[group.End - 1].Street &&
+               !IsStateOf(page_.Region, ValueOf(segments[group.End - 1])))
+            --group.End;
+        // A trade or a count behind it in the address's element.
+        while (group.End > group.Begin + 1 && !segments[group.End - 1].Strong() &&
+               ((segments[group.End - 1].Hints | segments[group.End - 1].Label) & partHints) == 0 &&
+               IsTrade(ValueOf(segments[group.End - 1])))
             --group.End;
         LeaveOutQuarter(segments, group);
-        group.Score = std::min(group.Score, 3.0) + (group.PostalCode ? 2 : 0) + (group.Street ? 2 : 0);
+        const bool numbered = std::any_of(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),
+                                          segments.begin() + static_cast<std::ptrdiff_t>(group.End),
+                                          [&](const Segment& one) {
+                                              return !one.IsLabel && Has(one.Hints, Hint::Address) && HasDigit(ValueOf(one));
+                                          });
+        group.Score = (group.PostalCode ? 2 : 0) + (group.Street ? 2 : 0) + (numbered ? 0.5 : 0);
     }
     const auto best = std::max_element(groups.begin(), groups.end(),
                                        [](const Group& one, const Group& other) { return one.Score < other.Score; });

@@ -2,6 +2,7 @@
 
 #include "core/Lead.h"
 #include "discovery/RecordsColumns.h"
+#include "discovery/RecordsNames.h"
 
 #include <array>
 
@@ -15,6 +16,9 @@ public:
 
     /// Fills the address of one record; `nodes` gets the element that it was taken from.
     void ReadAddress(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    /// Fills and mends the addresses of all records by what they have in common.
+    void AgreeOnAddresses(const RecordNames& names, std::vector<Lead>& leads,
+                          std::vector<std::array<NodeIndex, FieldCount>>& nodes) const;
     /// Chooses the column of the towns where no record has an address; `subject` as below.
     void ChooseTown(const QString& subject, const std::vector<Lead>& leads);
     /// Fills the town of one record that has no address.
@@ -83,6 +87,10 @@ private:
     void FindCategoryElsewhere();
     static qsizetype CommaBeforeCountry(QStringView text);
     bool IsTownWithRegion(QStringView text) const;
+    void FillFromPlace(const RecordNames& names, std::vector<Lead>& leads,
+                       std::vector<std::array<NodeIndex, FieldCount>>& nodes) const;
+    QString AddressAt(NodeIndex node, NodeIndex name) const;
+    void AgreeOnTowns(std::vector<Lead>& leads) const;
     void ReadDataAttributes(const RecordRange& range, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 

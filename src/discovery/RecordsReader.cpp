@@ -170,6 +170,7 @@ private:
             nodes_.push_back(nodes);
             leads.push_back(std::move(lead));
         }
+        places.AgreeOnAddresses(names_, leads, nodes_);
         places.ChooseTown(subject_.Words, leads);
         places.ChooseCategory(subject_.Words, leads);
         placesWhy_ = places.CategoryWhy();
@@ -230,7 +231,8 @@ private:
             shares.Mail += !lead.Email.isEmpty();
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
-            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareView(lead.Category).View());
+            shares.Trades +=
+                !lead.Category.isEmpty() && (NamesBusinesses(BareView(lead.Category).View()) || IsTrade(lead.Category));
             shares.House += !lead.Email.isEmpty() &&
                             (lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site));
             shares.Details += !lead.DetailsLink.isEmpty();
@@ -334,6 +336,14 @@ private:
         return filled == 0 ? 0 : static_cast<double>(categories.size()) / filled;
     }
 
+    // "12 - 30 €", "$80-$120"
+    static bool IsRange(QStringView text) {
+        for (qsizetype at = text.indexOf(u'-', 1); at > 0 && at + 1 < text.size(); at = text.indexOf(u'-', at + 1))
+            if (text[at - 1].isSpace() ? text[at + 1].isSpace() : !text[at - 1].isLetter() && !text[at + 1].isLetter())
+                return true;
+        return text.contains(u'\u2013') || text.contains(u'~') || text.contains(u'\u301C');
+    }
+
     // Amounts and dates that are a record's own: no price ranges, no dates of reviews.
     void CountOthers(const PageRecord& record, bool& price, bool& date, HintSet& hints) const {
         const auto& pieces = page_.Lines.Pieces;
@@ -354,8 +364,7 @@ private:
                 around |= page_.HintsOf(at);
             const bool aside = Has(around, Hint::Review) || Has(around, Hint::Hours) ||
                                Has(around, Hint::Description) || text.size() > 150;
-            const bool range =
-                text.contains(u" - ") || text.contains(u'\u2013') || text.contains(u'~') || text.contains(u'\u301C');
+            const bool range = IsRange(text);
             price = price || (page_.IsPriceLine[number] && !aside && !range);
             date = date || (page_.IsDateLine[number] && !aside);
         }
@@ -451,7 +460,7 @@ private:
             return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
         if ((shares.Price > 0.5 && !hosts) || shares.Date > 0.5)
             return no(u"its records have prices or dates"_s);
-        const double signs = 1.5 * shares.Place + shares.Category + shares.Rating + shares.Website + shares.Map +
+        const double signs = 1.5 * shares.Place + shares.Category + 0.5 * shares.Trades + shares.Rating + shares.Website + shares.Map +
                              (often(Hint::Business) ? 1 : 0);
         if (shares.Details < 0.7 || names_.DistinctDetails() < 0.7)
             return no(u"its records have neither phones, nor addresses, nor pages of their own"_s);
