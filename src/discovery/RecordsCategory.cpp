@@ -206,12 +206,26 @@ void RecordPlaces::FindCategoryElsewhere() {
     const RecordColumn& chosen = columns_.Columns[static_cast<size_t>(category_)];
     const NodeIndex node = first(chosen);
     const QStringView look = page_.Page.Attribute(node, u"class");
-    if (look.isEmpty() || static_cast<size_t>(chosen.Filled) == columns_.Count())
+    if (static_cast<size_t>(chosen.Filled) == columns_.Count())
         return;
+    // One trade alone in an element that others fill with several: "<p><a>Bars</a> | <a>Clubs</a></p>".
+    const auto beginsChosen = [&](const RecordColumn& column) {
+        int both = 0;
+        int within = 0;
+        for (size_t record = 0; record < columns_.Count(); ++record) {
+            const NodeIndex outer = chosen.Nodes[record];
+            const NodeIndex inner = column.Nodes[record];
+            both += outer != noNode && inner != noNode;
+            within += outer != noNode && inner > outer && inner < page_.Page.End(outer) &&
+                      page_.Lines.PieceFrom(inner) == page_.Lines.PieceFrom(outer);
+        }
+        return both >= 2 && within == both;
+    };
     for (size_t i = 0; i < columns_.Columns.size(); ++i) {
         const NodeIndex other = static_cast<int>(i) == category_ ? noNode : first(columns_.Columns[i]);
-        if (other != noNode && page_.Page.Name(other) == page_.Page.Name(node) &&
-            page_.Page.Attribute(other, u"class") == look)
+        const bool alike = other != noNode && !look.isEmpty() && page_.Page.Name(other) == page_.Page.Name(node) &&
+                           page_.Page.Attribute(other, u"class") == look;
+        if (alike || (other != noNode && beginsChosen(columns_.Columns[i])))
             categoryElsewhere_.push_back(i);
     }
 }

@@ -54,6 +54,7 @@ struct Shares {
     double Street = 0;
     double Jobs = 0;
     double Trades = 0; ///< a category that names a kind of business
+    double Kinds = 0;  ///< a category that is a trade and nothing else
     double Questions = 0;
     double Towns = 0;       ///< named as the town of their own address
     double StreetNames = 0; ///< names that are a street with a number
@@ -231,8 +232,8 @@ private:
             shares.Mail += !lead.Email.isEmpty();
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
-            shares.Trades +=
-                !lead.Category.isEmpty() && (NamesBusinesses(BareView(lead.Category).View()) || IsTrade(lead.Category));
+            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareView(lead.Category).View());
+            shares.Kinds += !lead.Category.isEmpty() && IsTrade(lead.Category);
             shares.House += !lead.Email.isEmpty() &&
                             (lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site));
             shares.Details += !lead.DetailsLink.isEmpty();
@@ -253,7 +254,7 @@ private:
         for (double* const share :
              {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
               &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
-              &shares.Jobs, &shares.Trades, &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
+              &shares.Jobs, &shares.Trades, &shares.Kinds, &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
@@ -460,7 +461,8 @@ private:
             return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
         if ((shares.Price > 0.5 && !hosts) || shares.Date > 0.5)
             return no(u"its records have prices or dates"_s);
-        const double signs = 1.5 * shares.Place + shares.Category + 0.5 * shares.Trades + shares.Rating + shares.Website + shares.Map +
+        const double kinds = DistinctCategories() <= 0.7 ? 0.5 * shares.Kinds : 0;
+        const double signs = 1.5 * shares.Place + shares.Category + kinds + shares.Rating + shares.Website + shares.Map +
                              (often(Hint::Business) ? 1 : 0);
         if (shares.Details < 0.7 || names_.DistinctDetails() < 0.7)
             return no(u"its records have neither phones, nor addresses, nor pages of their own"_s);
