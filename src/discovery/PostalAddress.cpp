@@ -412,8 +412,8 @@ private:
     // "Btwn 3rd & 4th St", "At Elm St", "near the station"
     static bool SaysWhereInStreet(QStringView text) {
         for (const QStringView word :
-             {u"btwn ", u"between ", u"bet ", u"bet. ", u"at ", u"near ", u"off ", u"corner of ", u"opposite ", u"opp. ",
-              u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "})
+             {u"btwn ", u"between ", u"bet ", u"bet. ", u"at ", u"near ", u"off ", u"corner of ", u"opposite ",
+              u"opp. ", u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "})
             if (text.startsWith(word, Qt::CaseInsensitive))
                 return true;
         return false;

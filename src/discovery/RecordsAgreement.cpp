@@ -71,7 +71,8 @@ void RecordPlaces::FillFromPlace(const RecordNames& names, std::vector<Lead>& le
         Place& place = places[columns_.PlaceOf(node, columns_.List.Records[record])];
         ++place.Times;
         const QStringView text = columns_.ViewOf(node);
-        place.Firsts += !text.isEmpty() && leads[record].FullAddress.startsWith(text.first(std::min<qsizetype>(4, text.size())));
+        place.Firsts +=
+            !text.isEmpty() && leads[record].FullAddress.startsWith(text.first(std::min<qsizetype>(4, text.size())));
     }
     const auto most = std::max_element(places.cbegin(), places.cend(),
                                        [](const Place& one, const Place& other) { return one.Times < other.Times; });
@@ -112,8 +113,8 @@ QString RecordPlaces::AddressAt(NodeIndex node, NodeIndex name) const {
         IsButtonText(BareView(text).View()) || text.count(u' ') > 12)
         return {};
     const auto first = static_cast<size_t>(page_.Lines.PieceFrom(node));
-    for (size_t i = first; i < page_.Lines.Pieces.size() && page_.Lines.Pieces[i].Line == page_.Lines.Pieces[first].Line;
-         ++i)
+    for (size_t i = first;
+         i < page_.Lines.Pieces.size() && page_.Lines.Pieces[i].Line == page_.Lines.Pieces[first].Line; ++i)
         if (page_.FactsOf(page_.Lines.Pieces[i].Node).Phones > 0)
             return {};
     return Tidy(text.toString());

@@ -125,6 +125,26 @@ void RecordNames::ChooseNames() {
                 !IsButtonText(BareView(columns_.ViewOf(column->Nodes[record])).View()))
                 nodes_[record] = column->Nodes[record];
     }
+    FindAlike(best);
+}
+
+// An entry whose elements around the name are called otherwise, "details no-photo", has it in an element that looks as
+// the others' do.
+void RecordNames::FindAlike(const RecordColumn& best) {
+    const PageTree& page = columns_.Page.Page;
+    const NodeIndex known =
+        *std::find_if(best.Nodes.begin(), best.Nodes.end(), [](NodeIndex node) { return node != noNode; });
+    const QStringView look = page.Attribute(known, u"class");
+    if ((look.isEmpty() && !best.IsHeading) || columns_.List.Flat)
+        return;
+    for (size_t record = 0; record < columns_.Count(); ++record) {
+        const RecordRange& range = columns_.List.Records[record];
+        for (NodeIndex node = range.Begin + 1; node < range.End && nodes_[record] == noNode; ++node)
+            if (page.IsElement(node) && page.Name(node) == page.Name(known) && page.Attribute(node, u"class") == look)
+                if (const QStringView text = columns_.ViewOf(node);
+                    text.size() > 1 && !IsButtonText(BareView(text).View()))
+                    nodes_[record] = node;
+    }
 }
 
 // The stores of a chain bear one name: a heading that calls itself a name, or stands first.

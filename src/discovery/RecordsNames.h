@@ -29,6 +29,7 @@ private:
     double ScoreOf(const RecordColumn& column) const;
     QString ReadName(size_t record) const;
     void ChooseNames();
+    void FindAlike(const RecordColumn& best);
     void ChooseOneName();
     void ChoosePictures();
     void ChooseFirstLines();

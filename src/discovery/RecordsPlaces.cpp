@@ -189,8 +189,8 @@ bool RecordPlaces::IsTownLike(const std::vector<Segment>& segments, size_t at, i
 // Whether two elements are one, or of one name and class.
 bool RecordPlaces::LooksLike(NodeIndex one, NodeIndex other) const {
     const PageTree& page = page_.Page;
-    return one == other || (page.Name(one) == page.Name(other) &&
-                            page.Attribute(one, u"class") == page.Attribute(other, u"class"));
+    return one == other ||
+           (page.Name(one) == page.Name(other) && page.Attribute(one, u"class") == page.Attribute(other, u"class"));
 }
 
 // Whether a text in an element like the street's, just before it, may be the town: it is short and names no trade.
@@ -317,11 +317,11 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                IsTrade(ValueOf(segments[group.End - 1])))
             --group.End;
         LeaveOutQuarter(segments, group);
-        const bool numbered = std::any_of(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),
-                                          segments.begin() + static_cast<std::ptrdiff_t>(group.End),
-                                          [&](const Segment& one) {
-                                              return !one.IsLabel && Has(one.Hints, Hint::Address) && HasDigit(ValueOf(one));
-                                          });
+        const bool numbered =
+            std::any_of(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),
+                        segments.begin() + static_cast<std::ptrdiff_t>(group.End), [&](const Segment& one) {
+                            return !one.IsLabel && Has(one.Hints, Hint::Address) && HasDigit(ValueOf(one));
+                        });
         group.Score = (group.PostalCode ? 2 : 0) + (group.Street ? 2 : 0) + (numbered ? 0.5 : 0);
     }
     const auto best = std::max_element(groups.begin(), groups.end(),

@@ -251,10 +251,10 @@ private:
             for (size_t bit = 0; bit < hints.size(); ++bit)
                 hints[bit] += (here >> bit & 1U) != 0;
         }
-        for (double* const share :
-             {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
-              &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
-              &shares.Jobs, &shares.Trades, &shares.Kinds, &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
+        for (double* const share : {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail,
+                                    &shares.Map, &shares.Category, &shares.Details, &shares.Rating, &shares.Price,
+                                    &shares.Date, &shares.Street, &shares.Jobs, &shares.Trades, &shares.Kinds,
+                                    &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
@@ -462,8 +462,8 @@ private:
         if ((shares.Price > 0.5 && !hosts) || shares.Date > 0.5)
             return no(u"its records have prices or dates"_s);
         const double kinds = DistinctCategories() <= 0.7 ? 0.5 * shares.Kinds : 0;
-        const double signs = 1.5 * shares.Place + shares.Category + kinds + shares.Rating + shares.Website + shares.Map +
-                             (often(Hint::Business) ? 1 : 0);
+        const double signs = 1.5 * shares.Place + shares.Category + kinds + shares.Rating + shares.Website +
+                             shares.Map + (often(Hint::Business) ? 1 : 0);
         if (shares.Details < 0.7 || names_.DistinctDetails() < 0.7)
             return no(u"its records have neither phones, nor addresses, nor pages of their own"_s);
         if (signs < 1.5)

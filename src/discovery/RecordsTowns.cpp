@@ -66,11 +66,12 @@ bool RecordPlaces::IsTownWithRegion(QStringView text) const {
         return false;
     if (CommaBeforeCountry(text) > 0)
         return true;
+    const QStringView region = page_.Region.isEmpty() ? QStringView(u"US") : QStringView(page_.Region);
     const qsizetype open = text.lastIndexOf(u'(');
     if (text.endsWith(u')') && open > 2)
-        return IsStateOf(page_.Region, text.sliced(open + 1, text.size() - open - 2).trimmed());
+        return IsStateOf(region, text.sliced(open + 1, text.size() - open - 2).trimmed());
     const qsizetype comma = text.lastIndexOf(u',');
-    return comma > 1 && text.first(comma).count(u',') == 0 && IsStateOf(page_.Region, text.sliced(comma + 1).trimmed());
+    return comma > 1 && text.first(comma).count(u',') == 0 && IsStateOf(region, text.sliced(comma + 1).trimmed());
 }
 
 // Without an address, short texts that the page's headings name or that end in a country may be the towns: "25 lawyers

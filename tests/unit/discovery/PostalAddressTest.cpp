@@ -33,6 +33,17 @@ void Check(std::initializer_list<Case> cases) {
     }
 }
 
+TEST(SplitAddress, WhatSoundsLikeAStreetOrACode) {
+    Check({
+        {u"US", u"Cedar Park, TX", u"|Cedar Park|TX||"},
+        {u"US", u"St. Louis Park, MN 55426", u"|St. Louis Park|MN|55426|"},
+        {u"US", u"12 Elm St, Oak Park, IL 60302", u"12 Elm St|Oak Park|IL|60302|"},
+        {u"AU", u"PO Box 5801, Fitzroy", u"PO Box 5801|Fitzroy|||"},
+        {u"", u"Singel 303-309, Amsterdam", u"Singel 303-309|Amsterdam|||"},
+        {u"US", u"28 Oak Street, near the station", u"28 Oak Street, near the station||||"},
+    });
+}
+
 TEST(SplitAddress, CodeBeforeTheCity) {
     Check({
         {u"DE", u"Hauptstraße 5, 10115 Berlin", u"Hauptstraße 5|Berlin||10115|"},

@@ -1,0 +1,136 @@
+// Guides and yellow pages as they have long been made.
+#include "discovery/AnyPage.h"
+#include "discovery/Labels.h"
+
+#include <gtest/gtest.h>
+
+namespace Brindle {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+std::vector<PageRecord> Read(const QString& entries, const QString& title,
+                             const QString& url = u"http://www.guide.example.com/x"_s) {
+    const PageTree page(u"<html lang=en><title>%1</title><body><h1>%1</h1><div>%2</div>"_s.arg(title, entries));
+    return ReadAnyPage(page, url).Records;
+}
+
+// "{i}" is the number of an entry, "{c}" a letter of its own, "{t}" one of two trades.
+QString Entries(const QString& entry, int count) {
+    QString all;
+    for (int i = 1; i <= count; ++i)
+        all += QString(entry)
+                   .replace(u"{i}"_s, QString::number(i))
+                   .replace(u"{c}"_s, QChar(u'A' + i))
+                   .replace(u"{t}"_s, i % 2 ? u"Italian"_s : u"Seafood"_s);
+    return all;
+}
+
+struct Rule {
+    const char* Name;
+    QString Entry;
+    Field Column;
+    QString Value; // of the third of eight entries
+};
+
+void PrintTo(const Rule& rule, std::ostream* out) {
+    *out << rule.Name;
+}
+
+class GuideEntry : public testing::TestWithParam<Rule> {};
+
+TEST_P(GuideEntry, GivesTheField) {
+    const auto records = Read(Entries(GetParam().Entry + u"</section>"_s, 8), u"Restaurants in Austin, TX"_s);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[2].Fields.At(static_cast<int>(GetParam().Column)).toStdString(), GetParam().Value.toStdString());
+}
+
+const QString head = u"<section><h3><a href='/b/{i}'>House {c}</a></h3>"_s;
+const QString line = u"<p>{i}1 Main St, Austin, TX 7870{i}</p>"_s;
+const QString plain = u"31 Main St, Austin, TX 78703"_s;
+const QString call = u"<p>(512) 555-012{i}</p>"_s;
+
+INSTANTIATE_TEST_SUITE_P(
+    Guides, GuideEntry,
+    testing::Values(
+        Rule{"TradeBehindAnAddressWithItsState",
+             head + u"<div class=address>{i}1 Main St, Austin, TX</div><div class=line>{t}</div>"_s + call,
+             Field::FullAddress, u"31 Main St, Austin, TX"_s},
+        Rule{"TradeInTheListOfTheAddress",
+             head + u"<ul class=address><li>{i}1 Main St, Austin, TX 7870{i}</li><li>{t}</li></ul>"_s + call,
+             Field::FullAddress, plain},
+        Rule{"DistanceInTheElementOfTheAddress",
+             head + u"<div class=addresses><address><div>{i}1 Main St</div><div>Austin, TX 7870{i}</div></address>"
+                    u"<a href='/b/{i}#map'>0.{i} miles away</a></div>"_s,
+             Field::FullAddress, plain},
+        Rule{"CountsAndButtonsBehindTheAddress",
+             head + u"<small>{i}1 Main St, Austin</small> <span class=fans>4{i} fans</span> "
+                    u"<a class=btn href='/g/{i}'>Guestlist</a>"_s,
+             Field::FullAddress, u"31 Main St, Austin"_s},
+        Rule{"QuarterBeforeTheAddress", head + u"<span class=neighborhood-list>East End</span>"_s + line + call,
+             Field::FullAddress, plain},
+        Rule{"QuarterWithALabel", head + u"<div>Neighborhood: <a href='/n'>East End</a></div>"_s + line + call,
+             Field::City, u"Austin"_s},
+        Rule{"ListsOfTextsAreNoStreets", head + u"<span class=category-str-list>{t}</span>"_s + line + call,
+             Field::FullAddress, plain},
+        Rule{"NumberOfTheEntryInTheName",
+             u"<section><a href='/b/{i}'><span class=rank>{i}</span>House {c}</a>"_s + line + call, Field::BusinessName,
+             u"House D"_s},
+        Rule{"TradeAmongParts", head + u"<p>Downtown | {t} | $$</p>"_s, Field::Category, u"Italian"_s},
+        Rule{"TradeBeforeAPrice", head + u"<p class=cuisine>{t} <i>12-30 €</i></p>"_s + line, Field::Category,
+             u"Italian"_s},
+        Rule{"TradeBehindIn", head + u"<p class=categories>in <a href='/c'>{t}</a></p>"_s + line, Field::Category,
+             u"Italian"_s},
+        Rule{"HoursAreNoTrade",
+             u"<table><tr><td colspan=2><b><a href='/b/{i}'>House {c}</a></b><tr><td>Category:<td>{t}"
+             u"<tr><td>Hours:<td>Mon-Fri 9:00 - 5:30<tr><td>Address:<td>{i}1 Main St, Austin, TX 7870{i}</table>"_s,
+             Field::Category, u"Italian"_s}),
+    [](const auto& info) { return std::string(info.param.Name); });
+
+TEST(Guides, AnAddressWithoutSignsStandsWhereTheOthersDo) {
+    QString entries = Entries(head + u"<div class=a>{i}1 Main St, Austin</div>"_s + call + u"</section>"_s, 7);
+    entries +=
+        u"<section><h3><a href='/b/9'>House Z</a></h3><div class=a>Rose Cottage, The Green, Austin</div><p>(512) "
+        u"555-0199</p></section>"_s;
+    const auto records = Read(entries, u"Shops"_s);
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[7].Fields.FullAddress, u"Rose Cottage, The Green, Austin"_s);
+    EXPECT_EQ(records[7].Fields.City, u"Austin"_s);
+}
+
+TEST(Guides, OneStreetAmongManyTextsIsNone) {
+    QString entries = Entries(head + u"<p class=cuisine>{t}</p></section>"_s, 14);
+    entries += u"<section><h3><a href='/b/x'>House Z</a></h3><p>As featured in 2 Days on the Food Trail</p>"
+               u"<p class=cuisine>Italian</p></section>"_s;
+    const auto records = Read(entries, u"Restaurants"_s);
+    ASSERT_EQ(records.size(), 15U);
+    EXPECT_EQ(records[14].Fields.FullAddress, QString());
+}
+
+TEST(Guides, NamesStandInElementsThatLookAlike) {
+    QString entries =
+        Entries(u"<section><div class=body><h3 class=t>House {c}</h3></div>"_s + line + call + u"</section>"_s, 9);
+    entries += u"<section><div class='body small'><h3 class=t>House Z</h3></div><p>1 Main St, Austin, TX 78701</p>"
+               u"<p>(512) 555-0199</p></section>"_s;
+    const auto records = Read(entries, u"Restaurants"_s);
+    ASSERT_EQ(records.size(), 10U);
+    EXPECT_EQ(records[9].Fields.Name, u"House Z"_s);
+}
+
+TEST(Guides, PricesOfRoomsAndOfThingsForSale) {
+    const QString inns = Entries(head + u"<span>Austin, TX</span> <span>$8{i}-$12{i} per night</span></section>"_s, 9);
+    EXPECT_EQ(Read(inns, u"Bed and Breakfasts in Austin"_s).size(), 9U);
+    const QString things =
+        Entries(head + u"<p>Private, Austin, TX 7870{i}</p><p>${i}00.00</p>"_s + call + u"</section>"_s, 9);
+    EXPECT_EQ(Read(things, u"Classifieds"_s).size(), 0U);
+}
+
+TEST(Trades, AreWholeTexts) {
+    for (const char16_t* text : {u"Italian", u"Pizza, Seafood", u"Bars / Clubs", u"Zahnarzt", u"Cuisine française"})
+        EXPECT_TRUE(IsTrade(text)) << QStringView(text).toUtf8().constData();
+    for (const char16_t* text : {u"Italian night with friends", u"Austin", u"", u"Read full review"})
+        EXPECT_FALSE(IsTrade(text)) << QStringView(text).toUtf8().constData();
+}
+
+} // namespace
+} // namespace Brindle
