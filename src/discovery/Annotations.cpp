@@ -425,6 +425,10 @@ void PageAnnotations::ReadPhones(int line) {
         const auto count = std::count_if(shown.begin(), shown.end(), [](QChar c) { return c.isDigit(); });
         if (count < 7 && !EndsWithPhoneLabel(text.first(place.Begin)))
             continue;
+        // "CEP 01310-795"
+        const std::vector<TextSpan> codes = PostalCodesIn(shown, Region);
+        if (codes.size() == 1 && codes.front() == TextSpan{0, shown.size()} && shown.contains(u'-'))
+            continue;
         if (BeginsWithRating(shown) || EndsInPostalCode(text, place) || HidesDigits(text.sliced(place.End)))
             continue;
         AddPhone({NodeAt(line, whole.Begin + place.Begin), line, whole.Begin + place.Begin, whole.Begin + place.End,

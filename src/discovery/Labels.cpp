@@ -142,7 +142,7 @@ constexpr Row labels[] = {
      u"provincie|województwo|kraj|okres|megye|județ|län|fylke|lääni|il|область|регион|都道府県|省|省份"},
     {Of(Hint::PostalCode),
      u"zip|zip code|postcode|postal code|post code|plz|postleitzahl|code postal|cp|código postal|"
-     u"cap|cep|kod pocztowy|psč|irányítószám|cod poștal|postnummer|postnr|postinumero|posta kodu|"
+     u"cap|cep|c.p|kod pocztowy|psč|irányítószám|cod poștal|postnummer|postnr|postinumero|posta kodu|"
      u"τ.κ|pašto kodas|pasta indekss|indeks|sihtnumber|poštová smerovacie číslo|poštni broj|poštanski broj|індекс|"
      u"поштовий індекс|пощенски код|pin|pin code|pincode|індекс|индекс|почтовый "
      u"индекс|郵便番号|邮编|邮政编码|郵遞區號|우편번호"},
@@ -176,7 +176,11 @@ constexpr Row labels[] = {
      u"suljettu|otwarte|otwarte "
      u"teraz|zamknięte|otevřeno|zavřeno|nyitva|zárva|deschis|închis|açık|kapalı|открыто|закрыто|"
      u"відчинено|зачинено|ανοιχτό|κλειστό|営業中|营业中|營業中|영업중|"
-     u"定休日|营业时间|營業時間|영업시간|ساعات العمل|שעות פתיחה|เวลาทำการ|giờ mở cửa|jam buka|program"},
+     u"buka|buka sekarang|tutup|เปิดอยู่|ปิดแล้ว|đang mở cửa|đã đóng cửa|ανοιχτό τώρα|κλειστό τώρα|şu an açık|şu an kapalı|"
+     u"otvoreno|zatvoreno|отворено|затворено|פתוח|פתוח עכשיו|סגור|مفتوح|مفتوح الآن|مغلق|deschis acum|영업 "
+     u"종료|круглосуточно|"
+     u"休息中|24 hours|open 24 hours|定休日|营业时间|營業時間|영업시간|ساعات العمل|שעות פתיחה|เวลาทำการ|giờ mở cửa|jam "
+     u"buka|program"},
     {Of(Hint::Person),
      u"contact|contact person|owner|manager|ansprechpartner|inhaber|geschäftsführer|contacto|contatto|"
      u"contactpersoon|osoba kontaktowa|代表者|担当者|联系人|담당자|контактное лицо|director|gérant"},

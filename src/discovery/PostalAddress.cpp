@@ -158,10 +158,23 @@ private:
         return text;
     }
 
+    static constexpr QStringView boxes[] = {
+        u"Box",          u"Postfach",    u"Postbus", u"Postboks", u"Casilla", u"Apartado", u"Apartado de Correos",
+        u"Caixa Postal", u"Case postale"};
+
     struct Code {
         std::size_t Segment;
         TextSpan Span;
     };
+
+    // "PO Box 1239", "Postfach 1020"
+    static bool IsNumberOfBox(QStringView before) {
+        const QStringView words = Stripped(before);
+        return std::any_of(std::begin(boxes), std::end(boxes), [words](QStringView box) {
+            return words.endsWith(box, Qt::CaseInsensitive) &&
+                   (words.size() == box.size() || !words[words.size() - box.size() - 1].isLetter());
+        });
+    }
 
     std::vector<Code> Codes() const {
         std::vector<Code> codes;
@@ -185,7 +198,7 @@ private:
         QStringView before = segments_[code.Segment].first(code.Span.Begin);
         const AddressCountry* const country = AddressCountryOf(region_);
         if (country && !country->CodePrefixes.isEmpty() &&
-            (before.endsWith(u'-') || before.endsWith(u'.') || before.endsWith(u' ')))
+            (before.endsWith(u'-') || before.endsWith(u'.') || before.endsWith(u' ') || before.endsWith(u'(')))
             for (const QStringView prefix : country->CodePrefixes.split(u'|'))
                 if (const QStringView bare = before.chopped(1);
                     !prefix.isEmpty() && bare.endsWith(prefix) &&
@@ -298,6 +311,8 @@ private:
             const QStringView segment = segments_[i];
             if (IsStateOf(region_, segment) && parts_.State.isEmpty())
                 parts_.State = segment.toString();
+            else if (region_ == u"PL" && segment.startsWith(u"woj. "))
+                parts_.State = segment.sliced(5).toString();
             else if ((street.empty() && StreetLike(segment)) ||
                      // "1051 Budapest, Fő utca 5, 2. em."
                      (street.size() == 1 && street.front().data() > city.data() && HasDigit(segment)))
@@ -330,7 +345,9 @@ private:
             return;
         const bool sure = !parts_.PostalCode.isEmpty() || !parts_.Country.isEmpty();
         bool stateApart = false; // behind a comma
-        if (rest.size() > 1 && IsStateOf(region_, rest.back()) &&
+        // The states of Nigeria are named like their capitals: "12, Allen Avenue, Lagos".
+        const bool behindStreet = region_ == u"NG" && rest.size() > 1 && StreetLike(rest[rest.size() - 2]);
+        if (rest.size() > 1 && IsStateOf(region_, rest.back()) && !behindStreet &&
             (rest.size() > 2 || !StreetLike(rest.front()) || rest.back().size() <= 3)) {
             parts_.State = rest.back().toString();
             rest.pop_back();
@@ -498,7 +515,8 @@ private:
     }
 
     static QStringView WithoutTownMark(QStringView city) {
-        for (const QStringView mark : {u"г. ", u"г.", u"м. ", u"м.", u"город ", u"місто ", u"TP. ", u"TP "})
+        for (const QStringView mark :
+             {u"г. ", u"г.", u"гр. ", u"гр.", u"м. ", u"м.", u"город ", u"місто ", u"TP. ", u"TP "})
             if (city.startsWith(mark))
                 return Stripped(city.sliced(mark.size()));
         return city;

@@ -28,7 +28,8 @@ constexpr QStringView streetPrefixes =
     u"ul|ul.|ulica|ulicy|aleja|al.|aleje|plac|pl.|os.|osiedle|rondo|skwer|"
     u"ulice|náměstí|nám.|námestie|třída|tř.|trieda|nábřeží|cesta|trg|put|bulevar|šetalište|obala|"
     u"strada|bulevardul|bd.|b-dul|bdul|calea|șoseaua|şoseaua|sos.|șos.|aleea|piața|splaiul|intrarea|"
-    u"ул|ул.|улица|пр.|пр-т|проспект|просп.|пер.|переулок|пл.|площадь|наб.|набережная|шоссе|ш.|бул.|бульвар|бул|вул.|"
+    u"ул|ул.|улица|ж.к|ж.к.|жк|пр.|пр-т|проспект|просп.|пер.|переулок|пл.|площадь|наб.|набережная|шоссе|ш.|бул.|"
+    u"бульвар|бул|вул.|"
     u"вулиця|площа|пров.|провулок|"
     u"οδός|οδ.|λεωφόρος|λεωφ.|λ.|πλατεία|πλ.|"
     u"jalan|jl|jl.|jln|jln.|lorong|gang|persiaran|lebuh|"
@@ -395,10 +396,29 @@ qsizetype EndOfStreetIn(QStringView text) {
     return end;
 }
 
+// "First Floor", "3. OG", "2e étage", "Kat: 2"
+static bool IsFloor(QStringView text) {
+    constexpr QStringView floors =
+        u" floor level og eg ug stock stg étage etage planta piso andar patro poschodie kat krs "
+        u"emelet piętro vån sal etg όροφος этаж поверх етаж lantai tingkat tầng ";
+    constexpr QStringView ordinals = u" ground first second third fourth fifth lower upper top ";
+    bool floor = false;
+    bool ordinal = HasDigit(text);
+    for (const QStringView word : text.split(u' ', Qt::SkipEmptyParts)) {
+        const QString one = u' ' + Stripped(word, u".,:()").toString().toLower() + u' ';
+        floor = floor || floors.contains(one);
+        ordinal = ordinal || ordinals.contains(one);
+    }
+    return floor && ordinal;
+}
+
 bool IsPartOfHouse(QStringView text) {
-    static const QStringView parts[] = {u"sc", u"bl",   u"et",      u"ap",   u"of",   u"корп",     u"кв",    u"оф",
-                                        u"эт", u"стр",  u"lok",     u"piso", u"dpto", u"ste",      u"unit",  u"apt",
-                                        u"od", u"ofic", u"oficina", u"буд",  u"офіс", u"building", u"floor", u"suite"};
+    if (text.size() <= 24 && text.contains(u' ') && IsFloor(text))
+        return true;
+    static const QStringView parts[] = {u"sc",  u"bl",   u"et",      u"ap",   u"of",   u"корп",     u"кв",    u"оф",
+                                        u"эт",  u"стр",  u"lok",     u"piso", u"dpto", u"ste",      u"unit",  u"apt",
+                                        u"od",  u"ofic", u"oficina", u"буд",  u"офіс", u"building", u"floor", u"suite",
+                                        u"лит", u"бл",   u"вх",      u"ет",   u"пом"};
     // "n.º 80", "Nº 12"
     const bool numero = text.size() > 2 && (text.front() == u'n' || text.front() == u'N') &&
                         QStringView(u".º°o").contains(text[1]) && HasDigit(text) && text.size() <= 12;

@@ -251,6 +251,12 @@ void RecordColumns::ReadLines(size_t record) {
                           (text.endsWith(u':') || text.endsWith(u'\uFF1A') || Page.Page.Is(parent, u"dt") ||
                            Page.Page.Is(parent, u"th") || !Page.LinkAt(parent)));
         before = isLabel ? HintsOfLabel(text) : 0;
+        // "Open now", "Directions": what says so without announcing anything says nothing of the next line.
+        constexpr HintSet signs = Hint::Hours | Hint::Map | Hint::Rating | Hint::Review | Hint::Distance;
+        const bool announces = text.endsWith(u':') || text.endsWith(u'\uFF1A') || Page.Page.Is(parent, u"dt") ||
+                               Page.Page.Is(parent, u"th");
+        if (!announces && (before & ~signs) == 0)
+            before = 0;
     }
 }
 

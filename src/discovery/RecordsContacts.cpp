@@ -232,6 +232,11 @@ void RecordContacts::ReadLabelledPhone(size_t record, Lead& lead, std::array<Nod
         const QStringView value = columns_.ValueOf(line).trimmed();
         if (!Has(line.Label, Hint::Phone) || value.size() < 6 || value.size() > 24)
             continue;
+        // "CEP" is a mobile phone here and a postal code there.
+        if (Has(line.Label, Hint::PostalCode))
+            if (const std::vector<TextSpan> codes = PostalCodesIn(value, page_.Region);
+                codes.size() == 1 && codes.front() == TextSpan{0, value.size()})
+                continue;
         const bool marks = std::all_of(value.begin(), value.end(), [](QChar c) {
             return c.isDigit() || QStringView(u" ()+-./\u00A0\u2011\u2013").contains(c);
         });
@@ -340,11 +345,15 @@ void RecordContacts::ReadLinks(size_t record, NodeIndex name, Lead& lead,
     // Without a link: "www.joes.example" as text.
     for (const RecordLine& line : columns_.Lines[record]) {
         const QStringView text = columns_.ValueOf(line);
-        if (text.size() > 120 || !text.contains(u'.'))
+        if (text.size() > 300 || !text.contains(u'.'))
             continue;
-        for (const QStringView word : text.split(u' ', Qt::SkipEmptyParts)) {
-            const bool says = Has(line.Label, Hint::Website) || word.startsWith(u"www.", Qt::CaseInsensitive) ||
-                              word.startsWith(u"http", Qt::CaseInsensitive) || Has(line.Around, Hint::Website);
+        for (QStringView word : text.split(u' ', Qt::SkipEmptyParts)) {
+            if (const qsizetype www = word.indexOf(u":www."); www >= 0) // "Web:www.joes.example"
+                word = word.sliced(www + 1);
+            const bool is =
+                word.startsWith(u"www.", Qt::CaseInsensitive) || word.startsWith(u"http", Qt::CaseInsensitive);
+            const bool says =
+                is || (text.size() <= 120 && (Has(line.Label, Hint::Website) || Has(line.Around, Hint::Website)));
             const QString address = says ? WebAddressIn(word) : QString();
             if (address.isEmpty() || SiteOf(address) == page_.Site)
                 continue;

@@ -124,6 +124,8 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                                              : AddressSignsIn(value, page_.Region);
             segment.PostalCode = signs.PostalCode;
             segment.Street = signs.Street;
+            // "Opens at 9:00"
+            segment.Excluded = !signs.PostalCode && !signs.Street && TimesIn(value) > 0;
         }
     }
     return segments;
@@ -150,6 +152,9 @@ bool RecordPlaces::IsBareCode(const Segment& segment) const {
 bool RecordPlaces::HoldsMoreThanTown(const Segment& segment) const {
     const QStringView value = ValueOf(segment);
     for (const TextSpan& code : PostalCodesIn(value, page_.Region)) {
+        // "Dublin 2, D02 X285" names a district of the town.
+        if (page_.Region == u"IE" && value.startsWith(u"Dublin "))
+            continue;
         const qsizetype comma = value.indexOf(u',', code.End);
         if (IsNumberedName(value.first(code.Begin)) || (comma >= 0 && IsNumberedName(value.sliced(comma))))
             return true;
@@ -203,6 +208,16 @@ bool RecordPlaces::IsTownBefore(const Segment& before, const Segment& street) co
            town.front().isUpper() && !NamesBusinesses(BareView(town).View());
 }
 
+// "<i>12 High Road</i>, Old Town<br><i>W1 2AB</i>": what only a part of a line's elements name belongs to it, when more
+// of the address follows.
+bool RecordPlaces::IsWithinLine(const std::vector<Segment>& segments, size_t at, size_t next) const {
+    const Segment& segment = segments[at];
+    if (at == 0 || segment.Excluded || segment.Line != segments[at - 1].Line || ValueOf(segment).size() > 60)
+        return false;
+    const NodeIndex parent = page_.Page.Parent(ParentOf(segments[at - 1]));
+    return parent == ParentOf(segment) && (ParentOf(segments[next]) == parent || Beside(segment, segments[next], 2));
+}
+
 // Whether two segments stand in one element or in ones that are near to each other: two levels are neighbours.
 bool RecordPlaces::Beside(const Segment& one, const Segment& other, int levels) const {
     NodeIndex mine = ParentOf(one);
@@ -246,7 +261,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             continue;
         bool joined = !groups.empty();
         for (size_t between = groups.empty() ? 0 : groups.back().End; joined && between < i; ++between)
-            joined = segments[between].IsLabel;
+            joined = segments[between].IsLabel || IsWithinLine(segments, between, i);
         // A second street begins a second address.
         if (joined && segment.Street && groups.back().Street && groups.back().PostalCode)
             joined = false;
@@ -262,7 +277,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
         const Segment& segment = segments[i];
         const QStringView value = ValueOf(segment);
         return !segment.Excluded && value.size() <= 70 && value.size() >= 2 &&
-               Beside(segment, segments[neighbour], levels) &&
+               Beside(segment, segments[neighbour], levels) && !IsOfAnotherLink(segment, segments[neighbour]) &&
                page_.FactsOf(page_.Lines.Pieces[static_cast<size_t>(segment.FirstPiece)].Node).Phones == 0;
     };
     for (Group& group : groups) {
@@ -297,8 +312,9 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
             if (!may(group.End, group.End - 1, code ? 3 : 2) || (behind.Label != 0 && (behind.Label & placeHints) == 0))
                 break;
             group.PostalCode = code;
+            const bool district = page_.Region == u"IE" && ValueOf(behind).startsWith(u"Dublin ");
             if (!group.PostalCode &&
-                (HasDigit(ValueOf(behind)) || added == 2 || !IsTownLike(segments, group.End, added)))
+                ((HasDigit(ValueOf(behind)) && !district) || added == 2 || !IsTownLike(segments, group.End, added)))
                 break;
             ++group.End;
         }
@@ -364,6 +380,7 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
 // A segment's value with commas between the texts of different elements.
 QString RecordPlaces::PartedValue(const Segment& segment) const {
     QString value;
+    QStringView last;
     NodeIndex before = noNode;
     for (int i = segment.FirstPiece; i < segment.EndPiece; ++i) {
         const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
@@ -373,7 +390,11 @@ QString RecordPlaces::PartedValue(const Segment& segment) const {
             continue;
         const NodeIndex parent = page_.Page.Parent(piece.Node);
         if (!value.isEmpty())
-            value += parent == before || IsMarksOnly(page_.Lines.TextOf(piece)) ? u" "_s : u", "_s;
+            value +=
+                parent == before || IsMarksOnly(page_.Lines.TextOf(piece)) || Has(HintsOfLabel(last), Hint::PostalCode)
+                    ? u" "_s
+                    : u", "_s;
+        last = QStringView(page_.Lines.Text).sliced(begin, end - begin);
         value += QStringView(page_.Lines.Text).sliced(begin, end - begin);
         before = parent;
     }
@@ -392,7 +413,8 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
             return;
         if (!Has(hints, Hint::Street) && value.size() > 60)
             return;
-        if (Has(hints, Hint::Street) && AddressSignsIn(value, page_.Region).PostalCode)
+        if (Has(hints, Hint::Street) &&
+            (AddressSignsIn(value, page_.Region).PostalCode || !RegionOfCountryName(value).isEmpty()))
             return;
         // "8001 Zürich" in the column of the towns.
         if (Has(hints, Hint::City) && HasDigit(value))

@@ -59,8 +59,11 @@ private:
     };
     void FindValue(Segment& segment, qsizetype label, QStringView name) const;
     void LeaveOutTradeAndDistance(Segment& segment) const;
-    static bool IsHours(QStringView text);
+    static bool IsHours(QStringView text) { return TimesIn(text) >= 2; }
     static bool IsAside(QStringView text);
+    void LeaveOutOtherElements(Segment& segment, QStringView name) const;
+    static int TimesIn(QStringView text);
+    bool IsOfAnotherLink(const Segment& segment, const Segment& neighbour) const;
     bool IsControl(const TextPiece& piece, const RecordRange& range) const;
     std::vector<Segment> SegmentsOf(size_t record, NodeIndex name, const QString& called) const;
     QStringView ValueOf(const Segment& segment) const;
@@ -75,6 +78,7 @@ private:
     bool LooksLike(NodeIndex one, NodeIndex other) const;
     void LeaveOutQuarter(const std::vector<Segment>& segments, Group& group) const;
     bool IsTownBefore(const Segment& before, const Segment& street) const;
+    bool IsWithinLine(const std::vector<Segment>& segments, size_t at, size_t next) const;
     bool Beside(const Segment& one, const Segment& other, int levels) const;
     void ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                    Lead& lead) const;

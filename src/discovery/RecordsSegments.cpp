@@ -1,6 +1,7 @@
 // What stands in the text of an address and is none of it.
 #include "discovery/PostalAddressWords.h"
 #include "discovery/RecordsAddress.h"
+#include "discovery/RecordsPlaceText.h"
 #include "discovery/RecordsPlaces.h"
 #include "toolkit/Text.h"
 
@@ -26,11 +27,44 @@ bool IsDistance(QStringView text) {
 } // namespace
 
 // "Mon - Fri 9:00 - 17:00": two times of the day.
-bool RecordPlaces::IsHours(QStringView text) {
+int RecordPlaces::TimesIn(QStringView text) {
     int times = 0;
     for (qsizetype at = text.indexOf(u':'); at > 0 && times < 2; at = text.indexOf(u':', at + 1))
         times += at + 2 < text.size() && text[at - 1].isDigit() && text[at + 1].isDigit() && text[at + 2].isDigit();
-    return times >= 2;
+    return times;
+}
+
+// "<span>Plumber</span><span>12 Main St</span><span>0.4 mi</span>": lines by style alone.
+void RecordPlaces::LeaveOutOtherElements(Segment& segment, QStringView name) const {
+    const std::vector<TextPiece>& pieces = page_.Lines.Pieces;
+    const auto parentOf = [&](int piece) { return page_.Page.Parent(pieces[static_cast<size_t>(piece)].Node); };
+    int first = segment.FirstPiece;
+    int last = segment.EndPiece - 1;
+    while (first < last && pieces[static_cast<size_t>(first)].Begin >= segment.Begin &&
+           parentOf(first) != parentOf(first + 1)) {
+        const QStringView text = page_.Lines.TextOf(pieces[static_cast<size_t>(first)]);
+        const NodeIndex parent = parentOf(first);
+        const bool marked =
+            page_.Page.Is(parent, u"strong") || page_.Page.Is(parent, u"b") || IsHeading(page_.Page, parent);
+        const bool trade = !marked && !name.startsWith(text) && text.size() >= 3 && text.size() <= 60 &&
+                           !HasDigit(text) && !HasStreetWord(text) && !text.contains(u',') &&
+                           NamesBusinesses(BareView(text).View());
+        if (!trade && !IsDistance(text))
+            break;
+        if (trade)
+            segment.Trade = text;
+        segment.Begin = pieces[static_cast<size_t>(++first)].Begin;
+    }
+    while (first < last && parentOf(last) != parentOf(last - 1)) {
+        const TextPiece& piece = pieces[static_cast<size_t>(last)];
+        const QStringView text = page_.Lines.TextOf(piece);
+        if (!IsMarksOnly(text) && !IsDistance(text) && TimesIn(text) == 0)
+            break;
+        --last;
+        segment.End =
+            std::min(segment.End, pieces[static_cast<size_t>(last)].Begin + pieces[static_cast<size_t>(last)].Length);
+    }
+    segment.End = std::max(segment.End, segment.Begin);
 }
 
 // What stands beside an address and is none: "0.7 miles away", "147 fans".
@@ -172,18 +206,37 @@ void RecordPlaces::FindValue(Segment& segment, qsizetype label, QStringView name
     }
     const QStringView rest = all.sliced(segment.Begin, segment.End - segment.Begin);
     const bool mayBeWeb =
-        std::any_of(rest.begin(), rest.end(), [](QChar c) { return c == u'@' || c == u'/' || c == u'w'; }) &&
-        (rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www"));
-    for (const QStringView sign :
-         {QStringView(u"@"), QStringView(u"www."), QStringView(u"http://"), QStringView(u"https://")})
+        std::any_of(rest.begin(), rest.end(),
+                    [](QChar c) { return c == u'@' || c == u'/' || c == u'w' || c == u'('; }) &&
+        (rest.contains(u'@') || rest.contains(u"://") || rest.contains(u"www") || rest.contains(u"(at)"));
+    for (const QStringView sign : {QStringView(u"@"), QStringView(u"(at)"), QStringView(u"www."),
+                                   QStringView(u"http://"), QStringView(u"https://")})
         if (!mayBeWeb)
             break;
         else if (const qsizetype at = rest.indexOf(sign); at >= 0) {
             const qsizetype blank = rest.first(at).lastIndexOf(u' ');
             segment.End = std::min(segment.End, segment.Begin + std::max<qsizetype>(blank, 0));
         }
+    LeaveOutOtherElements(segment, name);
     trim();
     LeaveOutTradeAndDistance(segment);
+}
+
+// A link to another page of this site, or a button, that stands beside an address is none of it: "12 Main St
+// <a>More</a>".
+bool RecordPlaces::IsOfAnotherLink(const Segment& segment, const Segment& neighbour) const {
+    const auto linkOf = [this](const Segment& one) {
+        NodeIndex at = ParentOf(one);
+        for (int level = 0; level < 4 && at != noNode; ++level, at = page_.Page.Parent(at))
+            if (page_.Page.Is(at, u"a") || page_.Page.Is(at, u"button"))
+                return at;
+        return noNode;
+    };
+    const NodeIndex link = linkOf(segment);
+    if (link == noNode || HasDigit(ValueOf(segment)) || link == linkOf(neighbour))
+        return false;
+    const PageLink* const known = page_.LinkAt(link);
+    return !known || known->Kind == LinkKind::Own || known->Kind == LinkKind::None;
 }
 
 // "View map" behind an address: a link or a button that says what it does.

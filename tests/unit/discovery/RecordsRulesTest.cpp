@@ -66,6 +66,23 @@ INSTANTIATE_TEST_SUITE_P(
              u"<div><b>Adresse:</b> Ringweg {i}, 50667 Köln <b>Tel:</b> 0221 55512{i} <b>Fax:</b> 0221 55599{i} "
              u"<b>Mobil:</b> 0151 2345678{i}</div>"_s,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"AnOpenSignBeforeAndATimeBehind",
+             u"<p>Jetzt geöffnet</p><p>Ringweg {i}, 50667 Köln</p><p>Schließt um 18:30</p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"LinesByStyleAlone",
+             u"<p><span>Elektriker</span><span>Ringweg {i}, 50667 Köln</span><span>1,2 km</span></p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"MailWithoutItsSignBehind",
+             u"<p><span>Ringweg {i}, 50667 Köln</span><span>info(at)b{i}.example</span></p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"ALinkBehindTheStreet", u"<p>Ringweg {i}<br><a href='/b/{i}'>Anschauen</a></p>"_s + call,
+             Field::FullAddress, u"Ringweg {i}"_s},
+        Rule{
+            "WebAddressInALongLine",
+            call +
+                u"<p><span>Ringweg {i}, 50667 Köln (Innenstadt), im Hof der alten Ziegelei hinter dem Markt</span> "
+                u"<span>Eingang durch das zweite Tor, Klingel im Erdgeschoss</span> <span>Web:www.h{i}.example</span></p>"_s,
+            Field::Website, u"http://www.h{i}.example"_s},
         Rule{"AnOpenSign", u"<p>Ringweg {i}<br>50667 Köln<br>Jetzt geöffnet</p>"_s + call, Field::FullAddress,
              u"Ringweg {i}, 50667 Köln"_s},
         Rule{"ALabelledTradeOfAll", call + place + u"<p><b>Branche:</b> <a href='/x'>Sanitär</a></p>"_s,
@@ -306,6 +323,20 @@ TEST(Rules, FewBusinessesNeedAPageAboutThem) {
     EXPECT_EQ(Read(entry, u"Willkommen"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Kontakt"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Standorte"_s, 3).size(), 0U);
+}
+
+TEST(Rules, AnAddressStandsWhereTheOthersHaveTheirs) {
+    QString list;
+    for (int i = 1; i <= 6; ++i)
+        list +=
+            u"<section><h3><a href='/b/%1'>Haus %2</a></h3><p>%3, Köln</p><p>Tel. 0221 55512%1</p></section>"_s.arg(i)
+                .arg(QChar(u'A' + i))
+                .arg(i == 3 ? u"Im Alten Hof"_s : u"Ringweg %1"_s.arg(i));
+    const PageTree page(u"<!DOCTYPE html><html lang=de><title>Elektriker in Köln</title><body><h1>Elektriker</h1>"_s +
+                        list);
+    const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
+    ASSERT_EQ(records.size(), 6U);
+    EXPECT_EQ(records[2].Fields.FullAddress, u"Im Alten Hof, Köln"_s);
 }
 
 TEST(Rules, ARoleMakesAHeading) {
