@@ -158,23 +158,10 @@ private:
         return text;
     }
 
-    static constexpr QStringView boxes[] = {
-        u"Box",          u"Postfach",    u"Postbus", u"Postboks", u"Casilla", u"Apartado", u"Apartado de Correos",
-        u"Caixa Postal", u"Case postale"};
-
     struct Code {
         std::size_t Segment;
         TextSpan Span;
     };
-
-    // "PO Box 1239", "Postfach 1020"
-    static bool IsNumberOfBox(QStringView before) {
-        const QStringView words = Stripped(before);
-        return std::any_of(std::begin(boxes), std::end(boxes), [words](QStringView box) {
-            return words.endsWith(box, Qt::CaseInsensitive) &&
-                   (words.size() == box.size() || !words[words.size() - box.size() - 1].isLetter());
-        });
-    }
 
     std::vector<Code> Codes() const {
         std::vector<Code> codes;

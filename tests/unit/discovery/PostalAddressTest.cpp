@@ -76,7 +76,7 @@ TEST(SplitAddress, CodeBeforeTheCity) {
         {u"NG", u"12 Allen Avenue, Ikeja, Lagos", u"12 Allen Avenue|Ikeja|Lagos||"},
         {u"NG", u"12, Allen Avenue, Lagos", u"12, Allen Avenue|Lagos|||"},
         {u"NZ", u"PO Box 1239, Newtown, Wellington 6011", u"PO Box 1239, Newtown|Wellington||6011|"},
-        {u"GB", u"66 Kingsway, First Floor", u"66 Kingsway, First Floor||||"},
+        {u"GB", u"66 High Street, First Floor", u"66 High Street, First Floor||||"},
         {u"PL", u"ul. Prosta 5, 00-838, Warszawa", u"ul. Prosta 5|Warszawa||00-838|"},
         {u"CZ", u"Václavské náměstí 1, 110 00 Praha 1", u"Václavské náměstí 1|Praha 1||110 00|"},
         {u"SE", u"Kungsgatan 12, SE-111 35 Stockholm", u"Kungsgatan 12|Stockholm||111 35|"},
