@@ -70,9 +70,9 @@ void WindowRun::ChooseSite(const QString& code, const Demo::DemoServer& server) 
     const SitesFile sites = SitesFile::Parse(server.SitesIni().toUtf8(), u"demo"_s, SiteAdapters());
     const SiteCatalogue catalogue = sites.Catalogue();
     const QString entry = catalogue.Find(code)->DisplayEntry();
-    // The waits of a change are there for the engine: it drops a page that is asked for while another one begins.
+    // The waits of a change are there for the engine: it loses a page that is asked for while its cache is emptied.
     const double pace = Loop.Pace();
-    Loop.SetPace(std::max(pace, 0.2));
+    Loop.SetPace(std::max(pace, 0.5));
     Choose(u"cbxWebsites", static_cast<int>(catalogue.WebsiteURLS().indexOf(entry)));
     Loop.SetPace(pace);
     const QString base = GetCountryURL(entry);

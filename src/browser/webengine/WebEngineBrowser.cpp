@@ -36,6 +36,7 @@ namespace {
 constexpr quint32 world = QWebEngineScript::ApplicationWorld;
 constexpr qint64 mostWaitForMore = 4000; // ms
 constexpr int proxyPatience = 1000;      // ms
+constexpr int lostAfter = 400;           // ms
 
 // A page beyond the size of what is parsed elsewhere is not read here either.
 constexpr auto readElement = u"(() => { const element = document.%1; if (window.brindleLeft || !element) return '';"
@@ -87,6 +88,14 @@ constexpr auto askForMore = uR"((selector => {
     window.scrollTo(0, document.documentElement.scrollHeight);
     window.dispatchEvent(new Event('scroll'));
 })(%1))";
+
+// Whether two addresses are of the same page; an address that is only a host's has no path before it is asked for.
+bool IsSamePage(QUrl a, QUrl b) {
+    for (QUrl* const url : {&a, &b})
+        if (url->path().isEmpty() && !url->host().isEmpty())
+            url->setPath(u"/"_s);
+    return a.matches(b, QUrl::RemoveFragment | QUrl::NormalizePathSegments);
+}
 
 void Kill(qint64 process) {
 #ifdef Q_OS_WIN
@@ -185,7 +194,7 @@ void WebEngineBrowser::Navigate(const QString& address) {
         lastError_ = address + u": not an address"_s;
         return;
     }
-    Load([this, url] {
+    Load(url, [this, url] {
         page_->GuardFor({});
         page_->load(url);
     });
@@ -201,21 +210,23 @@ void WebEngineBrowser::Follow(const QString& address) {
         lastError_ = refusal;
         return;
     }
-    Load([this, url] {
+    Load(url, [this, url] {
         page_->GuardFor(lastPage_);
         page_->load(url);
     });
 }
 
 void WebEngineBrowser::Stop() {
-    if (std::exchange(afterProxy_, nullptr))
-        EndBusy();
+    afterProxy_ = {};
+    overtaking_ = {};
     page_->triggerAction(QWebEnginePage::Stop);
     page_->runJavaScript(QString::fromUtf16(stay), world);
+    if (busy_ && !loading_ && !afterEnd_.Begin) // nothing has begun that could end
+        EndBusy();
 }
 
 void WebEngineBrowser::Refresh() {
-    Load([this] { page_->triggerAction(QWebEnginePage::Reload); });
+    Load(page_->url(), [this] { page_->triggerAction(QWebEnginePage::Reload); });
 }
 
 void WebEngineBrowser::GoBack() {
@@ -333,8 +344,10 @@ void WebEngineBrowser::ProxyIsTold() {
     if (!proxyPage_)
         return;
     proxyPage_.release()->deleteLater(); // it may be the one that calls
-    if (const std::function<void()> begin = std::exchange(afterProxy_, nullptr))
-        Load(begin);
+    if (const Wanted wanted = std::exchange(afterProxy_, {}); wanted.Begin) {
+        busy_ = false; // nothing has begun yet
+        Load(wanted.Address, wanted.Begin);
+    }
 }
 
 void WebEngineBrowser::SetUserAgent(const QString& userAgent) {
@@ -347,13 +360,24 @@ void WebEngineBrowser::ClearCache() {
 
 void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
     ++changes_;
-    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+    loading_ = info.status() == QWebEngineLoadingInfo::LoadStartedStatus;
+    const bool isWanted = overtaking_.Begin && IsSamePage(info.url(), overtaking_.Address);
+    if (loading_) {
         LeaveDocument();
+        coming_ = info.url();
+        overtakingBegun_ |= isWanted;
         busy_ = true;
         gone_ = false;
         lastError_.clear();
         return;
     }
+    if (overtaking_.Begin && !isWanted && (!overtakingBegun_ || info.url() == overtaken_)) {
+        // That was the other page.
+        loading_ = overtakingBegun_;
+        overtaken_.clear();
+        return QTimer::singleShot(lostAfter, this, [this] { BeginAgain(); });
+    }
+    overtaking_ = {};
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
         const QString reason = !proxyError_.isEmpty()          ? proxyError_
                                : !info.errorString().isEmpty() ? info.errorString()
@@ -374,8 +398,10 @@ void WebEngineBrowser::OnLoadingChanged(const QWebEngineLoadingInfo& info) {
 void WebEngineBrowser::OnRendererGone() {
     gone_ = true;
     hung_ = false;
-    if (const std::function<void()> begin = std::exchange(afterEnd_, nullptr))
-        return begin();
+    loading_ = false;
+    overtaking_ = {};
+    if (const Wanted wanted = std::exchange(afterEnd_, {}); wanted.Begin)
+        return wanted.Begin();
     lastError_ = LocationAddress() + u": the page's process has ended"_s;
     EndBusy();
 }
@@ -385,29 +411,44 @@ void WebEngineBrowser::LeaveDocument() {
     page_->runJavaScript(QString::fromUtf16(leave), world);
 }
 
-void WebEngineBrowser::Load(std::function<void()> begin) {
+void WebEngineBrowser::Load(const QUrl& address, std::function<void()> begin) {
+    const bool overtakes = std::exchange(busy_, true);
     lastError_.clear();
-    busy_ = true;
+    overtaking_ = {};
     const qint64 process = hung_ ? page_->renderProcessPid() : 0;
     hung_ = false;
     if (process > 0) {
         // A script that never ends would keep the next page from coming up. It comes when the process has ended.
         gone_ = true;
-        afterEnd_ = std::move(begin);
+        afterEnd_ = {address, std::move(begin)};
         Kill(process);
         return;
     }
-    if (afterEnd_) {
-        afterEnd_ = std::move(begin);
+    if (afterEnd_.Begin) {
+        afterEnd_ = {address, std::move(begin)};
         return;
     }
     if (proxyPage_) {
-        afterProxy_ = std::move(begin);
+        afterProxy_ = {address, std::move(begin)};
         return;
     }
     asked_ = true;
     LeaveDocument();
+    if (overtakes) {
+        overtaking_ = {address, begin};
+        overtaken_ = coming_;
+        overtakingBegun_ = false;
+    }
     begin();
+}
+
+// The engine loses what it is asked for at the moment when another page comes up: that page ends its loading, and
+// nothing begins any more.
+void WebEngineBrowser::BeginAgain() {
+    if (loading_ || !overtaking_.Begin)
+        return;
+    LeaveDocument();
+    std::exchange(overtaking_, {}).Begin();
 }
 
 // Steps through the history item by item: the engine's own "back" skips pages on which nobody has clicked.
@@ -415,7 +456,7 @@ void WebEngineBrowser::GoBy(int steps) {
     QWebEngineHistory* const history = page_->history();
     const int target = history->currentItemIndex() + steps;
     if (target >= 0 && target < history->count())
-        Load([history, target] { history->goToItem(history->itemAt(target)); });
+        Load(history->itemAt(target).url(), [history, target] { history->goToItem(history->itemAt(target)); });
 }
 
 void WebEngineBrowser::EndBusy() {

@@ -6,6 +6,7 @@
 #include <QNetworkProxy>
 #include <QPointer>
 #include <QStringList>
+#include <QUrl>
 #include <QVariant>
 
 #include <chrono>
@@ -74,7 +75,12 @@ private:
     void OnLoadingChanged(const QWebEngineLoadingInfo& info);
     void OnRendererGone();
     void LeaveDocument();
-    void Load(std::function<void()> begin);
+    struct Wanted {
+        QUrl Address;
+        std::function<void()> Begin;
+    };
+    void Load(const QUrl& address, std::function<void()> begin);
+    void BeginAgain();
     void TellOfProxy();
     void ProxyIsTold();
     void GoBy(int steps);
@@ -94,14 +100,19 @@ private:
     QString proxyError_; // why nothing can be loaded through the proxy; empty: it can be used
     std::chrono::milliseconds patience_{5000};
     std::optional<QStringList> linkTexts_;
-    std::function<void()> afterEnd_;            // what to load when the page's process has ended
+    Wanted afterEnd_;                           // what to load when the page's process has ended
+    Wanted overtaking_;                         // what was asked for while another page came
+    QUrl overtaken_;                            // that other page
+    QUrl coming_;                               // the page that began to come up last
     QNetworkProxy way_;                         // that this browser was given last
     std::unique_ptr<QWebEnginePage> proxyPage_; // makes the engine look for another proxy
-    std::function<void()> afterProxy_;          // what to load then
+    Wanted afterProxy_;                         // what to load then
     bool asked_ = false;                        // something was loaded already
     quint64 changes_ = 0;                       // of the page: counts loads that begin, come up or end
     QString lastPage_;                          // address of the last page from a server
     bool busy_ = false;
+    bool loading_ = false; // a page has begun to come up
+    bool overtakingBegun_ = false;
     bool hung_ = false; // the engine has not answered a question yet
     bool gone_ = false; // the page's process has died, or the engine shows a message of its own
 };

@@ -163,7 +163,8 @@ TEST_F(WebEngine, AWantedWindowOpensInThisViewAndNoOther) {
     for (int link = 0; link < 2; ++link) {
         ASSERT_TRUE(Load(Server.Address()));
         Browser.ClickLink(link);
-        EXPECT_TRUE(Comes([this, link] { return Body().contains(link == 0 ? u"page a" : u"page b"); }));
+        EXPECT_TRUE(
+            Comes([this, link] { return !Browser.Busy() && Body().contains(link == 0 ? u"page a" : u"page b"); }));
     }
     // An advertisement that opens by itself. The second page comes up behind it, so the first one was dropped by then.
     Server.Pages["/"] = "<p>listings<script>window.open('/advert'); document.body.append('opened')</script>";
@@ -174,6 +175,32 @@ TEST_F(WebEngine, AWantedWindowOpensInThisViewAndNoOther) {
     EXPECT_TRUE(Body().contains(u"page a"));
     for (const QByteArray& request : Server.Requests)
         EXPECT_FALSE(request.startsWith("GET /advert"));
+}
+
+// A user who chooses another page while one is coming gets the other one, whenever he does.
+TEST_F(WebEngine, ThePageThatWasAskedForLastComes) {
+    Server.Pages["/a"] = "<p>page a";
+    Server.Pages["/b"] = "<p>page b";
+    const QString first = Server.Address(u"/a"_s);
+    const QString last = Server.Address(u"/b"_s);
+    const std::function<bool(int)> moments[] = {
+        [](int) { return true; }, [&](int) { return Browser.LocationAddress() == first; },
+        [&](int) { return Body().contains(u"page a"); }, [](int rounds) { return rounds > 3; }};
+    for (size_t moment = 0; moment < std::size(moments) * 5; ++moment) {
+        Browser.Navigate(first);
+        for (int rounds = 0; Browser.Busy() && !moments[moment % std::size(moments)](rounds); ++rounds)
+            Loop.WaitForMessage(1);
+        ASSERT_TRUE(Load(last));
+        EXPECT_TRUE(Body().contains(u"page b")) << moment << ' ' << Body().toStdString();
+        EXPECT_EQ(Browser.LocationAddress(), last) << moment;
+        EXPECT_EQ(Browser.LastError(), QString()) << moment;
+    }
+    // Also when the one before was stopped before it began.
+    Browser.Navigate(last);
+    Browser.Stop();
+    EXPECT_TRUE(Comes([this] { return !Browser.Busy(); }));
+    ASSERT_TRUE(Load(first));
+    EXPECT_TRUE(Body().contains(u"page a"));
 }
 
 TEST_F(WebEngine, WhatBringsUpNoPageLeavesTheOldOneAndStoresNothing) {
