@@ -148,7 +148,8 @@ constexpr Row labels[] = {
      u"индекс|郵便番号|邮编|邮政编码|郵遞區號|우편번호"},
     {Of(Hint::Country), u"country|land|pays|país|paese|kraj|země|ország|țară|maa|ülke|χώρα|страна|国|国家|국가"},
     {Of(Hint::Category),
-     u"category|categories|cuisine|cuisines|type|industry|sector|business type|specialty|specialties|speciality|trade|"
+     u"category|categories|categorized under|filed under|listed under|listed "
+     u"in|cuisine|cuisines|type|industry|sector|business type|specialty|specialties|speciality|trade|"
      u"services|kategorie|kategorien|branche|branchen|tätigkeit|rubrik|gewerbe|leistungen|küche|catégorie|catégories|"
      u"activité|activités|secteur|rubrique|cuisine|spécialités|categoría|categorías|actividad|sector|rubro|categoria|"
      u"categorie|attività|settore|rubriek|categorieën|branża|kategoria|kategorie|obor|činnost|kategória|tevékenység|"

@@ -54,6 +54,8 @@ public:
         TakeCountry();
         if (region_.isEmpty())
             region_ = RegionByCode(text_);
+        if (const QString region = RegionByState(text_); !region.isEmpty() && !IsStateOf(region_, text_.last(2)))
+            region_ = region;
         Cut();
         if (segments_.empty())
             return parts_;
@@ -231,6 +233,13 @@ private:
     // Takes the state in brackets or behind a blank from the end of a place.
     QStringView TakeStateFrom(QStringView place) {
         QStringView rest = place;
+        // "Bologna (BO) Emilia Romagna"
+        if (const qsizetype open = rest.indexOf(u'('); open > 0 && !rest.endsWith(u')'))
+            if (const qsizetype close = rest.indexOf(u')', open); close > 0 && close - open <= 4)
+                if (const QStringView inside = rest.sliced(open + 1, close - open - 1); IsStateOf(region_, inside)) {
+                    parts_.State = inside.toString();
+                    return Stripped(rest.first(open));
+                }
         if (rest.endsWith(u')')) {
             const qsizetype open = rest.lastIndexOf(u'(');
             if (open > 0) {
@@ -387,15 +396,6 @@ private:
             parts_.Street = Verbatim(street);
     }
 
-    // "Singel 303-309"
-    static bool EndsInHouseNumber(QStringView text) {
-        const qsizetype blank = text.lastIndexOf(u' ');
-        const QStringView number = text.sliced(blank + 1);
-        return blank > 2 && text.front().isUpper() && number.size() <= 9 && number.front().isDigit() &&
-               !HasDigit(text.first(blank)) && AreNames(text.first(blank)) &&
-               std::count_if(number.begin(), number.end(), [](QChar c) { return c.isLetter(); }) <= 1;
-    }
-
     // "350 5th Ave New York" names the city, not the state.
     void TakeStateForCity() {
         if (parts_.State.size() > 3)
@@ -413,19 +413,9 @@ private:
         return true;
     }
 
-    // "Btwn 3rd & 4th St", "At Elm St", "near the station"
-    static bool SaysWhereInStreet(QStringView text) {
-        for (const QStringView word :
-             {u"btwn ", u"between ", u"bet ", u"bet. ", u"at ", u"near ", u"off ", u"corner of ", u"opposite ",
-              u"opp. ", u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "})
-            if (text.startsWith(word, Qt::CaseInsensitive))
-                return true;
-        return false;
-    }
-
     // A city's name, with the number of a district at most.
     static bool IsPlace(QStringView text) {
-        if (IsPartOfHouse(text) || SaysWhereInStreet(text))
+        if (IsPartOfHouse(text) || IsPlaceInStreet(text))
             return false;
         int digits = 0;
         for (const QChar c : text)

@@ -252,4 +252,31 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
     return false;
 }
 
+bool IsPlaceInStreet(QStringView text) {
+    constexpr std::array<QStringView, 16> words{
+        u"btwn ",     u"between ", u"bet ",         u"bet. ",   u"at ",      u"near ", u"off ",   u"corner of ",
+        u"opposite ", u"opp. ",    u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "};
+    return std::any_of(words.begin(), words.end(),
+                       [text](QStringView word) { return text.startsWith(word, Qt::CaseInsensitive); });
+}
+
+bool EndsInHouseNumber(QStringView text) {
+    const qsizetype blank = text.lastIndexOf(u' ');
+    const QStringView number = text.sliced(blank + 1);
+    return blank > 2 && text.front().isUpper() && number.size() <= 9 && !number.isEmpty() && number.front().isDigit() &&
+           !HasDigit(text.first(blank)) && AreNames(text.first(blank)) &&
+           std::count_if(number.begin(), number.end(), [](QChar c) { return c.isLetter(); }) <= 1;
+}
+
+QString RegionByState(QStringView text) {
+    const qsizetype comma = std::max(text.lastIndexOf(u','), text.lastIndexOf(u'\n'));
+    const QStringView state = comma < 0 ? QStringView() : text.sliced(comma + 1).trimmed();
+    if (state.size() != 2 || !state[0].isUpper() || !state[1].isUpper() || text.count(u',') + text.count(u'\n') < 2)
+        return {};
+    for (const QStringView region : {u"US", u"CA"})
+        if (IsStateOf(region, state))
+            return region.toString();
+    return {};
+}
+
 } // namespace Brindle

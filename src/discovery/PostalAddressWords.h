@@ -28,6 +28,15 @@ qsizetype EndOfNumberIn(QStringView text);
 /// Whether the text is a staircase, block, flat or office of a house: "sc. A", "Of. 501", "корп. 2".
 bool IsPartOfHouse(QStringView text);
 
+/// Whether the text says where in a street something is: "Btwn 3rd & 4th St", "near the station".
+bool IsPlaceInStreet(QStringView text);
+
+/// Whether the text is a name with the number of a house: "Singel 303-309".
+bool EndsInHouseNumber(QStringView text);
+
+/// The region whose state stands in capitals behind the last comma of several: "24 Old Mill Rd, Gresham, OR".
+QString RegionByState(QStringView text);
+
 /// Whether all words but short ones begin as names do.
 bool AreNames(QStringView text);
 

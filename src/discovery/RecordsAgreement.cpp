@@ -25,6 +25,16 @@ void DropAddress(Lead& lead, std::array<NodeIndex, FieldCount>& nodes) {
     nodes[fullField] = noNode;
 }
 
+// Whether a text is written as names are, not as a sentence.
+bool ReadsAsNames(QStringView text) {
+    int small = 0;
+    int large = 0;
+    for (qsizetype at = 0; at < text.size(); ++at)
+        if (text[at].isLetter() && (at == 0 || text[at - 1].isSpace()))
+            ++(text[at].isLower() ? small : large);
+    return small <= 2 && small < large && !text.contains(u". ");
+}
+
 // The last of the parts of an address, and where it begins; empty when it has one part only.
 QStringView LastPart(QStringView full) {
     qsizetype at = full.size();
@@ -110,7 +120,8 @@ QString RecordPlaces::AddressAt(NodeIndex node, NodeIndex name) const {
         !(text.front().isUpper() || text.front().isDigit()) || text.endsWith(u'.') || text.contains(u'@') ||
         text.contains(u"://") || text.contains(u"www.") || HasPrice(text) || IsHours(text) || IsAside(text) ||
         IsTrade(text) || LabelAtBegin(text).Length > 0 || HintsOfLabel(text) != 0 ||
-        IsButtonText(BareView(text).View()) || text.count(u' ') > 12)
+        IsButtonText(BareView(text).View()) || text.count(u' ') > 12 ||
+        !(HasDigit(text) || text.contains(u',') || HasStreetWord(text)) || !ReadsAsNames(text))
         return {};
     const auto first = static_cast<size_t>(page_.Lines.PieceFrom(node));
     for (size_t i = first;

@@ -37,7 +37,15 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
 // "Category: Florists", or the label in the cell before: it says of each record where its trade is.
 bool RecordPlaces::ReadLabelledCategory(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const {
     for (const RecordLine& line : columns_.Lines[record]) {
-        if (!Has(line.Label, Hint::Category) || line.LabelLength > 0 || line.EndPiece - line.FirstPiece != 1)
+        if (!Has(line.Label, Hint::Category))
+            continue;
+        const qsizetype begin = page_.Lines.Pieces[static_cast<size_t>(line.FirstPiece)].Begin + line.LabelLength;
+        int pieces = 0;
+        for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
+            const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
+            pieces += piece.Begin + piece.Length > begin;
+        }
+        if (pieces != 1)
             continue;
         const QStringView value = columns_.ValueOf(line).trimmed();
         if (value.size() < 3 || value.size() > 80 || HasDigit(value) || value.contains(u'@') ||

@@ -137,8 +137,14 @@ void RecordNames::FindAlike(const RecordColumn& best) {
     const QStringView look = page.Attribute(known, u"class");
     if ((look.isEmpty() && !best.IsHeading) || columns_.List.Flat)
         return;
+    double worth = 0; // of an entry with a name, on the average
+    for (size_t record = 0; record < columns_.Count(); ++record)
+        if (best.Nodes[record] != noNode)
+            worth += WorthOf(columns_.Page.FactsOf(columns_.List.Records[record].Begin)) / best.Filled;
     for (size_t record = 0; record < columns_.Count(); ++record) {
         const RecordRange& range = columns_.List.Records[record];
+        if (WorthOf(columns_.Page.FactsOf(range.Begin)) < 0.7 * worth)
+            continue; // a note among the entries
         for (NodeIndex node = range.Begin + 1; node < range.End && nodes_[record] == noNode; ++node)
             if (page.IsElement(node) && page.Name(node) == page.Name(known) && page.Attribute(node, u"class") == look)
                 if (const QStringView text = columns_.ViewOf(node);

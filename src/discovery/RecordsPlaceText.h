@@ -52,4 +52,12 @@ inline QString Tidy(QString text) {
     return end - begin == text.size() ? text : text.sliced(begin, end - begin);
 }
 
+/// "Based in Farnham, Surrey" without what is no place.
+inline QString WithoutBasedIn(const QString& text) {
+    for (const QStringView words : {u"Based in ", u"Located in ", u"Serving "})
+        if (text.startsWith(words))
+            return text.sliced(words.size());
+    return text;
+}
+
 } // namespace Brindle

@@ -111,7 +111,9 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const NodeIndex lastNode = page_.Lines.Pieces[static_cast<size_t>(segment.EndPiece) - 1].Node;
             const bool inName = name != noNode && node >= name && lastNode < nameEnd &&
                                 (value == nameText || (nameText.size() > value.size() && nameText.contains(value)));
-            segment.IsLabel = value.isEmpty() || HintsOfLabel(value) != 0;
+            // "IL" is a label in Turkish, and a state.
+            const bool state = Has(segment.Hints, Hint::State) && IsStateOf(page_.Region, value);
+            segment.IsLabel = value.isEmpty() || (HintsOfLabel(value) != 0 && !state);
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
@@ -283,13 +285,13 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
     for (Group& group : groups) {
         // The street is often a line before the town, the town one behind the street, the postal code one before or
         // behind all, without any sign of their own.
+        if (group.PostalCode && !group.Street && HoldsMoreThanTown(segments[group.Begin]))
+            group.Street = true;
         if (group.PostalCode && !group.Street && group.Begin > 0 && may(group.Begin - 1, group.Begin)) {
             const Segment& before = segments[group.Begin - 1];
-            if (HoldsMoreThanTown(segments[group.Begin])) {
-                group.Street = true;
-            } else if (HasDigit(ValueOf(before)) || HasStreetWord(ValueOf(before)) ||
-                       (before.Line + 1 == segments[group.Begin].Line &&
-                        ParentOf(before) == ParentOf(segments[group.Begin]))) {
+            if (HasDigit(ValueOf(before)) || HasStreetWord(ValueOf(before)) ||
+                (before.Line + 1 == segments[group.Begin].Line &&
+                 ParentOf(before) == ParentOf(segments[group.Begin]))) {
                 --group.Begin;
                 group.Street = true;
             }
@@ -405,7 +407,8 @@ QString RecordPlaces::PartedValue(const Segment& segment) const {
 
 void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordRange& range, const QString& parted,
                              Lead& lead) const {
-    const auto set = [this, &lead](HintSet hints, const QString& value) {
+    const auto set = [this, &lead](HintSet hints, const QString& text) {
+        const QString value = WithoutBasedIn(text);
         if (value.isEmpty() || value.size() > 120)
             return;
         // An element can call itself what only a part of it is.
@@ -434,6 +437,14 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
             lead.City = value.first(mark).trimmed();
             (RegionOfCountryName(region).isEmpty() || IsStateOf(page_.Region, region) ? lead.State : lead.Country) =
                 region;
+            return;
+        }
+        // "Alcudia, Mallorca, Spain" says where in the country the town lies.
+        if (Has(hints, Hint::City) && !Has(hints, Hint::Street) && lead.City.isEmpty() && value.count(u',') == 2 &&
+            !HasDigit(value) && !RegionOfCountryName(value.section(u',', 2).trimmed()).isEmpty()) {
+            lead.City = value.section(u',', 0, 0).trimmed();
+            lead.State = value.section(u',', 1, 1).trimmed();
+            lead.Country = value.section(u',', 2).trimmed();
             return;
         }
         for (const auto& [hint, part] :
@@ -471,12 +482,18 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
         full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
     const AddressParts parts = SplitAddress(full, page_.Country);
     const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();
-    FillPart(lead.Street, parts.Street);
+    if (lead.City.isEmpty() || !parts.Street.startsWith(lead.City)) // the town has no street before it
+        FillPart(lead.Street, parts.Street);
     FillPart(lead.PostalCode, parts.PostalCode);
     FillPart(lead.City, parts.City);
     FillPart(lead.State, parts.State);
     if (lead.Country.isEmpty() && !known)
         lead.Country = parts.Country;
+    if (lead.City.isEmpty() && lead.Street.isEmpty() && IsTownWithRegion(lead.FullAddress) &&
+        CommaBeforeCountry(lead.FullAddress) < 0 && lead.FullAddress.contains(u',')) {
+        lead.City = lead.FullAddress.section(u',', 0, 0).trimmed(); // "North Vancouver, BC"
+        lead.State = lead.FullAddress.section(u',', 1).trimmed();
+    }
     // Where each part has a column of its own, the town's is the last one.
     if (!lead.City.isEmpty() && !lead.FullAddress.contains(lead.City) &&
         !lead.FullAddress.contains(lead.City, Qt::CaseInsensitive))

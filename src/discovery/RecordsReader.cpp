@@ -183,7 +183,7 @@ private:
             if (!lead.Name.isEmpty() && !IsButtonText(BareView(lead.Name).View()))
                 reading_.Records.push_back({std::move(lead), range.Begin, range.End});
         }
-        LeaveOutBareEnds();
+        LeaveOutBare();
     }
 
     // The town of several rows of a table stands in the first of them.
@@ -197,7 +197,7 @@ private:
     }
 
     // A menu above the list or a note below it can be built as its entries are.
-    void LeaveOutBareEnds() {
+    void LeaveOutBare() {
         std::vector<PageRecord>& records = reading_.Records;
         const auto bare = [](const PageRecord& record) {
             const Lead& lead = record.Fields;
@@ -207,7 +207,15 @@ private:
         const auto full = std::count_if(records.begin(), records.end(), [](const PageRecord& record) {
             return !record.Fields.Phone.isEmpty() && !record.Fields.FullAddress.isEmpty();
         });
-        if (full < 5 || full * 5 < std::ssize(records) * 4)
+        if (full < 5 || full * 3 < std::ssize(records) * 2)
+            return;
+        // A form or a tip of the directory's own between them.
+        constexpr HintSet others = Hint::Article | Hint::Advert | Hint::Event | Hint::Similar;
+        std::erase_if(records, [&](const PageRecord& record) {
+            return record.Fields.Phone.isEmpty() && record.Fields.FullAddress.isEmpty() &&
+                   (record.Fields.DetailsLink.isEmpty() || (page_.HintsOf(record.Begin) & others) != 0);
+        });
+        if (full * 5 < std::ssize(records) * 4)
             return;
         records.erase(std::find_if_not(records.rbegin(), records.rend(), bare).base(), records.end());
         records.erase(records.begin(), std::find_if_not(records.begin(), records.end(), bare));
@@ -406,7 +414,9 @@ private:
             return no(u"its records have prices"_s);
         // Dates of reviews or of a membership stand in lists of addresses, too.
         const bool dated = shares.Date > 0.5 && shares.Phone < 0.3;
-        if (dated && (shares.Street < 0.5 || !directory))
+        const bool rated =
+            shares.Place >= 0.8 && shares.Details >= 0.8 && (shares.Kinds >= 0.6 || shares.Rating >= 0.6);
+        if (dated && ((shares.Street < 0.5 && !rated) || !directory))
             return no(u"its records have dates"_s);
         if (often(Hint::Author) && often(Hint::Article) && shares.Phone < 0.5)
             return no(u"its records are what readers wrote"_s);
@@ -459,7 +469,7 @@ private:
         const bool trades = shares.Trades >= 0.5 && shares.Place >= 0.5 && DistinctCategories() <= 0.7;
         if (other || (!subject_.Businesses && !trades))
             return no(u"neither phones nor addresses, and nothing says that the page lists businesses"_s);
-        if ((shares.Price > 0.5 && !hosts) || shares.Date > 0.5)
+        if ((shares.Price > 0.5 && !hosts) || (shares.Date > 0.5 && !rated))
             return no(u"its records have prices or dates"_s);
         const double kinds = DistinctCategories() <= 0.7 ? 0.5 * shares.Kinds : 0;
         const double signs = 1.5 * shares.Place + shares.Category + kinds + shares.Rating + shares.Website +

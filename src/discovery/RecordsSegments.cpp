@@ -86,6 +86,9 @@ bool RecordPlaces::IsAside(QStringView text) {
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
 void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     const QStringView value = ValueOf(segment);
+    if (const qsizetype open = value.endsWith(u')') ? value.lastIndexOf(u'(') : 0;
+        open > 0 && IsDistance(value.sliced(open)))
+        segment.End = segment.Begin + Stripped(value.first(open)).size();
     const bool dashed = std::any_of(value.begin(), value.end(), [](QChar c) { return c == u'-' || c == u'\u2013'; });
     for (const QStringView dash : {QStringView(u" - "), QStringView(u" \u2013 ")})
         if (!dashed)
@@ -244,7 +247,7 @@ bool RecordPlaces::IsControl(const TextPiece& piece, const RecordRange& range) c
     const QStringView text = page_.Lines.TextOf(piece);
     if (text.size() > 30)
         return false;
-    if (text.front().isDigit() && IsAside(text))
+    if ((text.front().isDigit() || text.front() == u'(') && IsAside(text))
         return true;
     NodeIndex at = page_.Page.Parent(piece.Node);
     for (int level = 0; level < 2 && at > range.Begin; ++level, at = page_.Page.Parent(at))

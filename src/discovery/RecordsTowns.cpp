@@ -66,12 +66,15 @@ bool RecordPlaces::IsTownWithRegion(QStringView text) const {
         return false;
     if (CommaBeforeCountry(text) > 0)
         return true;
-    const QStringView region = page_.Region.isEmpty() ? QStringView(u"US") : QStringView(page_.Region);
+    const auto isState = [this](QStringView state) {
+        return page_.Region.isEmpty() ? IsStateOf(u"US", state) || IsStateOf(u"CA", state)
+                                      : IsStateOf(page_.Region, state);
+    };
     const qsizetype open = text.lastIndexOf(u'(');
     if (text.endsWith(u')') && open > 2)
-        return IsStateOf(region, text.sliced(open + 1, text.size() - open - 2).trimmed());
+        return isState( text.sliced(open + 1, text.size() - open - 2).trimmed());
     const qsizetype comma = text.lastIndexOf(u',');
-    return comma > 1 && text.first(comma).count(u',') == 0 && IsStateOf(region, text.sliced(comma + 1).trimmed());
+    return comma > 1 && text.first(comma).count(u',') == 0 && isState(text.sliced(comma + 1).trimmed());
 }
 
 // Without an address, short texts that the page's headings name or that end in a country may be the towns: "25 lawyers
@@ -107,7 +110,7 @@ void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::arra
     const NodeIndex node = town_ < 0 ? noNode : columns_.Columns[static_cast<size_t>(town_)].Nodes[record];
     if (node == noNode || node == name || !lead.FullAddress.isEmpty() || !lead.City.isEmpty())
         return;
-    lead.FullAddress = columns_.TextOf(node);
+    lead.FullAddress = WithoutBasedIn(columns_.TextOf(node));
     nodes[static_cast<size_t>(Field::City)] = node;
     nodes[static_cast<size_t>(Field::FullAddress)] = node;
     if (const qsizetype comma = CommaBeforeCountry(lead.FullAddress); comma > 0) {

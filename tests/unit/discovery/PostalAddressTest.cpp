@@ -40,6 +40,9 @@ TEST(SplitAddress, WhatSoundsLikeAStreetOrACode) {
         {u"US", u"12 Elm St, Oak Park, IL 60302", u"12 Elm St|Oak Park|IL|60302|"},
         {u"AU", u"PO Box 5801, Fitzroy", u"PO Box 5801|Fitzroy|||"},
         {u"", u"Singel 303-309, Amsterdam", u"Singel 303-309|Amsterdam|||"},
+        {u"", u"24 Old Mill Road (at Elm St), Gresham, OR", u"24 Old Mill Road (at Elm St)|Gresham|OR||"},
+        {u"", u"33 Main St (at Oak Street), Jamaica Plain, MA", u"33 Main St (at Oak Street)|Jamaica Plain|MA||"},
+        {u"IT", u"Via Roma 5 - 40026 Imola (BO) Emilia Romagna", u"Via Roma 5|Imola|BO|40026|"},
         {u"US", u"28 Oak Street, near the station", u"28 Oak Street, near the station||||"},
     });
 }

@@ -81,6 +81,23 @@ INSTANTIATE_TEST_SUITE_P(
              u"Italian"_s},
         Rule{"TradeBehindIn", head + u"<p class=categories>in <a href='/c'>{t}</a></p>"_s + line, Field::Category,
              u"Italian"_s},
+        Rule{"TradeWithItsLabelBefore", head + u"<div>Categorized under <a href='/c'>{t}</a></div>"_s + line,
+             Field::Category, u"Italian"_s},
+        Rule{"TradeAmongLabelledLines",
+             head + u"<p><b>Cuisine :</b> {t}<br><b>Address:</b> {i}1 Main St, Austin, TX 7870{i}<br><b>Prix :</b> "
+                    u"20 €</p>"_s,
+             Field::Category, u"Italian"_s},
+        Rule{"DistanceInBrackets",
+             head + u"<p>{i}1 Main St<br>Austin, TX 7870{i} <small>(1.{i} km)</small></p>"_s + call, Field::FullAddress,
+             plain},
+        Rule{"BasedInATown", head + u"<div class=loc>Based in Austin, TX</div><p class=cuisine>{t}</p>"_s, Field::City,
+             u"Austin"_s},
+        Rule{"DatesOfRatings", head + u"<p class=location>Austin, TX</p><p class=cuisine>{t}</p><p>5/1{i}/09</p>"_s,
+             Field::State, u"TX"_s},
+        Rule{"TownRegionAndCountry",
+             head + u"<p class=city><a href='/a'>Alcudia</a>, <a href='/m'>Mallorca</a>, <a href='/s'>Spain</a></p>"
+                    u"<p class=cuisine>{t}</p>"_s,
+             Field::City, u"Alcudia"_s},
         Rule{"HoursAreNoTrade",
              u"<table><tr><td colspan=2><b><a href='/b/{i}'>House {c}</a></b><tr><td>Category:<td>{t}"
              u"<tr><td>Hours:<td>Mon-Fri 9:00 - 5:30<tr><td>Address:<td>{i}1 Main St, Austin, TX 7870{i}</table>"_s,
@@ -92,6 +109,8 @@ TEST(Guides, AnAddressWithoutSignsStandsWhereTheOthersDo) {
     entries +=
         u"<section><h3><a href='/b/9'>House Z</a></h3><div class=a>Rose Cottage, The Green, Austin</div><p>(512) "
         u"555-0199</p></section>"_s;
+    entries += u"<section><h3><a href='/tips'>Tips</a></h3><div class=a>Read in our blog what matters before you call "
+               u"anyone</div></section>"_s;
     const auto records = Read(entries, u"Shops"_s);
     ASSERT_EQ(records.size(), 8U);
     EXPECT_EQ(records[7].Fields.FullAddress, u"Rose Cottage, The Green, Austin"_s);
@@ -105,6 +124,17 @@ TEST(Guides, OneStreetAmongManyTextsIsNone) {
     const auto records = Read(entries, u"Restaurants"_s);
     ASSERT_EQ(records.size(), 15U);
     EXPECT_EQ(records[14].Fields.FullAddress, QString());
+}
+
+TEST(Guides, AFormBetweenTheEntriesIsNone) {
+    const QString entries =
+        Entries(u"<section><h3 class=t><a href='/b/{i}'>House {c}</a></h3>"_s + line + call + u"</section>"_s, 5);
+    const auto records =
+        Read(entries + u"<section class=news><h3 class=t>Sign up for our newsletter</h3><input></section>"_s + entries,
+             u"Restaurants"_s);
+    ASSERT_FALSE(records.empty());
+    for (const PageRecord& record : records)
+        EXPECT_TRUE(record.Fields.Name.startsWith(u"House"_s)) << record.Fields.Name.toStdString();
 }
 
 TEST(Guides, NamesStandInElementsThatLookAlike) {
