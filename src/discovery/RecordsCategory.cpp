@@ -27,8 +27,8 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
                              : part_ >= 0 ? PartOf(columns_.ViewOf(node), part_).toString()
                                           : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
-    if (category.contains(u'@') || HintsOfLabel(category) != 0 || !DigitsOfPhone(category).isEmpty() ||
-        LabelAtBegin(category).Hints != 0 || IsHours(category))
+    if (category == lead.Name || category.contains(u'@') || HintsOfLabel(category) != 0 ||
+        !DigitsOfPhone(category).isEmpty() || LabelAtBegin(category).Hints != 0 || IsHours(category))
         return;
     lead.Category = category;
     nodes[static_cast<size_t>(Field::Category)] = node;
@@ -118,12 +118,14 @@ QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) c
 void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {
     double best = 0;
     const double count = static_cast<double>(columns_.Count());
+    const auto placed =
+        std::count_if(leads.begin(), leads.end(), [](const Lead& lead) { return !lead.FullAddress.isEmpty(); });
     for (size_t i = 0; i < columns_.Columns.size(); ++i) {
         const RecordColumn& column = columns_.Columns[i];
         if (static_cast<int>(i) == town_)
             continue;
         const bool says = Has(column.Own, Hint::Category) || Has(column.Label, Hint::Category);
-        const bool other = column.IsHeading || Has(column.Own, Hint::Name) ||
+        const bool other = (column.IsHeading && column.Distinct > 0.8) || Has(column.Own, Hint::Name) ||
                            ((column.Own & (placeHints | otherHints)) != 0 && !says) || column.Phones > 0.2 ||
                            column.AddressLines > 0.2 || column.Dates > 0.2 || (column.Prices > 0.2 && !says) ||
                            column.Buttons > 0.3 || column.Wordless > 0.3 || column.Length > 150 || column.Length < 2;
@@ -138,6 +140,7 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         int places = 0;
         int ranged = 0;
         int sentences = 0;
+        int houses = 0;
         bool onLinks = false;
         qsizetype wordsOfOne = 0;
         for (size_t record = 0; record < column.Nodes.size(); ++record) {
@@ -148,13 +151,15 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             const QStringView text = columns_.ViewOf(node);
             const BareView bare(text);
             const QStringView words = bare.View();
-            places += text == leads[record].Name || (!text.isEmpty() && leads[record].FullAddress.contains(text));
+            places += (leads[record].Name.size() >= 3 && text.contains(leads[record].Name)) ||
+                      (!text.isEmpty() && leads[record].FullAddress.contains(text));
             labels += HintsOfLabel(text) != 0;
             const auto piece = static_cast<size_t>(page_.Lines.PieceFrom(node));
             onLinks = onLinks || page_.LinkAt(page_.Page.Parent(page_.Lines.Pieces[piece].Node)) != nullptr;
             wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
             ranged += !TradeBesideRange(text).isEmpty();
             sentences += text.endsWith(u'.') && words.count(u' ') > 0;
+            houses += text.contains(u'/') || text.contains(u',') || IsPartOfHouse(text) || HasStreetWord(text);
             kinds += NamesBusinesses(words) || IsTrade(text);
             ofSubject += words.size() >= 4 && subject.contains(words);
         }
@@ -190,6 +195,12 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         else if (column.Filled >= count * 0.8 && column.Digits == 0 && column.Length <= 30 && wordsOfOne <= 4 &&
                  kinds == seen && seen >= 3)
             score = 1.1;
+        // Some texts that come again and again behind the names, where the places are known: nothing else does so.
+        else if (placed * 5 >= std::ssize(leads) * 3 && column.Filled >= count * 0.6 && column.Digits == 0 &&
+                 column.Length >= 3 && column.Length <= 36 && wordsOfOne <= 5 && column.Order < 3.5 && labels == 0 &&
+                 houses == 0 && column.Colons == 0 && column.Buttons == 0 && column.Distinct <= 0.7 &&
+                 column.Distinct * column.Filled > 2.5)
+            score = 0.9;
         score *= 0.3 + 0.7 * column.Filled / count;
         if (score > best) {
             best = score;

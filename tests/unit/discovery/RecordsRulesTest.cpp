@@ -325,6 +325,22 @@ TEST(Rules, FewBusinessesNeedAPageAboutThem) {
     EXPECT_EQ(Read(entry, u"Elektro Müller: Standorte"_s, 3).size(), 0U);
 }
 
+TEST(Rules, WhatComesAgainAndAgainBehindTheNamesIsATrade) {
+    const auto thirdOf = [](const QStringList& texts) {
+        QString list;
+        for (int i = 1; i <= 9; ++i)
+            list += u"<section><h3><a href='/b/%1'>Haus %2</a></h3><h4>%3</h4><p>Ringweg %1, 50667 Köln</p></section>"_s
+                        .arg(QString::number(i), QChar(u'A' + i), texts[i % 3]);
+        const PageTree page(u"<!DOCTYPE html><html lang=de><title>Firmen in Köln</title><body><h1>Firmen</h1>"_s +
+                            list);
+        const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
+        return records.size() == 9 ? records[2].Fields.Category : u"not read"_s;
+    };
+    EXPECT_EQ(thirdOf({u"Zwirnerei"_s, u"Färberei"_s, u"Weberei"_s}), u"Zwirnerei"_s);
+    EXPECT_EQ(thirdOf({u"Erdgeschoss, Hof"_s, u"Haus 2/3"_s, u"c/o Meier"_s}), QString());
+    EXPECT_EQ(thirdOf({u"Geschlossen"_s, u"Geöffnet"_s, u"Jetzt geöffnet"_s}), QString());
+}
+
 TEST(Rules, AnAddressStandsWhereTheOthersHaveTheirs) {
     QString list;
     for (int i = 1; i <= 6; ++i)
