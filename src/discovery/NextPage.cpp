@@ -375,7 +375,10 @@ private:
         if (hasWitness)
             add(55, *witness);
         if (step.SameList && !backwards) {
-            const bool following = step.Number == ownNumber + 1 || (step.OwnNumber < 0 && step.Number <= 1);
+            // "?start=20" behind none, "?start=60" behind "?start=40": what was skipped are whole pages.
+            const int skipped = step.Number - std::max(step.OwnNumber, 0);
+            const bool whole = word == NextWord::Weak && skipped >= 2 && std::max(step.OwnNumber, 0) % skipped == 0;
+            const bool following = step.Number == ownNumber + 1 || (step.OwnNumber < 0 && step.Number <= 1) || whole;
             add(following ? 35 : 25, u"its address is this one with another page’s number"_s);
         }
         if (IsInPager(link.Node))

@@ -106,6 +106,12 @@ INSTANTIATE_TEST_SUITE_P(
              u"https://www.guide.example/pizza?page=2"_s,
              {},
              list},
+        Case{"MoreBehindWhatWasSkipped",
+             u"<div><a href='?start=60'>Show more results</a></div>"_s,
+             u"https://www.guide.example/pizza?start=60"_s,
+             {},
+             list + u"?start=40"_s},
+        Case{"MoreOfAPageFarAway", u"<div><a href='?page=9'>more</a></div>"_s, u""_s, {}, list + u"?page=5"_s},
         Case{"NumbersThatAreNoPages", u"<table><tr><td>1<td><a href='/team/7'>2</a><td>3</table>"_s, u""_s, {}, list}),
     [](const auto& info) { return std::string(info.param.Name); });
 
