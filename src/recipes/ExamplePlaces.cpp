@@ -20,7 +20,6 @@ namespace {
 constexpr size_t mostPlaces = 200;
 constexpr size_t mostParts = 6;          // elements of which a value is composed
 constexpr int mostPatterns = 3;          // of one place
-constexpr double unreadable = 20;        // cost of where a text stands among others that no pattern tells it from
 constexpr qsizetype longestAround = 500; // characters of the text of which an example may be a part
 
 // The shape of a postal code as a pattern: digits and letters where the example has them.
@@ -292,7 +291,7 @@ void ExamplePlaces::AddComposed(const QString& text, std::vector<ExamplePlace>& 
         while (node != noNode && page.End(node) <= parts.back())
             node = page.Parent(node);
         if (node != noNode)
-            found.push_back({node, {}, {}, unreadable});
+            found.push_back({node, {}, {}, Unreadable});
         begin = page.End(parts.front());
     }
 }
@@ -413,30 +412,39 @@ void ExamplePlaces::AddFolded(Field column, const QString& text, const QString& 
                     found.push_back({node, {}, numberPattern, 0.8});
                 node = page.Parent(node);
             }
+            // Where it is a link here, it may begin a line elsewhere.
+            if (column == Field::BusinessName && node != noNode && BeginOf(node) == at &&
+                EndOf(node) - BeginOf(node) <= longestAround)
+                AddCut(column, text, folded, node, 1.0, found);
             continue;
         }
         if (EndOf(node) - BeginOf(node) > longestAround) {
-            found.push_back({node, {}, {}, unreadable});
+            found.push_back({node, {}, {}, Unreadable});
             continue;
         }
         const size_t before = found.size();
-        const QString around = RawFieldValue(source_, node, column, {});
-        if (column == Field::Email && IsExample(column, FinishedFieldValue(column, source_.Base, around), text))
-            found.push_back({node, {}, {}, 0.6});
-        const QString written = WrittenAs(around, folded, text);
-        int patterns = 0;
-        for (const QString& pattern : PatternsFor(column, around, written)) {
-            QString cut = around;
-            if (RecipePattern(pattern).Apply(cut) != RecipePattern::Outcome::Matched ||
-                !IsExample(column, FinishedFieldValue(column, source_.Base, cut), text))
-                continue;
-            found.push_back({node, {}, pattern, 1.0 + 0.1 * patterns});
-            if (++patterns == mostPatterns)
-                break;
-        }
+        AddCut(column, text, folded, node, 0, found);
         AddLines(column, text, node, found);
         if (found.size() == before)
-            found.push_back({node, {}, {}, unreadable});
+            found.push_back({node, {}, {}, Unreadable});
+    }
+}
+
+// An example that is a part of an element's text.
+void ExamplePlaces::AddCut(Field column, const QString& text, const QString& folded, NodeIndex node, double cost,
+                           std::vector<ExamplePlace>& found) const {
+    const QString around = RawFieldValue(source_, node, column, {});
+    if (column == Field::Email && IsExample(column, FinishedFieldValue(column, source_.Base, around), text))
+        found.push_back({node, {}, {}, 0.6});
+    int patterns = 0;
+    for (const QString& pattern : PatternsFor(column, around, WrittenAs(around, folded, text))) {
+        QString cut = around;
+        if (RecipePattern(pattern).Apply(cut) != RecipePattern::Outcome::Matched ||
+            !IsExample(column, FinishedFieldValue(column, source_.Base, cut), text))
+            continue;
+        found.push_back({node, {}, pattern, cost + 1.0 + 0.1 * patterns});
+        if (++patterns == mostPatterns)
+            break;
     }
 }
 

@@ -19,6 +19,9 @@ class ExamplePlaces {
 public:
     ExamplePlaces(const ValueSource& source);
 
+    /// Cost of where a text stands among others that nothing tells it from.
+    static constexpr double Unreadable = 20;
+
     /// The places where a text stands as the value of a column, in the page's order; at most some hundred.
     std::vector<ExamplePlace> Find(Field column, const QString& text) const;
     /// The elements between two nodes whose texts, one after the other, are the text; the first that are, in the page's
@@ -36,6 +39,8 @@ private:
     void AddTexts(Field column, const QString& text, std::vector<ExamplePlace>& found) const;
     void AddFolded(Field column, const QString& text, const QString& folded, std::vector<ExamplePlace>& found) const;
     void AddLines(Field column, const QString& text, NodeIndex node, std::vector<ExamplePlace>& found) const;
+    void AddCut(Field column, const QString& text, const QString& folded, NodeIndex node, double cost,
+                std::vector<ExamplePlace>& found) const;
     bool IsRunTogether(Field column, NodeIndex node, const QString& folded, const QString& text) const;
     void AddLinkText(Field column, const QString& text, qsizetype begin, qsizetype end,
                      std::vector<ExamplePlace>& found) const;

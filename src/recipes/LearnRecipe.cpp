@@ -9,6 +9,7 @@
 #include "recipes/ExampleText.h"
 #include "recipes/LearnAddress.h"
 #include "recipes/LearnRecords.h"
+#include "recipes/LearnStrangers.h"
 #include "recipes/LearnStructured.h"
 #include "recipes/PageAsides.h"
 #include "recipes/RecipePattern.h"
@@ -40,15 +41,23 @@ QString CaptionOf(Field column) {
     return EnglishCaptions()[static_cast<int>(column)];
 }
 
+QString SaidOf(const FoundExample& example) {
+    return u"%1=%2"_s.arg(CaptionOf(example.What.Column), example.Text);
+}
+
+constexpr double fewAlike = 0.5;  // agreement with what any page is read for, below which a list is doubted
+constexpr double muchAlike = 0.6; // and from which its word is taken
+
 class Learner {
 public:
     Learner(const PageTree& page, const QString& url, const AnyPageReading& any) : in_(page, url, any) {}
 
     LearnedRecipe Learn(const std::vector<RecipeExample>& examples) {
         Find(examples);
-        const std::optional<RecordSet> best = RecordFinder(in_, rows_).Find();
+        std::optional<RecordSet> best = RecordFinder(in_, rows_).Find();
+        RefuseWhatStandsElsewhere(best);
         if (!best)
-            throw Failure(u"nothing on the page holds for more than one record"_s);
+            throw Failure(u"%1: nothing else on the page is made like it"_s.arg(SaidOf(in_.Examples.front())));
         LearnedRecipe learned;
         Recipe& recipe = learned.What;
         recipe.Name = HostOfAddress(in_.Url);
@@ -58,6 +67,10 @@ public:
         recipe.Next = automaticNextPage.toString();
         recipe.Country = CountryOfPage();
         AddRows(*best, recipe);
+        if (const std::optional<QString> selector = SelectorWithoutStrangers(in_, *best, recipe)) {
+            recipe.Records = best->Selector = *selector;
+            best->Members = in_.Trial.Records(*selector, false);
+        }
         AddDetailsLink(*best, recipe);
         std::stable_sort(recipe.Fields.begin(), recipe.Fields.end(),
                          [](const RecipeField& a, const RecipeField& b) { return a.Column < b.Column; });
@@ -92,6 +105,28 @@ private:
         }
     }
 
+    // An example that stands above several businesses or beside them, not in one's record, leads to a wrong list.
+    void RefuseWhatStandsElsewhere(const std::optional<RecordSet>& best) {
+        const size_t members = best ? best->Members.size() : 0;
+        const bool isDoubtful = !best || in_.Witness.Agreement(best->Members) < fewAlike;
+        if (!isDoubtful || in_.Examples.size() < 2)
+            return;
+        const std::vector<FoundExample> examples = in_.Examples;
+        for (const FoundExample& example : examples) {
+            if (example.What.Column == Field::BusinessName || example.What.Node != noNode)
+                continue;
+            std::erase_if(in_.Examples,
+                          [&](const FoundExample& other) { return other.What.Column == example.What.Column; });
+            const std::optional<RecordSet> others = RecordFinder(in_, rows_).Find();
+            in_.Examples = examples;
+            const bool isMore = others && others->Members.size() > members && others->Named > 0.9;
+            if (isMore && (!best || RecordFinder::IsGroupOf(*others, *best) ||
+                           in_.Witness.Agreement(others->Members) > muchAlike))
+                throw Failure(
+                    u"%1: does not stand with the other examples in the record of one business"_s.arg(SaidOf(example)));
+        }
+    }
+
     // ------------------------------------------------------------------------------------------------- the fields
 
     static bool Has(const Recipe& recipe, Field column) {
@@ -114,13 +149,27 @@ private:
                 continue;
             }
             if (!row)
-                throw Failure(u"%1=%2: no selector holds for it and the other records"_s.arg(
-                    CaptionOf(example.What.Column), example.Text));
+                throw Failure(WhyNoRow(example, set));
             recipe.Fields.push_back(*row);
         }
         AddressRows(in_, rows_, recipe.Country).Add(parts, set, recipe);
         if (!Has(recipe, Field::BusinessName))
             throw Failure(u"an example of Business Name is missing"_s);
+    }
+
+    // What is the matter with an example that stands in its record, and is not read.
+    QString WhyNoRow(const FoundExample& example, const RecordSet& set) const {
+        for (const FoundExample& other : in_.Examples)
+            if (other.What.Column == example.What.Column && other.What.Business != example.What.Business)
+                return u"%1: nothing reads both it and \u201C%2\u201D"_s.arg(SaidOf(example), other.Text);
+        const RecordSpan record = set.Of(example);
+        const bool isPart = std::all_of(example.Places.begin(), example.Places.end(), [&](const ExamplePlace& place) {
+            return place.Node < record.Begin || place.Node >= record.End || !place.Pattern.isEmpty() ||
+                   place.Cost >= ExamplePlaces::Unreadable;
+        });
+        return isPart ? u"%1: stands in one text with other things, and nothing takes it out of there"_s.arg(
+                            SaidOf(example))
+                      : u"%1: no selector holds for it and the other records"_s.arg(SaidOf(example));
     }
 
     // A name that is a link, or stands in one, leads to the record's own page.

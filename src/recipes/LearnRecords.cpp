@@ -22,7 +22,41 @@ std::optional<RecordSet> RecordFinder::Find() {
     // Half of a page holds two records as well: what the examples promise for many goes before it.
     if (std::optional<RecordSet> flat = BestFlatRecords(); flat && (!best || flat->Score > 1.5 * best->Score))
         best = std::move(flat);
-    return best;
+    return best || in_.Businesses == 1 ? best : OfSeveralMakes();
+}
+
+// Paid entries and others with nothing in common: the lists around each of the businesses, together.
+std::optional<RecordSet> RecordFinder::OfSeveralMakes() {
+    const std::vector<FoundExample> examples = in_.Examples;
+    const int businesses = in_.Businesses;
+    RecordSet all;
+    QStringList selectors;
+    in_.Businesses = 1;
+    for (int business = 0; business < businesses; ++business) {
+        in_.Examples.clear();
+        for (const FoundExample& example : examples)
+            if (example.What.Business == business) {
+                in_.Examples.push_back(example);
+                in_.Examples.back().What.Business = 0;
+            }
+        const std::optional<RecordSet> set = in_.Examples.empty() ? std::nullopt : BestRecords();
+        if (!set || set->Flat)
+            break;
+        all.OfBusiness.push_back(set->OfBusiness.front());
+        all.Named = business == 0 ? set->Named : std::min(all.Named, set->Named);
+        selectors.append(set->Selector);
+    }
+    in_.Examples = examples;
+    in_.Businesses = businesses;
+    selectors.removeDuplicates();
+    all.Selector = selectors.join(u", ");
+    if (all.OfBusiness.size() != static_cast<size_t>(businesses) || selectors.size() < 2)
+        return {};
+    all.Members = in_.Trial.Records(all.Selector, false);
+    const bool holdAll = std::all_of(all.OfBusiness.begin(), all.OfBusiness.end(), [&](RecordSpan record) {
+        return std::find(all.Members.begin(), all.Members.end(), record) != all.Members.end();
+    });
+    return holdAll ? std::optional(std::move(all)) : std::nullopt;
 }
 
 bool RecordFinder::HasPlaceIn(const FoundExample& example, RecordSpan record) const {
@@ -93,8 +127,7 @@ std::optional<RecordSet> RecordFinder::BestRecords() {
     return best;
 }
 
-// Whether every one of the wider elements holds records, some of them several, and no record lies elsewhere.
-bool RecordFinder::IsGroupOf(const RecordSet& records, const RecordSet& wider) const {
+bool RecordFinder::IsGroupOf(const RecordSet& records, const RecordSet& wider) {
     if (records.Members.size() <= wider.Members.size() || records.Named < 0.95)
         return false;
     size_t next = 0;

@@ -18,6 +18,8 @@ public:
 
     /// Nothing where no element holds all examples of a business, and others are like it.
     std::optional<RecordSet> Find();
+    /// Whether every one of the wider elements holds records, some of them several, and no record lies elsewhere.
+    static bool IsGroupOf(const RecordSet& records, const RecordSet& wider);
 
 private:
     bool HasPlaceIn(const FoundExample& example, RecordSpan record) const;
@@ -25,7 +27,7 @@ private:
     bool HoldsAll(int business, RecordSpan record) const;
     std::vector<NodeIndex> Together() const;
     std::optional<RecordSet> BestRecords();
-    bool IsGroupOf(const RecordSet& records, const RecordSet& wider) const;
+    std::optional<RecordSet> OfSeveralMakes();
     std::optional<RecordSet> BestFlatRecords();
     std::vector<CandidateSelector> RowsWithNames(NodeIndex child) const;
     std::optional<RecordSet> BestSelector(NodeIndex element, bool flat, std::vector<CandidateSelector> more = {});

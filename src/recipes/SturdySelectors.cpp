@@ -18,7 +18,8 @@ namespace {
 constexpr qsizetype longestName = 40;
 constexpr size_t mostClasses = 6;
 constexpr int mostHolders = 4;
-constexpr double lastResort = 8; // cost of what will not last
+constexpr NodeIndex nearNodes = 400; // within which a table shows how it is made
+constexpr double lastResort = 8;     // cost of what will not last
 
 bool IsVowel(QChar c) {
     return QStringView(u"aeiouyäöüáéíóúàèìòùâêîôû").contains(c.toLower());
@@ -251,6 +252,32 @@ void AddByOrder(const PageTree& page, NodeIndex first, NodeIndex element, std::v
     }
 }
 
+// Of a table in which a cell stands beside several rows: such cells are not counted.
+void AddByCell(const PageTree& page, NodeIndex record, NodeIndex element, std::vector<CandidateSelector>& found) {
+    NodeIndex cell = element;
+    while (cell != noNode && cell != record && page.Parent(cell) != record)
+        cell = page.Parent(cell);
+    if (!page.Is(record, u"tr") || cell == noNode || !page.Is(cell, u"td") || page.HasAttribute(cell, u"rowspan"))
+        return;
+    const NodeIndex rows = page.Parent(record);
+    const NodeIndex end = rows == noNode ? page.End(record) : std::min(page.End(rows), record + nearNodes);
+    bool spans = false;
+    for (NodeIndex at = rows == noNode ? record : std::max(rows, record - nearNodes); at < end && !spans; ++at)
+        spans = page.Is(at, u"td") && page.HasAttribute(at, u"rowspan");
+    if (!spans)
+        return;
+    QString path;
+    for (NodeIndex at = page.FirstChild(record); at != cell; at = page.NextSibling(at)) {
+        if (!page.IsElement(at))
+            continue;
+        if (!page.Is(at, u"td") || (page.HasAttribute(at, u"rowspan") && !path.isEmpty()))
+            return;
+        path += page.HasAttribute(at, u"rowspan") ? QString() : u" + td"_s;
+    }
+    const QString own = cell == element ? QString() : QString(u' ' + page.Name(element));
+    found.push_back({u":scope > td:not([rowspan])"_s + path + own, 2.5});
+}
+
 } // namespace
 
 std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex record, NodeIndex element,
@@ -262,6 +289,7 @@ std::vector<CandidateSelector> FieldSelectors(const PageTree& page, NodeIndex re
     std::vector<CandidateSelector> found = own;
     AddByLabel(page, element, text, found);
     AddByOwnLabel(page, element, text, found);
+    AddByCell(page, record, element, found);
     if (first != noNode)
         AddByOrder(page, first, element, found);
     // A name that a build made lasts until the next build only, but it may be all that tells a field from others.
