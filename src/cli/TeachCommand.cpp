@@ -70,6 +70,10 @@ int RunTeach(const CommandLine& line, Console& console) {
         counts.append(u"%1 %2"_s.arg(EnglishCaptions()[int(field.Column)])
                           .arg(learned.What.Taught.Filled[static_cast<size_t>(field.Column)]));
     console.Note(u"%1 records: %2"_s.arg(learned.What.Taught.Records).arg(counts.join(u", ")));
+    if (learned.Beside > 0)
+        console.Note(
+            u"the page seems to list %1 more that are made otherwise; examples of one of them too would tell how"_s.arg(
+                learned.Beside));
     return ExitStatus::Done;
 }
 

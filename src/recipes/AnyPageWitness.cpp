@@ -27,6 +27,29 @@ double AnyPageWitness::Agreement(const std::vector<RecordSpan>& records) const {
     return static_cast<double>(same) / static_cast<double>(std::max(records.size(), any_.Records.size()));
 }
 
+bool AnyPageWitness::HasSeveralIn(const std::vector<RecordSpan>& records) const {
+    size_t at = 0;
+    for (const RecordSpan record : records) {
+        int within = 0;
+        for (; at < any_.Records.size() && any_.Records[at].Begin < record.End; ++at)
+            within += any_.Records[at].Begin >= record.Begin ? 1 : 0;
+        if (within > 1)
+            return true;
+    }
+    return false;
+}
+
+int AnyPageWitness::CountBeside(const std::vector<RecordSpan>& records) const {
+    int beside = 0;
+    size_t at = 0;
+    for (const PageRecord& known : any_.Records) {
+        while (at < records.size() && records[at].End <= known.Begin)
+            ++at;
+        beside += at == records.size() || records[at].Begin >= known.End ? 1 : 0;
+    }
+    return beside;
+}
+
 double AnyPageWitness::Agreement(const RecipeField& row, const std::vector<RecordSpan>& records) const {
     int same = 0;
     int known = 0;

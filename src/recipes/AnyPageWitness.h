@@ -13,6 +13,10 @@ public:
 
     /// The share of the records that any page is read for, too.
     double Agreement(const std::vector<RecordSpan>& records) const;
+    /// Whether any page is read for several records within one of these.
+    bool HasSeveralIn(const std::vector<RecordSpan>& records) const;
+    /// How many records any page is read for beside these.
+    int CountBeside(const std::vector<RecordSpan>& records) const;
     /// The share of the records in which a row gives what any page is read for, of those where one of them gives
     /// something.
     double Agreement(const RecipeField& row, const std::vector<RecordSpan>& records) const;

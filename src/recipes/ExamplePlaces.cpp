@@ -125,6 +125,8 @@ QStringList PatternsFor(Field column, const QString& around, const QString& exam
         patterns.append({u",\\s*([A-Z]{2,3})\\s+[A-Z0-9]"_s, u",\\s*([^,\\d]+?)\\s+[A-Z0-9]*\\d[A-Z0-9 ]*$"_s});
     if (column == Field::City)
         patterns.append({u"\\b\\d{4,5}\\s+([^,\\d]+?)\\s*(?:,|$)"_s, u"^([^,\\d]+?)\\s*,"_s});
+    if (column == Field::City || column == Field::State)
+        patterns.append({u"/\\s*([^/,\\d]+?)\\s*$"_s, u"([^\\s,/\\d]+)\\s*/\\s*[^/,\\d]+$"_s});
     if (column == Field::Website)
         patterns.append(webPattern);
     if (column == Field::FullAddress)

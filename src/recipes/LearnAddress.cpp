@@ -90,6 +90,15 @@ bool AddressRows::Gives(const RecipeField& full, const FoundExample& part, const
     });
 }
 
+// Whether what is said of the business beside its address stands in a text: it is no address then.
+bool AddressRows::HoldsOthers(const QString& text, int business) const {
+    const QString folded = FoldedExample(text);
+    return std::any_of(in_.Examples.begin(), in_.Examples.end(), [&](const FoundExample& example) {
+        return example.What.Business == business && !IsPart(example.What.Column) &&
+               folded.contains(FoldedExample(example.Text));
+    });
+}
+
 // The lines in which the parts stand, or what lies between them, as a full address of which nobody spoke.
 std::optional<RecipeField> AddressRows::RowAround(const std::vector<Part>& parts, const RecordSet& set) {
     const FoundExample& first = *parts.front().Example;
@@ -101,15 +110,16 @@ std::optional<RecipeField> AddressRows::RowAround(const std::vector<Part>& parts
     const QStringList lines = LinesAround(ShownText(in_.Lines, record.Begin, record.End, u"\n").split(u'\n'), folded);
     const QString whole = lines.join(u", "_s);
     for (const QString& text : {whole, lines.isEmpty() ? QString() : FromFirstToLast(whole, folded)}) {
-        if (text.isEmpty())
+        if (text.isEmpty() || HoldsOthers(text, first.What.Business))
             continue;
         const FoundExample full{.What = {.Column = Field::FullAddress, .Text = text, .Business = first.What.Business},
                                 .Text = text,
                                 .Places = in_.Places.Find(Field::FullAddress, text)};
-        const std::optional<RecipeField> row = rows_.Row(full, set);
-        const auto isGiven = [&](const Part& part) { return part.Row || Gives(*row, *part.Example, set); };
-        if (row && std::all_of(parts.begin(), parts.end(), isGiven))
-            return row;
+        for (const std::optional<RecipeField>& row : {rows_.Row(full, set), rows_.RowOfParts(full, set)}) {
+            const auto isGiven = [&](const Part& part) { return part.Row || Gives(*row, *part.Example, set); };
+            if (row && std::all_of(parts.begin(), parts.end(), isGiven))
+                return row;
+        }
     }
     return {};
 }

@@ -26,6 +26,7 @@ public:
 
 private:
     bool Gives(const RecipeField& full, const FoundExample& part, const RecordSet& set);
+    bool HoldsOthers(const QString& text, int business) const;
     std::optional<RecipeField> RowAround(const std::vector<Part>& parts, const RecordSet& set);
 
     LearnPage& in_;

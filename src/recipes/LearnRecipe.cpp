@@ -76,6 +76,7 @@ public:
                          [](const RecipeField& a, const RecipeField& b) { return a.Column < b.Column; });
         Check(*best, recipe);
         Propose(*best, learned);
+        learned.Beside = in_.Witness.CountBeside(best->Members);
         return learned;
     }
 
@@ -99,16 +100,29 @@ private:
                 }
             }
             if (found.Places.empty() || found.Text.isEmpty())
-                throw Failure(u"%1=%2: not found on the page"_s.arg(CaptionOf(example.Column), example.Text));
+                throw Failure(WhyNotFound(example));
             in_.Businesses = std::max(in_.Businesses, example.Business + 1);
             in_.Examples.push_back(std::move(found));
         }
     }
 
+    QString WhyNotFound(const RecipeExample& example) const {
+        const QString said = u"%1=%2"_s.arg(CaptionOf(example.Column), example.Text);
+        const QStringList parts = example.Text.split(u',', Qt::SkipEmptyParts);
+        const bool inParts = parts.size() > 1 && std::all_of(parts.begin(), parts.end(), [&](const QString& part) {
+                                 return !in_.Places.Find(Field::Category, part.trimmed()).empty();
+                             });
+        return inParts
+                   ? u"%1: its parts stand on the page, but not one after the other in the record of a business"_s.arg(
+                         said)
+                   : u"%1: not found on the page"_s.arg(said);
+    }
+
     // An example that stands above several businesses or beside them, not in one's record, leads to a wrong list.
     void RefuseWhatStandsElsewhere(const std::optional<RecordSet>& best) {
         const size_t members = best ? best->Members.size() : 0;
-        const bool isDoubtful = !best || in_.Witness.Agreement(best->Members) < fewAlike;
+        const bool isDoubtful =
+            !best || in_.Witness.Agreement(best->Members) < fewAlike || in_.Witness.HasSeveralIn(best->Members);
         if (!isDoubtful || in_.Examples.size() < 2)
             return;
         const std::vector<FoundExample> examples = in_.Examples;
@@ -136,7 +150,14 @@ private:
 
     void AddRows(const RecordSet& set, Recipe& recipe) {
         std::vector<AddressRows::Part> parts;
-        for (const FoundExample& example : in_.Examples) {
+        // The names first: what repeats them is no other column.
+        std::vector<const FoundExample*> examples;
+        for (const FoundExample& example : in_.Examples)
+            examples.push_back(&example);
+        std::stable_partition(examples.begin(), examples.end(),
+                              [](const FoundExample* example) { return example->What.Column == Field::BusinessName; });
+        for (const FoundExample* each : examples) {
+            const FoundExample& example = *each;
             const auto isSame = [&](const AddressRows::Part& part) {
                 return part.Example->What.Column == example.What.Column;
             };
@@ -151,6 +172,8 @@ private:
             if (!row)
                 throw Failure(WhyNoRow(example, set));
             recipe.Fields.push_back(*row);
+            if (example.What.Column == Field::BusinessName)
+                rows_.SetNames(*row);
         }
         AddressRows(in_, rows_, recipe.Country).Add(parts, set, recipe);
         if (!Has(recipe, Field::BusinessName))

@@ -28,6 +28,7 @@ struct RecipeProposal {
 struct LearnedRecipe {
     Recipe What;
     std::vector<RecipeProposal> Proposals; ///< for the columns that the recipe has not, in their order
+    int Beside = 0; ///< businesses that the page seems to list too, which the recipe does not read
 };
 
 /// Makes a recipe that reads all records of a page from the examples of one or more of them: finds where they stand,

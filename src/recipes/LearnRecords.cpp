@@ -13,6 +13,7 @@ namespace {
 
 constexpr int mostLevels = 8;      // from the examples up to the record
 constexpr size_t mostTogether = 6; // places where the examples stand together that are tried
+constexpr double fewNames = 0.65;  // share of different ones, below which they are none
 constexpr size_t fewRows = 5;      // rows that are tried for each set of records
 
 } // namespace
@@ -266,7 +267,7 @@ double RecordFinder::ScoreOf(RecordSet& set, const std::vector<std::vector<Rated
         double all = 0;
         for (const RatedRow& row : rows[i]) {
             const RecipeTrial::Fill fill = in_.Trial.FillOf(row.Row, set.Members);
-            const double share = isName && fill.Difference < 0.5 && !told ? fill.Share * 0.3 : fill.Share;
+            const double share = isName && fill.Difference < fewNames && !told ? fill.Share * 0.3 : fill.Share;
             best = std::max(best, share);
             all += share / static_cast<double>(rows[i].size());
         }

@@ -12,20 +12,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr size_t mostRows = 40;    // rows that are tried for a column
-constexpr double mostOfName = 1.5; // cost of a selector by name
-constexpr size_t fewRows = 5;      // of each, where two are tried together
+constexpr size_t mostRows = 40;     // rows that are tried for a column
+constexpr size_t mostCompared = 60; // records, evenly taken of longer lists
+constexpr double mostOfName = 1.5;  // cost of a selector by name
+constexpr size_t fewRows = 5;       // of each, where two are tried together
+
+QStringList WordsOf(const QString& text) {
+    QStringList words;
+    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts))
+        if (const QString folded = FoldedExample(word); !folded.isEmpty())
+            words.append(folded);
+    return words;
+}
 
 } // namespace
 
 std::optional<RecipeField> RowFinder::Row(const FoundExample& example, const RecordSet& set) {
     std::optional<RecipeField> row = BestRow(example, set);
-    if (!row)
-        row = RowOfParts(example, set);
+    // "Main StSpringfield" is the address, and is not: its lines are elements without a blank between them.
+    const bool isGarbled = row && example.What.Column == Field::FullAddress &&
+                           WordsOf(in_.Trial.Read(*row, set.Of(example))) != WordsOf(example.Text);
+    if (!row || isGarbled)
+        if (std::optional<RecipeField> parts = RowOfParts(example, set))
+            return parts;
     return row ? row : RowOfBoth(example, set);
 }
 
-// An address whose parts stand in elements of their own, with nothing that holds them alone.
 std::optional<RecipeField> RowFinder::RowOfParts(const FoundExample& example, const RecordSet& set) {
     const RecordSpan record = set.Of(example);
     if (example.What.Column != Field::FullAddress || example.What.Node != noNode || record.Flat)
@@ -126,12 +138,29 @@ std::optional<RecipeField> RowFinder::BestRow(const FoundExample& example, const
             score -= 0.03;
         if (example.What.Column == Field::BusinessName)
             score -= (fill.Difference < 0.5 ? 0.5 : 0) + 0.3 * in_.Witness.Strangers(row.Row, set.Members);
+        score -= 2 * NamesIn(row.Row, example, set);
         if (score > bestScore) {
             bestScore = score;
             best = row.Row;
         }
     }
     return best;
+}
+
+// In how many of the records a row gives the name: it slipped into the cell before.
+double RowFinder::NamesIn(const RecipeField& row, const FoundExample& example, const RecordSet& set) {
+    const auto isName = [&](RecordSpan record) {
+        const QString value = in_.Trial.Read(row, record);
+        return !value.isEmpty() && value == in_.Trial.Read(*names_, record);
+    };
+    if (!names_ || IsLinkColumn(row.Column) || row.Column == Field::BusinessName || isName(set.Of(example)))
+        return 0;
+    const size_t step = set.Members.size() / mostCompared + 1;
+    int same = 0;
+    int compared = 0;
+    for (size_t i = 0; i < set.Members.size(); i += step, ++compared)
+        same += isName(set.Members[i]) ? 1 : 0;
+    return compared == 0 ? 0 : static_cast<double>(same) / compared;
 }
 
 // Where businesses are made in different ways, a row for each.

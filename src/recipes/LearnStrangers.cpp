@@ -1,6 +1,6 @@
 #include "recipes/LearnStrangers.h"
 
-#include "page/Selector.h"
+#include "discovery/PostalAddress.h"
 #include "recipes/SturdySelectors.h"
 
 #include <QStringList>
@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double typicalShare = 0.8; // of the records in which a column is filled that every business has
-constexpr double muchAlike = 0.6;    // agreement with what any page is read for, to take its word
 constexpr size_t mostMembers = 2000; // beyond them nothing is looked at
 
 class Strangers {
@@ -25,7 +24,7 @@ public:
         if (set_.Flat || set_.Members.size() > mostMembers || recipe_.Records.contains(u','))
             return {};
         Find();
-        if (strangers_.empty() || strangers_.size() * 2 > set_.Members.size() || businesses_.size() < 2)
+        if (strangers_.empty() || strangers_.size() * 4 > set_.Members.size() * 3 || businesses_.size() < 2)
             return {};
         std::optional<QString> best;
         size_t fewest = strangers_.size();
@@ -62,7 +61,31 @@ private:
             return false;
         const bool isAddress = row.Column == Field::FullAddress || row.Column == Field::Address;
         const QString value = isAddress ? in_.Trial.Read(row, record) : QString();
-        return !isAddress || std::any_of(value.cbegin(), value.cend(), [](QChar c) { return c.isDigit(); });
+        return !isAddress || (lookLikeAddresses_ && row.Column == Field::FullAddress
+                                  ? LooksLikeAddress(value, recipe_.Country)
+                                  : std::any_of(value.cbegin(), value.cend(), [](QChar c) { return c.isDigit(); }));
+    }
+
+    // The columns that almost every one of the records has.
+    std::vector<const RecipeField*> TypicalOf(const std::vector<RecordSpan>& records) {
+        std::vector<const RecipeField*> typical;
+        for (const RecipeField& row : recipe_.Fields) {
+            if (row.Column == Field::BusinessName || row.Column == Field::DetailsLink)
+                continue;
+            const auto isTypical = [&] {
+                const auto filled = std::count_if(records.begin(), records.end(),
+                                                  [&](RecordSpan record) { return IsFilled(row, record); });
+                return static_cast<double>(filled) >= typicalShare * static_cast<double>(records.size());
+            };
+            if (row.Column == Field::FullAddress)
+                lookLikeAddresses_ = true;
+            const bool is = isTypical();
+            if (row.Column == Field::FullAddress && !is)
+                lookLikeAddresses_ = false;
+            if (is || (row.Column == Field::FullAddress && isTypical()))
+                typical.push_back(&row);
+        }
+        return typical;
     }
 
     bool IsKnown(RecordSpan record) const {
@@ -74,22 +97,18 @@ private:
     // A record that lacks what the others have: all of it, or some of it where any page's reader passes it by too.
     void Find() {
         std::vector<RecordSpan> named;
-        std::vector<const RecipeField*> typical;
+        std::vector<RecordSpan> known;
         for (const RecipeField& row : recipe_.Fields)
             if (row.Column == Field::BusinessName)
                 for (const RecordSpan member : set_.Members)
                     if (!in_.Trial.Read(row, member).isEmpty())
                         named.push_back(member);
-        for (const RecipeField& row : recipe_.Fields) {
-            if (row.Column == Field::BusinessName || row.Column == Field::DetailsLink)
-                continue;
-            const auto filled =
-                std::count_if(named.begin(), named.end(), [&](RecordSpan member) { return IsFilled(row, member); });
-            if (static_cast<double>(filled) >= typicalShare * static_cast<double>(named.size()) ||
-                (named.size() < 8 && filled >= 2 && static_cast<size_t>(filled) + 1 >= named.size()))
-                typical.push_back(&row);
-        }
-        const bool asked = in_.Witness.Agreement(set_.Members) >= muchAlike;
+        std::copy_if(named.begin(), named.end(), std::back_inserter(known),
+                     [this](RecordSpan member) { return IsKnown(member); });
+        const auto all = static_cast<double>(in_.Any.Records.size());
+        const bool asked = known.size() >= 2 && static_cast<double>(known.size()) >= typicalShare * all &&
+                           !in_.Witness.HasSeveralIn(set_.Members);
+        const std::vector<const RecipeField*> typical = TypicalOf(asked ? known : named);
         for (const RecordSpan member : named) {
             const auto lacks = std::count_if(typical.begin(), typical.end(),
                                              [&](const RecipeField* row) { return !IsFilled(*row, member); });
@@ -128,6 +147,7 @@ private:
     LearnPage& in_;
     const RecordSet& set_;
     const Recipe& recipe_;
+    bool lookLikeAddresses_ = false;
     std::vector<RecordSpan> businesses_;
     std::vector<RecordSpan> strangers_;
 };

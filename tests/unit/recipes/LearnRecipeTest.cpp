@@ -176,7 +176,7 @@ TEST(LearnRecipe, WhatCannotBeLearnedIsOneLine) {
         {cards, {{.Column = Field::Phone, .Text = u"416-555-0100"_s}}, u"Phone=416-555-0100: not found on the page"_s},
         {u"<h1>Joe A</h1><p>alone</p>"_s,
          {{.Column = Field::BusinessName, .Text = u"Joe A"_s}},
-         u"nothing on the page holds for more than one record"_s},
+         u"Business Name=Joe A: nothing else on the page is made like it"_s},
         {cards, {{.Column = Field::Category, .Text = u"Joe A"_s}}, u"an example of Business Name is missing"_s},
     };
     for (const auto& row : cases) {
