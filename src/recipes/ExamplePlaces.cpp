@@ -70,10 +70,10 @@ QStringList BetweenCommas(const QString& around, const QString& example) {
         behind = behind.sliced(1);
     QStringList patterns;
     if (const LeadingLabel label = LabelAtBegin(behind); label.Hints != 0 && label.Length > 0)
-        patterns.append(before + u"(.+?)\\W*"_s +
+        patterns.append(before + u"(.+?)[^\\w)]*"_s +
                         QRegularExpression::escape(behind.first(label.Length).trimmed().toString()));
     const QString number = u"[+(]?\\d[\\d\\s()./+-]{6,}"_s;
-    patterns.append(before + u"(.+?)\\W*,\\s*(?:[^,\\d]{0,20}[:.]\\s*)?%1(?:,|$)"_s.arg(number));
+    patterns.append(before + u"(.+?)[^\\w)]*,\\s*(?:[^,\\d]{0,20}[:.]\\s*)?%1(?:,|$)"_s.arg(number));
     patterns.append(before + u"(.+)$"_s);
     return patterns;
 }

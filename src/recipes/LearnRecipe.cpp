@@ -57,7 +57,7 @@ public:
         std::optional<RecordSet> best = RecordFinder(in_, rows_).Find();
         RefuseWhatStandsElsewhere(best);
         if (!best)
-            throw Failure(u"%1: nothing else on the page is made like it"_s.arg(SaidOf(in_.Examples.front())));
+            throw Failure(WhyNoList());
         LearnedRecipe learned;
         Recipe& recipe = learned.What;
         recipe.Name = HostOfAddress(in_.Url);
@@ -178,6 +178,15 @@ private:
         AddressRows(in_, rows_, recipe.Country).Add(parts, set, recipe);
         if (!Has(recipe, Field::BusinessName))
             throw Failure(u"an example of Business Name is missing"_s);
+    }
+
+    QString WhyNoList() const {
+        for (const FoundExample& example : in_.Examples)
+            if (example.What.Node == noNode &&
+                std::all_of(example.Places.begin(), example.Places.end(),
+                            [](const ExamplePlace& place) { return place.Cost >= ExamplePlaces::Unreadable; }))
+                return u"%1: stands in one text with much else, which nothing takes apart"_s.arg(SaidOf(example));
+        return u"%1: nothing else on the page is made like it"_s.arg(SaidOf(in_.Examples.front()));
     }
 
     // What is the matter with an example that stands in its record, and is not read.

@@ -2,6 +2,7 @@
 
 #include "discovery/StructuredText.h"
 #include "recipes/ExampleText.h"
+#include "recipes/RecipePattern.h"
 #include "recipes/SturdySelectors.h"
 
 #include <algorithm>
@@ -17,23 +18,28 @@ constexpr size_t mostCompared = 60; // records, evenly taken of longer lists
 constexpr double mostOfName = 1.5;  // cost of a selector by name
 constexpr size_t fewRows = 5;       // of each, where two are tried together
 
-QStringList WordsOf(const QString& text) {
-    QStringList words;
-    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts))
-        if (const QString folded = FoldedExample(word); !folded.isEmpty())
-            words.append(folded);
-    return words;
+// The parts of an address between its commas.
+QStringList PartsOf(const QString& address) {
+    QStringList parts;
+    for (const QString& part : address.split(u',', Qt::SkipEmptyParts))
+        if (const QString folded = FoldedExample(part); !folded.isEmpty())
+            parts.append(folded);
+    return parts;
+}
+
+// Whether a number to call stands in a text that should be an address.
+bool HoldsNumber(QString text) {
+    static const RecipePattern number(u"(?:^|[^\\d])([+(]?\\d[\\d ()./-]{5,}\\d)"_s);
+    return number.Apply(text) == RecipePattern::Outcome::Matched && DigitsOf(text).size() >= 8;
 }
 
 } // namespace
 
 std::optional<RecipeField> RowFinder::Row(const FoundExample& example, const RecordSet& set) {
     std::optional<RecipeField> row = BestRow(example, set);
-    // "Main StSpringfield" is the address, and is not: its lines are elements without a blank between them.
-    const bool isGarbled = row && example.What.Column == Field::FullAddress &&
-                           WordsOf(in_.Trial.Read(*row, set.Of(example))) != WordsOf(example.Text);
-    if (!row || isGarbled)
-        if (std::optional<RecipeField> parts = RowOfParts(example, set))
+    if (example.What.Column == Field::FullAddress && (!row || IsDoubtful(*row, example, set)))
+        if (std::optional<RecipeField> parts = RowOfParts(example, set);
+            parts && (!row || !IsDoubtful(*parts, example, set)))
             return parts;
     return row ? row : RowOfBoth(example, set);
 }
@@ -145,6 +151,16 @@ std::optional<RecipeField> RowFinder::BestRow(const FoundExample& example, const
         }
     }
     return best;
+}
+
+// Whether lines of an address run into each other, or a row reads numbers where there is no address.
+bool RowFinder::IsDoubtful(const RecipeField& row, const FoundExample& example, const RecordSet& set) {
+    if (PartsOf(in_.Trial.Read(row, set.Of(example))) != PartsOf(example.Text))
+        return true;
+    return !HoldsNumber(example.Text) &&
+           std::any_of(set.Members.begin(),
+                       set.Members.begin() + static_cast<qsizetype>(std::min(set.Members.size(), mostCompared)),
+                       [&](RecordSpan record) { return HoldsNumber(in_.Trial.Read(row, record)); });
 }
 
 // In how many of the records a row gives the name: it slipped into the cell before.

@@ -33,6 +33,7 @@ private:
     std::optional<RecipeField> RowOfBoth(const FoundExample& example, const RecordSet& set);
     bool HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set);
 
+    bool IsDoubtful(const RecipeField& row, const FoundExample& example, const RecordSet& set);
     double NamesIn(const RecipeField& row, const FoundExample& example, const RecordSet& set);
 
     LearnPage& in_;
