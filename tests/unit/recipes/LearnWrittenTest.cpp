@@ -131,5 +131,108 @@ TEST(LearnRecipe, AnAddressIsReadFromItsParts) {
     }
 }
 
+TEST(LearnRecipe, BusinessesAloneAreRead) {
+    const QString row =
+        u"<tr><td>Joe %1</td><td>%2 Main St, Springfield, IL 6270%2</td><td>(212) 555-010%2</td></tr>"_s;
+    const QString card = u"<li class=item><h3><a href='/b/%2'>Joe %1</a></h3><p>%2 Main St, Springfield, IL 6270%2</p>"
+                         u"<p>(212) 555-010%2</p></li>"_s;
+    const std::vector<Said> usual{{Field::BusinessName, u"Joe B"_s},
+                                  {Field::FullAddress, u"1 Main St, Springfield, IL 62701"_s},
+                                  {Field::Phone, u"(212) 555-0101"_s}};
+    const struct {
+        const char* What;
+        QString Html;
+        std::vector<Said> Examples;
+    } cases[] = {
+        {"a table whose head is a row like others",
+         PageOf(row, u"<table><tr bgcolor=blue><td>Company</td><td>Address</td><td>Phone</td></tr>"_s, u"</table>"_s),
+         usual},
+        {"what a site says between its entries",
+         PageOf(card, u"<ul class=list>"_s,
+                u"<li class='item item-blog'><h3><a href='/blog/1'>7 tips for eating well</a></h3><p>Read it.</p></li>"
+                u"<li class=item><h3>Sign up for our letter</h3></li></ul>"_s),
+         usual},
+        {"a bar of page numbers made like an entry",
+         PageOf(u"<div><a href='b%2.html'>Joe %1</a><br>%2 Main St, Springfield, IL 6270%2<br>(212) 555-010%2</div>"_s,
+                u"<main class=content>"_s,
+                u"<div class=nav>1 <a href='p2.html'>2</a> <a href='p3.html'>3</a></div></main>"_s),
+         usual},
+        {"names of which some are no links",
+         PageOf(card, u"<ul class=list>"_s, u"</ul>"_s)
+             .replace(u"<a href='/b/4'>Joe E</a>"_s, u"Joe E"_s)
+             .replace(u"<a href='/b/5'>Joe F</a>"_s, u"Joe F"_s),
+         usual},
+        {"towns beside several rows",
+         PageOf(
+             u"<tr><td rowspan=2 class=town>Town %1</td><td>Joe %1</td><td>%2 Main St</td><td>(212) 555-010%2</td></tr>"
+             u"<tr><td>Ann %1</td><td>%2 Elm St</td><td>(212) 555-020%2</td></tr>"_s,
+             u"<table>"_s, u"</table>"_s),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Address, u"1 Main St"_s}, {Field::Phone, u"(212) 555-0101"_s}}},
+    };
+    for (const auto& each : cases) {
+        const PageTree page(each.Html);
+        try {
+            const Recipe recipe = Learn(page, each.Examples).What;
+            const RecipeReading reading = RecipeReader(recipe).Read(page, url);
+            for (const PageRecord& record : reading.Records) {
+                const Lead& lead = record.Fields;
+                EXPECT_TRUE(lead.Name.startsWith(u"Joe "_s) || lead.Name.startsWith(u"Ann "_s)) << each.What;
+                EXPECT_TRUE(lead.Street.contains(u"Main St"_s) || lead.Street.contains(u"Elm St"_s)) << each.What;
+                EXPECT_TRUE(lead.Phone.startsWith(u"(212)"_s)) << each.What;
+            }
+            EXPECT_GE(reading.Records.size(), 8U) << each.What << RecipeText(recipe).constData();
+        } catch (const Failure& failure) {
+            ADD_FAILURE() << each.What << ": " << failure.what();
+        }
+    }
+}
+
+TEST(LearnRecipe, PaidEntriesOfAnotherMakeAreLearnedFromASecondExample) {
+    const QString free =
+        PageOf(u"<li class=hit><h3>Joe %1</h3><i class=tel>(212) 555-010%2</i></li>"_s, u"<ul>"_s, u"</ul>"_s);
+    const QString paid = PageOf(u"<section class=top><h2>Ann %1</h2><p class=call>(212) 555-020%2</p></section>"_s);
+    const PageTree page(paid + free);
+    const auto example = [](Field column, const QString& text, int business) {
+        return RecipeExample{.Column = column, .Text = text, .Business = business};
+    };
+    const LearnedRecipe learned =
+        LearnRecipe(page, url,
+                    {example(Field::BusinessName, u"Joe B"_s, 0), example(Field::Phone, u"(212) 555-0101"_s, 0),
+                     example(Field::BusinessName, u"Ann C"_s, 1), example(Field::Phone, u"(212) 555-0202"_s, 1)});
+    EXPECT_EQ(learned.What.Taught.Records, 16) << RecipeText(learned.What).constData();
+    EXPECT_EQ(learned.What.Taught.Filled[int(Field::Phone)], 16);
+}
+
+TEST(LearnRecipe, WhatStandsElsewhereIsRefusedByName) {
+    const QString card = u"<div class=shop><b>Joe %1</b><p>%2 Main St</p><i>(212) 555-010%2</i></div>"_s;
+    const QString groups = PageOf(u"<section><h2>Trade %1</h2><div class=shop><b>Joe %1</b><i>(212) 555-010%2</i></div>"
+                                  u"<div class=shop><b>Ann %1</b><i>(212) 555-020%2</i></div></section>"_s);
+    const struct {
+        QString Html;
+        std::vector<Said> Examples;
+        QString Reason;
+    } cases[] = {
+        {PageOf(card, u"<h3>Springfield</h3>"_s),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::FullAddress, u"1 Main St, Springfield"_s}},
+         u"Full Address=1 Main St, Springfield: its parts stand on the page, but not one after the other in the record of a business"_s},
+        {groups,
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"(212) 555-0101"_s}, {Field::Category, u"Trade B"_s}},
+         u"Category=Trade B: does not stand with the other examples in the record of one business"_s},
+        {u"<pre>"_s +
+             PageOf(u"Joe %1\n%2 Main St, Springfield, IL 6270%2, which is in the north\nTel: (212) 555-010%2\n\n"_s) +
+             u"</pre>"_s,
+         {{Field::BusinessName, u"Joe B"_s}, {Field::Phone, u"(212) 555-0101"_s}},
+         u"Business Name=Joe B: stands in one text with much else, which nothing takes apart"_s},
+    };
+    for (const auto& row : cases) {
+        try {
+            const Recipe recipe = Learn(PageTree(row.Html), row.Examples).What;
+            ADD_FAILURE() << row.Reason.toStdString() << RecipeText(recipe).constData();
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.Message(), row.Reason);
+        }
+    }
+}
+
 } // namespace
 } // namespace Brindle
