@@ -14,6 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <deque>
 #include <limits>
 
 namespace Brindle {
@@ -87,6 +88,64 @@ quint8 Sum(quint8 one, quint8 other) {
     return static_cast<quint8>(std::min<int>(one + other, std::numeric_limits<quint8>::max()));
 }
 
+// Whether an attribute says what its element is.
+bool CallsItsElement(QStringView name) {
+    switch (name.size()) {
+    case 2:
+        return name == u"id";
+    case 4:
+        return name == u"slot";
+    case 5:
+        return name == u"class";
+    case 7:
+        return name == u"data-qa" || name == u"data-cy";
+    case 8:
+        return name == u"itemprop" || name == u"property" || name == u"itemtype";
+    case 9:
+        return name == u"data-test";
+    case 10:
+        return name == u"data-field" || name == u"data-label";
+    case 11:
+        return name == u"data-testid";
+    default:
+        return false;
+    }
+}
+
+// `HintsOfName`, remembered: the same names stand on many elements, and on all pages of a directory.
+HintSet HintsOfNames(QStringView names) {
+    struct Memory {
+        std::deque<QString> Texts; // what the keys show
+        QHash<QStringView, HintSet> Hints;
+    };
+    static thread_local Memory memory;
+    constexpr qsizetype most = 20000;
+    const auto known = memory.Hints.constFind(names);
+    if (known != memory.Hints.cend())
+        return *known;
+    if (memory.Hints.size() > most)
+        memory = {};
+    return *memory.Hints.insert(memory.Texts.emplace_back(names.toString()), HintsOfName(names));
+}
+
+// Characters of a line without which it needs no closer look.
+struct LineSigns {
+    qsizetype Digits = 0;
+    bool At = false;      ///< "@"
+    bool Bracket = false; ///< that can stand around an "at"
+};
+
+LineSigns SignsOf(QStringView line) {
+    LineSigns signs;
+    for (const QChar c : line) {
+        const char16_t u = c.unicode();
+        signs.Digits += u < 0x80 ? u >= u'0' && u <= u'9' : c.isDigit();
+        signs.At |= u == u'@';
+        signs.Bracket |= u == u'[' || u == u'(';
+    }
+    return signs;
+}
+
 } // namespace
 
 bool IsMapAddress(const QString& host, const QString& address) {
@@ -155,9 +214,10 @@ void PageAnnotations::ReadElements() {
     const NodeIndex body = Page.Body();
     if (body == noNode)
         return;
+    const SilentElements silent(Page);
     for (NodeIndex node = body; node < Page.End(body);) {
         if (Page.IsElement(node)) {
-            if (HoldsNoText(Page, node) && !Page.Is(node, u"noscript")) {
+            if (silent.Have(node) && !Page.Is(node, u"noscript")) {
                 node = Page.End(node);
                 continue;
             }
@@ -168,30 +228,17 @@ void PageAnnotations::ReadElements() {
 }
 
 void PageAnnotations::ReadElement(NodeIndex node) {
-    // The same names stand on many elements.
-    static thread_local QHash<QString, HintSet> known;
-    if (known.size() > 20000)
-        known.clear();
     HintSet hints = 0;
     QStringView href;
     for (const PageAttribute& attribute : Page.Attributes(node)) {
         const QStringView name = attribute.Name;
         if (name == u"href") {
             href = attribute.Value;
-        } else if (name == u"class" || name == u"id" || name == u"itemprop" || name == u"property" ||
-                   name == u"data-testid" || name == u"data-test" || name == u"data-qa" || name == u"data-cy" ||
-                   name == u"data-field" || name == u"data-label" || name == u"slot" || name == u"itemtype") {
-            if (attribute.Value.isEmpty() || attribute.Value.size() > 300)
-                continue;
-            const QString key = attribute.Value.toString();
-            auto found = known.constFind(key);
-            if (found == known.cend()) {
-                const QStringView value = name == u"itemtype"
-                                              ? attribute.Value.sliced(attribute.Value.lastIndexOf(u'/') + 1)
-                                              : attribute.Value;
-                found = known.insert(key, HintsOfName(value));
-            }
-            hints |= *found;
+        } else if (CallsItsElement(name)) {
+            if (!attribute.Value.isEmpty() && attribute.Value.size() <= 300)
+                hints |=
+                    HintsOfNames(name == u"itemtype" ? attribute.Value.sliced(attribute.Value.lastIndexOf(u'/') + 1)
+                                                     : attribute.Value);
         } else if (name == u"aria-label") {
             if (TellsRating(attribute.Value))
                 hints = hints | Hint::Rating;
@@ -336,23 +383,22 @@ void PageAnnotations::ReadLines() {
             Facts[static_cast<size_t>(part.Node)].Characters += static_cast<quint32>(part.Length);
         }
         const int number = static_cast<int>(i);
-        if (text.contains(u'@') || (text.contains(u'[') && text.contains(u"[at]")) ||
-            (text.contains(u'(') && text.contains(u"(at)")))
+        const LineSigns signs = SignsOf(text);
+        if (signs.At || (signs.Bracket && (text.contains(u"[at]") || text.contains(u"(at)"))))
             ReadMails(number);
-        const auto digits = std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
-        if (digits == 0 || line.Length > 4000)
+        if (signs.Digits == 0 || line.Length > 4000)
             continue;
         NodeFacts& facts = Facts[static_cast<size_t>(NodeAt(number, line.Begin))];
-        if (digits >= 5)
+        if (signs.Digits >= 5)
             ReadPhones(number);
-        const AddressSigns signs = AddressSignsIn(text, Region);
-        if (signs.PostalCode)
+        const AddressSigns address = AddressSignsIn(text, Region);
+        if (address.PostalCode)
             Count(facts.PostalCodes);
-        if (signs.Street)
+        if (address.Street)
             Count(facts.Streets);
-        IsCodeLine[i] = signs.PostalCode;
-        IsStreetLine[i] = signs.Street;
-        IsAddressLine[i] = signs.PostalCode || signs.Street;
+        IsCodeLine[i] = address.PostalCode;
+        IsStreetLine[i] = address.Street;
+        IsAddressLine[i] = address.PostalCode || address.Street;
         if (HasDate(text)) {
             IsDateLine[i] = true;
             Count(facts.Dates);

@@ -158,9 +158,17 @@ bool HasDate(QStringView text) {
 
 bool HasPrice(QStringView text) {
     constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9\u20BD\u20A9\u20BA\u20AB\u0E3F\u20B4\u20AA";
-    constexpr auto names = std::to_array<QStringView>(
+    static constexpr auto names = std::to_array<QStringView>(
         {u"EUR", u"USD", u"GBP", u"CHF", u"PLN", u"z\u0142", u"K\u010D", u"Ft",  u"kr",  u"SEK", u"руб",
          u"р.",  u"грн", u"円",  u"元",  u"원",  u"Rs",      u"TL",      u"AED", u"lei", u"CAD", u"AUD"});
+    static constexpr auto firstOfName = [] {
+        std::array<bool, 0x80> first{};
+        for (const QStringView name : names)
+            if (name.front().unicode() < first.size())
+                first[name.front().unicode()] = true;
+        return first;
+    }();
+    const auto mayBeginName = [](QChar c) { return c.unicode() >= firstOfName.size() || firstOfName[c.unicode()]; };
     const auto digitBeside = [text](qsizetype begin, qsizetype end) {
         const auto isGap = [](QChar c) { return c == u' ' || c == u'\u00A0' || c == u'.' || c == u'-' || c == u','; };
         qsizetype before = begin - 1;
@@ -191,7 +199,7 @@ bool HasPrice(QStringView text) {
     if (!beside)
         return false;
     for (qsizetype at = 0; at < text.size(); ++at) {
-        if ((at > 0 && text[at - 1].isLetter()) || !text[at].isLetter())
+        if (!mayBeginName(text[at]) || (at > 0 && text[at - 1].isLetter()))
             continue;
         for (const QStringView name : names) {
             const qsizetype end = at + name.size();

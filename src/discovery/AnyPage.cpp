@@ -139,10 +139,20 @@ QString LookOf(const PageTree& page, NodeIndex node) {
 
 QStringList LooksOf(const PageTree& page, const std::vector<PageRecord>& records) {
     QStringList looks;
-    for (const PageRecord& record : records)
-        if (record.Begin != noNode && record.End == page.End(record.Begin) && looks.size() < 4)
-            if (const QString look = LookOf(page, record.Begin); !looks.contains(look))
-                looks.push_back(look);
+    NodeIndex before = noNode; // the last record whose look was made
+    const auto isAlike = [&page](NodeIndex one, NodeIndex other) {
+        return other != noNode && page.Parent(one) == page.Parent(other) && page.NameId(one) == page.NameId(other) &&
+               page.Attribute(one, u"class") == page.Attribute(other, u"class");
+    };
+    for (const PageRecord& record : records) {
+        if (looks.size() == 4)
+            break;
+        if (record.Begin == noNode || record.End != page.End(record.Begin) || isAlike(record.Begin, before))
+            continue;
+        before = record.Begin;
+        if (const QString look = LookOf(page, before); !looks.contains(look))
+            looks.push_back(look);
+    }
     return looks;
 }
 

@@ -1,5 +1,6 @@
 #include "discovery/AnyPageText.h"
 
+#include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 
 #include <algorithm>
@@ -23,15 +24,6 @@ constexpr std::array<QStringView, 15> silentNames{u"script", u"style",  u"templa
 
 bool IsBlank(QChar c) {
     return c.isSpace() || c == QChar(0x200B) || c == QChar(0xFEFF);
-}
-
-QStringView WithoutEndMarks(QStringView text) {
-    const auto isMark = [](QChar c) { return !c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate(); };
-    while (!text.isEmpty() && isMark(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && isMark(text.back()))
-        text.chop(1);
-    return text;
 }
 
 // Lower-cases a text of Latin-1 letters with single blanks into `folded`, which has room for it; false for other texts.
@@ -207,15 +199,37 @@ QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStrin
     return shown;
 }
 
-bool HoldsNoText(const PageTree& page, NodeIndex element) {
-    return page.Space(element) != NodeSpace::Html ||
-           std::find(silentNames.begin(), silentNames.end(), page.Name(element)) != silentNames.end();
-}
+SilentElements::SilentElements(const PageTree& page) : page_(page), silent_(FlagsOf(page, silentNames)) {}
 
 bool IsHeading(const PageTree& page, NodeIndex element) {
     const QStringView name = page.Name(element);
     return (name.size() == 2 && name[0] == u'h' && name[1] >= u'1' && name[1] <= u'6') ||
            page.Attribute(element, u"role") == u"heading";
+}
+
+QStringView WithoutEndMarks(QStringView text) {
+    const auto isMark = [](QChar c) {
+        return !Ascii::IsLetterOrDigit(c) &&
+               (c.unicode() < 0x80 || (!c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate()));
+    };
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && isMark(text[begin]))
+        ++begin;
+    while (end > begin && isMark(text[end - 1]))
+        --end;
+    return text.sliced(begin, end - begin);
+}
+
+bool IsPlainText(QStringView text) {
+    char16_t before = 0;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        if (u < u' ' || u > u'~' || (u == u' ' && before == u' '))
+            return false;
+        before = u;
+    }
+    return true;
 }
 
 QString BareWords(QStringView text) {

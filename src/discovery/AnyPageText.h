@@ -51,11 +51,28 @@ private:
 QString ShownText(const PageLines& lines, NodeIndex begin, NodeIndex end, QStringView between = u" ",
                   qsizetype most = 2000);
 
-/// Whether nothing within an element is text that a page shows.
-bool HoldsNoText(const PageTree& page, NodeIndex element);
+/// The elements of which nothing is text that a page shows.
+class SilentElements {
+public:
+    explicit SilentElements(const PageTree& page);
+
+    bool Have(NodeIndex element) const {
+        return page_.Space(element) != NodeSpace::Html || silent_[static_cast<size_t>(page_.NameId(element))];
+    }
+
+private:
+    const PageTree& page_;
+    std::vector<bool> silent_; // by name
+};
 
 /// Whether an element is a heading: by its name, or by the role that it gives itself.
 bool IsHeading(const PageTree& page, NodeIndex element);
+
+/// The text without marks at its ends.
+QStringView WithoutEndMarks(QStringView text);
+
+/// Whether all its characters are ASCII's visible ones and single blanks: folded it has as many.
+bool IsPlainText(QStringView text);
 
 /// The lower-cased text without marks at its ends ("Next »" is "next"), blanks collapsed.
 QString BareWords(QStringView text);

@@ -1,6 +1,7 @@
 #include "discovery/JsonText.h"
 
 #include "toolkit/Ascii.h"
+#include "toolkit/Text.h"
 
 #include <array>
 
@@ -210,7 +211,7 @@ private:
             return true;
         while (at < text_.size() && IsBlank(text_[at]))
             ++at;
-        return at >= text_.size() || QStringView(u",:}]/\"'<&;\u201c").contains(text_[at]);
+        return at >= text_.size() || IsAmong(text_[at], u",:}]/\"'<&;\u201c");
     }
 
     // The names of values are few: equal ones share their characters.
@@ -241,9 +242,9 @@ private:
                 AppendEscape(read);
                 copied = at_;
             } else if (c == quote[0] && (quote.size() == 1 || Is(quote)) && EndsText(at_ + quote.size())) {
-                read.append(text_.sliced(copied, at_ - copied));
+                const QStringView rest = text_.sliced(copied, at_ - copied);
                 at_ += quote.size();
-                return read;
+                return read.isEmpty() ? rest.toString() : read + rest;
             } else {
                 ++at_;
             }

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <array>
+#include <string_view>
 
 namespace Brindle {
 
@@ -375,6 +376,37 @@ WordTable<bool> SetOf(const char16_t* words, QChar separator) {
     return set;
 }
 
+// What the words of a text stand for as a whole. Most texts are in no table, which shows before they are folded.
+template <typename Value>
+Value ValueOfText(const WordTable<Value>& table, QStringView text) {
+    const QStringView bare = WithoutEndMarks(text);
+    if (bare.isEmpty())
+        return Value();
+    const QChar first = Ascii::Lower(bare.front());
+    const bool ascii = first.unicode() < 0x80;
+    if (ascii && (!table.MayBegin(first) || (!table.MayHave(first, bare.size()) && IsPlainText(bare))))
+        return Value();
+    return table.ValueOf(BareView(bare).View());
+}
+
+// What a character says of where a label ends.
+enum class LabelSign : quint8 { None, Number, End };
+
+LabelSign SortOf(QChar c) {
+    static constexpr auto signs = [] {
+        std::array<LabelSign, 128> table{};
+        for (const char16_t u : std::u16string_view(u"0123456789+("))
+            table[u] = LabelSign::Number;
+        for (const char16_t u : std::u16string_view(u":=|"))
+            table[u] = LabelSign::End;
+        return table;
+    }();
+    const char16_t u = c.unicode();
+    if (u < signs.size())
+        return signs[u];
+    return u == 0x2013 || u == 0xFF1A ? LabelSign::End : c.isDigit() ? LabelSign::Number : LabelSign::None;
+}
+
 // Whether a word of the text begins with one of the stems.
 class StemSearch {
 public:
@@ -486,7 +518,7 @@ HintSet HintsOfLabel(QStringView text) {
     static const WordTable<HintSet> table = TableOf(labels, u'|');
     if (text.size() > 40)
         return 0;
-    const HintSet hints = table.ValueOf(BareView(text).View());
+    const HintSet hints = ValueOfText(table, text);
     // "Address / العنوان": a label in two languages.
     const bool mayBeTwo = hints == 0 && std::find(text.begin(), text.end(), u'/') != text.end();
     const qsizetype slash = mayBeTwo ? text.indexOf(u" / ") : -1;
@@ -494,16 +526,18 @@ HintSet HintsOfLabel(QStringView text) {
 }
 
 LeadingLabel LabelAtBegin(QStringView text) {
-    const auto isEnd = [](QChar c) {
-        const char16_t u = c.unicode();
-        return u == u':' || u == u'=' || u == u'|' || (u >= 0x2013 && (u == 0x2013 || u == 0xFF1A));
-    };
+    const auto isEnd = [](QChar c) { return SortOf(c) == LabelSign::End; };
     qsizetype number = 0; // where one begins
-    for (qsizetype i = 1; i < text.size() && i < 40; ++i) {
-        if (number == 0 && i < 24 && (text[i].isDigit() || text[i] == u'+' || text[i] == u'('))
-            number = i;
-        if (!isEnd(text[i]))
+    const qsizetype reach = std::min<qsizetype>(text.size(), 40);
+    for (qsizetype i = 1; i < reach; ++i) {
+        const LabelSign sign = SortOf(text[i]);
+        if (sign == LabelSign::None)
             continue;
+        if (sign == LabelSign::Number) {
+            if (number == 0 && i < 24)
+                number = i;
+            continue;
+        }
         const HintSet hints = HintsOfLabel(text.first(i));
         if (hints == 0 && text[i] != u':' && text[i] != u'\uFF1A')
             continue;
@@ -562,9 +596,9 @@ bool NamesOneFirm(QStringView words) {
     return search.FindsIn(words);
 }
 
-bool IsButtonText(QStringView words) {
+bool IsButtonText(QStringView text) {
     static const WordTable<bool> table = SetOf(buttonWords, u'|');
-    return table.Contains(words);
+    return ValueOfText(table, text);
 }
 
 } // namespace Brindle

@@ -90,7 +90,8 @@ bool NamesJobs(QStringView words);
 /// gives them.
 bool NamesOneFirm(QStringView words);
 
-/// Whether a text is one that buttons and links of any list bear: "more", "Website", "Directions".
-bool IsButtonText(QStringView words);
+/// Whether a text is one that buttons and links of any list bear: "more", "Website", "Directions". Its case and marks
+/// at its ends do not matter.
+bool IsButtonText(QStringView text);
 
 } // namespace Brindle

@@ -19,8 +19,11 @@ QStringView AddressAttribute(const PageTree& page, NodeIndex node) {
     static constexpr Row rows[] = {{u"a", u"href"},    {u"area", u"href"}, {u"link", u"href"},  {u"img", u"src"},
                                    {u"audio", u"src"}, {u"embed", u"src"}, {u"iframe", u"src"}, {u"source", u"src"},
                                    {u"track", u"src"}, {u"video", u"src"}, {u"object", u"data"}};
+    if (page.Space(node) != NodeSpace::Html)
+        return {};
+    const QStringView name = page.Name(node);
     for (const Row& row : rows)
-        if (page.Is(node, row.Element))
+        if (row.Element.size() == name.size() && row.Element == name)
             return row.Attribute;
     return {};
 }
@@ -45,14 +48,15 @@ public:
 
 private:
     void AddItems() {
+        if (!page_.NamesAttribute(u"itemscope"))
+            return;
         for (NodeIndex node = 0; node < page_.Count(); ++node) {
             if (!page_.IsElement(node) || !page_.HasAttribute(node, u"itemscope"))
                 continue;
             StructuredItem item;
             item.In = Notation::Microdata;
             item.Node = node;
-            const QString types = WithLevelBlanks(page_.Attribute(node, u"itemtype"));
-            item.Types = types.split(u' ', Qt::SkipEmptyParts);
+            item.Types = WordsOf(page_.Attribute(node, u"itemtype"));
             item.Id = WithLevelBlanks(page_.Attribute(node, u"itemid"));
             const int index = items_.Add(std::move(item));
             byNode_.insert(node, index);
@@ -77,7 +81,6 @@ private:
     }
 
     void AddProperty(int item, NodeIndex node, bool referred) {
-        const QString names = WithLevelBlanks(page_.Attribute(node, u"itemprop"));
         StructuredProperty property{.Node = node};
         if (const auto value = byNode_.constFind(node); value != byNode_.cend()) {
             if (referred && IsWithin(item, *value))
@@ -88,10 +91,21 @@ private:
         } else {
             property.Text = TextOf(node);
         }
-        for (const QString& name : names.split(u' ', Qt::SkipEmptyParts)) {
+        std::vector<StructuredProperty>& properties = items_.At(item).Properties;
+        if (properties.empty())
+            properties.reserve(4);
+        for (const QString& name : WordsOf(page_.Attribute(node, u"itemprop"))) {
             property.Name = name;
-            items_.At(item).Properties.push_back(property);
+            properties.push_back(property);
         }
+    }
+
+    // The words of an attribute, which many elements have.
+    const QStringList& WordsOf(QStringView attribute) {
+        auto known = words_.constFind(attribute);
+        if (known == words_.cend())
+            known = words_.insert(attribute, WithLevelBlanks(attribute).split(u' ', Qt::SkipEmptyParts));
+        return *known;
     }
 
     // Whether an item is the other one or is held by it.
@@ -161,6 +175,7 @@ private:
     const QString& base_;
     StructuredText& text_;
     StructuredItems& items_;
+    QHash<QStringView, QStringList> words_; // by what stands in the page
     QHash<NodeIndex, int> byNode_;
     std::vector<int> referring_;
 };

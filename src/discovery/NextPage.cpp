@@ -160,9 +160,9 @@ private:
     // Whether a link may lead to an address that a row of numbers speaks for: they end alike.
     bool MayBeWitnessed(const Link& link) const {
         const QStringView href = WithoutFragment(TrimmedView(page_.Attribute(link.Node, u"href")));
-        return std::any_of(witnesses_.keyBegin(), witnesses_.keyEnd(), [href](const QString& address) {
-            return address.endsWith(href.last(std::min<qsizetype>(href.size(), 6)));
-        });
+        const QStringView end = href.last(std::min<qsizetype>(href.size(), 6));
+        return std::any_of(witnessed_.begin(), witnessed_.end(),
+                           [end](const QString& address) { return address.endsWith(end); });
     }
 
     bool IsDisabled(NodeIndex node) const {
@@ -299,6 +299,7 @@ private:
         if (!step.SameList && !inPager && !entry.Current && !counted)
             return;
         witnesses_.insert(link.Address, why);
+        witnessed_.push_back(link.Address);
     }
 
     bool IsInPager(NodeIndex node) const { return AncestorHas(node, pagerParts, 5); }
@@ -429,6 +430,7 @@ private:
     std::vector<Link> links_;
     QHash<NodeIndex, int> ofAnchor_;
     QHash<QString, QString> witnesses_; // what speaks for an address
+    std::vector<QString> witnessed_;    // these addresses
     bool lastOfRow_ = false;
 };
 

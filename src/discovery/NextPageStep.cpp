@@ -186,7 +186,13 @@ QString SiteOf(QStringView address) {
 }
 
 QString WithoutDotSegments(const QString& address) {
-    if (!address.contains(u"/."))
+    const auto dotted = [&address] {
+        for (qsizetype at = address.indexOf(u'.'); at >= 0; at = address.indexOf(u'.', at + 1))
+            if (at > 0 && address[at - 1] == u'/')
+                return true;
+        return false;
+    };
+    if (!dotted())
         return address;
     const qsizetype host = address.indexOf(u"://");
     const qsizetype path = host < 0 ? -1 : address.indexOf(u'/', host + 3);
@@ -212,7 +218,8 @@ QString WithoutDotSegments(const QString& address) {
 
 QString BaseAddressOf(const PageTree& page, const QString& url) {
     // The first base element with an address counts (HTML, section 4.2.3); a broken page has it in its body.
-    for (NodeIndex node = 0; node < page.Count(); ++node)
+    const NodeIndex count = page.NameIdOf(u"base") < 0 ? 0 : page.Count();
+    for (NodeIndex node = 0; node < count; ++node)
         if (page.Is(node, u"base") && page.HasAttribute(node, u"href")) {
             const QString base = ResolveAddress(url, page.Attribute(node, u"href").toString());
             return SiteOf(base).isEmpty() ? url : base;

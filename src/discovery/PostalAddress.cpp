@@ -5,8 +5,10 @@
 #include "toolkit/Ascii.h"
 #include "toolkit/Text.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
-#include <optional>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -72,7 +74,7 @@ public:
     }
 
 private:
-    using Segments = std::vector<QStringView>;
+    using Segments = QVarLengthArray<QStringView, 12>;
 
     void TakeCountry() {
         text_ = WithoutLabel(Stripped(text_));
@@ -123,6 +125,16 @@ private:
         return false;
     }
 
+    static bool MayPart(QChar c) {
+        static constexpr auto parting = [] {
+            std::array<bool, 0x80> table{};
+            for (const char16_t u : {u'\n', u',', u';', u'|', u'-'})
+                table[u] = true;
+            return table;
+        }();
+        return c.unicode() >= parting.size() || parting[c.unicode()];
+    }
+
     void Cut() {
         qsizetype from = 0;
         const auto add = [this, &from](qsizetype to) {
@@ -132,6 +144,8 @@ private:
         };
         for (qsizetype at = 0; at < text_.size(); ++at) {
             const QChar c = text_[at];
+            if (!MayPart(c))
+                continue;
             const bool dash = (c == u'-' || c == u'–' || c == u'—') && at > 0 && at + 1 < text_.size() &&
                               text_[at - 1] == u' ' && text_[at + 1] == u' ';
             // A comma between digits separates a number from its suffix: "12,5".
@@ -161,13 +175,15 @@ private:
     }
 
     struct Code {
-        std::size_t Segment;
+        qsizetype Segment;
         TextSpan Span;
     };
 
-    std::vector<Code> Codes() const {
-        std::vector<Code> codes;
-        for (std::size_t i = 0; i < segments_.size(); ++i)
+    using Codes = QVarLengthArray<Code, 6>;
+
+    Codes FindCodes() const {
+        Codes codes;
+        for (qsizetype i = 0; i < segments_.size(); ++i)
             for (const TextSpan& span : PostalCodesIn(segments_[i], region_))
                 if (!IsNumberOfBox(segments_[i].first(span.Begin)))
                     codes.push_back({i, span});
@@ -270,7 +286,7 @@ private:
     }
 
     void ReadCodeCity() {
-        const std::vector<Code> codes = Codes();
+        const Codes codes = FindCodes();
         const Code* best = nullptr;
         for (const Code& code : codes)
             if (BeforeCode(code).isEmpty() && StartsLikePlace(BehindCode(code)))
@@ -296,14 +312,14 @@ private:
             return;
         }
         SetCode(*best);
-        Segments street(segments_.begin(), segments_.begin() + static_cast<std::ptrdiff_t>(best->Segment));
+        Segments street(segments_.begin(), segments_.begin() + best->Segment);
         if (const QStringView before = BeforeCode(*best); !before.isEmpty())
             street.push_back(before);
         QStringView city = BehindCode(*best);
-        const std::size_t behind = best->Segment + (city.isEmpty() ? 2 : 1);
+        const qsizetype behind = best->Segment + (city.isEmpty() ? 2 : 1);
         if (city.isEmpty())
             city = segments_[best->Segment + 1]; // on a line of its own
-        for (std::size_t i = behind; i < segments_.size(); ++i) {
+        for (qsizetype i = behind; i < segments_.size(); ++i) {
             const QStringView segment = segments_[i];
             if (IsStateOf(region_, segment) && parts_.State.isEmpty())
                 parts_.State = segment.toString();
@@ -324,11 +340,11 @@ private:
     }
 
     void ReadCityBeforeCode(const Code& code) {
-        Segments rest(segments_.begin(), segments_.begin() + static_cast<std::ptrdiff_t>(code.Segment));
+        Segments rest(segments_.begin(), segments_.begin() + code.Segment);
         if (const QStringView before = BeforeCode(code); !before.isEmpty())
             rest.push_back(before);
         if (rest.empty() && code.Segment + 1 < segments_.size())
-            rest.assign(segments_.begin() + static_cast<std::ptrdiff_t>(code.Segment) + 1, segments_.end());
+            rest = Segments(segments_.begin() + code.Segment + 1, segments_.end());
         if (rest.empty())
             return;
         SetCode(code);
@@ -424,11 +440,11 @@ private:
             return false;
         if (digits > 0)
             return text.back().isDigit() || text.contains(u' ');
-        return !HasStreetWord(text) || text.contains(u"-") || text.size() > 3;
+        return text.size() > 3 || text.contains(u'-') || !HasStreetWord(text);
     }
 
     void ReadStateAndCodeBehind(const AddressCountry* country) {
-        const std::vector<Code> codes = country ? Codes() : std::vector<Code>();
+        const Codes codes = country ? FindCodes() : Codes();
         const Code* best = nullptr;
         for (const Code& code : codes) {
             // The number of a house may have as many digits.
@@ -445,7 +461,7 @@ private:
         SetCode(*best);
         const QStringView before = BeforeCode(*best);
         const QStringView behind = BehindCode(*best);
-        const auto at = segments_.begin() + static_cast<std::ptrdiff_t>(best->Segment);
+        const auto at = segments_.begin() + best->Segment;
         Segments rest(segments_.begin(), at);
         if (!before.isEmpty())
             rest.push_back(before);
@@ -511,7 +527,7 @@ private:
                 last = last.sliced(1, last.size() - 2);
             // "New York, NY" and "New York" alone: the name of a city that is a state's, too. "12 Elm St, Oak Park,
             // Illinois": a city that sounds like a street stands behind the street.
-            const size_t size = rest.size();
+            const qsizetype size = rest.size();
             const bool behindCity =
                 size > 1 && (!StreetLike(rest[size - 2]) || (size > 2 && !HasDigit(rest[size - 2]) &&
                                                              HasDigit(rest[size - 3]) && StreetLike(rest[size - 3])));

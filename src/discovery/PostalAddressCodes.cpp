@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <span>
 
 namespace Brindle {
@@ -93,6 +94,7 @@ struct CodeShape {
     std::vector<QStringView> Prefixes;
     bool Digit = false;     ///< begins with a digit
     bool HasDigit = false;  ///< one stands before its first blank or hyphen
+    qsizetype First = 0;    ///< letters and digits before its first blank or hyphen
     qsizetype Longest = 0;  ///< letters and digits that may follow each other at its beginning
     qsizetype Shortest = 0; ///< as a whole
 
@@ -100,16 +102,52 @@ struct CodeShape {
         : Text(text),
           Prefixes(std::move(prefixes)),
           Digit(text.front() == u'9'),
-          HasDigit(text.first(std::find_if(text.begin(), text.end(), [](QChar c) { return c == u' ' || c == u'-'; }) -
-                              text.begin())
-                       .contains(u'9')),
+          First(std::find_if(text.begin(), text.end(), [](QChar c) { return c == u' ' || c == u'-'; }) - text.begin()),
           Longest(std::find(text.begin(), text.end(), u'-') - text.begin() - text.count(u' ')),
-          Shortest(text.size() - text.count(u' ')) {}
+          Shortest(text.size() - text.count(u' ')) {
+        HasDigit = text.first(First).contains(u'9');
+    }
+};
+
+// The shapes of codes of a country.
+class CodeShapes {
+public:
+    static constexpr qsizetype Most = 20;
+
+    void Add(CodeShape shape) {
+        if (std::ssize(shapes_) == Most)
+            return;
+        for (qsizetype length = shape.First; length <= shape.Longest && length < longestRun; ++length) {
+            const quint32 bit = quint32(1) << shapes_.size();
+            auto& ofLength = beginning_[static_cast<std::size_t>(length)];
+            if (!shape.HasDigit)
+                ofLength[OfLetters] |= bit;
+            ofLength[shape.Digit ? FromDigit : FromLetter] |= bit;
+        }
+        shapes_.push_back(std::move(shape));
+    }
+
+    const CodeShape& At(qsizetype shape) const { return shapes_[static_cast<std::size_t>(shape)]; }
+    const std::vector<CodeShape>& All() const { return shapes_; }
+
+    // A bit for each shape that a run of so many letters and digits may begin.
+    quint32 BegunBy(qsizetype length, bool digit, bool hasDigit) const {
+        if (length >= longestRun)
+            return 0;
+        return beginning_[static_cast<std::size_t>(length)][digit ? FromDigit : hasDigit ? FromLetter : OfLetters];
+    }
+
+private:
+    static constexpr qsizetype longestRun = 16;
+    enum Kind : std::size_t { OfLetters, FromLetter, FromDigit };
+
+    std::vector<CodeShape> shapes_;
+    std::array<std::array<quint32, 3>, longestRun> beginning_{};
 };
 
 // Every place where the text has one of the shapes, in one pass over the text.
-void FindShapes(QStringView text, std::span<const CodeShape> shapes, std::vector<TextSpan>& spans) {
-    std::array<qsizetype, 20> done{}; // behind the last place of each
+void FindShapes(QStringView text, const CodeShapes& shapes, std::vector<TextSpan>& spans) {
+    std::array<qsizetype, CodeShapes::Most> done{}; // behind the last place of each
     for (qsizetype at = 0; at < text.size(); ++at) {
         const bool digit = IsCodeDigit(text[at]);
         if (!digit && !IsLatinLetter(text[at]))
@@ -118,29 +156,29 @@ void FindShapes(QStringView text, std::span<const CodeShape> shapes, std::vector
         bool hasDigit = digit;
         for (; end < text.size() && (IsCodeDigit(text[end]) || IsLatinLetter(text[end])); ++end)
             hasDigit = hasDigit || IsCodeDigit(text[end]);
-        const bool begins = MayBegin(text, at);
-        for (std::size_t i = 0; i < shapes.size() && i < done.size(); ++i) {
-            const CodeShape& shape = shapes[i];
-            if (shape.Digit != digit || (shape.HasDigit && !hasDigit) || at < done[i] || end - at > shape.Longest ||
-                text.size() - at < shape.Shortest || (!begins && !MayFollow(text, at, shape.Prefixes)))
+        quint32 begun = shapes.BegunBy(end - at, digit, hasDigit);
+        const bool begins = begun != 0 && MayBegin(text, at);
+        for (; begun != 0; begun &= begun - 1) {
+            const int number = std::countr_zero(begun);
+            const CodeShape& shape = shapes.At(number);
+            qsizetype& last = done[static_cast<std::size_t>(number)];
+            if (at < last || text.size() - at < shape.Shortest || (!begins && !MayFollow(text, at, shape.Prefixes)))
                 continue;
             const qsizetype stop = MatchShape(text, at, shape.Text);
             if (stop >= 0 && MayEnd(text, stop)) {
                 spans.push_back({at, stop});
-                done[i] = stop;
+                last = stop;
             }
         }
         at = end - 1;
     }
 }
 
-using CodeShapes = std::vector<CodeShape>;
-
 CodeShapes ShapesIn(const AddressCountry& country) {
     const auto prefixes = country.CodePrefixes.split(u'|', Qt::SkipEmptyParts);
     CodeShapes shapes;
     for (const QStringView shape : country.Codes.split(u'|', Qt::SkipEmptyParts))
-        shapes.emplace_back(shape, std::vector<QStringView>(prefixes.begin(), prefixes.end()));
+        shapes.Add(CodeShape(shape, std::vector<QStringView>(prefixes.begin(), prefixes.end())));
     return shapes;
 }
 
@@ -159,11 +197,11 @@ const CodeShapes& UnmistakableShapes() {
     static const CodeShapes shapes = [] {
         CodeShapes all;
         for (const QStringView region : {u"CA", u"GB", u"NL", u"PL"})
-            for (CodeShape& shape : ShapesIn(*AddressCountryOf(region)))
-                all.push_back(std::move(shape));
-        all.emplace_back(u"9999-999");
-        all.emplace_back(u"99999-999");
-        all.emplace_back(u"999-9999"); // Japan, told from half a phone number by its mark
+            for (const CodeShape& shape : ShapesOf(*AddressCountryOf(region)).All())
+                all.Add(shape);
+        all.Add(CodeShape(u"9999-999"));
+        all.Add(CodeShape(u"99999-999"));
+        all.Add(CodeShape(u"999-9999")); // Japan, told from half a phone number by its mark
         return all;
     }();
     return shapes;

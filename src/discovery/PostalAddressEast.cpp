@@ -27,7 +27,7 @@ void ReadKorean(QStringView rest, AddressParts& parts) {
 
 } // namespace
 
-void ReadLargeToSmall(const std::vector<QStringView>& segments, QStringView region, AddressParts& parts) {
+void ReadLargeToSmall(std::span<const QStringView> segments, QStringView region, AddressParts& parts) {
     QString body;
     for (const QStringView segment : segments) {
         QStringView rest = segment;

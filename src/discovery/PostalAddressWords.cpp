@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <span>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -104,6 +105,20 @@ bool IsJoin(QChar c) {
     return c == u'-' || c == u'\'' || c == u'’' || c == u'/' || c == u'.' || c == u'º' || c == u'ª';
 }
 
+// What a character of ASCII does in a word.
+enum class InWord : quint8 { Never, Always, Joins, Begins };
+
+constexpr auto asciiInWord = [] {
+    std::array<InWord, 128> table{};
+    for (char16_t u = 0; u < table.size(); ++u)
+        if (Ascii::IsLetterOrDigit(u))
+            table[u] = InWord::Always;
+    for (const char16_t u : {u'-', u'\'', u'/', u'.'})
+        table[u] = InWord::Joins;
+    table[u'#'] = InWord::Begins;
+    return table;
+}();
+
 QChar Lower(QChar c) {
     const char16_t u = c.unicode();
     return u < 0x80 ? QChar(u >= u'A' && u <= u'Z' ? static_cast<char16_t>(u + 0x20) : u) : c.toLower();
@@ -114,7 +129,7 @@ bool IsInWord(QChar c) {
 }
 
 // The endings of street names by the last letter: a word that ends in another one has none.
-const std::vector<QStringView>& StreetEndingsOf(QChar last) {
+std::span<const QStringView> StreetEndingsOf(QChar last) {
     static const auto all = [] {
         std::array<std::vector<QStringView>, 256> endings;
         for (const QStringView ending : streetEndings)
@@ -124,16 +139,37 @@ const std::vector<QStringView>& StreetEndingsOf(QChar last) {
     return all[last.unicode() % all.size()];
 }
 
+bool EndsAsStreet(QStringView lower) {
+    const auto endings = StreetEndingsOf(lower.back());
+    return std::any_of(endings.begin(), endings.end(), [lower](QStringView ending) {
+        return lower.size() > ending.size() + 1 &&
+               std::equal(ending.begin(), ending.end(), lower.end() - ending.size(), lower.end());
+    });
+}
+
+bool BeginsWord(QChar c) {
+    const char16_t u = c.unicode();
+    if (u < asciiInWord.size())
+        return asciiInWord[u] == InWord::Always || asciiInWord[u] == InWord::Begins;
+    return c.isLetterOrNumber();
+}
+
+// Whether a character goes on with a word, or begins it.
+bool GoesOn(QChar c, bool begins, bool ideographs) {
+    const char16_t u = c.unicode();
+    if (u < asciiInWord.size())
+        return asciiInWord[u] == InWord::Always || asciiInWord[u] == (begins ? InWord::Begins : InWord::Joins);
+    return (IsInWord(c) || (IsJoin(c) && !begins)) && (ideographs || !IsIdeograph(c));
+}
+
 // The next word from `at` on; its end is `at` when there is none.
 Word NextWord(QStringView text, qsizetype at) {
     Word word;
-    while (at < text.size() && !text[at].isLetterOrNumber() && text[at] != u'#')
+    while (at < text.size() && !BeginsWord(text[at]))
         ++at;
     word.Begin = at;
     const bool ideographs = at < text.size() && IsIdeograph(text[at]);
-    while (at < text.size() &&
-           (IsInWord(text[at]) || (IsJoin(text[at]) && at > word.Begin) || (text[at] == u'#' && at == word.Begin)) &&
-           (ideographs || !IsIdeograph(text[at])))
+    while (at < text.size() && GoesOn(text[at], at == word.Begin, ideographs))
         ++at;
     // Joins at the end do not belong to it, but for one full stop or the slash of "C/".
     while (at > word.Begin + 1 && IsJoin(text[at - 1]) && IsJoin(text[at - 2]))
@@ -174,11 +210,7 @@ Word NextWord(QStringView text, qsizetype at) {
         word.Compound = std::any_of(std::begin(thaiBeginnings), std::end(thaiBeginnings),
                                     [lower](QStringView beginning) { return lower.startsWith(beginning); });
     if (mayEnd)
-        word.Compound =
-            std::any_of(StreetEndingsOf(last).begin(), StreetEndingsOf(last).end(), [&](QStringView ending) {
-                return size > ending.size() + 1 &&
-                       std::equal(ending.begin(), ending.end(), lower.end() - ending.size(), lower.end());
-            });
+        word.Compound = EndsAsStreet(lower);
     return word;
 }
 
@@ -198,11 +230,13 @@ bool EachWord(QStringView text, Visit visit) {
 }
 
 bool IsStreetWord(QStringView text, const Word& before, const Word& word, const Word& behind) {
+    if (!word.Compound && (word.Roles & (Before | Behind)) == 0)
+        return false;
     const bool hasBefore = before.End > before.Begin;
     const bool hasBehind = behind.End > behind.Begin;
     const auto apart = [text](const Word& left, const Word& right) {
         const QStringView gap = text.sliced(left.End, right.Begin - left.End);
-        return gap.contains(u',') || gap.contains(u'\n') || gap.contains(u';') || gap.contains(u'.');
+        return std::any_of(gap.begin(), gap.end(), [](QChar c) { return IsAmong(c, u",\n;."); });
     };
     if (word.Compound && word.Named)
         return true;

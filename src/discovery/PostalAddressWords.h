@@ -9,7 +9,7 @@
 #include <QString>
 #include <QStringView>
 
-#include <vector>
+#include <span>
 
 namespace Brindle {
 
@@ -71,7 +71,7 @@ inline QStringView Stripped(QStringView text, QStringView marks = addressMarks) 
 
 /// Takes apart what goes from the large to the small in a script without capitals: 〒530-0001
 /// 大阪府大阪市北区梅田1-2-3. `segments`: the address at its marks; `region`: ISO 3166 alpha-2.
-void ReadLargeToSmall(const std::vector<QStringView>& segments, QStringView region, AddressParts& parts);
+void ReadLargeToSmall(std::span<const QStringView> segments, QStringView region, AddressParts& parts);
 
 /// The region of an address by what only its own have, the shape of a postal code or a state beside one; empty when
 /// nothing tells.

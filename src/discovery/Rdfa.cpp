@@ -53,7 +53,8 @@ private:
     };
 
     bool SaysAnything() const {
-        for (NodeIndex node = 0; node < page_.Count(); ++node)
+        const NodeIndex count = page_.NamesAttribute(u"typeof") ? page_.Count() : 0;
+        for (NodeIndex node = 0; node < count; ++node)
             if (page_.HasAttribute(node, u"typeof"))
                 return true;
         return false;

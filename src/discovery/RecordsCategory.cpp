@@ -108,7 +108,7 @@ QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) c
         }
         const QString text = ListText(next);
         if (page.Name(next) != page.Name(first) || page.Attribute(next, u"class") != look || text.isEmpty() ||
-            text.size() > 60 || HasDigit(text) || IsButtonText(BareWords(text)) || --most < 0)
+            text.size() > 60 || HasDigit(text) || IsButtonText(text) || --most < 0)
             break;
         further += u", "_s + text;
     }

@@ -2,6 +2,7 @@
 
 #include "discovery/NextPage.h"
 #include "toolkit/PageAddress.h"
+#include "toolkit/Text.h"
 
 #include <QSet>
 #include <QUrl>
@@ -125,10 +126,9 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
     for (NodeIndex at = page.IsText(phone.Node) ? page.Parent(phone.Node) : phone.Node; at >= range.Begin && levels < 3;
          at = page.Parent(at), ++levels) {
         link |= page_.HintsOf(at) & kinds;
-        for (const QStringView name : {u"title", u"aria-label", u"itemprop"}) {
-            const QStringView text = page.Attribute(at, name);
-            link |= (HintsOfLabel(text) | (text.size() < 40 ? HintsOfName(text) : 0)) & kinds;
-        }
+        for (const QStringView name : {u"title", u"aria-label", u"itemprop"})
+            if (const QStringView text = page.Attribute(at, name); !text.isEmpty())
+                link |= (HintsOfLabel(text) | (text.size() < 40 ? HintsOfName(text) : 0)) & kinds;
         if (Has(link, Hint::Fax) || Has(link, Hint::Phone))
             break;
     }
@@ -145,9 +145,9 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
         if (Has(HintsOfLabel(before.sliced(word, slash - word)), Hint::Phone))
             return static_cast<HintSet>(Hint::Phone);
     }
-    for (const QChar mark : {QChar(u'|'), QChar(u';'), QChar(u'\u00B7'), QChar(u'\u2022'), QChar(u'/'), QChar(u',')})
-        if (const qsizetype at = before.lastIndexOf(mark); at >= 0)
-            before = before.sliced(at + 1);
+    const auto mark =
+        std::find_if(before.rbegin(), before.rend(), [](QChar c) { return IsAmong(c, u"|;\u00B7\u2022/,"); });
+    before = before.last(mark - before.rbegin());
     while (!before.isEmpty()) {
         if (const HintSet hints = HintsOfLabel(before) & kinds; hints != 0)
             return hints;

@@ -2,9 +2,9 @@
 
 #include <QHash>
 #include <QSet>
+#include <QVarLengthArray>
 
 #include <algorithm>
-#include <unordered_map>
 
 namespace Brindle {
 
@@ -30,6 +30,45 @@ bool IsBare(const PageAnnotations& page, NodeIndex node) {
     const NodeFacts& facts = page.FactsOf(node);
     return facts.Characters == 0 && facts.Phones == 0;
 }
+
+// Numbers of things that come again and again, from 0, in the order in which each comes first.
+class Numbering {
+public:
+    size_t NumberOf(quint64 thing) {
+        if (things_.size() * 2 >= slots_.size())
+            Grow();
+        size_t at = SlotOf(thing);
+        if (slots_[at] == 0) {
+            things_.push_back(thing);
+            slots_[at] = static_cast<quint32>(things_.size());
+        }
+        return slots_[at] - 1;
+    }
+    size_t Count() const { return things_.size(); }
+    void Clear() {
+        things_.clear();
+        slots_.assign(fewest, 0);
+    }
+
+private:
+    static constexpr size_t fewest = 16; // slots; always a power of two
+
+    // Where a thing stands or is to stand.
+    size_t SlotOf(quint64 thing) const {
+        size_t at = thing & (slots_.size() - 1);
+        while (slots_[at] != 0 && things_[slots_[at] - 1] != thing)
+            at = (at + 1) & (slots_.size() - 1);
+        return at;
+    }
+    void Grow() {
+        slots_.assign(std::max(fewest, slots_.size() * 2), 0);
+        for (size_t i = 0; i < things_.size(); ++i)
+            slots_[SlotOf(things_[i])] = static_cast<quint32>(i + 1);
+    }
+
+    std::vector<quint64> things_;
+    std::vector<quint32> slots_; // number of a thing and one
+};
 
 class ListFinder {
 public:
@@ -74,7 +113,7 @@ private:
     void GroupByPath(NodeIndex body, bool withClasses) {
         const PageTree& page = page_.Page;
         std::vector<quint64> path(static_cast<size_t>(page.Count()), 0);
-        std::unordered_map<quint64, size_t> numbers;
+        numbers_.Clear();
         std::vector<std::vector<NodeIndex>> groups;
         for (NodeIndex node = body; node < page.End(body); ++node) {
             if (!page.IsElement(node))
@@ -86,10 +125,10 @@ private:
             path[static_cast<size_t>(node)] = page.Is(node, u"tr") ? Mixed(above, HasHeadCell(node) ? 1 : 0) : key;
             if (node == body || IsBare(page_, node))
                 continue;
-            const auto [found, fresh] = numbers.try_emplace(key, groups.size());
-            if (fresh)
+            const size_t number = numbers_.NumberOf(key);
+            if (number == groups.size())
                 groups.emplace_back();
-            groups[found->second].push_back(node);
+            groups[number].push_back(node);
         }
         for (const std::vector<NodeIndex>& group : groups)
             if (group.size() >= 2)
@@ -160,16 +199,16 @@ private:
         const PageTree& page = page_.Page;
         std::vector<NodeIndex> children;
         std::vector<std::pair<quint64, int>> kinds; // of possible names, in their order
-        std::unordered_map<quint64, size_t> numbers;
+        numbers_.Clear();
         for (NodeIndex child = page.FirstChild(parent); child != noNode; child = page.NextSibling(child)) {
             if (!page.IsText(child) || page_.FactsOf(child).Characters > 0)
                 children.push_back(child);
             if (!page.IsElement(child) || page_.FactsOf(child).Characters < 2)
                 continue;
-            const auto [found, fresh] = numbers.try_emplace(signatures_.Of(child), kinds.size());
-            if (fresh)
+            const size_t number = numbers_.NumberOf(signatures_.Of(child));
+            if (number == kinds.size())
                 kinds.emplace_back(signatures_.Of(child), 0);
-            ++kinds[found->second].second;
+            ++kinds[number].second;
         }
         int tried = 0;
         if (kinds.size() >= 2 || HasTextOfItsOwn(children))
@@ -201,30 +240,29 @@ private:
     }
 
     // The shapes of what could be names among children that look alike by their own names and classes.
-    std::vector<quint64> NameShapes(const std::vector<NodeIndex>& children) const {
-        struct Kind {
-            std::vector<std::pair<quint64, int>> Shapes;
-        };
-        std::vector<quint64> order;
-        std::unordered_map<quint64, Kind> kinds;
+    std::vector<quint64> NameShapes(const std::vector<NodeIndex>& children) {
+        constexpr size_t mostShapes = 8;
+        using Shapes = QVarLengthArray<std::pair<quint64, int>, mostShapes>;
+        numbers_.Clear();
+        std::vector<Shapes> kinds;
         for (const NodeIndex child : children) {
             if (!page_.Page.IsElement(child) || page_.FactsOf(child).Characters < 2)
                 continue;
-            const auto [found, fresh] = kinds.try_emplace(signatures_.Of(child));
-            if (fresh)
-                order.push_back(found->first);
-            auto& shapes = found->second.Shapes;
+            const size_t number = numbers_.NumberOf(signatures_.Of(child));
+            if (number == kinds.size())
+                kinds.emplace_back();
+            Shapes& shapes = kinds[number];
             const quint64 shape = ShapeOf(child);
             const auto known =
                 std::find_if(shapes.begin(), shapes.end(), [shape](const auto& one) { return one.first == shape; });
             if (known != shapes.end())
                 ++known->second;
-            else if (shapes.size() < 8)
+            else if (static_cast<size_t>(shapes.size()) < mostShapes)
                 shapes.emplace_back(shape, 1);
         }
         std::vector<quint64> names;
-        for (const quint64 kind : order)
-            if (const auto& shapes = kinds[kind].Shapes; shapes.size() >= 2)
+        for (const Shapes& shapes : kinds)
+            if (shapes.size() >= 2)
                 for (const auto& [shape, count] : shapes)
                     if (count >= 3 && names.size() < 4)
                         names.push_back(shape);
@@ -411,6 +449,7 @@ private:
     const PageAnnotations& page_;
     const Signatures& signatures_;
     std::vector<float> place_;
+    Numbering numbers_; // of what one pass is about
     std::vector<RecordList> found_;
 };
 
@@ -452,7 +491,7 @@ QStringList SturdyClasses(QStringView classes) {
 
 Signatures::Signatures(const PageTree& page)
     : full_(static_cast<size_t>(page.Count()), 0), plain_(static_cast<size_t>(page.Count()), 0) {
-    QHash<QString, quint64> known;
+    QHash<QStringView, quint64> known; // by what stands in the page
     // Page builders give each element a class of its own beside those that it shares: "column column-c41f0ab".
     QHash<QStringView, int> uses;
     for (NodeIndex node = 0; node < page.Count(); ++node)
@@ -473,8 +512,7 @@ Signatures::Signatures(const PageTree& page)
         const QStringView classes = page.Attribute(node, u"class");
         quint64 own = 0;
         if (!classes.isEmpty() && classes.size() <= 1000) {
-            const QString key = classes.toString();
-            auto found = known.constFind(key);
+            auto found = known.constFind(classes);
             if (found == known.cend()) {
                 const QStringList tokens = SturdyClasses(classes);
                 const bool shares = std::any_of(tokens.begin(), tokens.end(),
@@ -488,7 +526,7 @@ Signatures::Signatures(const PageTree& page)
                             hash = Mixed(hash, c.unicode());
                     hash = Mixed(hash, u' ');
                 }
-                found = known.insert(key, hash);
+                found = known.insert(classes, hash);
             }
             own = *found;
         }

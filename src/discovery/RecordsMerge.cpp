@@ -108,7 +108,8 @@ double RecordsMerge::WitnessFor(RecordsReading& list) const {
 }
 
 void RecordsMerge::AddTo(RecordsReading& list) const {
-    const auto matches = std::move(list.Said);
+    // Paid entries may have come between the records since.
+    const auto matches = list.Said.size() == list.Records.size() ? std::move(list.Said) : Matches(list);
     std::vector<PageRecord> merged;
     merged.reserve(list.Records.size());
     for (size_t i = 0; i < list.Records.size(); ++i) {

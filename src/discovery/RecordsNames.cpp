@@ -122,7 +122,7 @@ void RecordNames::ChooseNames() {
             continue;
         for (size_t record = 0; record < columns_.Count(); ++record)
             if (nodes_[record] == noNode && column->Nodes[record] != noNode &&
-                !IsButtonText(BareView(columns_.ViewOf(column->Nodes[record])).View()))
+                !IsButtonText(columns_.ViewOf(column->Nodes[record])))
                 nodes_[record] = column->Nodes[record];
     }
     FindAlike(best);
@@ -181,7 +181,7 @@ void RecordNames::ChooseFirstLines() {
             continue;
         const QStringView text = columns_.TextOf(lines.front());
         if (text.size() < 2 || text.size() > 80 || lines.front().Label != 0 || HintsOfLabel(text) != 0 ||
-            IsButtonText(BareWords(text)) || text.endsWith(u':') ||
+            IsButtonText(text) || text.endsWith(u':') ||
             std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); }) > 4)
             continue;
         first[record] = text.toString();

@@ -78,7 +78,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
                     break;
             }
             const bool marks = IsMarksOnly(page_.Lines.TextOf(piece));
-            const bool control = IsControl(piece, range);
+            const bool control = line.EndPiece - line.FirstPiece > 1 && IsControl(piece, range);
             const bool same =
                 segments.size() > before && segments.back().Hints == hints && !control && !afterControl &&
                 (!mixed || page.Parent(piece.Node) == page.Parent(page_.Lines.Pieces[static_cast<size_t>(i) - 1].Node));
@@ -117,7 +117,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
-                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(BareView(value).View())) ||
+                               value.contains(u'@') || (value.size() <= 40 && IsButtonText(value)) ||
                                (digit && ((whole ? page_.IsPriceLine[number] : HasPrice(value)) || IsHours(value) ||
                                           PageAnnotations::BeginsWithRating(value) || IsAside(value)));
             if (segment.Excluded || !digit)
@@ -400,7 +400,10 @@ QString RecordPlaces::PartedValue(const Segment& segment) const {
         value += QStringView(page_.Lines.Text).sliced(begin, end - begin);
         before = parent;
     }
-    if (!value.contains(u" ,") && !value.contains(u",,") && !value.contains(u", ,"))
+    bool doubled = false; // a comma behind a blank or another one
+    for (qsizetype at = 1; at < value.size(); ++at)
+        doubled |= value[at] == u',' && (value[at - 1] == u' ' || value[at - 1] == u',');
+    if (!doubled)
         return value;
     return value.replace(u" ,"_s, u","_s).replace(u",,"_s, u","_s).replace(u", ,"_s, u","_s);
 }

@@ -56,10 +56,9 @@ struct Shares {
     double Trades = 0; ///< a category that names a kind of business
     double Kinds = 0;  ///< a category that is a trade and nothing else
     double Questions = 0;
-    double Towns = 0;       ///< named as the town of their own address
-    double StreetNames = 0; ///< names that are a street with a number
-    double House = 0;       ///< mail of the page's own site, or numbers of one exchange: the people of one house
-    HintSet Often = 0;      ///< what at least half of the records say of themselves
+    double Towns = 0;  ///< named as the town of their own address
+    double House = 0;  ///< mail of the page's own site, or numbers of one exchange: the people of one house
+    HintSet Often = 0; ///< what at least half of the records say of themselves
 };
 
 bool HasStreetNumber(QStringView street) {
@@ -154,6 +153,8 @@ private:
         RecordPlaces places(columns_);
         std::vector<Lead> leads;
         nodes_.reserve(columns_.Count());
+        leads.reserve(columns_.Count());
+        reading_.Records.reserve(columns_.Count());
         for (size_t record = 0; record < columns_.Count(); ++record) {
             std::array<NodeIndex, FieldCount> nodes;
             nodes.fill(noNode);
@@ -180,7 +181,7 @@ private:
             places.ReadTown(record, names_.NodeOf(record), lead, nodes_[record]);
             places.ReadCategory(record, names_.NodeOf(record), lead, nodes_[record]);
             const RecordRange& range = columns_.List.Records[record];
-            if (!lead.Name.isEmpty() && !IsButtonText(BareView(lead.Name).View()))
+            if (!lead.Name.isEmpty() && !IsButtonText(lead.Name))
                 reading_.Records.push_back({std::move(lead), range.Begin, range.End});
         }
         LeaveOutBare();
@@ -247,7 +248,6 @@ private:
             shares.Details += !lead.DetailsLink.isEmpty();
             shares.Questions += lead.Name.endsWith(u'?') || lead.Name.endsWith(u'\uFF1F');
             shares.Towns += IsTownOfItsAddress(record);
-            shares.StreetNames += HasStreetNumber(lead.Name) && HasStreetWord(lead.Name);
             shares.Rating += facts.Ratings > 0;
             HintSet here = page_.HintsOf(record.Begin);
             shares.Jobs += NamesJobs(BareView(lead.Name).View());
@@ -259,10 +259,10 @@ private:
             for (size_t bit = 0; bit < hints.size(); ++bit)
                 hints[bit] += (here >> bit & 1U) != 0;
         }
-        for (double* const share : {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail,
-                                    &shares.Map, &shares.Category, &shares.Details, &shares.Rating, &shares.Price,
-                                    &shares.Date, &shares.Street, &shares.Jobs, &shares.Trades, &shares.Kinds,
-                                    &shares.House, &shares.Questions, &shares.Towns, &shares.StreetNames})
+        for (double* const share :
+             {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
+              &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
+              &shares.Jobs, &shares.Trades, &shares.Kinds, &shares.House, &shares.Questions, &shares.Towns})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
@@ -331,6 +331,14 @@ private:
         for (const PageRecord& record : reading_.Records)
             addresses.insert(record.Fields.FullAddress);
         return static_cast<double>(addresses.size()) / static_cast<double>(reading_.Records.size());
+    }
+
+    // Names that are a street with a number, as a share.
+    double StreetNames() const {
+        const auto streets = std::count_if(reading_.Records.begin(), reading_.Records.end(), [](const auto& record) {
+            return HasStreetNumber(record.Fields.Name) && HasStreetWord(record.Fields.Name);
+        });
+        return static_cast<double>(streets) / static_cast<double>(reading_.Records.size());
     }
 
     // How many different categories there are, as a share of the records that have one.
@@ -426,7 +434,7 @@ private:
         if (count >= 3 && shares.Address > 0.5 && DistinctAddresses() < 0.34 &&
             (shares.Phone < 0.5 || DistinctPhones() < 0.34))
             return no(u"its records name the same address again and again"_s);
-        if (shares.StreetNames > 0.6 && shares.Phone < 0.3 && shares.Website < 0.3)
+        if (shares.Phone < 0.3 && shares.Website < 0.3 && StreetNames() > 0.6)
             return no(u"its names are streets"_s);
         if (shares.Questions > 0.5)
             return no(u"its records are questions"_s);

@@ -89,7 +89,13 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
     if (const qsizetype open = value.endsWith(u')') ? value.lastIndexOf(u'(') : 0;
         open > 0 && IsDistance(value.sliced(open)))
         segment.End = segment.Begin + Stripped(value.first(open)).size();
-    const bool dashed = std::any_of(value.begin(), value.end(), [](QChar c) { return c == u'-' || c == u'\u2013'; });
+    bool dashed = false;
+    bool marked = false;
+    for (const QChar c : value) {
+        const char16_t u = c.unicode();
+        dashed = dashed || u == u'-' || u == u'\u2013';
+        marked = marked || u == u'|' || (u >= 0xB7 && IsAmong(c, u"\u00B7\u2022\u22C5"));
+    }
     for (const QStringView dash : {QStringView(u" - "), QStringView(u" \u2013 ")})
         if (!dashed)
             break;
@@ -97,8 +103,7 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
             segment.End = segment.Begin + at;
             break;
         }
-    if (std::none_of(value.begin(), value.end(),
-                     [](QChar c) { return c == u'|' || c == u'\u00B7' || c == u'\u2022' || c == u'\u22C5'; }))
+    if (!marked)
         return;
     constexpr std::array<QStringView, 4> marks{u" \u00B7 ", u" \u2022 ", u" \u22C5 ", u" | "};
     for (const QStringView mark : marks) {
@@ -122,7 +127,8 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
 // other texts.
 QStringView RecordPlaces::TradeBesideRange(QStringView text) {
     constexpr QStringView signs = u"$\u20AC\u00A3\u00A5\u20B9";
-    if (std::none_of(text.begin(), text.end(), [&](QChar c) { return IsAmong(c, signs); }))
+    if (std::none_of(text.begin(), text.end(),
+                     [&](QChar c) { return c == u'$' || (c.unicode() >= 0xA3 && IsAmong(c, signs)); }))
         return {};
     bool ranged = false;
     for (qsizetype begin = 0; begin < text.size() && text.size() <= 150;) {
@@ -252,7 +258,7 @@ bool RecordPlaces::IsControl(const TextPiece& piece, const RecordRange& range) c
     NodeIndex at = page_.Page.Parent(piece.Node);
     for (int level = 0; level < 2 && at > range.Begin; ++level, at = page_.Page.Parent(at))
         if (page_.Page.Is(at, u"a") || page_.Page.Is(at, u"button"))
-            return HintsOfLabel(text) != 0 || IsButtonText(BareView(text).View());
+            return HintsOfLabel(text) != 0 || IsButtonText(text);
     return false;
 }
 

@@ -4,6 +4,8 @@
 
 #include <QHash>
 
+#include <algorithm>
+
 namespace Brindle {
 
 using namespace Qt::StringLiterals;
@@ -180,6 +182,21 @@ QString TradeOf(const QStringList& types) {
         return words;
     }
     return {};
+}
+
+const KnownTypes::Meaning& KnownTypes::Of(const QStringList& types) {
+    constexpr size_t most = 16;
+    const auto known =
+        std::find_if(known_.begin(), known_.end(), [&types](const Meaning& one) { return one.Types == types; });
+    if (known != known_.end())
+        return *known;
+    Meaning meaning{types, {}, KindOf(types), TradeOf(types)};
+    for (const QString& type : types)
+        meaning.LocalNames.append(LocalName(type).toString());
+    if (known_.size() < most)
+        return known_.emplace_back(std::move(meaning));
+    oldest_ = (oldest_ + 1) % most;
+    return known_[oldest_] = std::move(meaning);
 }
 
 SchemaProperty MeaningOf(QStringView name) {

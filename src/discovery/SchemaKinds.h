@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <vector>
+
 namespace Brindle {
 
 /// What sort of thing an item is, as far as leads are concerned.
@@ -25,6 +27,23 @@ QStringView LocalName(QStringView name);
 
 /// The trade that types tell: "AutoRepair" is "Auto Repair"; empty for types like LocalBusiness that tell none.
 QString TradeOf(const QStringList& types);
+
+/// What types say. Of the items of a page most have the types of another one, so it is remembered.
+class KnownTypes {
+public:
+    struct Meaning {
+        QStringList Types;
+        QStringList LocalNames;
+        SchemaKind Kind = SchemaKind::Other;
+        QString Trade;
+    };
+    /// Good until the next call.
+    const Meaning& Of(const QStringList& types);
+
+private:
+    std::vector<Meaning> known_;
+    size_t oldest_ = 0;
+};
 
 /// What a property says of a business.
 enum class SchemaProperty : quint8 {

@@ -53,8 +53,8 @@ public:
 private:
     void NoteHolds() {
         holds_.resize(items_.Items.size());
-        for (const StructuredItem& item : items_.Items)
-            kinds_.push_back(KindOf(item.Types));
+        for (size_t i = 0; i < items_.Items.size(); ++i)
+            kinds_.push_back(leads_.TypesOf(static_cast<int>(i)).Kind);
         for (size_t i = 0; i < items_.Items.size(); ++i) {
             int entries = 0;
             for (const StructuredProperty& property : items_.Items[i].Properties) {
@@ -97,7 +97,7 @@ private:
         return {list, said > 0 ? said : hold->Order};
     }
 
-    RecordRole RoleOf(int item, const Lead& lead) const {
+    RecordRole RoleOf(int item, const Lead& lead) {
         const Hold& hold = HoldOf(item);
         if (hold.By < 0)
             return IsDirectoryItself(item, lead) ? RecordRole::Owner : RecordRole::Plain;
@@ -113,9 +113,9 @@ private:
     }
 
     // A page's site says who it is by its home page.
-    bool IsDirectoryItself(int item, const Lead& lead) const {
-        return !lead.DetailsLink.isEmpty() && IsHomeAddress(lead.DetailsLink) &&
-               TradeOf(items_.At(item).Types).isEmpty() && !leads_.IsLocal(item);
+    bool IsDirectoryItself(int item, const Lead& lead) {
+        return !lead.DetailsLink.isEmpty() && IsHomeAddress(lead.DetailsLink) && leads_.TypesOf(item).Trade.isEmpty() &&
+               !leads_.IsLocal(item);
     }
 
     void AddRecord(int item) {
@@ -132,8 +132,7 @@ private:
         }
         StructuredRecord record;
         record.In = said.In;
-        for (const QString& type : said.Types)
-            record.Types.append(LocalName(type).toString());
+        record.Types = leads_.TypesOf(item).LocalNames;
         record.Node = said.In == Notation::JsonLd ? noNode : said.Node;
         if (kind == SchemaKind::ListEntry) {
             if (leads_.Holds(item, SchemaProperty::EntryItem))

@@ -2,6 +2,7 @@
 
 #include "discovery/NextPage.h"
 #include "discovery/StructuredLinks.h"
+#include "toolkit/Marker.h"
 #include "toolkit/PageAddress.h"
 #include "toolkit/Text.h"
 
@@ -49,6 +50,11 @@ qsizetype DigitsIn(QStringView text) {
     return std::count_if(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
 }
 
+bool SaysFax(QStringView text) {
+    static constexpr Marker fax(u"fax");
+    return fax.FindFolded(text, 0) >= 0;
+}
+
 // Adds a part behind the others, unless it is there.
 void AddPart(QString& parts, QStringView part, QStringView between) {
     if (part.isEmpty())
@@ -69,7 +75,9 @@ bool StandsBehindTown(QStringView postalCode) {
 // Where there is a state, the postal code stands behind it.
 QString ComposedAddress(const Lead& lead) {
     QString town;
-    QString address = lead.Street;
+    QString address;
+    address.reserve(lead.Street.size() + lead.City.size() + lead.State.size() + lead.PostalCode.size() + 6);
+    address += lead.Street;
     if (lead.State.isEmpty()) {
         const bool behind = StandsBehindTown(lead.PostalCode);
         AddPart(town, behind ? lead.City : lead.PostalCode, u" ");
@@ -159,12 +167,12 @@ QString StructuredLead::PhoneOf(const StructuredProperty& value, bool& isFax) {
         if (DigitsIn(shown) >= std::max(qsizetype{5}, DigitsIn(text) - 4))
             text = shown;
     }
-    isFax = isFax || ContainsFolded(text, u"fax");
+    isFax = isFax || SaysFax(text);
     // A card marks the sort of a number beside it.
     if (value.Node != noNode && value.Item < 0 && items_.Items.size() > 0 && page_.IsElement(value.Node)) {
         for (NodeIndex node = value.Node + 1; node < page_.End(value.Node) && text_.Spend(1); ++node)
             if (page_.IsElement(node) && page_.Attribute(node, u"class") == u"type")
-                isFax = isFax || ContainsFolded(text_.Of(node), u"fax");
+                isFax = isFax || SaysFax(text_.Of(node));
     }
     // What stands before the number is a label: "Tel.: 0123".
     const auto isBegin = [](QChar c) { return c.isDigit() || c == u'+' || c == u'('; };
@@ -178,7 +186,7 @@ void StructuredLead::AddPhones(const Values& values, bool areFaxes, Lead& lead) 
         bool isFax = areFaxes;
         const QString phone = PhoneOf(*value, isFax);
         QString& field = isFax ? lead.Fax : lead.Phone;
-        if (!QStringView(field).split(separator).contains(phone))
+        if (field.isEmpty() || !QStringView(field).split(separator).contains(phone))
             AddPart(field, phone, separator);
     }
 }
@@ -250,9 +258,11 @@ void StructuredLead::AddContacts(const Meanings& says, Lead& lead) {
 bool StructuredLead::IsOfPageSite(const QString& address) const {
     // Mostly the very same host.
     const qsizetype host = address.indexOf(u"://") + 3;
-    if (const QStringView begin = QStringView(address).sliced(std::min(host, address.size()));
-        host > 3 && !host_.isEmpty() && begin.startsWith(host_) && begin.size() > host_.size() &&
-        begin[host_.size()] == u'/')
+    QStringView begin = QStringView(address).sliced(std::min(host, address.size()));
+    if (begin.startsWith(u"www."))
+        begin = begin.sliced(4);
+    if (host > 3 && !host_.isEmpty() && begin.size() > host_.size() && begin[host_.size()] == u'/' &&
+        begin.startsWith(host_))
         return true;
     return IsSameHost(HostOfAddress(address), host_);
 }
@@ -333,7 +343,7 @@ Lead StructuredLead::LeadOf(int item, bool& categoryIsOfType) {
     lead.Category = Joined(Of(says, SchemaProperty::Category), u", ");
     categoryIsOfType = lead.Category.isEmpty();
     if (categoryIsOfType)
-        lead.Category = TradeOf(items_.At(item).Types);
+        lead.Category = TypesOf(item).Trade;
     return lead;
 }
 

@@ -22,6 +22,8 @@ public:
 
     /// `MeaningOf`, remembered by the name.
     SchemaProperty Meaning(const QString& name);
+    /// What an item's types say; good until the next call.
+    const KnownTypes::Meaning& TypesOf(int item) { return types_.Of(items_.At(item).Types); }
 
     /// What an item says of a business or person. `categoryIsOfType`: the category is only what its type says.
     Lead LeadOf(int item, bool& categoryIsOfType);
@@ -65,6 +67,7 @@ private:
     const StructuredItems& items_;
     StructuredText text_;
     QHash<QString, SchemaProperty> meanings_;
+    KnownTypes types_;
 };
 
 } // namespace Brindle

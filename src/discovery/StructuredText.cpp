@@ -24,25 +24,60 @@ bool HasNoWidth(char16_t c) {
     return c == 0xad || (c >= 0x200b && c <= 0x200f) || c == 0x2060 || c == 0xfeff;
 }
 
+bool IsBlank(QChar c) {
+    return c.unicode() <= u' ' || c.isSpace();
+}
+
+// Whether a text stays as it is when its blanks are levelled.
+bool IsLevel(QStringView text) {
+    bool blank = true;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        const bool plain = u > u' ' && u < 0x80;
+        if (!plain && (u == u' ' ? blank : IsBlank(c) || HasNoWidth(u)))
+            return false;
+        blank = u == u' ';
+    }
+    return text.isEmpty() || !blank;
+}
+
 // Appends texts with a single blank wherever blanks stood.
 class Levelled {
 public:
     void Blank() { blank_ = true; }
     void Add(QStringView text) {
-        for (const QChar c : text) {
-            if (c.unicode() <= u' ' || c.isSpace()) {
+        for (qsizetype at = 0; at < text.size();) {
+            if (IsBlank(text[at])) {
                 blank_ = true;
-            } else if (!HasNoWidth(c.unicode())) {
-                if (blank_ && !result_.isEmpty())
-                    result_.append(u' ');
-                blank_ = false;
-                result_.append(c);
+                ++at;
+            } else if (HasNoWidth(text[at].unicode())) {
+                ++at;
+            } else {
+                const qsizetype begin = at;
+                while (at < text.size() && !IsBlank(text[at]) && !HasNoWidth(text[at].unicode()))
+                    ++at;
+                AddWord(text.sliced(begin, at - begin));
             }
         }
+    }
+    // A text that is level already.
+    void AddLevel(QStringView text) {
+        if (!text.isEmpty())
+            AddWord(text);
     }
     QString Take() { return std::move(result_); }
 
 private:
+    void AddWord(QStringView word) {
+        if (result_.isEmpty())
+            result_ = word.toString();
+        else if (blank_)
+            result_ += u' ' + word;
+        else
+            result_ += word;
+        blank_ = false;
+    }
+
     QString result_;
     bool blank_ = false;
 };
@@ -50,20 +85,12 @@ private:
 } // namespace
 
 QString WithLevelBlanks(const QString& text) {
-    bool blank = true;
-    for (const QChar c : text) {
-        const bool other = (c.unicode() < u' ') || (c != u' ' && c.isSpace()) || HasNoWidth(c.unicode());
-        if (other || (c == u' ' && blank)) {
-            Levelled levelled;
-            levelled.Add(text);
-            return levelled.Take();
-        }
-        blank = c == u' ';
-    }
-    return blank && !text.isEmpty() ? text.chopped(1) : text;
+    return IsLevel(text) ? text : WithLevelBlanks(QStringView(text));
 }
 
 QString WithLevelBlanks(QStringView text) {
+    if (IsLevel(text))
+        return text.toString();
     Levelled levelled;
     levelled.Add(text);
     return levelled.Take();
@@ -98,7 +125,10 @@ QString StructuredText::Of(NodeIndex node, Images images) {
             const QStringView characters = page_.Text(at);
             if (!Spend(characters.size() / charactersOfAStep))
                 break;
-            text.Add(characters);
+            if (IsLevel(characters))
+                text.AddLevel(characters);
+            else
+                text.Add(characters);
         } else if (page_.IsElement(at)) {
             switch (kinds_[static_cast<size_t>(page_.NameId(at))]) {
             case blockKind:

@@ -27,6 +27,9 @@ public:
         return entries_.back().second;
     }
 
+    /// Whether a word of this first letter can be there.
+    bool MayBegin(QChar first) const { return lengths_[first.unicode() % lengths_.size()] != 0; }
+
     /// Whether a word of this first letter and length can be there.
     bool MayHave(QChar first, qsizetype size) const {
         return size <= longest_ && (lengths_[first.unicode() % lengths_.size()] >> (size % 64) & 1U) != 0;

@@ -2,6 +2,7 @@
 
 #include "page/HtmlParser.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Brindle {
@@ -17,18 +18,15 @@ int PageTree::NameIdOf(QStringView name) const {
     return -1;
 }
 
-std::span<const PageAttribute> PageTree::Attributes(NodeIndex node) const {
-    const Node& made = nodes_[At(node)];
-    if (made.Kind != NodeKind::Element)
-        return {};
-    return std::span(attributes_).subspan(made.First, made.Count);
-}
-
 QStringView PageTree::Attribute(NodeIndex node, QStringView name) const {
     for (const PageAttribute& attribute : Attributes(node))
-        if (attribute.Name == name)
+        if (attribute.Name.size() == name.size() && attribute.Name.front() == name.front() && attribute.Name == name)
             return attribute.Value;
     return {};
+}
+
+bool PageTree::NamesAttribute(QStringView name) const {
+    return std::find(attributeNames_.begin(), attributeNames_.end(), name) != attributeNames_.end();
 }
 
 QStringView PageTree::Text(NodeIndex node) const {

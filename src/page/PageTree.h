@@ -75,10 +75,16 @@ public:
     bool IsTemplate(NodeIndex node) const { return Is(node, u"template"); }
 
     /// An element's attributes in the page's order; none for other nodes.
-    std::span<const PageAttribute> Attributes(NodeIndex node) const;
+    std::span<const PageAttribute> Attributes(NodeIndex node) const {
+        const Node& made = nodes_[At(node)];
+        return made.Kind == NodeKind::Element ? std::span(attributes_).subspan(made.First, made.Count)
+                                              : std::span<const PageAttribute>();
+    }
     /// An attribute's value; a null view when the element has none of that name (an empty value is not null).
     QStringView Attribute(NodeIndex node, QStringView name) const;
     bool HasAttribute(NodeIndex node, QStringView name) const { return !Attribute(node, name).isNull(); }
+    /// Whether any element of the page has an attribute of this name.
+    bool NamesAttribute(QStringView name) const;
 
     /// The characters of a text or comment; empty for elements.
     QStringView Text(NodeIndex node) const;

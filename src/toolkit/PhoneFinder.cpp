@@ -3,7 +3,9 @@
 #include "toolkit/PhoneText.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -113,14 +115,52 @@ constexpr QStringView otherWords[] = {
     u"code", u"pin",  u"seit", u"since", u"copyright", u"©",       u"rok",
 };
 
-bool Among(std::span<const QStringView> words, QStringView word) {
-    // Most words begin with another letter than that of the list; letters of Latin fold as ASCII's do or not at all.
-    const char16_t first = word.front().unicode();
-    const bool ascii = first < 0x80;
-    return std::any_of(words.begin(), words.end(), [word, first, ascii](QStringView w) {
-        return w.size() == word.size() && (!ascii || w.front().unicode() == (first | 0x20)) &&
-               w.compare(word, Qt::CaseInsensitive) == 0;
-    });
+// Words that announce a number, in any case.
+class Announcements {
+public:
+    explicit Announcements(std::span<const QStringView> words) : all_(words) {
+        for (const QStringView word : words)
+            if (word.front().unicode() < byFirst_.size())
+                byFirst_[word.front().unicode()].push_back(word);
+    }
+
+    // Most words begin with another letter than those of the list; letters of Latin fold as ASCII's do or not at all.
+    bool Have(QStringView word) const {
+        const std::size_t first = word.front().unicode();
+        const std::span<const QStringView> words = first < byFirst_.size() ? byFirst_[(first | 0x20) % 0x80] : all_;
+        return std::any_of(words.begin(), words.end(), [word](QStringView one) {
+            return one.size() == word.size() && one.compare(word, Qt::CaseInsensitive) == 0;
+        });
+    }
+
+private:
+    std::span<const QStringView> all_;
+    std::array<std::vector<QStringView>, 0x80> byFirst_;
+};
+
+bool IsFaxWord(QStringView word) {
+    static const Announcements words(faxWords);
+    const bool mayEnd = word.size() > 3 && (word.back() == u'x' || word.back() == u'X');
+    return words.Have(word) || (mayEnd && word.endsWith(u"fax", Qt::CaseInsensitive));
+}
+
+bool IsPhoneWord(QStringView word) {
+    static const Announcements words(phoneWords);
+    return words.Have(word);
+}
+
+bool IsOtherWord(QStringView word) {
+    static const Announcements words(otherWords);
+    return words.Have(word);
+}
+
+bool EndsWithPhoneSign(QStringView text) {
+    const QStringView tail = text.last(qMin<qsizetype>(text.size(), 6));
+    // None of the signs is one of the characters of which most texts are made.
+    if (std::none_of(tail.begin(), tail.end(), [](QChar c) { return c.unicode() >= 0x2000; }))
+        return false;
+    return tail.contains(u"☎") || tail.contains(u"✆") || tail.contains(u"℡") || tail.contains(u"📞") ||
+           tail.contains(u"📱");
 }
 
 bool IsIdeograph(QChar c) {
@@ -165,13 +205,8 @@ Announced WhatIsAnnounced(QStringView before, bool* fax) {
         *fax = false;
     bool punctuated = false;
     const QStringView word = LastWord(before, punctuated);
-    if (word.isEmpty()) {
-        const QStringView tail = before.last(qMin<qsizetype>(before.size(), 6));
-        return tail.contains(u"☎") || tail.contains(u"✆") || tail.contains(u"℡") || tail.contains(u"📞") ||
-                       tail.contains(u"📱")
-                   ? Announced::Phone
-                   : Announced::Nothing;
-    }
+    if (word.isEmpty())
+        return EndsWithPhoneSign(before) ? Announced::Phone : Announced::Nothing;
     if (word.size() == 1 && punctuated) {
         const char16_t letter = word.front().unicode() | 0x20;
         if (letter == u'f' && fax)
@@ -179,14 +214,14 @@ Announced WhatIsAnnounced(QStringView before, bool* fax) {
         if (letter == u't' || letter == u'f' || letter == u'm' || letter == u'p')
             return Announced::Phone;
     }
-    if (Among(faxWords, word) || word.endsWith(u"fax", Qt::CaseInsensitive)) {
+    if (IsFaxWord(word)) {
         if (fax)
             *fax = true;
         return Announced::Phone;
     }
-    if (Among(phoneWords, word) || (IsIdeograph(word.back()) && (word.endsWith(u"電話") || word.endsWith(u"电话"))))
+    if (IsPhoneWord(word) || (IsIdeograph(word.back()) && (word.endsWith(u"電話") || word.endsWith(u"电话"))))
         return Announced::Phone;
-    return Among(otherWords, word) || before.endsWith(u'#') ? Announced::Other : Announced::Nothing;
+    return IsOtherWord(word) || before.endsWith(u'#') ? Announced::Other : Announced::Nothing;
 }
 
 // A run of digits within a candidate.

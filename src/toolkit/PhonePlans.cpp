@@ -77,11 +77,47 @@ void EachEntry(const PhonePlan& plan, Visit visit) {
     }
 }
 
+using Digits = quint16; // a bit for each
+constexpr Digits anyDigit = 0x3FF;
+
+// Takes what a prefix has for its first place: the digit, or one of those in brackets.
+Digits TakeDigits(QStringView& prefix) {
+    const auto bit = [](QChar digit) { return 1U << (digit.unicode() - u'0'); };
+    const QStringView whole = prefix;
+    unsigned digits = 0;
+    qsizetype at = 0;
+    if (whole.front() != u'[') {
+        digits = bit(whole.front());
+    } else {
+        for (++at; whole[at] != u']'; ++at) {
+            const QChar first = whole[at];
+            if (whole[at + 1] == u'-')
+                at += 2;
+            for (QChar digit = first; digit <= whole[at]; digit = QChar(digit.unicode() + 1))
+                digits |= bit(digit);
+        }
+    }
+    prefix = whole.sliced(at + 1);
+    return static_cast<Digits>(digits);
+}
+
 // A plan's entries, taken apart.
 struct Entry {
     QStringView Head;
     QStringView Tail;
     Lengths Sizes = 0;
+    Digits First = anyDigit; // that may stand at the first place
+    Digits Second = anyDigit;
+    Digits Third = anyDigit;
+
+    Entry(QStringView head, QStringView tail, Lengths sizes) : Head(head), Tail(tail), Sizes(sizes) {
+        const auto next = [&head, &tail] {
+            return !head.isEmpty() ? TakeDigits(head) : !tail.isEmpty() ? TakeDigits(tail) : anyDigit;
+        };
+        First = next();
+        Second = next();
+        Third = next();
+    }
 };
 struct ReadPlan {
     std::array<std::vector<Entry>, 10> Entries; // by the first digit that they may have
@@ -93,15 +129,19 @@ std::size_t FirstDigit(QStringView national) {
     return static_cast<std::size_t>(national.front().unicode() - u'0') % 10;
 }
 
-bool Covers(const Entry& entry, QStringView national) {
-    if ((entry.Sizes >> national.size() & 1) == 0)
-        return false;
-    const qsizetype at = Fits(entry.Head, national);
-    return at >= 0 && Fits(entry.Tail, national.sliced(at)) >= 0;
-}
-
 bool AnyCovers(const std::vector<Entry>& entries, QStringView national) {
-    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) { return Covers(entry, national); });
+    const auto bitOf = [national](qsizetype place) -> unsigned {
+        return place < national.size() ? 1U << (national[place].unicode() - u'0') : anyDigit;
+    };
+    const Lengths size = Lengths(1) << national.size();
+    const unsigned second = bitOf(1);
+    const unsigned third = bitOf(2);
+    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
+        if ((entry.Sizes & size) == 0 || (entry.Second & second) == 0 || (entry.Third & third) == 0)
+            return false;
+        const qsizetype at = Fits(entry.Head, national);
+        return at >= 0 && Fits(entry.Tail, national.sliced(at)) >= 0;
+    });
 }
 
 const ReadPlan& Read(const PhonePlan& plan) {
@@ -121,13 +161,9 @@ const ReadPlan& Read(const PhonePlan& plan) {
                     QStringView rest = tails;
                     do {
                         const Entry entry{head, TakeUpTo(rest, u','), sizes};
-                        if (head.front() != u'[')
-                            entries[FirstDigit(head)].push_back(entry);
-                        else
-                            for (std::size_t digit = 0; digit < entries.size(); ++digit)
-                                if (const QChar first(static_cast<char16_t>(u'0' + digit));
-                                    Fits(FirstDigitOf(head), QStringView(&first, 1)) > 0)
-                                    entries[digit].push_back(entry);
+                        for (std::size_t digit = 0; digit < entries.size(); ++digit)
+                            if ((entry.First >> digit & 1) != 0)
+                                entries[digit].push_back(entry);
                     } while (!rest.isEmpty());
                 }
             });

@@ -486,6 +486,19 @@ TEST(Rules, PaidEntriesOfAnotherMakeAreEntriesToo) {
     EXPECT_EQ(records[6].Fields.Name, u"Goldhaus"_s);
 }
 
+TEST(Rules, PaidEntriesAboveOthersThatDescribeThemselves) {
+    const QString paid = u"<section class=premium><h2><a href='/b/90'>Goldhaus</a></h2><ul><li>Ringweg 90<li>50667 "
+                         u"Köln</ul><a href='tel:+49221777888'>0221 777888</a></section>"_s;
+    const QString own = u"<div class=entry itemscope itemtype='https://schema.org/Electrician'><a itemprop=name "
+                        u"href='/b/{i}'>Haus {c}</a><p>Ringweg {i}, 50667 Köln</p><p>0221 55512{i}</p><meta "
+                        u"itemprop=email content='haus{i}@b.example'></div>"_s;
+    const auto records = Read(own, u"Elektriker in Köln"_s, 6, paid + QString(own).replace(u"{i}"_s, u"7"_s));
+    ASSERT_EQ(records.size(), 8U);
+    EXPECT_EQ(records[6].Fields.Name, u"Goldhaus"_s);
+    EXPECT_EQ(records[6].Fields.Email, QString());
+    EXPECT_EQ(records[7].Fields.Email, u"haus7@b.example"_s);
+}
+
 // Lists that are made in ways of their own: what the third record must say.
 TEST(Rules, ListsOfOtherMakes) {
     const struct {
