@@ -4,6 +4,8 @@
 #include "discovery/RecordsMerge.h"
 #include "discovery/SavedPage.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace Brindle {
@@ -50,11 +52,35 @@ bool IsSpreadOver(const RecordsReading& inner, const RecordsReading& outer) {
     return held * 10 >= static_cast<std::ptrdiff_t>(outer.Records.size()) * 7;
 }
 
+// Whether the outer records are rows of cards: most hold several inner ones that can be reached, each with a name that
+// no other has, and have no name but the first one's. The branches of a business stand below its name.
+bool AreRowsOf(const RecordsReading& inner, const RecordsReading& outer) {
+    QSet<QString> names;
+    for (const PageRecord& record : inner.Records)
+        names.insert(record.Fields.Name);
+    if (names.size() * 10 < std::ssize(inner.Records) * 9)
+        return false;
+    std::ptrdiff_t rows = 0;
+    auto at = inner.Records.begin();
+    for (const PageRecord& record : outer.Records) {
+        int cards = 0;
+        bool named = false;
+        for (; at != inner.Records.end() && at->Begin < record.End; ++at) {
+            named = named || at->Fields.Name == record.Fields.Name;
+            const Lead& lead = at->Fields;
+            cards += at->Begin >= record.Begin && !(lead.Phone.isEmpty() && lead.FullAddress.isEmpty() &&
+                                                    lead.Email.isEmpty() && lead.Website.isEmpty());
+        }
+        rows += cards >= 2 && named;
+    }
+    return rows * 2 >= std::ssize(outer.Records);
+}
+
 // Parts of records can be many and look like records of their own: whole ones that say more go before them.
 void PreferWhole(std::vector<RecordsReading>& lists) {
     for (size_t i = 1; i < lists.size() && lists[i].Sure && !lists[i].Late; ++i)
         if (QualityOf(lists[i]) > 1.25 * QualityOf(lists.front()) && LiesWithin(lists.front(), lists[i]) &&
-            IsSpreadOver(lists.front(), lists[i]))
+            IsSpreadOver(lists.front(), lists[i]) && !AreRowsOf(lists.front(), lists[i]))
             std::rotate(lists.begin(), lists.begin() + static_cast<std::ptrdiff_t>(i),
                         lists.begin() + static_cast<std::ptrdiff_t>(i) + 1);
 }

@@ -42,6 +42,8 @@ const QString inside = u"<h3><a href='/b/{i}'>Haus {c}</a></h3>"_s + place + cal
 
 TEST(Grouping, RecordsAreFoundHoweverTheirElementsStand) {
     const QString card = u"<div class=card>"_s + inside + u"</div>"_s;
+    const QString bare = u"<div class=card><h3><a href='/b/{i}'>Haus {c}</a></h3><a href='mailto:a{i}@b.example'>"
+                         u"a{i}@b.example</a></div>"_s;
     const struct {
         const char* What;
         QString Body;
@@ -57,6 +59,9 @@ TEST(Grouping, RecordsAreFoundHoweverTheirElementsStand) {
              Entries(u"<div class='col col-b{c}q'>"_s + inside + u"</div>"_s, 2, 3) + u"</section>"_s +
              Entries(u"<section class='row row-y{c}'><div class='col col-c{c}q'>"_s + inside + u"</div>"_s, 4, 4) +
              Entries(u"<div class='col col-d{c}q'>"_s + inside + u"</div>"_s, 5, 6) + u"</section>"_s},
+        {"in rows of three, some without a number", u"<div class=row>"_s + Entries(card, 1, 1) + Entries(bare, 2, 3) +
+                                                        u"</div><div class=row>"_s + Entries(bare, 4, 5) +
+                                                        Entries(card, 6, 6) + u"</div>"_s},
         {"odd and even ones", Entries(u"<div class='row odd'>"_s + inside + u"</div>"_s, 1, 3) +
                                   Entries(u"<div class='row even'>"_s + inside + u"</div>"_s, 4, 6)},
         {"paid ones of another class between",
