@@ -341,7 +341,28 @@ ExamplePlace ExamplePlaces::Pointed(Field column, NodeIndex node) const {
 
 std::vector<NodeIndex> ExamplePlaces::Composed(const QString& text, NodeIndex begin, NodeIndex end) const {
     std::vector<NodeIndex> parts;
-    return Compose(FoldedExample(text), begin, end, parts) && parts.size() > 1 ? parts : std::vector<NodeIndex>();
+    if (!Compose(FoldedExample(text), begin, end, parts) || parts.size() < 2)
+        return {};
+    // What holds some of them and nothing else is one line.
+    const auto lengthIn = [&](NodeIndex holder) {
+        qsizetype length = 0;
+        for (const NodeIndex part : parts)
+            length += part >= holder && part < source_.Page.End(holder) ? EndOf(part) - BeginOf(part) : 0;
+        return length;
+    };
+    std::vector<NodeIndex> lines;
+    for (const NodeIndex part : parts) {
+        NodeIndex line = part;
+        for (NodeIndex at = source_.Page.Parent(part); at != noNode && at >= begin; at = source_.Page.Parent(at)) {
+            const bool isAll = at <= parts.front() && source_.Page.End(at) > parts.back();
+            if (isAll || EndOf(at) - BeginOf(at) != lengthIn(at))
+                break;
+            line = at;
+        }
+        if (lines.empty() || lines.back() != line)
+            lines.push_back(line);
+    }
+    return lines;
 }
 
 // Goes on with elements that have a text of their own, up to what is left of it.
@@ -457,7 +478,7 @@ bool ExamplePlaces::IsRunTogether(Field column, NodeIndex node, const QString& f
         return false;
     const QString shown = ShownText(source_.Lines, node, source_.Page.End(node), u"\n");
     const QString written = PartOfFold(shown, folded);
-    return std::all_of(written.cbegin(), written.cend(), [](QChar c) { return c.isLetterOrNumber(); }) &&
+    return std::none_of(written.cbegin(), written.cend(), [](QChar c) { return c.isSpace(); }) &&
            (shown.contains(written + u'.') || shown.contains(u'@'));
 }
 

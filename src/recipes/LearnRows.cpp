@@ -29,7 +29,7 @@ QStringList PartsOf(const QString& address) {
 
 // Whether a number to call stands in a text that should be an address.
 bool HoldsNumber(QString text) {
-    static const RecipePattern number(u"(?:^|[^\\d])([+(]?\\d[\\d ()./-]{5,}\\d)"_s);
+    static const RecipePattern number(u"(?:^|,)\\s*([+(]?\\d[\\d ()./-]{5,}\\d)\\s*(?:,|$)"_s);
     return number.Apply(text) == RecipePattern::Outcome::Matched && DigitsOf(text).size() >= 8;
 }
 

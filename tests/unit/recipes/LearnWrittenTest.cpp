@@ -86,6 +86,31 @@ TEST(LearnRecipe, AnAddressIsReadFromItsParts) {
           .City = u"Springfield"_s,
           .State = u"IL"_s,
           .PostalCode = u"62703"_s}},
+        {"a line that is made of elements, and number where there is no address",
+         PageOf(u"<div class=shop><b>Joe %1</b><div class=street>%2 Main St</div><div class=place><i>Springfield,</i> "
+                u"<i>IL</i> <i>6270%2</i></div><div class=tel>416-555-010%2</div><div>open</div></div>"_s,
+                u"<html lang=en-US>"_s)
+             .replace(
+                 u"<div class=street>6 Main St</div><div class=place><i>Springfield,</i> <i>IL</i> <i>62706</i></div>"_s,
+                 QString()),
+         {{Field::BusinessName, u"Joe B"_s}, {Field::FullAddress, u"1 Main St, Springfield, IL 62701"_s}},
+         {.Name = u"Joe D"_s,
+          .FullAddress = u"3 Main St, Springfield, IL 62703"_s,
+          .Street = u"3 Main St"_s,
+          .City = u"Springfield"_s,
+          .State = u"IL"_s,
+          .PostalCode = u"62703"_s}},
+        {"a name that an address of the web repeats",
+         PageOf(u"<h4>Joe and Sons %1</h4><p>Since 1984.</p><ul><li>%2 Main St, Springfield, IL 6270%2</li><li><a "
+                u"href='http://joe-and-sons-%1.example'>joe-and-sons-%1.example</a></li></ul>"_s,
+                u"<div class=list>"_s, u"</div>"_s),
+         {{Field::BusinessName, u"Joe and Sons B"_s}, {Field::FullAddress, u"1 Main St, Springfield, IL 62701"_s}},
+         {.Name = u"Joe and Sons D"_s,
+          .FullAddress = u"3 Main St, Springfield, IL 62703"_s,
+          .Street = u"3 Main St"_s,
+          .City = u"Springfield"_s,
+          .State = u"IL"_s,
+          .PostalCode = u"62703"_s}},
         {"a label before each",
          PageOf(u"<div class=shop><b>Joe %1</b><p><i>Street:</i><u>Hauptstr. %2</u></p><p><i>Code:</i><u>8907%2</u></p>"
                 u"<p><i>Town:</i><u>Ulm</u></p></div>"_s,
@@ -122,6 +147,8 @@ TEST(LearnRecipe, AnAddressIsReadFromItsParts) {
             EXPECT_EQ(ReadRecipe(RecipeText(recipe), u"learned"_s), recipe) << row.What;
             const RecipeReading reading = RecipeReader(recipe).Read(page, url);
             ASSERT_EQ(reading.Records.size(), 8U) << row.What << RecipeText(recipe).constData();
+            for (const PageRecord& record : reading.Records)
+                EXPECT_FALSE(record.Fields.FullAddress.contains(u"416-"_s)) << row.What;
             Lead fourth = reading.Records[3].Fields;
             fourth.Country = QString();
             EXPECT_EQ(fourth, row.Fourth) << row.What << "\n" << RecipeText(recipe).constData();
