@@ -84,7 +84,8 @@ QString RowFinder::SelectorOfPart(NodeIndex part, RecordSpan record, const Recor
         if (in_.Trial.CountOf(candidate.Text, record) != 1 ||
             FoldedExample(in_.Trial.Read(row, record)) != FoldedExample(shown))
             continue;
-        const double score = in_.Trial.FillOf(row, set.Members).Share - 0.04 * candidate.Cost;
+        const double score = in_.Trial.FillOf(row, set.Members).Share - 0.04 * candidate.Cost -
+                             (!HoldsNumber(shown) && ReadsNumbers(row, set) ? 0.5 : 0);
         if (score > bestScore) {
             bestScore = score;
             best = candidate.Text;
@@ -157,9 +158,12 @@ std::optional<RecipeField> RowFinder::BestRow(const FoundExample& example, const
 bool RowFinder::IsDoubtful(const RecipeField& row, const FoundExample& example, const RecordSet& set) {
     if (PartsOf(in_.Trial.Read(row, set.Of(example))) != PartsOf(example.Text))
         return true;
-    return !HoldsNumber(example.Text) &&
-           std::any_of(set.Members.begin(),
-                       set.Members.begin() + static_cast<qsizetype>(std::min(set.Members.size(), mostCompared)),
+    return !HoldsNumber(example.Text) && ReadsNumbers(row, set);
+}
+
+bool RowFinder::ReadsNumbers(const RecipeField& row, const RecordSet& set) {
+    const auto end = set.Members.begin() + static_cast<qsizetype>(std::min(set.Members.size(), mostCompared));
+    return std::any_of(set.Members.begin(), end,
                        [&](RecordSpan record) { return HoldsNumber(in_.Trial.Read(row, record)); });
 }
 

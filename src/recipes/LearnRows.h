@@ -34,6 +34,7 @@ private:
     bool HoldsForOthers(const RecipeField& row, const FoundExample& example, const RecordSet& set);
 
     bool IsDoubtful(const RecipeField& row, const FoundExample& example, const RecordSet& set);
+    bool ReadsNumbers(const RecipeField& row, const RecordSet& set);
     double NamesIn(const RecipeField& row, const FoundExample& example, const RecordSet& set);
 
     LearnPage& in_;
