@@ -448,8 +448,8 @@ private:
         const Code* best = nullptr;
         for (const Code& code : codes) {
             // The number of a house may have as many digits.
-            const bool house = code.Segment == 0 && BeforeCode(code).isEmpty() && !BehindCode(code).isEmpty() &&
-                               HasStreetWord(segments_[0]);
+            const bool house = BeforeCode(code).isEmpty() && !BehindCode(code).isEmpty() &&
+                               HasStreetWord(code.Segment == 0 ? segments_[0] : BehindCode(code));
             const bool alone = segments_.size() == 1 && BeforeCode(code).isEmpty() && BehindCode(code).isEmpty();
             if (!house && !alone)
                 best = &code;

@@ -64,8 +64,6 @@ void RecordPlaces::AgreeOnAddresses(const RecordNames& names, std::vector<Lead>&
 // Where nearly all records have their address, the others have theirs: "Main St & Elm Ave", "Rose Cottage".
 void RecordPlaces::FillFromPlace(const RecordNames& names, std::vector<Lead>& leads,
                                  std::vector<std::array<NodeIndex, FieldCount>>& nodes) const {
-    if (columns_.List.Flat)
-        return;
     // The element of a whole record holds more than its address.
     struct Place {
         int Times = 0;
@@ -133,6 +131,13 @@ QString RecordPlaces::AddressAt(NodeIndex node, NodeIndex name) const {
 
 // Addresses of one list are written alike: where nearly all end in their town, the others do.
 void RecordPlaces::AgreeOnTowns(std::vector<Lead>& leads) const {
+    // Or are streets and nothing else.
+    const auto isStreet = [](const Lead& lead) { return HasAddress(lead) && lead.Street == lead.FullAddress; };
+    if (std::count_if(leads.begin(), leads.end(), isStreet) * 5 >= std::ssize(leads) * 4)
+        for (Lead& lead : leads)
+            if (lead.Street.isEmpty() && lead.PostalCode.isEmpty() && !lead.FullAddress.contains(u',') &&
+                HasDigit(lead.FullAddress))
+                lead.Street = lead.FullAddress;
     int towns = 0;
     int others = 0;
     for (const Lead& lead : leads)

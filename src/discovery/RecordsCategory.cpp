@@ -3,6 +3,8 @@
 #include "discovery/RecordsPlaceText.h"
 #include "discovery/RecordsPlaces.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace Brindle {
@@ -78,13 +80,21 @@ void RecordPlaces::ChooseTradeAmongParts() {
         const RecordColumn& column = columns_.Columns[i];
         if (column.IsHeading || column.Length > 100 || static_cast<size_t>(column.Filled) * 5 < columns_.Count() * 3)
             continue;
-        for (int part = 0; part < 4 && category_ < 0; ++part) {
+        double best = 0;
+        for (int part = 0; part < 4; ++part) {
+            QSet<QString> different;
             const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
                 const QStringView text = node == noNode ? QStringView() : columns_.ViewOf(node);
-                return !PartOf(text, 1).isEmpty() && IsTrade(PartOf(text, part));
+                const bool trade = !PartOf(text, 1).isEmpty() && IsTrade(PartOf(text, part));
+                if (trade)
+                    different.insert(PartOf(text, part).toString());
+                return trade;
             });
-            if (trades < 3 || trades * 5 < std::ssize(column.Nodes) * 3)
+            // A quarter that all share can sound like a trade.
+            const double score = static_cast<double>(trades) + (different.size() > 1 ? 0.5 : 0);
+            if (trades < 3 || trades * 5 < std::ssize(column.Nodes) * 3 || score <= best)
                 continue;
+            best = score;
             category_ = static_cast<int>(i);
             part_ = part;
             categoryWhy_ = u"part of a text that names trades"_s;
@@ -141,6 +151,7 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         int ranged = 0;
         int sentences = 0;
         int houses = 0;
+        int mixed = 0; // trades and other things parted by marks
         bool onLinks = false;
         qsizetype wordsOfOne = 0;
         for (size_t record = 0; record < column.Nodes.size(); ++record) {
@@ -160,10 +171,13 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             ranged += !TradeBesideRange(text).isEmpty();
             sentences += text.endsWith(u'.') && words.count(u' ') > 0;
             houses += text.contains(u'/') || text.contains(u',') || IsPartOfHouse(text) || HasStreetWord(text);
-            kinds += NamesBusinesses(words) || IsTrade(text);
+            const bool trade = IsTrade(text);
+            kinds += NamesBusinesses(words) || trade;
+            mixed += !PartOf(page_.Lines.TextOf(page_.Lines.Pieces[piece]), 1).isEmpty() &&
+                     (!trade || IsAmong(text.back(), u"$\u20AC\u00A3"));
             ofSubject += words.size() >= 4 && subject.contains(words);
         }
-        if (places * 2 > seen || ranged * 2 > seen || (!says && sentences * 2 > seen))
+        if (places * 2 > seen || ranged * 2 > seen || (!says && (sentences * 2 > seen || mixed * 2 > seen)))
             continue;
         if (labels * 2 > seen && !Has(column.Own, Hint::Category))
             continue;
@@ -262,7 +276,8 @@ QString RecordPlaces::ListText(NodeIndex node) const {
         const QStringView part = page_.Lines.TextOf(piece);
         if (text.isEmpty() && Has(HintsOfLabel(part), Hint::Category))
             continue;
-        if (!text.isEmpty() && HasDigit(part) && HasPrice(part)) // "Italian <span>12-30 €</span>"
+        // "Italian <span>12-30 €</span>", "Dentists <a>Map</a>"
+        if (!text.isEmpty() && ((HasDigit(part) && HasPrice(part)) || IsButtonText(BareView(part).View())))
             break;
         if (!text.isEmpty()) {
             const NodeIndex element = page_.Page.Parent(piece.Node);

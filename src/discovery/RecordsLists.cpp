@@ -121,6 +121,11 @@ private:
             const quint64 own = withClasses ? signatures_.Of(node) : signatures_.Plain(node);
             const quint64 above = node == body ? 1 : path[static_cast<size_t>(page.Parent(node))];
             const quint64 key = Mixed(above, own);
+            // Bold print that nobody ended goes on around what follows.
+            if (HoldsBlocks(node)) {
+                path[static_cast<size_t>(node)] = above;
+                continue;
+            }
             // The last row of a table of cards may have fewer of them.
             path[static_cast<size_t>(node)] = page.Is(node, u"tr") ? Mixed(above, HasHeadCell(node) ? 1 : 0) : key;
             if (node == body || IsBare(page_, node))
@@ -133,6 +138,19 @@ private:
         for (const std::vector<NodeIndex>& group : groups)
             if (group.size() >= 2)
                 AddGroup(group, withClasses ? 1.0 : 0.9);
+    }
+
+    // Whether an element of print holds elements that begin lines of their own.
+    bool HoldsBlocks(NodeIndex node) const {
+        const PageTree& page = page_.Page;
+        const QStringView name = page.Name(node);
+        const bool print = name == u"b" || name == u"i" || name == u"strong" || name == u"em" || name == u"font" ||
+                           name == u"u" || name == u"small" || name == u"big";
+        for (NodeIndex child = print ? page.FirstChild(node) : noNode; child != noNode; child = page.NextSibling(child))
+            for (const QStringView block : {u"div", u"table", u"p", u"ul", u"li", u"dl", u"article", u"section"})
+                if (page.Is(child, block))
+                    return true;
+        return false;
     }
 
     bool HasHeadCell(NodeIndex row) const {

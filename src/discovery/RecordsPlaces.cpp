@@ -27,6 +27,12 @@ bool IsNumberedName(QStringView text) {
     return HasDigit(text) && std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLetter(); }) >= 3;
 }
 
+// "Main St & Elm Ave"
+bool IsCorner(QStringView text) {
+    const qsizetype mark = text.indexOf(u" & ");
+    return mark > 0 && HasStreetWord(text.first(mark)) && HasStreetWord(text.sliced(mark + 3));
+}
+
 bool IsPartingMark(QStringView text) {
     const QStringView mark = text.trimmed();
     return mark.size() == 1 && QStringView(u"\u00B7\u2022\u22C5|").contains(mark.front());
@@ -273,7 +279,8 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
         group.End = i + 1;
         group.PostalCode =
             group.PostalCode || segment.PostalCode || Has(segment.Hints | segment.Label, Hint::PostalCode);
-        group.Street = group.Street || segment.Street || Has(segment.Hints | segment.Label, Hint::Street);
+        group.Street = group.Street || segment.Street || IsCorner(ValueOf(segment)) ||
+                       Has(segment.Hints | segment.Label, Hint::Street);
     }
     const auto may = [&](size_t i, size_t neighbour, int levels = 2) {
         const Segment& segment = segments[i];
@@ -320,6 +327,11 @@ void RecordPlaces::ReadAddress(size_t record, NodeIndex name, Lead& lead,
                 break;
             ++group.End;
         }
+        // "3074 Muri/BE"
+        if (group.PostalCode && group.End < segments.size() &&
+            segments[group.End].Line == segments[group.End - 1].Line && ValueOf(segments[group.End]).size() <= 3 &&
+            IsStateOf(page_.Region, ValueOf(segments[group.End])))
+            ++group.End;
         // An address that names its parts has none without a name at its end: that is something else in its element.
         const auto named = [&](size_t i) { return ((segments[i].Hints | segments[i].Label) & partHints) != 0; };
         const auto parts = std::count_if(segments.begin() + static_cast<std::ptrdiff_t>(group.Begin),

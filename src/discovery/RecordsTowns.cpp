@@ -72,7 +72,7 @@ bool RecordPlaces::IsTownWithRegion(QStringView text) const {
     };
     const qsizetype open = text.lastIndexOf(u'(');
     if (text.endsWith(u')') && open > 2)
-        return isState( text.sliced(open + 1, text.size() - open - 2).trimmed());
+        return isState(text.sliced(open + 1, text.size() - open - 2).trimmed());
     const qsizetype comma = text.lastIndexOf(u',');
     return comma > 1 && text.first(comma).count(u',') == 0 && isState(text.sliced(comma + 1).trimmed());
 }

@@ -38,6 +38,7 @@ TEST(SplitAddress, WhatSoundsLikeAStreetOrACode) {
         {u"US", u"Cedar Park, TX", u"|Cedar Park|TX||"},
         {u"US", u"St. Louis Park, MN 55426", u"|St. Louis Park|MN|55426|"},
         {u"US", u"12 Elm St, Oak Park, IL 60302", u"12 Elm St|Oak Park|IL|60302|"},
+        {u"AU", u"Shop 2, 2530 Chapel Street, St Kilda", u"Shop 2, 2530 Chapel Street|St Kilda|||"},
         {u"AU", u"PO Box 5801, Fitzroy", u"PO Box 5801|Fitzroy|||"},
         {u"", u"Singel 303-309, Amsterdam", u"Singel 303-309|Amsterdam|||"},
         {u"", u"24 Old Mill Road (at Elm St), Gresham, OR", u"24 Old Mill Road (at Elm St)|Gresham|OR||"},

@@ -77,6 +77,13 @@ INSTANTIATE_TEST_SUITE_P(
              u"<section><a href='/b/{i}'><span class=rank>{i}</span>House {c}</a>"_s + line + call, Field::BusinessName,
              u"House D"_s},
         Rule{"TradeAmongParts", head + u"<p>Downtown | {t} | $$</p>"_s, Field::Category, u"Italian"_s},
+        Rule{"TradeAmongPartsOfWhichOneSoundsLikeOne", head + u"<p>Left Bank | {t} | <i>$$</i></p>"_s, Field::Category,
+             u"Italian"_s},
+        Rule{"TradeBeforeButtons", head + line + u"<p class=type>{t} <a href='/m/{i}'>Map</a></p>"_s, Field::Category,
+             u"Italian"_s},
+        Rule{"CornerBehindAQuarter",
+             head + u"<p class=district>East End</p><address>Main St & Elm Ave<br>Austin, TX 78703</address>"_s + call,
+             Field::FullAddress, u"Main St & Elm Ave, Austin, TX 78703"_s},
         Rule{"TradeBeforeAPrice", head + u"<p class=cuisine>{t} <i>12-30 €</i></p>"_s + line, Field::Category,
              u"Italian"_s},
         Rule{"TradeBehindIn", head + u"<p class=categories>in <a href='/c'>{t}</a></p>"_s + line, Field::Category,
@@ -135,6 +142,16 @@ TEST(Guides, AFormBetweenTheEntriesIsNone) {
     ASSERT_FALSE(records.empty());
     for (const PageRecord& record : records)
         EXPECT_TRUE(record.Fields.Name.startsWith(u"House"_s)) << record.Fields.Name.toStdString();
+}
+
+TEST(Guides, BoldPrintThatNobodyEnded) {
+    const QString entry =
+        u"<div class=e><h3><a href='/b/{i}'>House {c}</a></h3><p class=cuisine>Italian</p><p>Austin, TX</p></div>"_s;
+    const QString broken =
+        u"<div class=e><h3><a href='/b/x'>House Y</a></h3><p class=cuisine>Italian</p><p><strong><em>Austin, "
+        u"TX</p></div>"
+        u"<div class=e><h3><a href='/b/y'>House Z</a></h3><p class=cuisine>Italian</p><p>Austin, TX</p></div>"_s;
+    EXPECT_EQ(Read(Entries(entry, 7) + broken, u"Restaurants in Austin, TX"_s).size(), 9U);
 }
 
 TEST(Guides, NamesStandInElementsThatLookAlike) {
