@@ -29,7 +29,7 @@ void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
     const QString category = besideRange_ ? TradeBesideRange(columns_.TextOf(node)).toString()
                              : part_ >= 0 ? PartOf(columns_.ViewOf(node), part_).toString()
                                           : ListText(node) + FurtherTrades(node, columns_.List.Records[record]);
-    if (category == lead.Name || category.contains(u'@') || HintsOfLabel(category) != 0 ||
+    if (category == lead.Name || category.contains(u'@') || category.contains(u"(at)") || HintsOfLabel(category) != 0 ||
         !DigitsOfPhone(category).isEmpty() || LabelAtBegin(category).Hints != 0 || IsHours(category))
         return;
     lead.Category = category;
@@ -166,7 +166,9 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
                       (!text.isEmpty() && leads[record].FullAddress.contains(text));
             labels += HintsOfLabel(text) != 0;
             const auto piece = static_cast<size_t>(page_.Lines.PieceFrom(node));
-            onLinks = onLinks || page_.LinkAt(page_.Page.Parent(page_.Lines.Pieces[piece].Node)) != nullptr;
+            NodeIndex around = page_.Page.Parent(page_.Lines.Pieces[piece].Node);
+            for (int level = 0; level < 3 && around != noNode && !onLinks; ++level, around = page_.Page.Parent(around))
+                onLinks = page_.LinkAt(around) != nullptr;
             wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
             ranged += !TradeBesideRange(text).isEmpty();
             sentences += text.endsWith(u'.') && words.count(u' ') > 0;

@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qsizetype longestDescribed = 100; // characters of an address within a description
+
 constexpr HintSet partHints = Hint::Street | Hint::City | Hint::State | Hint::PostalCode | Hint::Country;
 
 // Countries whose addresses may begin with the town.
@@ -39,6 +41,19 @@ bool IsPartingMark(QStringView text) {
 }
 
 } // namespace
+
+RecordPlaces::RecordPlaces(const RecordColumns& columns)
+    : columns_(columns), page_(columns.Page), hasMeta_(page_.Page.NameIdOf(u"meta") >= 0) {
+    const auto described = [this](const RecordLine& line) {
+        return Has(line.Around, Hint::Description) && page_.IsAddressLine[static_cast<size_t>(line.Line)] &&
+               columns_.TextOf(line).size() <= longestDescribed;
+    };
+    const auto records =
+        std::count_if(columns.Lines.begin(), columns.Lines.end(), [&](const std::vector<RecordLine>& lines) {
+            return std::any_of(lines.begin(), lines.end(), described);
+        });
+    inDescriptions_ = records * 2 >= std::ssize(columns.Lines);
+}
 
 bool RecordPlaces::Segment::Strong() const {
     constexpr HintSet strong = Hint::Street | Hint::PostalCode;
@@ -72,7 +87,10 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
         for (int i = line.FirstPiece; i < line.EndPiece; ++i) {
             const TextPiece& piece = page_.Lines.Pieces[static_cast<size_t>(i)];
             HintSet hints = 0;
-            NodeIndex at = page.Parent(piece.Node);
+            // "B-<i class=zip>9000</i>" is all of it the code.
+            const QStringView own = page_.Lines.TextOf(piece);
+            const bool prefix = own.size() <= 3 && own.endsWith(u'-') && own.front().isUpper() && i + 1 < line.EndPiece;
+            NodeIndex at = page.Parent(prefix ? page_.Lines.Pieces[static_cast<size_t>(i) + 1].Node : piece.Node);
             for (int level = 0; level < 3 && at >= range.Begin; ++level, at = page.Parent(at)) {
                 if (at == range.Begin && !columns_.List.Flat)
                     break;
@@ -120,7 +138,11 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             // "IL" is a label in Turkish, and a state.
             const bool state = Has(segment.Hints, Hint::State) && IsStateOf(page_.Region, value);
             segment.IsLabel = value.isEmpty() || (HintsOfLabel(value) != 0 && !state);
-            const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0;
+            // What calls itself a description may be all that is said of a place.
+            const bool described = inDescriptions_ &&
+                                   (segment.Hints & otherHints) == static_cast<HintSet>(Hint::Description) &&
+                                   value.size() <= (digit ? longestDescribed : 40);
+            const bool other = (segment.Hints & otherHints) != 0 && (segment.Hints & placeHints) == 0 && !described;
             const bool otherLabel = (segment.Label & otherHints) != 0 && (segment.Label & placeHints) == 0;
             segment.Excluded = inName || segment.IsLabel || other || otherLabel || value.size() > 220 ||
                                value.contains(u'@') || (value.size() <= 40 && IsButtonText(value)) ||
@@ -133,7 +155,7 @@ std::vector<RecordPlaces::Segment> RecordPlaces::SegmentsOf(size_t record, NodeI
             segment.PostalCode = signs.PostalCode;
             segment.Street = signs.Street;
             // "Opens at 9:00"
-            segment.Excluded = !signs.PostalCode && !signs.Street && TimesIn(value) > 0;
+            segment.Excluded = !signs.PostalCode && !signs.Street && (TimesIn(value) > 0 || described);
         }
     }
     return segments;

@@ -11,8 +11,7 @@ namespace Brindle {
 /// Where the businesses of a list's records are, and their trades.
 class RecordPlaces {
 public:
-    explicit RecordPlaces(const RecordColumns& columns)
-        : columns_(columns), page_(columns.Page), hasMeta_(page_.Page.NameIdOf(u"meta") >= 0) {}
+    explicit RecordPlaces(const RecordColumns& columns);
 
     /// Fills the address of one record; `nodes` gets the element that it was taken from.
     void ReadAddress(size_t record, NodeIndex name, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
@@ -100,8 +99,9 @@ private:
 
     const RecordColumns& columns_;
     const PageAnnotations& page_;
-    bool hasMeta_;  // some value may stand in the page for machines only
-    int town_ = -1; // of the columns
+    bool inDescriptions_ = false; // most records have their address in what calls itself a description
+    bool hasMeta_;                // some value may stand in the page for machines only
+    int town_ = -1;               // of the columns
     int category_ = -1;
     std::vector<size_t> categoryElsewhere_; // columns of records that have none in that one
     bool besideRange_ = false;              // the category is a part of its column's texts

@@ -58,7 +58,20 @@ void RecordPlaces::LeaveOutOtherElements(Segment& segment, QStringView name) con
     while (first < last && parentOf(last) != parentOf(last - 1)) {
         const TextPiece& piece = pieces[static_cast<size_t>(last)];
         const QStringView text = page_.Lines.TextOf(piece);
-        if (!IsMarksOnly(text) && !IsDistance(text) && TimesIn(text) == 0)
+        // "12 Main St <a href=tel:…>Show number</a>"
+        const auto linkOf = [&](int of) {
+            NodeIndex at = parentOf(of);
+            for (int level = 0; level < 3 && at != noNode; ++level, at = page_.Page.Parent(at))
+                if (page_.Page.Is(at, u"a") || page_.Page.Is(at, u"button"))
+                    return at;
+            return noNode;
+        };
+        const NodeIndex link = HasDigit(text) ? noNode : linkOf(last);
+        const PageLink* const known = link == noNode ? nullptr : page_.LinkAt(link);
+        const bool control = link != noNode && link != linkOf(first) &&
+                             (page_.Page.Is(link, u"button") ||
+                              (known && (known->Kind == LinkKind::Phone || known->Kind == LinkKind::Mail)));
+        if (!IsMarksOnly(text) && !IsDistance(text) && TimesIn(text) == 0 && !control)
             break;
         --last;
         segment.End =
@@ -71,6 +84,12 @@ void RecordPlaces::LeaveOutOtherElements(Segment& segment, QStringView name) con
 bool RecordPlaces::IsAside(QStringView text) {
     if (IsDistance(text))
         return true;
+    // "825 則評論"
+    if (text.size() <= 14 && text.front().isDigit())
+        for (const QStringView count :
+             {u"評論", u"评价", u"评论", u"点评", u"口コミ", u"리뷰", u"후기", u"รีวิว", u"ביקורות", u"تقييم"})
+            if (text.endsWith(count))
+                return true;
     const BareView bare(text);
     const QStringView words = bare.View();
     qsizetype at = 0;

@@ -69,6 +69,10 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{"AnOpenSignBeforeAndATimeBehind",
              u"<p>Jetzt geöffnet</p><p>Ringweg {i}, 50667 Köln</p><p>Schließt um 18:30</p>"_s + call,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"WithinADescription", u"<div class=blurb_description><p>Ringweg {i}<br>50667 Köln</p></div>"_s + call,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
+        Rule{"AButtonBehindTheTown", u"<p>Ringweg {i}, 50667 Köln <a href='tel:+4922155512{i}'>Jetzt anrufen</a></p>"_s,
+             Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
         Rule{"LinesByStyleAlone",
              u"<p><span>Elektriker</span><span>Ringweg {i}, 50667 Köln</span><span>1,2 km</span></p>"_s + call,
              Field::FullAddress, u"Ringweg {i}, 50667 Köln"_s},
@@ -323,42 +327,6 @@ TEST(Rules, FewBusinessesNeedAPageAboutThem) {
     EXPECT_EQ(Read(entry, u"Willkommen"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Kontakt"_s, 2).size(), 0U);
     EXPECT_EQ(Read(entry, u"Elektro Müller: Standorte"_s, 3).size(), 0U);
-}
-
-TEST(Rules, WhatComesAgainAndAgainBehindTheNamesIsATrade) {
-    const auto thirdOf = [](const QStringList& texts) {
-        QString list;
-        for (int i = 1; i <= 9; ++i)
-            list += u"<section><h3><a href='/b/%1'>Haus %2</a></h3><h4>%3</h4><p>Ringweg %1, 50667 Köln</p></section>"_s
-                        .arg(QString::number(i), QChar(u'A' + i), texts[i % 3]);
-        const PageTree page(u"<!DOCTYPE html><html lang=de><title>Firmen in Köln</title><body><h1>Firmen</h1>"_s +
-                            list);
-        const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
-        return records.size() == 9 ? records[2].Fields.Category : u"not read"_s;
-    };
-    EXPECT_EQ(thirdOf({u"Zwirnerei"_s, u"Färberei"_s, u"Weberei"_s}), u"Zwirnerei"_s);
-    EXPECT_EQ(thirdOf({u"Erdgeschoss, Hof"_s, u"Haus 2/3"_s, u"c/o Meier"_s}), QString());
-    EXPECT_EQ(thirdOf({u"Geschlossen"_s, u"Geöffnet"_s, u"Jetzt geöffnet"_s}), QString());
-}
-
-TEST(Rules, AnAddressStandsWhereTheOthersHaveTheirs) {
-    QString list;
-    for (int i = 1; i <= 6; ++i)
-        list +=
-            u"<section><h3><a href='/b/%1'>Haus %2</a></h3><p>%3, Köln</p><p>Tel. 0221 55512%1</p></section>"_s.arg(i)
-                .arg(QChar(u'A' + i))
-                .arg(i == 3 ? u"Im Alten Hof"_s : u"Ringweg %1"_s.arg(i));
-    const PageTree page(u"<!DOCTYPE html><html lang=de><title>Elektriker in Köln</title><body><h1>Elektriker</h1>"_s +
-                        list);
-    const auto records = ReadAnyPage(page, site + u"/x"_s).Records;
-    ASSERT_EQ(records.size(), 6U);
-    EXPECT_EQ(records[2].Fields.FullAddress, u"Im Alten Hof, Köln"_s);
-}
-
-TEST(Rules, ARoleMakesAHeading) {
-    const QString entry = u"<section><div role=heading aria-level=3>Haus {c}</div>"_s + place + call +
-                          u"<a href='/b/{i}'>Details</a></section>"_s;
-    EXPECT_EQ(Read(entry, u"Willkommen"_s, 3).size(), 3U);
 }
 
 TEST(Rules, TheColumnsOfAPageAreNoRecords) {
