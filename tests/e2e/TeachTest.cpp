@@ -59,10 +59,11 @@ TEST(Teach, WhatCannotBeTaughtEndsWithOneLine) {
         QString Example;
         int Status;
         QByteArray Err;
-    } cases[] = {{u"Business Name=Ann"_s, 1, "brindle-cli: Business Name=Ann: not found on the page\n"},
-                 {u"Business Name=Joe"_s, 1, "brindle-cli: nothing on the page holds for more than one record\n"},
-                 {u"Name=Joe"_s, 2, ""},
-                 {u"Business Name="_s, 2, ""}};
+    } cases[] = {
+        {u"Business Name=Ann"_s, 1, "brindle-cli: Business Name=Ann: not found on the page\n"},
+        {u"Business Name=Joe"_s, 1, "brindle-cli: Business Name=Joe: nothing else on the page is made like it\n"},
+        {u"Name=Joe"_s, 2, ""},
+        {u"Business Name="_s, 2, ""}};
     for (const auto& row : cases) {
         const QString recipe = folder.filePath(u"r.toml"_s);
         const Outcome outcome = RunCli({u"teach"_s, u"--url"_s, u"https://dir.example/"_s, u"--example"_s, row.Example,
