@@ -62,7 +62,7 @@ void AddressRows::Add(const std::vector<Part>& parts, const RecordSet& set, Reci
     for (const Part& part : parts) {
         if (full && Gives(*full, *part.Example, set))
             takenApart = true;
-        else if (part.Row)
+        else if (part.Row && IsSteady(*part.Row, set))
             others.push_back(*part.Row);
         else
             throw Failure(u"%1=%2: stands in one text with other things, and nothing takes it out of there"_s.arg(
@@ -76,6 +76,18 @@ void AddressRows::Add(const std::vector<Part>& parts, const RecordSet& set, Reci
     });
     for (RecipeField& field : recipe.Fields)
         field.SplitAddress = field.Column == Field::FullAddress && (takenApart || !hasParts);
+}
+
+// Whether a part that is known by the commas before it stands behind as many of them everywhere.
+bool AddressRows::IsSteady(const RecipeField& row, const RecordSet& set) {
+    if (!row.Pattern.startsWith(u"^(?:[^,]*,)"))
+        return true;
+    const RecipeField whole{.Column = Field::FullAddress, .Selector = row.Selector, .Attribute = row.Attribute};
+    const auto commas = [&](RecordSpan record) { return in_.Trial.Read(whole, record).count(u','); };
+    const qsizetype own = commas(set.OfBusiness.front());
+    return std::all_of(set.Members.begin(), set.Members.end(), [&](RecordSpan record) {
+        return in_.Trial.Read(whole, record).isEmpty() || commas(record) == own;
+    });
 }
 
 // Whether the address, taken apart, gives what is said of the part, of all businesses of which it is said.

@@ -25,6 +25,7 @@ public:
     void Add(const std::vector<Part>& parts, const RecordSet& set, Recipe& recipe);
 
 private:
+    bool IsSteady(const RecipeField& row, const RecordSet& set);
     bool Gives(const RecipeField& full, const FoundExample& part, const RecordSet& set);
     bool HoldsOthers(const QString& text, int business) const;
     std::optional<RecipeField> RowAround(const std::vector<Part>& parts, const RecordSet& set);

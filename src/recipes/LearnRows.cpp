@@ -185,6 +185,8 @@ double RowFinder::NamesIn(const RecipeField& row, const FoundExample& example, c
 
 // Where businesses are made in different ways, a row for each.
 std::optional<RecipeField> RowFinder::RowOfBoth(const FoundExample& example, const RecordSet& set) {
+    std::optional<RecipeField> best;
+    double bestShare = -1;
     for (const FoundExample& other : in_.Examples) {
         if (&other == &example || other.What.Column != example.What.Column)
             continue;
@@ -198,11 +200,15 @@ std::optional<RecipeField> RowFinder::RowOfBoth(const FoundExample& example, con
                 row.Selector += u", " + two.Row.Selector;
                 const bool alike = one.Row.Attribute == two.Row.Attribute && one.Row.Pattern == two.Row.Pattern;
                 const QString own = in_.Trial.Read(row, set.OfBusiness[static_cast<size_t>(example.What.Business)]);
-                if (alike && IsExample(row.Column, own, example.Text) && HoldsForOthers(row, example, set))
-                    return row;
+                if (alike && IsExample(row.Column, own, example.Text) && HoldsForOthers(row, example, set)) {
+                    if (const double share = in_.Trial.FillOf(row, set.Members).Share; share > bestShare) {
+                        bestShare = share;
+                        best = row;
+                    }
+                }
             }
     }
-    return {};
+    return best;
 }
 
 // Whether a row gives what is said of the column in the other businesses too.

@@ -1,6 +1,7 @@
 #include "recipes/RecipeTrial.h"
 
 #include "discovery/Labels.h"
+#include "discovery/StructuredLinks.h"
 #include "recipes/RecipePattern.h"
 
 #include <QSet>
@@ -112,7 +113,8 @@ RecipeTrial::Fill RecipeTrial::FillOf(const RecipeField& row, const std::vector<
         if (fill.Sample.isEmpty())
             fill.Sample = value;
         // What cannot be right is worse than nothing.
-        good += IsOfKind(row.Column, value) ? 1 : -1;
+        const bool isOwnPage = row.Column == Field::Website && IsSameSite(value, source_.Base);
+        good += IsOfKind(row.Column, value) && !isOwnPage ? 1 : -1;
         different.insert(value);
     }
     if (tried > 0)
