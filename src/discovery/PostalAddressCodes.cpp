@@ -63,6 +63,11 @@ bool MayBegin(QStringView text, qsizetype at) {
     if (at == 0)
         return true;
     const QChar before = text[at - 1];
+    // "(778) 420-7516"
+    const qsizetype bracket = before == u' ' ? at - 2 : at - 1;
+    if (bracket > 3 && text[bracket] == u')' && text[bracket - 1].isDigit() && text[bracket - 3].isDigit() &&
+        text[at].isDigit())
+        return false;
     return (!before.isLetterOrNumber() || IsEastern(before)) && !Joins(before);
 }
 

@@ -88,7 +88,7 @@ private:
     void ChooseTradeAmongParts();
     bool ReadLabelledCategory(size_t record, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
     void FindCategoryElsewhere();
-    static qsizetype CommaBeforeCountry(QStringView text);
+    qsizetype CommaBeforeCountry(QStringView text) const;
     bool IsTownWithRegion(QStringView text) const;
     void FillFromPlace(const RecordNames& names, std::vector<Lead>& leads,
                        std::vector<std::array<NodeIndex, FieldCount>>& nodes) const;

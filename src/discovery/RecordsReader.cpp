@@ -54,6 +54,8 @@ struct Shares {
     double Street = 0;
     double Jobs = 0;
     double Trades = 0; ///< a category that names a kind of business
+    double Pictures = 0;
+    double Length = 0; ///< of the names, on the average
     double Kinds = 0;  ///< a category that is a trade and nothing else
     double Questions = 0;
     double Towns = 0;  ///< named as the town of their own address
@@ -242,6 +244,8 @@ private:
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
             shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareView(lead.Category).View());
+            shares.Pictures += HasPicture(record);
+            shares.Length += static_cast<double>(lead.Name.size());
             shares.Kinds += !lead.Category.isEmpty() && IsTrade(lead.Category);
             shares.House += !lead.Email.isEmpty() &&
                             (lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site));
@@ -260,14 +264,22 @@ private:
                 hints[bit] += (here >> bit & 1U) != 0;
         }
         for (double* const share :
-             {&shares.Phone, &shares.Address, &shares.Place, &shares.Website, &shares.Mail, &shares.Map,
-              &shares.Category, &shares.Details, &shares.Rating, &shares.Price, &shares.Date, &shares.Street,
-              &shares.Jobs, &shares.Trades, &shares.Kinds, &shares.House, &shares.Questions, &shares.Towns})
+             {&shares.Phone,    &shares.Address,  &shares.Place,   &shares.Website,   &shares.Mail,
+              &shares.Map,      &shares.Category, &shares.Details, &shares.Rating,    &shares.Price,
+              &shares.Date,     &shares.Street,   &shares.Jobs,    &shares.Trades,    &shares.Kinds,
+              &shares.Pictures, &shares.Length,   &shares.House,   &shares.Questions, &shares.Towns})
             *share /= count;
         for (size_t bit = 0; bit < hints.size(); ++bit)
             if (hints[bit] * 2 >= static_cast<int>(count))
                 shares.Often |= 1U << bit;
         return shares;
+    }
+
+    bool HasPicture(const PageRecord& record) const {
+        for (NodeIndex node = record.Begin; node < record.End && node < record.Begin + 60; ++node)
+            if (page_.Page.Is(node, u"img"))
+                return true;
+        return false;
     }
 
     // "Boston" above "12 Main St" and "Boston, MA 02110".
@@ -484,10 +496,20 @@ private:
                              shares.Map + (often(Hint::Business) ? 1 : 0);
         if (shares.Details < 0.7 || names_.DistinctDetails() < 0.7)
             return no(u"its records have neither phones, nor addresses, nor pages of their own"_s);
-        if (signs < 1.5)
+        // A guide's entries have a picture and a text, their names are shorter than headlines.
+        const bool guide = directory && count >= 8 && shares.Pictures >= 0.7 && shares.Length <= 28 &&
+                           shares.Details >= 0.9 && names_.DistinctDetails() >= 0.9 && !often(Hint::Article) &&
+                           names_.Score() >= 2.5;
+        if (signs < 1.5 && !guide)
             return no(u"names and links, without towns, trades or ratings"_s);
         reading_.Sure = true;
         reading_.Verdict = u"names, places or trades, and the page is about businesses"_s;
+        // Where the links are all there is, a heading without one is no entry.
+        if (shares.Details >= 0.9)
+            std::erase_if(reading_.Records, [](const PageRecord& record) {
+                return record.Fields.DetailsLink.isEmpty() && record.Fields.FullAddress.isEmpty() &&
+                       record.Fields.City.isEmpty() && record.Fields.Category.isEmpty();
+            });
     }
 
     const PageAnnotations& page_;

@@ -129,7 +129,8 @@ void RecordPlaces::LeaveOutTradeAndDistance(Segment& segment) const {
         const QStringView all = ValueOf(segment);
         for (qsizetype at = all.indexOf(mark); at > 0; at = ValueOf(segment).indexOf(mark)) {
             const QStringView part = ValueOf(segment).first(at);
-            const bool trade = !HasDigit(part) && !HasStreetWord(part) && NamesBusinesses(BareView(part).View());
+            const bool trade =
+                !HasDigit(part) && (IsTrade(part) || (!HasStreetWord(part) && NamesBusinesses(BareView(part).View())));
             if (!trade && !IsDistance(part))
                 break;
             if (trade)

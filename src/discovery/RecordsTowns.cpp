@@ -54,9 +54,12 @@ void RecordPlaces::ReadDataAttributes(const RecordRange& range, Lead& lead,
 }
 
 // "Savannah, United States": where the comma stands; -1 for other texts.
-qsizetype RecordPlaces::CommaBeforeCountry(QStringView text) {
+qsizetype RecordPlaces::CommaBeforeCountry(QStringView text) const {
     const qsizetype comma = text.lastIndexOf(u',');
     const bool two = comma > 1 && text.first(comma).count(u',') == 0 && !HasDigit(text);
+    // "San Diego, CA" lies in no country of that code.
+    if (two && (page_.Region.isEmpty() || page_.Region == u"US") && IsStateOf(u"US", text.sliced(comma + 1).trimmed()))
+        return -1;
     return two && !RegionOfCountryName(text.sliced(comma + 1).trimmed()).isEmpty() ? comma : -1;
 }
 
@@ -116,6 +119,11 @@ void RecordPlaces::ReadTown(size_t record, NodeIndex name, Lead& lead, std::arra
     if (const qsizetype comma = CommaBeforeCountry(lead.FullAddress); comma > 0) {
         lead.City = lead.FullAddress.first(comma).trimmed();
         lead.Country = lead.FullAddress.sliced(comma + 1).trimmed();
+        return;
+    }
+    if (lead.FullAddress.contains(u',') && IsTownWithRegion(lead.FullAddress)) {
+        lead.City = lead.FullAddress.section(u',', 0, 0).trimmed();
+        lead.State = lead.FullAddress.section(u',', 1).trimmed();
         return;
     }
     AddressParts parts = SplitAddress(lead.FullAddress, page_.Country);

@@ -59,7 +59,7 @@ constexpr QStringView trades =
     u"italienisch|italienische küche|französisch|griechisch|spanisch|türkisch|chinesisch|japanisch|thailändisch|"
     u"asiatisch|indisch|mexikanisch|amerikanisch|mediterran|international|vegetarisch|fisch|wirtshaus|biergarten|"
     u"imbiss|"
-    u"eiscafé|pizzeria|weinstube|ferienwohnung|ferienwohnungen|"
+    u"eiscafé|café|pizzeria|weinstube|ferienwohnung|ferienwohnungen|"
     u"elektrotechnik|elektrogeräte|haustechnik|heizung|heizungsbau|arbeitsrecht|familienrecht|mietrecht|strafrecht|"
     u"verkehrsrecht|erbrecht|steuerrecht|sozialrecht|allgemeinmedizin|orthopädie|innere medizin|frauenheilkunde|"
     u"hautarzt|kinderarzt|hno-arzt|gartenbau|glaserei|fliesenleger|blumen|bücher|schmuck|"

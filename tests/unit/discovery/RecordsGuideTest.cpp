@@ -84,6 +84,8 @@ INSTANTIATE_TEST_SUITE_P(
         Rule{"CornerBehindAQuarter",
              head + u"<p class=district>East End</p><address>Main St & Elm Ave<br>Austin, TX 78703</address>"_s + call,
              Field::FullAddress, u"Main St & Elm Ave, Austin, TX 78703"_s},
+        Rule{"TradeBeforeTheStreetWithoutItsCode", head + u"<p>{t} | {i}1 Main St | Austin</p>"_s + call,
+             Field::FullAddress, u"31 Main St | Austin"_s},
         Rule{"TradeBeforeAPrice", head + u"<p class=cuisine>{t} <i>12-30 €</i></p>"_s + line, Field::Category,
              u"Italian"_s},
         Rule{"TradeBehindIn", head + u"<p class=categories>in <a href='/c'>{t}</a></p>"_s + line, Field::Category,
@@ -142,6 +144,27 @@ TEST(Guides, AFormBetweenTheEntriesIsNone) {
     ASSERT_FALSE(records.empty());
     for (const PageRecord& record : records)
         EXPECT_TRUE(record.Fields.Name.startsWith(u"House"_s)) << record.Fields.Name.toStdString();
+}
+
+TEST(Guides, NamesPicturesAndTexts) {
+    const QString entry =
+        u"<div class=e><a href='/b/{i}'><img src='/{i}.jpg'></a><h3><a href='/b/{i}'>House {c}</a></h3>"
+        u"<p>A quiet place that the people of the town like. <a href='/b/{i}'>More</a></p></div>"_s;
+    EXPECT_EQ(Read(Entries(entry, 9), u"Restaurants in Austin"_s).size(), 9U);
+    EXPECT_EQ(Read(Entries(entry, 15) + u"<div class=e><h3>Popular towns</h3><p>Salem</p></div>"_s,
+                   u"Restaurants in Austin"_s)
+                  .size(),
+              15U);
+    EXPECT_EQ(Read(Entries(entry, 9), u"Restaurants: the blog"_s).size(), 0U);
+    EXPECT_EQ(Read(Entries(entry, 9), u"My days"_s).size(), 0U);
+}
+
+TEST(Guides, TownsBeforeCodesOfStates) {
+    const QString entry = u"<div class=e><h3><a href='/b/{i}'>House {c}</a></h3><p>St. Louis Park, CA</p></div>"_s;
+    const auto records = Read(Entries(entry, 9), u"Restaurants"_s);
+    ASSERT_EQ(records.size(), 9U);
+    EXPECT_EQ(records[1].Fields.City, u"St. Louis Park"_s);
+    EXPECT_EQ(records[1].Fields.State, u"CA"_s);
 }
 
 TEST(Guides, BoldPrintThatNobodyEnded) {
