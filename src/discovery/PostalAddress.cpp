@@ -508,9 +508,10 @@ private:
     }
 
     static QStringView WithoutTownMark(QStringView city) {
-        for (const QStringView mark :
-             {u"г. ", u"г.", u"гр. ", u"гр.", u"м. ", u"м.", u"город ", u"місто ", u"TP. ", u"TP "})
-            if (city.startsWith(mark))
+        static constexpr std::array<QStringView, 10> marks{u"г. ", u"г.",     u"гр. ",   u"гр.",  u"м. ",
+                                                           u"м.",  u"город ", u"місто ", u"TP. ", u"TP "};
+        for (const QStringView mark : marks)
+            if (!city.isEmpty() && city.front() == mark.front() && city.startsWith(mark))
                 return Stripped(city.sliced(mark.size()));
         return city;
     }

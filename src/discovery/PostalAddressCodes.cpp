@@ -299,8 +299,12 @@ bool IsPlaceInStreet(QStringView text) {
     constexpr std::array<QStringView, 16> words{
         u"btwn ",     u"between ", u"bet ",         u"bet. ",   u"at ",      u"near ", u"off ",   u"corner of ",
         u"opposite ", u"opp. ",    u"across from ", u"behind ", u"next to ", u"ecke ", u"entre ", u"angle "};
-    return std::any_of(words.begin(), words.end(),
-                       [text](QStringView word) { return text.startsWith(word, Qt::CaseInsensitive); });
+    if (text.isEmpty())
+        return false;
+    const QChar first = text.front().toCaseFolded();
+    return std::any_of(words.begin(), words.end(), [text, first](QStringView word) {
+        return word.front() == first && text.startsWith(word, Qt::CaseInsensitive);
+    });
 }
 
 bool EndsInHouseNumber(QStringView text) {

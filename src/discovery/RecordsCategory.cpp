@@ -63,9 +63,12 @@ bool RecordPlaces::ReadLabelledCategory(size_t record, Lead& lead, std::array<No
 
 // One of the parts of a text with marks between them: 1 of "Downtown | Italian | $$" is "Italian".
 QStringView RecordPlaces::PartOf(QStringView text, int number) {
+    const auto parts = [](QChar c) {
+        return c == u'|' || (c.unicode() >= 0xB7 && IsAmong(c, u"\u00B7\u2022\u22C5"));
+    };
     for (qsizetype begin = 0; begin <= text.size();) {
         qsizetype end = begin;
-        while (end < text.size() && !IsAmong(text[end], u"|\u00B7\u2022\u22C5"))
+        while (end < text.size() && !parts(text[end]))
             ++end;
         if (number-- == 0)
             return text.sliced(begin, end - begin).trimmed();
@@ -80,12 +83,16 @@ void RecordPlaces::ChooseTradeAmongParts() {
         const RecordColumn& column = columns_.Columns[i];
         if (column.IsHeading || column.Length > 100 || static_cast<size_t>(column.Filled) * 5 < columns_.Count() * 3)
             continue;
+        std::vector<QStringView> parted;
+        for (const NodeIndex node : column.Nodes)
+            if (const QStringView text = node == noNode ? QStringView() : columns_.ViewOf(node);
+                !PartOf(text, 1).isEmpty())
+                parted.push_back(text);
         double best = 0;
         for (int part = 0; part < 4; ++part) {
             QSet<QString> different;
-            const auto trades = std::count_if(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
-                const QStringView text = node == noNode ? QStringView() : columns_.ViewOf(node);
-                const bool trade = !PartOf(text, 1).isEmpty() && IsTrade(PartOf(text, part));
+            const auto trades = std::count_if(parted.begin(), parted.end(), [&](QStringView text) {
+                const bool trade = IsTrade(PartOf(text, part));
                 if (trade)
                     different.insert(PartOf(text, part).toString());
                 return trade;

@@ -517,7 +517,7 @@ void RecordPlaces::ReadParts(const std::vector<Segment>& segments, const RecordR
     QString full = parted;
     if (std::any_of(full.cbegin(), full.cend(), [](QChar c) { return IsAmong(c, u"\u2022\u00B7|"); }))
         full.replace(u" \u2022 "_s, u", "_s).replace(u" \u00B7 "_s, u", "_s).replace(u" | "_s, u", "_s);
-    const AddressParts parts = SplitAddress(full, page_.Country);
+    const AddressParts parts = full == parted ? own : SplitAddress(full, page_.Country);
     const bool known = !lead.Street.isEmpty() || !lead.PostalCode.isEmpty();
     if (lead.City.isEmpty() || !parts.Street.startsWith(lead.City)) // the town has no street before it
         FillPart(lead.Street, parts.Street);

@@ -16,7 +16,10 @@ namespace {
 
 // "1,2 km", "(0.4 mi)", "300 m away"
 bool IsDistance(QStringView text) {
-    const QString words = BareWords(text);
+    const QStringView bare = WithoutEndMarks(text);
+    if (bare.isEmpty() || bare.front().isLetter())
+        return false;
+    const QString words = BareWords(bare);
     const qsizetype unit = words.lastIndexOf(u' ', words.endsWith(u" away") ? words.size() - 6 : -1) + 1;
     constexpr std::array<QStringView, 6> units{u"km", u"mi", u"m", u"miles", u"mile", u"meters"};
     const QStringView name = QStringView(words).sliced(unit).chopped(words.endsWith(u" away") ? 5 : 0);
@@ -95,11 +98,12 @@ bool RecordPlaces::IsAside(QStringView text) {
     qsizetype at = 0;
     while (at < words.size() && (words[at].isDigit() || words[at] == u',' || words[at] == u'.'))
         ++at;
-    if (at == 0 || at + 3 >= words.size() || words[at] != u' ' || words.count(u' ') > 2 || HasStreetWord(text))
+    if (at == 0 || at + 3 >= words.size() || words[at] != u' ' || words.count(u' ') > 2)
         return false;
     // A count of something is written small.
     const QStringView what = text.sliced(std::min(text.size(), text.indexOf(u' ') + 1));
-    return std::all_of(what.begin(), what.end(), [](QChar c) { return c.isLower() || c == u' '; });
+    return std::all_of(what.begin(), what.end(), [](QChar c) { return c.isLower() || c == u' '; }) &&
+           !HasStreetWord(text);
 }
 
 // "Plumber · 12 Main St, Springfield · 0.4 mi"
