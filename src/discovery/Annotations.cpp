@@ -154,9 +154,9 @@ bool IsMapAddress(const QString& host, const QString& address) {
                                              u"map.kakao.com", u"amap.com", u"maps.app.goo.gl"});
     if (host.startsWith(u"maps.") || host.startsWith(u"map.") || IsHost(host, mapHosts))
         return true;
-    const bool engine = host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
-                        host.contains(u"yahoo.") || host.contains(u"apple.");
-    return engine && address.contains(u"/map", Qt::CaseInsensitive);
+    return address.contains(u"/map", Qt::CaseInsensitive) &&
+           (host.contains(u"google.") || host.contains(u"bing.") || host.contains(u"yandex.") ||
+            host.contains(u"yahoo.") || host.contains(u"apple."));
 }
 
 NodeFacts& NodeFacts::operator+=(const NodeFacts& other) {

@@ -63,9 +63,7 @@ bool RecordPlaces::ReadLabelledCategory(size_t record, Lead& lead, std::array<No
 
 // One of the parts of a text with marks between them: 1 of "Downtown | Italian | $$" is "Italian".
 QStringView RecordPlaces::PartOf(QStringView text, int number) {
-    const auto parts = [](QChar c) {
-        return c == u'|' || (c.unicode() >= 0xB7 && IsAmong(c, u"\u00B7\u2022\u22C5"));
-    };
+    const auto parts = [](QChar c) { return c == u'|' || (c.unicode() >= 0xB7 && IsAmong(c, u"\u00B7\u2022\u22C5")); };
     for (qsizetype begin = 0; begin <= text.size();) {
         qsizetype end = begin;
         while (end < text.size() && !parts(text[end]))

@@ -5,6 +5,7 @@
 #include "discovery/RecordsPlaces.h"
 #include "discovery/RecordsSelectors.h"
 
+#include <QHash>
 #include <QSet>
 #include <QUrl>
 
@@ -228,6 +229,11 @@ private:
         Shares shares;
         const double count = static_cast<double>(reading_.Records.size());
         std::array<int, 31> hints{};
+        struct Trade {
+            bool Named = false;
+            bool Alone = false;
+        };
+        QHash<QString, Trade> trades;
         for (const PageRecord& record : reading_.Records) {
             const Lead& lead = record.Fields;
             const NodeFacts& facts = page_.FactsOf(record.Begin);
@@ -243,10 +249,17 @@ private:
             shares.Mail += !lead.Email.isEmpty();
             shares.Map += !lead.MapLink.isEmpty();
             shares.Category += !lead.Category.isEmpty();
-            shares.Trades += !lead.Category.isEmpty() && NamesBusinesses(BareView(lead.Category).View());
             shares.Pictures += HasPicture(record);
             shares.Length += static_cast<double>(lead.Name.size());
-            shares.Kinds += !lead.Category.isEmpty() && IsTrade(lead.Category);
+            if (!lead.Category.isEmpty()) {
+                // Many records have the same trade.
+                auto known = trades.constFind(lead.Category);
+                if (known == trades.cend())
+                    known = trades.insert(lead.Category,
+                                          {NamesBusinesses(BareView(lead.Category).View()), IsTrade(lead.Category)});
+                shares.Trades += known->Named;
+                shares.Kinds += known->Alone;
+            }
             shares.House += !lead.Email.isEmpty() &&
                             (lead.Email.endsWith(u'@' + page_.Site) || lead.Email.endsWith(u'.' + page_.Site));
             shares.Details += !lead.DetailsLink.isEmpty();
