@@ -8,7 +8,6 @@
 #include <QStringList>
 
 #include <array>
-#include <string_view>
 
 namespace Brindle {
 
@@ -381,18 +380,12 @@ Value ValueOfText(const WordTable<Value>& table, QStringView text) {
 enum class LabelSign : quint8 { None, Number, End };
 
 LabelSign SortOf(QChar c) {
-    static constexpr auto signs = [] {
-        std::array<LabelSign, 128> table{};
-        for (const char16_t u : std::u16string_view(u"0123456789+("))
-            table[u] = LabelSign::Number;
-        for (const char16_t u : std::u16string_view(u":=|"))
-            table[u] = LabelSign::End;
-        return table;
-    }();
+    if (Ascii::IsLetter(c) || c == u' ')
+        return LabelSign::None;
     const char16_t u = c.unicode();
-    if (u < signs.size())
-        return signs[u];
-    return u == 0x2013 || u == 0xFF1A ? LabelSign::End : c.isDigit() ? LabelSign::Number : LabelSign::None;
+    if (u == u':' || u == u'=' || u == u'|' || u == 0x2013 || u == 0xFF1A)
+        return LabelSign::End;
+    return c.isDigit() || u == u'+' || u == u'(' ? LabelSign::Number : LabelSign::None;
 }
 
 // Whether a word of the text begins with one of the stems.

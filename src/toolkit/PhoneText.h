@@ -39,4 +39,16 @@ inline bool IsPhoneSeparator(QChar c) {
            u == 0xFF0E || u == 0xFF0F || u == u'*' || u == u'~';
 }
 
+/// Characters of East Asia, which stand beside digits without a blank.
+inline bool IsPhoneIdeograph(QChar c) {
+    const char16_t u = c.unicode();
+    return u >= 0x2E80 && u < 0xFF00;
+}
+
+/// What the end of a text says of the digits behind it: a phone number ("Tel."), or a number of another kind ("VAT").
+enum class Announced { Nothing, Phone, Other };
+
+/// `fax`, which may be null, is set when it is a number of a telefax.
+Announced WhatIsAnnounced(QStringView before, bool* fax);
+
 } // namespace Brindle
