@@ -289,6 +289,11 @@ bool LooksLikeAddress(QStringView text, QStringView region, bool hasStreetWord, 
             return true;
         if (cityFirst && code.End - code.Begin >= 5 && follows(code))
             return true;
+        // "189, 2nd Cross, Indiranagar, Bengaluru - 560038"
+        const qsizetype comma = text.first(code.Begin).lastIndexOf(u',');
+        if (region == u"IN" && code.End == text.size() && code.End - code.Begin >= 6 && comma > 0 &&
+            !HasDigit(text.sliced(comma, code.Begin - comma)))
+            return true;
         if (state || (letters && code.Begin > 3 && code.End == text.size()))
             return true;
     }

@@ -244,9 +244,10 @@ bool IsStreetWord(QStringView text, const Word& before, const Word& word, const 
         return true;
     // "rue de", "Via Roma", "ul. Prosta"; "via e-mail" and "place your order" are none.
     if ((word.Roles & Before) && hasBehind && !apart(word, behind)) {
-        static const QStringView links[] = {u"de",  u"du",  u"des", u"della", u"dei", u"delle", u"del", u"la", u"le",
-                                            u"les", u"los", u"las", u"da",    u"do",  u"dos",   u"das", u"d",  u"di",
-                                            u"der", u"den", u"dem", u"św.",   u"sv.", u"gen.",  u"al",  u"el"};
+        static const QStringView links[] = {u"de",  u"du",  u"des",  u"della", u"dei",    u"delle", u"del", u"la",
+                                            u"le",  u"les", u"los",  u"las",   u"da",     u"do",    u"dos", u"das",
+                                            u"d",   u"di",  u"bana", u"kneza", u"kralja", u"braće", u"der", u"den",
+                                            u"dem", u"św.", u"sv.",  u"gen.",  u"al",     u"el"};
         const QStringView next = text.sliced(behind.Begin, behind.End - behind.Begin);
         const bool link = std::any_of(std::begin(links), std::end(links),
                                       [next](QStringView l) { return next.compare(l, Qt::CaseInsensitive) == 0; });

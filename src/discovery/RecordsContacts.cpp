@@ -168,9 +168,11 @@ HintSet RecordContacts::KindOf(const PagePhone& phone, qsizetype from, size_t re
     const bool labelled = line != lines.end() && line->Line == phone.Line;
     if (labelled && (line->Label & (Hint::Fax | Hint::Register)) != 0 && !Has(line->Label, Hint::Phone))
         return line->Label & kinds;
-    if (link != 0)
+    // "<p class=phone><i class=fa-fax></i> 030 124": what is drawn beside a number goes before what holds it.
+    const HintSet icons = IconsBefore(phone.Node, range.Begin) & kinds;
+    if (link != 0 && !(Has(icons, Hint::Fax) && !Has(icons, Hint::Phone) && !page.Is(phone.Node, u"a")))
         return link;
-    if (const HintSet icons = IconsBefore(phone.Node, range.Begin) & kinds; icons != 0)
+    if (icons != 0)
         return icons;
     if (!labelled)
         return 0;
