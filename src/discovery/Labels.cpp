@@ -343,6 +343,13 @@ constexpr auto buttonWords =
     u"appeler|contacter|ouvert|fermé|ver más|más información|ver ficha|sitio web|mapa|cómo llegar|llamar|contactar|"
     u"abierto|cerrado|dettagli|scheda|sito web|mappa|indicazioni|chiama|contatta|aperto|chiuso|meer|meer info|"
     u"bekijk|kaart|bel|website bezoeken|więcej|szczegóły|strona www|mapa|zadzwoń|více|podrobnosti|zavolat|"
+    u"zobacz więcej|zobacz szczegóły|läs mer|visa mer|les mer|se mer|læs mere|se detaljer|lue lisää|näytä tiedot|"
+    u"více informací|viac informácií|részletek|bővebben|detalii|vezi detalii|λεπτομέρειες|detaylar|detaylı bilgi|"
+    u"детальніше|detaljnije|lihat detail|selengkapnya|xem chi tiết|chi tiết|פרטים נוספים|التفاصيل|ดูรายละเอียด|店舗詳細|"
+    u"詳細を見る|查看详情|查看詳情|show number|show phone number|nummer anzeigen|telefonnummer anzeigen|"
+    u"afficher le numéro|voir le numéro|ver teléfono|mostrar teléfono|ver telefone|mostra numero|toon nummer|visa "
+    u"nummer|vis nummer|näytä numero|pokaż numer|pokaż telefon|zobrazit číslo|показать телефон|показать номер|показати "
+    u"номер|"
     u"подробнее|сайт|на "
     u"карте|позвонить|詳細|詳しく見る|地図|地図を見る|電話する|予約|予約する|详情|地图|地圖|查看|更多|상세보기|지도|"
     u"전화";
