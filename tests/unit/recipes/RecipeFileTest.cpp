@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace Brindle {
@@ -37,6 +38,10 @@ TEST(RecipeFile, TheDocumentedRecipeHasEveryKeyAndComesBackAsItWas) {
     // Every key: what is read from the text of a recipe with all of them is never its default.
     for (const QString& text : {recipe.Country, recipe.Home, recipe.Search, recipe.NextAttribute, recipe.DetailsLink})
         EXPECT_FALSE(text.isEmpty());
+    const auto address = std::find_if(recipe.Fields.begin(), recipe.Fields.end(),
+                                      [](const RecipeField& field) { return field.Column == Field::FullAddress; });
+    ASSERT_NE(address, recipe.Fields.end());
+    EXPECT_TRUE(address->Join && address->SplitAddress);
     EXPECT_EQ(ReadRecipe(RecipeText(recipe), u"again"_s), recipe);
 }
 
