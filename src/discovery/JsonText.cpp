@@ -59,11 +59,13 @@ private:
     void SkipBlanks() {
         while (at_ < text_.size()) {
             const char16_t c = text_[at_].unicode();
-            if (IsBlank(text_[at_]))
+            if (IsBlank(text_[at_])) {
                 ++at_;
-            else if (c != u'/' && c != u'<' && c != u'-' && c != u']')
+                continue;
+            }
+            if (c != u'/' && c != u'<' && c != u'-' && c != u']')
                 return;
-            else if (Is(u"//"))
+            if (Is(u"//"))
                 SkipLine();
             else if (Is(u"/*"))
                 SkipBehind(u"*/");
@@ -236,7 +238,9 @@ private:
             const QChar c = text_[at_];
             if (c != u'\\' && c != quote[0]) {
                 ++at_;
-            } else if (c == u'\\' && at_ + 1 < text_.size()) {
+                continue;
+            }
+            if (c == u'\\' && at_ + 1 < text_.size()) {
                 read.append(text_.sliced(copied, at_ - copied));
                 ++at_;
                 AppendEscape(read);

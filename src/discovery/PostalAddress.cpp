@@ -375,9 +375,8 @@ private:
         const bool known = sure || !parts_.State.isEmpty();
         const QStringView last = rest.back();
         if (rest.size() == 1) {
-            if (stateApart && !HasDigit(last)) {
-                parts_.City = last.toString(); // "Cedar Park, TX"
-            } else if (StreetLike(last)) {
+            const bool isTown = stateApart && !HasDigit(last); // "Cedar Park, TX"
+            if (!isTown && StreetLike(last)) {
                 const qsizetype end = EndOfStreetIn(last);
                 const QStringView city = end < 0 ? QStringView() : Stripped(last.sliced(end));
                 if (known && !city.isEmpty() && !HasDigit(city)) {
@@ -389,7 +388,7 @@ private:
                 } else {
                     parts_.State.clear();
                 }
-            } else if (known) {
+            } else if (isTown || known) {
                 parts_.City = last.toString();
             }
             return;

@@ -110,9 +110,9 @@ enum class InWord : quint8 { Never, Always, Joins, Begins };
 
 constexpr auto asciiInWord = [] {
     std::array<InWord, 128> table{};
-    for (char16_t u = 0; u < table.size(); ++u)
-        if (Ascii::IsLetterOrDigit(u))
-            table[u] = InWord::Always;
+    for (size_t at = 0; at < table.size(); ++at)
+        if (Ascii::IsLetterOrDigit(static_cast<char16_t>(at)))
+            table[at] = InWord::Always;
     for (const char16_t u : {u'-', u'\'', u'/', u'.'})
         table[u] = InWord::Joins;
     table[u'#'] = InWord::Begins;

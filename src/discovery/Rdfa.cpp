@@ -161,7 +161,7 @@ private:
     }
 
     QString AddressOf(QStringView value) const {
-        const QString text = value.toString();
+        QString text = value.toString();
         if (text.startsWith(u"_:"))
             return text;
         if (text.startsWith(u'[') && text.endsWith(u']'))

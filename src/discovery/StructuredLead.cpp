@@ -169,7 +169,7 @@ QString StructuredLead::PhoneOf(const StructuredProperty& value, bool& isFax) {
     }
     isFax = isFax || SaysFax(text);
     // A card marks the sort of a number beside it.
-    if (value.Node != noNode && value.Item < 0 && items_.Items.size() > 0 && page_.IsElement(value.Node)) {
+    if (value.Node != noNode && value.Item < 0 && !items_.Items.empty() && page_.IsElement(value.Node)) {
         for (NodeIndex node = value.Node + 1; node < page_.End(value.Node) && text_.Spend(1); ++node)
             if (page_.IsElement(node) && page_.Attribute(node, u"class") == u"type")
                 isFax = isFax || SaysFax(text_.Of(node));

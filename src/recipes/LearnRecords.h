@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recipes/LearnRows.h"
+#include "recipes/SturdySelectors.h"
 
 #include <QHash>
 
@@ -8,8 +9,6 @@
 #include <vector>
 
 namespace Brindle {
-
-struct CandidateSelector;
 
 /// Finds the list around the examples: which elements of the page are its records.
 class RecordFinder {

@@ -64,7 +64,7 @@ public:
             Report(LineOf(node), u"%1 is no text"_s.arg(name));
             return {};
         }
-        const QString text = TextOf(node.as_string()->get());
+        QString text = TextOf(node.as_string()->get());
         if (text.trimmed().isEmpty())
             Report(LineOf(node), u"%1 is empty"_s.arg(name));
         else if (text.size() > longestText)
@@ -75,7 +75,7 @@ public:
     }
 
     QString SelectorText(std::string_view key, bool required) {
-        const QString text = Text(key, required);
+        QString text = Text(key, required);
         if (!text.isEmpty())
             CheckSelector(text, LineOfKey(key), NameOf(key));
         return text;

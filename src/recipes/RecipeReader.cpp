@@ -51,6 +51,7 @@ public:
     // The elements that each row selects, on the whole page.
     std::vector<std::unique_ptr<SelectorQuery>> Queries(const std::vector<Row>& rows) const {
         std::vector<std::unique_ptr<SelectorQuery>> queries;
+        queries.reserve(rows.size());
         for (const Row& row : rows)
             queries.push_back(std::make_unique<SelectorQuery>(Page, row.Where));
         return queries;
@@ -65,7 +66,7 @@ public:
         for (const NodeIndex node : SelectedIn(query, within)) {
             if (node < end)
                 continue;
-            const QString text =
+            QString text =
                 Finished(row, RawFieldValue({Page, Lines(), Base}, node, row.Says.Column, row.Says.Attribute, row.Cut));
             if (text.isEmpty())
                 continue;
@@ -136,6 +137,7 @@ RecipeReader& RecipeReader::operator=(RecipeReader&&) noexcept = default;
 
 std::vector<RecipeReader::Row> RecipeReader::RowsOf(const std::vector<RecipeField>& fields) {
     std::vector<Row> rows;
+    rows.reserve(fields.size());
     for (const RecipeField& field : fields)
         rows.push_back({field, Selector::Parse(field.Selector), RecipePattern(field.Pattern)});
     // An address that is taken apart comes first: rows of its parts go before what it gives.

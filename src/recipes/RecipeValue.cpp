@@ -77,7 +77,7 @@ QString WebAddressAmongWords(const QString& text) {
 
 // Where a link leads; of a website the text of a link that goes round by this site.
 QString LinkOrItsText(const ValueSource& source, NodeIndex link, Field column) {
-    const QString href = Trim(source.Page.Attribute(link, u"href"));
+    QString href = Trim(source.Page.Attribute(link, u"href"));
     if (column != Field::Website)
         return href;
     const QString address = WebAddress(source.Base, href);
@@ -105,7 +105,7 @@ QString WithoutHidden(const PageTree& page, NodeIndex node, const QString& shown
 
 // The address of mail in a text, or else behind a link or out of sight of robots.
 QString MailOrItsLink(const ValueSource& source, NodeIndex node, const QString& shown) {
-    const QString text = WithoutHidden(source.Page, node, shown);
+    QString text = WithoutHidden(source.Page, node, shown);
     if (!MailAddress(text).isEmpty() || !MailsIn(text).isEmpty())
         return text;
     for (NodeIndex at = node; at < source.Page.End(node); ++at) {
@@ -159,7 +159,7 @@ QString FlatRecordText(const ValueSource& source, RecordSpan record) {
 
 QString FinishedFieldValue(Field column, const QString& base, const QString& text) {
     if (IsLinkColumn(column)) {
-        const QString address = WebAddress(base, text);
+        QString address = WebAddress(base, text);
         if (column != Field::Website)
             return address;
         // The way there is no website.

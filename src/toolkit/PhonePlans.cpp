@@ -176,7 +176,7 @@ const ReadPlan& Read(const PhonePlan& plan) {
 
 const PhonePlan* PlanOfRegion(QStringView region) {
     // By its two letters: each text of a page is looked through with the plan of the page's region.
-    constexpr std::size_t none = 26 * 26;
+    constexpr std::size_t none = std::size_t{26} * 26;
     const auto slotOf = [](QStringView name) -> std::size_t {
         const auto letter = [name](qsizetype at) { return static_cast<std::size_t>(name[at].unicode() - u'A'); };
         return name.size() == 2 && letter(0) < 26 && letter(1) < 26 ? letter(0) * 26 + letter(1) : none;

@@ -136,7 +136,7 @@ TEST(LearnRecipe, OneBusinessTellsHowAllAreRead) {
             ASSERT_EQ(reading.Records.size(), size_t(row.Records)) << row.What << RecipeText(recipe).constData();
             Lead lead = reading.Records[3].Fields;
             // Parts are another's work.
-            if (recipe.Fields.size() > 0 && !row.Expected.FullAddress.isEmpty())
+            if (!recipe.Fields.empty() && !row.Expected.FullAddress.isEmpty())
                 lead.Street = lead.City = lead.PostalCode = lead.Country = lead.State = QString();
             EXPECT_EQ(lead, row.Expected) << row.What << "\n" << RecipeText(recipe).constData();
             EXPECT_EQ(recipe.Taught, reading.Counts);

@@ -28,6 +28,7 @@ struct Said {
 
 LearnedRecipe Learn(const PageTree& page, const std::vector<Said>& said) {
     std::vector<RecipeExample> examples;
+    examples.reserve(said.size());
     for (const Said& one : said)
         examples.push_back({.Column = one.Column, .Text = one.Text});
     return LearnRecipe(page, url, examples);

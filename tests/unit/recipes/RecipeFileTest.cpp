@@ -105,7 +105,7 @@ TEST(RecipeFile, AMistakeIsOneLineThatNamesItsPlace) {
             ReadRecipe(bad, u"dir/pizza.toml"_s);
             ADD_FAILURE() << row.After.constData();
         } catch (const Failure& failure) {
-            const QString message = failure.Message();
+            const QString& message = failure.Message();
             EXPECT_TRUE(QDir::fromNativeSeparators(message).startsWith(u"dir/pizza.toml: line ") &&
                         message.contains(row.Expected) && !message.contains(u'\n'))
                 << message.toStdString() << "\n  " << row.Expected.toStdString();

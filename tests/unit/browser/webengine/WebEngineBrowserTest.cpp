@@ -52,8 +52,8 @@ protected:
 
 TEST_F(WebEngine, DeliversTheBodyInBothFormsAsTheStaticReadingDoes) {
     const QStringView pages[] = {
-        u"<!doctype html><body class=a lang='b c'><h3 class=\"listingTitleLine\">A &amp; B&nbsp;\u203a</h3>"
-        u"<a class=prec disabled>x</a><input maxlength=150 readonly name=what autocomplete=off>",
+        (u"<!doctype html><body class=a lang='b c'><h3 class=\"listingTitleLine\">A &amp; B&nbsp;\u203a</h3>"
+         u"<a class=prec disabled>x</a><input maxlength=150 readonly name=what autocomplete=off>"),
         u"<noscript><img src=x></noscript><p>a<p>b<table>c<tr><td>d<template><li>e<noscript>&lt;</noscript></template>",
         u"<svg viewbox='0 0 1 1'><lineargradient/><a xlink:href=#x /></svg><math definitionurl=d><mi>x</math>",
         u"<script>/*<b>&*/</script><style>a>b{}</style><textarea>\n<b></textarea><iframe><p></iframe><xmp><i></xmp>",
