@@ -11,6 +11,12 @@ namespace Brindle {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int mostTexts = 60; // of a column, to see what it holds
+
+} // namespace
+
 void RecordPlaces::ReadCategory(size_t record, NodeIndex name, Lead& lead,
                                 std::array<NodeIndex, FieldCount>& nodes) const {
     if (ReadLabelledCategory(record, lead, nodes) || category_ < 0)
@@ -130,6 +136,17 @@ QString RecordPlaces::FurtherTrades(NodeIndex first, const RecordRange& range) c
     return further;
 }
 
+// Whether one of a column's first texts is a part of an address.
+bool RecordPlaces::HoldsPartsOfHouses(const RecordColumn& column) const {
+    int left = mostTexts;
+    return std::any_of(column.Nodes.begin(), column.Nodes.end(), [&](NodeIndex node) {
+        if (node == noNode || left-- <= 0)
+            return false;
+        const QStringView text = columns_.ViewOf(node);
+        return text.contains(u'/') || text.contains(u',') || IsPartOfHouse(text) || HasStreetWord(text);
+    });
+}
+
 void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead>& leads) {
     double best = 0;
     const double count = static_cast<double>(columns_.Count());
@@ -155,13 +172,12 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         int places = 0;
         int ranged = 0;
         int sentences = 0;
-        int houses = 0;
         int mixed = 0; // trades and other things parted by marks
         bool onLinks = false;
         qsizetype wordsOfOne = 0;
         for (size_t record = 0; record < column.Nodes.size(); ++record) {
             const NodeIndex node = column.Nodes[record];
-            if (node == noNode || seen >= 60)
+            if (node == noNode || seen >= mostTexts)
                 continue;
             ++seen;
             const QStringView text = columns_.ViewOf(node);
@@ -177,9 +193,8 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
             wordsOfOne = std::max(wordsOfOne, words.count(u' ') + 1);
             ranged += !TradeBesideRange(text).isEmpty();
             sentences += text.endsWith(u'.') && words.count(u' ') > 0;
-            houses += text.contains(u'/') || text.contains(u',') || IsPartOfHouse(text) || HasStreetWord(text);
             const bool trade = IsTrade(text);
-            kinds += NamesBusinesses(words) || trade;
+            kinds += trade || NamesBusinesses(words);
             mixed += !PartOf(page_.Lines.TextOf(page_.Lines.Pieces[piece]), 1).isEmpty() &&
                      (!trade || IsAmong(text.back(), u"$\u20AC\u00A3"));
             ofSubject += words.size() >= 4 && subject.contains(words);
@@ -219,8 +234,8 @@ void RecordPlaces::ChooseCategory(const QString& subject, const std::vector<Lead
         // Some texts that come again and again behind the names, where the places are known: nothing else does so.
         else if (placed * 5 >= std::ssize(leads) * 3 && column.Filled >= count * 0.6 && column.Digits == 0 &&
                  column.Length >= 3 && column.Length <= 36 && wordsOfOne <= 5 && column.Order < 3.5 && labels == 0 &&
-                 houses == 0 && column.Colons == 0 && column.Buttons == 0 && column.Distinct <= 0.7 &&
-                 column.Distinct * column.Filled > 2.5)
+                 column.Colons == 0 && column.Buttons == 0 && column.Distinct <= 0.7 &&
+                 column.Distinct * column.Filled > 2.5 && !HoldsPartsOfHouses(column))
             score = 0.9;
         score *= 0.3 + 0.7 * column.Filled / count;
         if (score > best) {

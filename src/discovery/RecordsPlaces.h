@@ -95,6 +95,7 @@ private:
     QString AddressAt(NodeIndex node, NodeIndex name) const;
     void AgreeOnTowns(std::vector<Lead>& leads) const;
     void ReadDataAttributes(const RecordRange& range, Lead& lead, std::array<NodeIndex, FieldCount>& nodes) const;
+    bool HoldsPartsOfHouses(const RecordColumn& column) const;
     QString FurtherTrades(NodeIndex first, const RecordRange& range) const;
 
     const RecordColumns& columns_;
