@@ -3,6 +3,7 @@
 #include "core/LeadListCommands.h"
 #include "store/Database.h"
 #include "store/Journal.h"
+#include "store/StoreThreadRun.h"
 #include "store/StoreWriter.h"
 
 #include <QCoreApplication>
@@ -106,7 +107,7 @@ LeadKeeper::~LeadKeeper() {
     if (ended)
         thread.join();
     else
-        thread.detach();
+        StoreThreadRun::Leave(std::move(thread));
 }
 
 void LeadKeeper::Tell(const StoreEvent& event) {
@@ -190,6 +191,7 @@ QString LeadKeeper::JournalFileName() const {
 }
 
 void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
+    const StoreThreadRun run;
     std::optional<Database> database;
     std::optional<StoreWriter> writer;
     qint64 place = 0;
@@ -226,10 +228,12 @@ void LeadKeeper::Work(const std::shared_ptr<Shared>& shared) {
                 writer->IndexWords(std::holds_alternative<HarvestEnd>(events.back()) ? 1 : wordsAtOnce);
             }
         } catch (const Failure& failure) {
+            StoreThreadRun::StandStillAtTheEnd();
             trouble = failure.Message();
             writer.reset();
             database.reset();
         }
+        StoreThreadRun::StandStillAtTheEnd();
 
         lock.lock();
         if (!trouble.isEmpty()) {

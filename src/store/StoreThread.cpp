@@ -1,6 +1,7 @@
 #include "store/StoreThread.h"
 
 #include "store/LeadKeeper.h"
+#include "store/StoreThreadRun.h"
 
 #include <condition_variable>
 #include <deque>
@@ -56,7 +57,7 @@ StoreThread::~StoreThread() {
     if (ended)
         thread.join();
     else
-        thread.detach();
+        StoreThreadRun::Leave(std::move(thread));
 }
 
 void StoreThread::Post(int kind, Job job, std::function<void(const QString&)> failed) {
@@ -68,6 +69,7 @@ void StoreThread::Post(int kind, Job job, std::function<void(const QString&)> fa
 }
 
 void StoreThread::Work(const std::shared_ptr<Shared>& shared) {
+    const StoreThreadRun run;
     std::optional<Database> database;
     std::unique_lock lock(shared->Mutex);
     for (;;) {
@@ -84,10 +86,12 @@ void StoreThread::Work(const std::shared_ptr<Shared>& shared) {
             }
             shared->Call(task.Do(*database));
         } catch (const Failure& failure) {
+            StoreThreadRun::StandStillAtTheEnd();
             database.reset();
             if (task.Failed)
                 shared->Call([failed = task.Failed, reason = failure.Message()] { failed(reason); });
         }
+        StoreThreadRun::StandStillAtTheEnd();
         lock.lock();
     }
     lock.unlock();
