@@ -221,7 +221,7 @@ void WebEngineBrowser::Stop() {
     overtaking_ = {};
     page_->triggerAction(QWebEnginePage::Stop);
     page_->runJavaScript(QString::fromUtf16(stay), world);
-    if (busy_ && !loading_ && !afterEnd_.Begin) // nothing has begun that could end
+    if (busy_ && !loading_ && !afterEnd_) // nothing has begun that could end
         EndBusy();
 }
 
@@ -400,8 +400,8 @@ void WebEngineBrowser::OnRendererGone() {
     hung_ = false;
     loading_ = false;
     overtaking_ = {};
-    if (const Wanted wanted = std::exchange(afterEnd_, {}); wanted.Begin)
-        return wanted.Begin();
+    if (const std::function<void()> begin = std::exchange(afterEnd_, nullptr))
+        return begin();
     lastError_ = LocationAddress() + u": the page's process has ended"_s;
     EndBusy();
 }
@@ -420,12 +420,12 @@ void WebEngineBrowser::Load(const QUrl& address, std::function<void()> begin) {
     if (process > 0) {
         // A script that never ends would keep the next page from coming up. It comes when the process has ended.
         gone_ = true;
-        afterEnd_ = {address, std::move(begin)};
+        afterEnd_ = std::move(begin);
         Kill(process);
         return;
     }
-    if (afterEnd_.Begin) {
-        afterEnd_ = {address, std::move(begin)};
+    if (afterEnd_) {
+        afterEnd_ = std::move(begin);
         return;
     }
     if (proxyPage_) {

@@ -100,7 +100,7 @@ private:
     QString proxyError_; // why nothing can be loaded through the proxy; empty: it can be used
     std::chrono::milliseconds patience_{5000};
     std::optional<QStringList> linkTexts_;
-    Wanted afterEnd_;                           // what to load when the page's process has ended
+    std::function<void()> afterEnd_;            // what to load when the page's process has ended
     Wanted overtaking_;                         // what was asked for while another page came
     QUrl overtaken_;                            // that other page
     QUrl coming_;                               // the page that began to come up last
