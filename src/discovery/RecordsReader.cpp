@@ -328,16 +328,19 @@ private:
                std::ptrdiff_t{5} * filled >= std::ssize(reading_.Records) * 4 && !IsMailForEverybody(most.key());
     }
 
-    double DistinctPhones() const {
-        QSet<QString> phones;
+    // How many different values there are, as a share of the records that have one; that share of none is given.
+    double DistinctIn(QString Lead::*field, double ofNone) const {
+        QSet<QString> values;
         int filled = 0;
         for (const PageRecord& record : reading_.Records)
-            if (!record.Fields.Phone.isEmpty()) {
-                phones.insert(record.Fields.Phone);
+            if (const QString& value = record.Fields.*field; !value.isEmpty()) {
+                values.insert(value);
                 ++filled;
             }
-        return filled == 0 ? 1 : static_cast<double>(phones.size()) / filled;
+        return filled == 0 ? ofNone : static_cast<double>(values.size()) / filled;
     }
+    double DistinctPhones() const { return DistinctIn(&Lead::Phone, 1); }
+    double DistinctCategories() const { return DistinctIn(&Lead::Category, 0); }
 
     // What begins the records of a flat list bears their names, or each has the name of the next one.
     bool NamesComeFirst() const {
@@ -364,18 +367,6 @@ private:
             return HasStreetNumber(record.Fields.Name) && HasStreetWord(record.Fields.Name);
         });
         return static_cast<double>(streets) / static_cast<double>(reading_.Records.size());
-    }
-
-    // How many different categories there are, as a share of the records that have one.
-    double DistinctCategories() const {
-        QSet<QString> categories;
-        int filled = 0;
-        for (const PageRecord& record : reading_.Records)
-            if (!record.Fields.Category.isEmpty()) {
-                categories.insert(record.Fields.Category);
-                ++filled;
-            }
-        return filled == 0 ? 0 : static_cast<double>(categories.size()) / filled;
     }
 
     // "12 - 30 €", "$80-$120"
